@@ -1,0 +1,80 @@
+#include "base/device_paths.h"
+
+#include <QDir>
+#include <QFile>
+#include <QStringList>
+#include <cstdlib>
+
+namespace {
+
+struct Environment {
+    QString root;
+    quint16 linkPort;
+    quint16 restPort;
+};
+
+quint16 portFromEnvironment(const char* name, quint16 standard) {
+    bool ok = false;
+    const uint port = qEnvironmentVariable(name).toUInt(&ok);
+    return ok && port >= 1 && port <= 65535 ? static_cast<quint16>(port) : standard;
+}
+
+QString rootFromEnvironment() {
+    const QString given = qEnvironmentVariable("ZEL_ROOT");
+    if (given.isEmpty())
+        return {};
+    // Symbolic links are made with these paths, so a relative root would point elsewhere.
+    const QString absolute = QDir::cleanPath(QDir(given).absolutePath());
+    return absolute == QLatin1String("/") ? QString() : absolute;
+}
+
+const Environment& environment() {
+    static const Environment read{rootFromEnvironment(),
+                                  portFromEnvironment("ZEL_LINK_PORT", 15150),
+                                  portFromEnvironment("ZEL_REST_PORT", 80)};
+    return read;
+}
+
+QString quoted(const QString& text) {
+    QString inside = text;
+    inside.replace(QLatin1Char('\''), QLatin1String("'\\''"));
+    return QLatin1Char('\'') + inside + QLatin1Char('\'');
+}
+
+}  // namespace
+
+namespace DevicePaths {
+
+QString root() {
+    return environment().root;
+}
+
+QString at(const QString& devicePath) {
+    return root() + devicePath;
+}
+
+QString shellCommand(const QString& command) {
+    if (root().isEmpty())
+        return command;
+    QStringList words = command.split(QLatin1Char(' '));
+    for (QString& word : words) {
+        if (word.startsWith(QLatin1Char('/')))
+            word.prepend(quoted(root()));
+    }
+    return words.join(QLatin1Char(' '));
+}
+
+void runShell(const QString& command) {
+    const int ignored = std::system(QFile::encodeName(shellCommand(command)).constData());
+    Q_UNUSED(ignored)
+}
+
+quint16 linkPort() {
+    return environment().linkPort;
+}
+
+quint16 restPort() {
+    return environment().restPort;
+}
+
+}  // namespace DevicePaths

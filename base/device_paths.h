@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QString>
+
+/// Where things lie on the device.
+///
+/// Every absolute path and every shell command of the program passes through here, so that the
+/// whole program can be run and tested under a folder of its own. On the terminal the root is
+/// empty and paths and commands are used exactly as written. The three values are read once from
+/// the environment (`ZEL_ROOT`, `ZEL_LINK_PORT`, `ZEL_REST_PORT`), on first use; all functions may
+/// be called from any thread.
+namespace DevicePaths {
+
+/// The folder that stands for "/" without a trailing slash, empty on the terminal.
+QString root();
+
+/// @p devicePath (absolute, as on the device) as a path of this machine.
+QString at(const QString& devicePath);
+
+/// @p command with every word that begins with "/" moved under the root. The root is quoted for
+/// the shell, the rest of the word is not, so its wildcards still work.
+QString shellCommand(const QString& command);
+
+/// Runs shellCommand(@p command) with the C library's `system` and waits for it. How it ended is
+/// deliberately not looked at: the callers tidy up links that may or may not be there.
+void runShell(const QString& command);
+
+/// TCP port of the device controller on the local host, 15150 unless moved.
+quint16 linkPort();
+
+/// TCP port that the REST server listens on, 80 unless moved.
+quint16 restPort();
+
+}  // namespace DevicePaths

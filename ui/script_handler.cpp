@@ -1,0 +1,110 @@
+#include "ui/script_handler.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QLoggingCategory>
+
+#include "base/device_paths.h"
+
+Q_LOGGING_CATEGORY(scriptLog, "zel.ui.script", QtInfoMsg)
+
+namespace {
+
+/// Far above any real script (about 100 KB); keeps a damaged file from eating the memory.
+constexpr qint64 kMaxFileSize = 4 * 1024 * 1024;
+
+const QLatin1String kList("list");
+const QLatin1String kTitle("title");
+const QLatin1String kPath("path");
+const QLatin1String kScripts("Scripts");
+
+/// The file's bytes, empty (and a line in the log) when they cannot be had.
+QByteArray readFile(const QString& devicePath) {
+    const QString path = DevicePaths::at(devicePath);
+    QFile file(path);
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        qCWarning(scriptLog, "cannot read %s", qPrintable(path));
+        return {};
+    }
+    if (file.size() > kMaxFileSize) {
+        qCWarning(scriptLog, "%s is too large (%lld bytes), not read", qPrintable(path),
+                  static_cast<long long>(file.size()));
+        return {};
+    }
+    return file.read(kMaxFileSize);
+}
+
+QJsonObject parseObject(const QString& text, const QString& devicePath) {
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(text.toUtf8(), &error);
+    if (!document.isObject() && !text.isEmpty())
+        qCWarning(scriptLog, "%s is not a script: %s", qPrintable(devicePath),
+                  qPrintable(error.errorString()));
+    return document.object();
+}
+
+}  // namespace
+
+ScriptHandler::ScriptHandler(QObject* parent, QString listPath) : QObject(parent) {
+    initScriptFile(std::move(listPath));
+}
+
+int ScriptHandler::initScriptFile(QString path) {
+    list_ = parseObject(QString::fromUtf8(readFile(path)), path);
+    languages_ = list_.value(kList).toArray();
+    return 0;
+}
+
+int ScriptHandler::setScript(QString title) {
+    for (const QJsonValue& element : qAsConst(languages_)) {
+        const QJsonObject entry = element.toObject();
+        if (entry.value(kTitle).toString() != title)
+            continue;
+
+        const QString path = entry.value(kPath).toString();
+        // constData() ends at the first NUL byte, as some editors leave one at the end.
+        script_ = parseObject(QString::fromUtf8(readFile(path).constData()), path);
+        language_ = script_.value(QLatin1String("Language")).toString();
+        fontFamily_ = script_.value(QLatin1String("FontFamily")).toString();
+
+        entries_.clear();
+        const QJsonObject scripts = script_.value(kScripts).toObject();
+        entries_.reserve(scripts.size());
+        for (auto it = scripts.begin(); it != scripts.end(); ++it) {
+            const QJsonObject source = it.value().toObject();
+            Script entry;
+            entry.type = source.value(QLatin1String("Type")).toString();
+            entry.size = static_cast<float>(source.value(QLatin1String("Size")).toDouble());
+            entry.height = static_cast<float>(source.value(QLatin1String("Height")).toDouble());
+            entry.letter = static_cast<float>(source.value(QLatin1String("Letter")).toDouble());
+            entry.script = source.value(QLatin1String("Script")).toString();
+            entry.fontFamily = fontFamily_;
+            entries_.insert(it.key(), entry);
+        }
+        ++revision_;
+        return 0;
+    }
+    return -1;
+}
+
+ScriptHandler::Script ScriptHandler::getScript(const QString& key) const {
+    const auto found = entries_.constFind(key);
+    if (found != entries_.constEnd())
+        return *found;
+    Script missing;
+    missing.fontFamily = fontFamily_;
+    return missing;
+}
+
+QJsonValue ScriptHandler::readScript(const QString& key) const {
+    const QJsonObject scripts = script_.value(kScripts).toObject();
+    return scripts.contains(key) ? scripts.value(key) : QJsonValue(QJsonValue::Undefined);
+}
+
+QStringList ScriptHandler::getLanguageList() const {
+    QStringList titles;
+    for (const QJsonValue& element : languages_)
+        titles.append(element.toObject().value(kTitle).toString());
+    return titles;
+}
