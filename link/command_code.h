@@ -110,7 +110,7 @@
     X(UserDeleted,                2930, C) \
     X(UserDeleteFailed,           2931, C) \
     X(UserGroupDeleted,           2932, C) \
-    X(UserCounts,                 2933, C) \
+    X(UserCountsAnswer,                 2933, C) \
     X(UsersUploaded,              2934, C) \
     X(UserChanged,                2940, C) \
     X(CardEnrolled,               2947, C) \

@@ -142,7 +142,7 @@ struct UserCounts {
 
 /// The settings record as the device controller holds it.
 struct _gui_menu_ {
-    std::uint8_t filled;          // 0: no settings yet; the menu time-out is off
+    std::uint8_t commissioned;  // 0: not set up yet, no screen times out
     std::uint8_t managerControl;  // 1: the management service may control the terminal
     std::uint8_t reserved1[2];
     char serial[24];
@@ -274,7 +274,7 @@ static_assert(sizeof(OperationBlock) == 35);
 static_assert(sizeof(MEAL_COUNT) == 16);
 
 static_assert(sizeof(_gui_menu_) == 380);
-static_assert(offsetof(_gui_menu_, filled) == 0);
+static_assert(offsetof(_gui_menu_, commissioned) == 0);
 static_assert(offsetof(_gui_menu_, serial) == 4);
 static_assert(offsetof(_gui_menu_, customerId) == 28);
 static_assert(offsetof(_gui_menu_, users) == 44);

@@ -1,0 +1,55 @@
+#include "app/message_dispatch.h"
+
+#include <QLoggingCategory>
+
+#include "app/window_form.h"
+#include "app/window_registry.h"
+#include "link/command_code.h"
+#include "link/message_routes.h"
+
+Q_LOGGING_CATEGORY(dispatchLog, "zel.app.dispatch", QtInfoMsg)
+
+namespace {
+
+bool isTitled(const WindowForm* window, const char* title) {
+    return title != nullptr && window->getTitle() == QLatin1String(title);
+}
+
+}  // namespace
+
+MessageDispatch::MessageDispatch(const WindowRegistry& windows, QObject* parent)
+    : QObject(parent), windows_(windows) {}
+
+void MessageDispatch::dispatch(const DeviceMessage& message) {
+    const MessageRoute* route = findMessageRoute(message.command);
+    if (route == nullptr)
+        return;
+    if (message.length < route->minPayload) {
+        qCWarning(dispatchLog, "%s (%d) ignored: %d bytes where %d are needed",
+                  command::name(message.command, command::Direction::FromController),
+                  message.command, message.length, route->minPayload);
+        return;
+    }
+
+    WindowForm* active = windows_.active();
+    switch (route->rule) {
+        case RouteRule::Shell:
+            emit shellMessage(message);
+            break;
+        case RouteRule::ActiveScreen:
+            if (active != nullptr &&
+                (isTitled(active, route->title) || isTitled(active, route->secondTitle)))
+                active->deviceAnswer(message);
+            break;
+        case RouteRule::AnyActive:
+            if (active != nullptr)
+                active->deviceAnswer(message);
+            break;
+        case RouteRule::NamedScreen:
+            if (WindowForm* named = windows_.find(QLatin1String(route->title)))
+                named->deviceAnswer(message);
+            break;
+        case RouteRule::NoAction:
+            break;
+    }
+}

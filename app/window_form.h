@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QString>
+#include <QVariant>
+#include <QWidget>
+
+struct DeviceMessage;
+
+/// Base of every full-screen screen. A screen is created once at start-up as a light object; what
+/// it shows is built when it is first needed (ensureForm()) and gets its texts whenever it is shown
+/// and the language has changed since. GUI thread only.
+class WindowForm : public QWidget {
+    Q_OBJECT
+
+public:
+    /// @p title is the name in the registry.
+    WindowForm(QWidget* parent, const QString& title);
+
+    QString getTitle() const { return title_; }
+
+    /// Called when the screen comes up, with its form built and its texts set.
+    virtual void windowInEvent();
+    /// Called when another screen takes over. Forgets the parameter.
+    virtual void windowOutEvent();
+    /// Takes what the caller of the screen change has to say to the screen.
+    virtual void setParam(QVariant param);
+    /// Takes a frame of the device controller that is meant for this screen. What a screen does
+    /// not know it ignores.
+    virtual void deviceAnswer(const DeviceMessage& message);
+
+    /// Builds the form if it is not there yet and brings its texts up to date.
+    void ensureForm();
+    bool isFormBuilt() const { return formBuilt_; }
+
+    void setVisible(bool visible) override;
+
+protected:
+    /// Builds the screen's form; called once.
+    virtual void createForm() = 0;
+    /// Called after the texts of the form's widgets have been set for a language.
+    virtual void scriptsApplied();
+
+    const QVariant& param() const { return param_; }
+    void showEvent(QShowEvent* event) override;
+
+private:
+    const QString title_;
+    QVariant param_;
+    bool formBuilt_ = false;
+    int scriptRevision_ = -1;
+};

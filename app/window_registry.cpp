@@ -1,0 +1,42 @@
+#include "app/window_registry.h"
+
+#include "app/window_form.h"
+
+WindowForm* WindowRegistry::find(const QString& title) const {
+    for (WindowForm* window : windows_) {
+        if (window->getTitle() == title)
+            return window;
+    }
+    return nullptr;
+}
+
+WindowRegistry::Result WindowRegistry::change(const QString& title, const QVariant* param) {
+    if (!changeAllowed_ || (active_ != nullptr && active_->getTitle() == title))
+        return kRefused;
+    WindowForm* next = find(title);
+    if (next == nullptr)
+        return kNoSuchWindow;
+
+    if (active_ != nullptr)
+        active_->windowOutEvent();
+    emit changing(title);
+    if (param != nullptr)
+        next->setParam(*param);
+    // The window counts as active while it comes up, since what it does then may depend on it.
+    active_ = next;
+    activeIndex_ = windows_.indexOf(next);
+    next->show();
+    next->raise();
+    for (WindowForm* window : qAsConst(windows_)) {
+        if (window != active_)
+            window->hide();
+    }
+    return kDone;
+}
+
+void WindowRegistry::deleteAll() {
+    active_ = nullptr;
+    activeIndex_ = -1;
+    while (!windows_.isEmpty())
+        delete windows_.takeLast();
+}
