@@ -1,0 +1,113 @@
+#!/usr/bin/env bash
+# Renders the pictures of the terminal and links its fonts.
+#   make_assets.sh SOURCES IMAGE_FOLDER
+# SOURCES holds the SVG files and pictures.txt, IMAGE_FOLDER becomes the device's /zel1/image. Only
+# what is older than its source is made again; pictures no longer listed are removed.
+set -euo pipefail
+export LC_ALL=C
+
+script=$(realpath "$0")
+sources=$(realpath "$1")
+mkdir -p "$2/img/fonts"
+image=$(realpath "$2")
+list=$sources/pictures.txt
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+
+glyph='#d9dfe9'  # the one colour of every glyph, replaced in its variants
+declare -A colours=(
+    [pressed]='#5effd7' [accent]='#5effd7' [dark]='#06231c' [disabled]='#66798f' [danger]='#ff8a8a'
+)
+
+jobs=$scratch/jobs      # per line: SVG file, sed program, width, height, picture
+wanted=$scratch/wanted  # every file that belongs into the image folder
+touch "$jobs" "$wanted"
+
+# is_current PICTURE SOURCE...: whether the picture is newer than all it is made from.
+is_current() {
+    local picture=$1 source
+    shift
+    for source in "$@" "$list" "$script"; do
+        [[ $picture -nt $source ]] || return 1
+    done
+}
+
+# plan NAME SVG SED_PROGRAM WIDTHxHEIGHT: notes the picture and, where it is out of date, its job.
+plan() {
+    echo "$1" >>"$wanted"
+    is_current "$image/$1" "$2" ||
+        printf '%s\0' "$2" "$3" "${4%x*}" "${4#*x}" "$image/$1" >>"$jobs"
+}
+
+# plan_listed FOLDER SIZE NAME: a line of the list; the name tells source and colour.
+plan_listed() {
+    local base=$3 change='' part
+    while [[ ! -f $sources/$base.svg ]]; do
+        part=${base##*_}
+        if [[ $part == "$base" ]]; then
+            echo "pictures.txt: nothing to make $3 from" >&2
+            exit 1
+        elif [[ -n ${colours[$part]:-} ]]; then
+            change="s/$glyph/${colours[$part]}/g"
+        elif [[ $part != "${2%x*}" ]]; then
+            echo "pictures.txt: $3 is neither a colour variant nor ${2%x*} pixels wide" >&2
+            exit 1
+        fi
+        base=${base%_*}
+    done
+    plan "$1/$3.png" "$sources/$base.svg" "$change" "$2"
+}
+
+while read -r folder size names; do
+    [[ -z $folder || $folder == '#' ]] && continue
+    for name in $names; do
+        plan_listed "$folder" "$size" "$name"
+    done
+done <"$list"
+
+# The enrolment ring: the arc's length is the first value of its dash pattern.
+for percent in {0..100}; do
+    length=$((104301 * percent))
+    arc=$(printf 's/dasharray="[0-9.]* /dasharray="%d.%04d /' $((length / 10000)) $((length % 10000)))
+    # A round cap would leave a dot where nothing is done yet.
+    ((percent > 0)) || arc='/dasharray="/d'
+    plan "./percent_$percent.png" "$sources/percent.svg" "$arc" 360x360
+done
+
+for turn in {0..7}; do
+    plan "img/wait_$turn.png" "$sources/wait.svg" \
+        "s/<g /<g transform=\"rotate($((turn * 45)) 36 36)\" /" 72x72
+done
+
+render() {
+    sed -e "$2" "$1" | rsvg-convert --width "$3" --height "$4" --output "$5.new"
+    mv "$5.new" "$5"
+}
+export -f render
+xargs --null --no-run-if-empty --max-args=5 --max-procs="$(nproc)" \
+    bash -euo pipefail -c 'render "$@"' render <"$jobs"
+
+# Two frames, 900 ms each, for ever.
+for name in noglasses glasses; do
+    echo "./$name.gif" >>"$wanted"
+    frames=("$sources/${name}_1.svg" "$sources/${name}_2.svg")
+    is_current "$image/$name.gif" "${frames[@]}" && continue
+    for frame in 1 2; do
+        rsvg-convert --output "$scratch/$name$frame.png" "${frames[frame - 1]}"
+    done
+    convert -delay 90 -loop 0 "$scratch/$name"[12].png "$image/$name.gif"
+done
+
+sed 's|^\./||' "$wanted" | sort >"$scratch/kept"
+(cd "$image" && find . -type f -printf '%P\n' | sort | comm -13 "$scratch/kept" - | xargs -r rm --)
+
+# The device's names for the fonts. The collections hold the Korean and the Japanese faces alike,
+# so they also stand in for the Japanese display fonts.
+noto=/usr/share/fonts/opentype/noto
+link_font() { ln -sfn "$1" "$image/img/fonts/$2"; }
+for weight in Light Regular Medium Bold; do
+    link_font "$noto/NotoSansCJK-$weight.ttc" "NotoSansCJKkr-$weight.otf"
+done
+link_font /usr/share/fonts/truetype/noto/NotoSerif-Bold.ttf NotoSerif-Bold.ttf
+link_font "$noto/NotoSansCJK-Medium.ttc" logotypejp_mp_m_1.1.ttf
+link_font "$noto/NotoSansCJK-Bold.ttc" logotypejp_mp_b_1.1.ttf
