@@ -108,7 +108,7 @@
     X(UserIdChecked,              2923, C) \
     X(EnrolmentRefused,           2924, C) \
     X(UserDeleted,                2930, C) \
-    X(UserDeleteFailed,           2931, C) \
+    X(UserDeleteResult,           2931, C) \
     X(UserGroupDeleted,           2932, C) \
     X(UserCountsAnswer,                 2933, C) \
     X(UsersUploaded,              2934, C) \
@@ -148,14 +148,14 @@
     X(ShowLiveView,               3028, C) \
     X(VisitorCall,                3029, C) \
     X(AutomaticUserId,            3030, C) \
-    X(EnrolmentOptionAnswer,      3031, C) \
-    X(CameraReady,                3032, C) \
-    X(CameraStopped,              3033, C) \
+    X(FaceEnrolmentAbandoned,     3031, C) \
+    X(FullLogsDeleted,            3032, C) \
+    X(TextSpoken,                 3033, C) \
     X(UserEnrolled,               3034, C) \
     X(ControllerNote,             3035, C) \
-    X(DoorState,                  3036, C) \
+    X(DoorOpened,                 3036, C) \
     X(UnsentDataReady,            3038, C) \
-    X(LogStoreFull,               3039, C) \
+    X(LogStoreReport,             3039, C) \
     X(FactoryPowerReport,         4009, C) \
     X(FactoryLedReport,           4013, C) \
     X(FactoryIoReport,            4014, C) \

@@ -1,0 +1,61 @@
+#include "app/fonts.h"
+
+#include <QFile>
+#include <QFontDatabase>
+#include <QStringList>
+
+#include "base/device_paths.h"
+
+namespace {
+
+constexpr QLatin1String kSource("/zel1/image/img/fonts/");
+constexpr QLatin1String kLinks("/usr/lib/fonts/");
+
+constexpr QLatin1String kLight("NotoSansCJKkr-Light.otf");
+constexpr QLatin1String kRegular("NotoSansCJKkr-Regular.otf");
+constexpr QLatin1String kMedium("NotoSansCJKkr-Medium.otf");
+constexpr QLatin1String kBold("NotoSansCJKkr-Bold.otf");
+constexpr QLatin1String kSerif("NotoSerif-Bold.ttf");
+constexpr QLatin1String kJapaneseMedium("logotypejp_mp_m_1.1.ttf");
+constexpr QLatin1String kJapaneseBold("logotypejp_mp_b_1.1.ttf");
+
+void link(QLatin1String name) {
+    DevicePaths::runShell(QStringLiteral("ln -s %1%3 %2%3").arg(kSource, kLinks, name));
+}
+
+void add(QLatin1String name) {
+    QFontDatabase::addApplicationFont(DevicePaths::at(QString(kLinks) + name));
+}
+
+}  // namespace
+
+namespace Fonts {
+
+void installBase() {
+    DevicePaths::runShell(QStringLiteral("rm /usr/lib/fonts/*"));
+    for (const QLatin1String name : {kLight, kBold, kMedium, kRegular, kSerif})
+        link(name);
+    registerBase();
+}
+
+void registerBase() {
+    for (const QLatin1String name : {kLight, kRegular, kMedium, kBold, kSerif})
+        add(name);
+}
+
+void installJapanese() {
+    for (const QLatin1String name : {kJapaneseMedium, kJapaneseBold})
+        link(name);
+    for (const QLatin1String name : {kJapaneseMedium, kJapaneseBold})
+        add(name);
+}
+
+void removeJapanese() {
+    // The files go, not the links: a terminal that has left the language needs the space.
+    if (!QFile::exists(DevicePaths::at(QString(kSource) + kJapaneseMedium)))
+        return;
+    for (const QLatin1String name : {kJapaneseMedium, kJapaneseBold})
+        DevicePaths::runShell(QStringLiteral("rm %1%2").arg(kSource, name));
+}
+
+}  // namespace Fonts

@@ -1,0 +1,434 @@
+#include "app/main_window.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDateTime>
+#include <QFile>
+#include <QHoverEvent>
+#include <QLoggingCategory>
+#include <algorithm>
+#include <cstring>
+#include <iterator>
+
+#include "app/command_popups.h"
+#include "app/fonts.h"
+#include "app/menu_timer.h"
+#include "app/message_dispatch.h"
+#include "app/screen_factory.h"
+#include "app/status_popup.h"
+#include "app/window_form.h"
+#include "base/device_paths.h"
+#include "link/command_code.h"
+#include "ui/dialog_form.h"
+#include "ui/key_click.h"
+#include "ui/theme.h"
+#include "ui/touch_key_form.h"
+#include "ui_main_window.h"
+
+Q_LOGGING_CATEGORY(appLog, "zel.app", QtInfoMsg)
+
+namespace {
+
+MainWindow* theMainWindow = nullptr;
+
+/// How long the end of the process waits for the last frames to leave, in milliseconds.
+constexpr int kFlushTime = 500;
+constexpr int kThirdLanguage = 2;
+constexpr int kMaxSpokenText = 128;
+constexpr int kLogFullAutoClose = 10000;
+constexpr int kNoticeAutoClose = 5000;
+constexpr int kErrorSound = 203;
+/// By the settings' sleep choice, in seconds.
+constexpr int kSleepTimes[] = {0, 30, 60, 180, 300, 600};
+
+}  // namespace
+
+MainWindow::MainWindow(QWidget* parent)
+    : QMainWindow(parent),
+      callNumberPath_(DevicePaths::at(QStringLiteral("/mnt/data/callNumber.txt"))),
+      locationPath_(DevicePaths::at(QStringLiteral("/mnt/data/location.txt"))),
+      imageDirectory_(DevicePaths::at(QStringLiteral("/mnt/data/Images/"))),
+      ui_(std::make_unique<Ui::MainWindow>()) {
+    installPictures();
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        if (auto* window = qobject_cast<MainWindow*>(widget))
+            theMainWindow = window;
+    }
+    ui_->setupUi(this);
+    // The panel's plug-in makes the window as large as the screen; elsewhere it has a frame.
+    if (QGuiApplication::platformName() != QLatin1String("eglfs"))
+        setFixedSize(Theme::kScreenWidth, Theme::kScreenHeight);
+
+    Fonts::installBase();
+    scripts_ = new ScriptHandler(this, QStringLiteral("/zel1/script_list.json"));
+    if (scripts_->setScript(QString()) != 0)
+        scripts_->setScript(scripts_->getLanguageList().value(0));
+
+    status_ = new SystemStatus([this] { return records_.menu(); }, [] { return false; }, this);
+    menuTimer_ = new MenuTimer([this] { return records_.menu(); }, this);
+    dispatch_ = new MessageDispatch(windows_, this);
+    link_ = new DeviceLink(
+        [this](quint16 command, quint8, quint8, quint16 length, const char* payload) {
+            DataParsing(command, length, payload);
+        },
+        this);
+    KeyClick::setHandler([this] { SendCommand(command::KeyClick, 0, 0); });
+
+    initWindowList();
+    link_->clearReceiveState();
+    changeWindow(QStringLiteral("stayWindow"));
+    statusPopup_ = new StatusPopup([this](const QString& key) { return getScript(key); }, this);
+    connect(menuTimer_, &MenuTimer::timedOut, this, &MainWindow::menuTimeout);
+    connect(status_, &SystemStatus::faultsChanged, this, &MainWindow::showFaults);
+    connect(dispatch_, &MessageDispatch::shellMessage, this, &MainWindow::shellMessage);
+
+    setAttribute(Qt::WA_Hover);
+    installEventFilter(this);
+    touchWatcher_ = new TouchWatcher(this);
+    connect(touchWatcher_, &TouchWatcher::touched, this, [this] { ResetMenuTimer(); });
+
+    touchKey_ = new TouchKeyForm(this);
+    touchKey_->hide();
+
+    link_->open(DevicePaths::linkPort());
+
+    connect(&windows_, &WindowRegistry::changing, this, &MainWindow::signal_changeWindow);
+    connect(this, &MainWindow::signal_changeWindow, this, &MainWindow::changeWindowShowEvent);
+    createDialogs();
+}
+
+MainWindow::~MainWindow() {
+    ui_.reset();
+    link_->close(kFlushTime);
+    KeyClick::setHandler(nullptr);
+    // The screens go while everything that they use is still there.
+    windows_.deleteAll();
+    theMainWindow = nullptr;
+}
+
+MainWindow* MainWindow::getMainWindow() {
+    return theMainWindow;
+}
+
+void MainWindow::installPictures() {
+    DevicePaths::runShell(QStringLiteral("rm /usr/img/* "));
+    DevicePaths::runShell(QStringLiteral("ln -s /zel1/image/img/* /usr/img/ "));
+}
+
+void MainWindow::initWindowList() {
+    createScreens(this, windows_);
+}
+
+void MainWindow::createDialogs() {
+    popupForm_ = new DialogForm(this);
+    popupForm_->setObjectName(QStringLiteral("popupForm"));
+    popupForm_->setButtonType(DialogForm::OkButton);
+    popupForm_->checkWindowChange(true);
+    connect(this, &MainWindow::signal_changeWindow, popupForm_, &DialogForm::windowChanged);
+
+    logFullDialog_ = new DialogForm(this, kLogFullAutoClose);
+    logFullDialog_->setObjectName(QStringLiteral("logFullDialog"));
+    logFullDialog_->setButtonType(DialogForm::OkCancelButtons);
+    connect(logFullDialog_, &DialogForm::touchOk, this, &MainWindow::deleteWarnMaxLog);
+    connect(logFullDialog_, &DialogForm::closePopup, this, &MainWindow::cancelWarnMaxLog);
+
+    noticeDialog_ = new DialogForm(this, kNoticeAutoClose);
+    noticeDialog_->setObjectName(QStringLiteral("noticeDialog"));
+}
+
+// --- Device link ---------------------------------------------------------------------------
+
+void MainWindow::SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2) {
+    link_->send(cmd, p1, p2);
+}
+
+void MainWindow::SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2,
+                             unsigned short len, const char* data) {
+    link_->send(cmd, p1, p2, len, data);
+}
+
+void MainWindow::SendCloseMessage(int value) {
+    SendCommand(command::ScreenClosed, static_cast<unsigned char>(value), 0);
+}
+
+void MainWindow::PlaySound(int id) {
+    const char payload[] = {static_cast<char>(id & 0xFF), static_cast<char>((id >> 8) & 0xFF)};
+    SendCommand(command::PlaySound, 0, 0, sizeof payload, payload);
+}
+
+void MainWindow::EnrollPlaySoundTts(int n, const char* text) {
+    const auto number = static_cast<unsigned char>(n & 0xFF);
+    if (text == nullptr) {
+        SendCommand(command::SpeakText, 0, number, 0, nullptr);
+        return;
+    }
+    char payload[kMaxSpokenText] = {};
+    std::memcpy(payload, text, strnlen(text, sizeof payload));
+    SendCommand(command::SpeakText, 0, number, sizeof payload, payload);
+}
+
+void MainWindow::checkingForUnsentData() {
+    if (!link_->connected())
+        return;
+    SendCommand(command::AskUnsentUsers, 0, 0);
+    if (link_->connected())
+        SendCommand(command::AskUnsentLogs, 0, 0);
+}
+
+void MainWindow::checkSentMessageList() {}
+
+void MainWindow::sendTestPacket(unsigned short cmd, unsigned short len, const char* data) {
+    DataParsing(cmd, len, data);
+}
+
+void MainWindow::DataParsing(unsigned short command, unsigned short length, const char* payload) {
+    dispatch_->dispatch(
+        {command, link_->firstParameter(), link_->secondParameter(), length, payload});
+}
+
+void MainWindow::shellMessage(const DeviceMessage& message) {
+    switch (message.command) {
+        case command::Quit:
+            quitByController();
+            break;
+        case command::SystemStatus:
+            setSystemStatus(message.p1, message.p2,
+                            message.length > 0 ? static_cast<unsigned char>(message.payload[0]) : 0);
+            break;
+        case command::Settings:
+        case command::SettingsChanged:
+            records_.setMenu(*message.record<_gui_menu_>());
+            settingsArrived_ = true;
+            applyLanguageOfSettings();
+            break;
+        case command::ControllerEvent:
+            lastControllerEvent_ = {message.command, message.p1, message.p2, 0, nullptr};
+            break;
+        case command::SelfCheck:
+            status_->setSelfCheck(*message.record<std::uint32_t>());
+            break;
+        case command::UnsentDataWaiting:
+        case command::UnsentDataReady:
+            checkingForUnsentData();
+            break;
+        case command::FullLogsDeleted:
+            // What is left in the store has new numbers; the service is to see it once more.
+            SendCommand(command::AskUnsentLogs, 0, 0);
+            break;
+        case command::TextSpoken:
+            EnrollPlaySoundTts(0, nullptr);
+            break;
+        case command::ControllerNote:
+            qCDebug(appLog, "controller note %d %d", message.p1, message.p2);
+            break;
+        default:
+            ShowCommandPopup(message.command, message.p1, message.p2, message.payload);
+            break;
+    }
+}
+
+void MainWindow::quitByController() {
+    SendCommand(command::QuitAcknowledged, 0, 0);
+    link_->close(kFlushTime);
+    close();
+    QCoreApplication::exit(0);
+}
+
+// --- Records -------------------------------------------------------------------------------
+
+int MainWindow::getSleepMode() const {
+    const std::size_t choice = records_.menu().screen.sleepMode;
+    return choice < std::size(kSleepTimes) ? kSleepTimes[choice] : 0;
+}
+
+void MainWindow::setWorkMode(WorkMode mode) {
+    status_->setWorkMode(mode);
+}
+
+WorkMode MainWindow::getWorkMode() const {
+    return status_->workMode();
+}
+
+// --- Screens -------------------------------------------------------------------------------
+
+int MainWindow::changeWindow(const QString& title) {
+    return windows_.change(title);
+}
+
+int MainWindow::changeWindow(const QString& title, const QVariant& param) {
+    return windows_.change(title, &param);
+}
+
+void MainWindow::changeWindowShowEvent(const QString& title) {
+    StartMenuTimer();
+    if (title.startsWith(QLatin1String("factory")) || title.startsWith(QLatin1String("f_")))
+        factoryActive_ = true;
+    if (factoryActive_)
+        StopMenuTimer();
+}
+
+void MainWindow::StartMenuTimer() {
+    menuTimer_->start();
+}
+
+void MainWindow::StartMenuTimer(int seconds, const QString& returnTitle) {
+    menuTimer_->start(seconds, returnTitle);
+}
+
+void MainWindow::ResetMenuTimer() {
+    menuTimer_->reset();
+}
+
+void MainWindow::ResetMenuTimer(int seconds) {
+    menuTimer_->reset(seconds);
+}
+
+void MainWindow::UpdateResetTimer(int selector) {
+    menuTimer_->updateReset(selector);
+}
+
+void MainWindow::StopMenuTimer() {
+    menuTimer_->stop();
+}
+
+void MainWindow::menuTimeout(const QString& returnTitle) {
+    SendCloseMessage(command::kClosedByMenuTimeout);
+    changeWindow(returnTitle);
+}
+
+void MainWindow::showTouchKey() {
+    touchKey_->showInit();
+    touchKey_->raise();
+    touchKey_->show();
+}
+
+void MainWindow::showTouchKey(InputField* field) {
+    showTouchKey();
+    touchKey_->edit(field);
+}
+
+void MainWindow::removeTouchKey() {
+    // The first screen comes up before there is a keypad.
+    if (touchKey_ != nullptr)
+        touchKey_->hide();
+}
+
+void MainWindow::setTouchKeyOpt(const QString& text) {
+    touchKey_->setOption(text);
+}
+
+void MainWindow::ShowPopup(int key, int seconds) {
+    statusPopup_->show(key, seconds);
+}
+
+void MainWindow::ClosePopup() {
+    statusPopup_->close();
+}
+
+void MainWindow::ShowCommandPopup(int command, int p1, int, const char*) {
+    const CommandPopups::Text* text = CommandPopups::find(command, p1);
+    if (text == nullptr)
+        return;
+    popupForm_->setIcon(text->isError ? DialogForm::Icon::Error : DialogForm::Icon::Info);
+    popupForm_->setText(getScript(QLatin1String(text->key)));
+    popupForm_->setOkText(getScript(QStringLiteral("TopMenu_OK")));
+    popupForm_->show();
+    if (text->isError)
+        PlaySound(kErrorSound);
+}
+
+void MainWindow::deleteWarnMaxLog() {
+    SendCommand(command::DeleteFullLogs, 0, 0);
+}
+
+void MainWindow::cancelWarnMaxLog() {
+    logFullDialog_->hide();
+}
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::HoverMove)
+        ResetMenuTimer();
+    return QMainWindow::eventFilter(watched, event);
+}
+
+void MainWindow::showEvent(QShowEvent* event) {
+    QMainWindow::showEvent(event);
+    if (!shownOnce_) {
+        shownOnce_ = true;
+        checkBootchecker();
+    }
+}
+
+void MainWindow::checkBootchecker() {
+    const bool rebooted = QFile::exists(DevicePaths::at(QStringLiteral("/mnt/data/rebootchkr")));
+    changeWindow(rebooted ? QStringLiteral("stayWindow") : QStringLiteral("bootWindow"));
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    event->accept();
+    QCoreApplication::quit();
+}
+
+// --- Languages -----------------------------------------------------------------------------
+
+void MainWindow::applyLanguageOfSettings() {
+    const int number = records_.menu().setup.language;
+    const QStringList languages = getLanguageList();
+    if (number == language_ || number >= languages.size())
+        return;
+    // Not the user's change of language: nothing is removed for it.
+    language_ = number;
+    if (number == kThirdLanguage)
+        Fonts::installJapanese();
+    scripts_->setScript(languages.at(number));
+}
+
+void MainWindow::changeLanguage(int languageNumber) {
+    const QStringList languages = getLanguageList();
+    if (languageNumber < 0 || languageNumber >= languages.size())
+        return;
+    language_ = languageNumber;
+    if (languageNumber == kThirdLanguage) {
+        QFontDatabase::removeAllApplicationFonts();
+        Fonts::installJapanese();
+    } else {
+        Fonts::removeJapanese();
+        QFontDatabase::removeAllApplicationFonts();
+    }
+    // The base family serves every language; without it the panel would have no font at all.
+    Fonts::registerBase();
+    scripts_->setScript(languages.at(languageNumber));
+}
+
+// --- Status --------------------------------------------------------------------------------
+
+void MainWindow::setSystemStatus(int status, int, int) {
+    status_->setStatus(status);
+}
+
+int MainWindow::getSystemStatus() const {
+    return status_->status();
+}
+
+void MainWindow::dev_selfChkrResult() {
+    status_->evaluateSelfCheck();
+}
+
+void MainWindow::showFaults(const QStringList& keys, bool anyBit) {
+    popupForm_->hide();
+    if (!anyBit)
+        return;
+    ScriptHandler::Script text;
+    QStringList lines;
+    for (const QString& key : keys) {
+        text = getScript(key);
+        lines.append(text.script);
+    }
+    text.script = lines.join(QLatin1Char('\n'));
+    popupForm_->setIcon(DialogForm::Icon::Error);
+    popupForm_->setText(text);
+    popupForm_->setButtonType(DialogForm::OkButton);
+    popupForm_->setOkText(getScript(QStringLiteral("TopMenu_OK")));
+    popupForm_->show();
+    popupForm_->raise();
+}

@@ -1,0 +1,194 @@
+#pragma once
+
+#include <QFontDatabase>
+#include <QMainWindow>
+#include <QVariant>
+#include <memory>
+
+#include "app/record_store.h"
+#include "app/system_status.h"
+#include "app/window_registry.h"
+#include "link/device_link.h"
+#include "link/device_message.h"
+#include "ui/script_handler.h"
+
+namespace Ui {
+class MainWindow;
+}
+class DialogForm;
+class InputField;
+class MenuTimer;
+class MessageDispatch;
+class StatusPopup;
+class TouchKeyForm;
+class TouchWatcher;
+class WindowForm;
+
+/// Arrangements at the reader: what a recognition is used for. Kept for the recognition screens.
+enum class ReaderMode { In = 0, Out = 1 };
+enum class ServiceMode { InService = 0, OutOfService = 1 };
+enum class AlarmMode { None = 0, Arm = 1, Disarm = 2 };
+
+/// The main controller window: the one window of the process and the front of everything that the
+/// screens need. It owns the parts and hands every call on to the one that does the work.
+///
+/// GUI thread only, but for GetGuiMenu().
+class MainWindow : public QMainWindow {
+    Q_OBJECT
+
+public:
+    explicit MainWindow(QWidget* parent = nullptr);
+    ~MainWindow() override;
+
+    /// The one main window; null before it is made and once it is being destroyed.
+    static MainWindow* getMainWindow();
+
+    // --- Device link -----------------------------------------------------------------------
+    /// Sends a frame without payload; dropped unless the link has been reported up.
+    void SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2);
+    /// Sends a frame; dropped unless the socket is connected. @p data may be null with @p len 0.
+    void SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2, unsigned short len,
+                     const char* data);
+    /// Sends a frame whose payload is a packed record.
+    template <typename Record>
+    void SendRecord(unsigned short cmd, unsigned char p1, unsigned char p2, const Record& record) {
+        SendCommand(cmd, p1, p2, sizeof record, reinterpret_cast<const char*>(&record));
+    }
+    /// Tells the controller that a screen has closed; 1: by the menu time-out.
+    void SendCloseMessage(int value);
+    /// Plays the sound number @p id, 16 bits.
+    void PlaySound(int id);
+    /// Speaks @p text (UTF-8, at most 128 bytes are sent); without one only @p n is sent.
+    void EnrollPlaySoundTts(int n, const char* text);
+    /// Asks for the users and logs that the management service has not seen.
+    void checkingForUnsentData();
+    /// Kept without effect: frames are never sent again.
+    void checkSentMessageList();
+    /// Handles a frame as if it had arrived; lets screens be tried without a controller.
+    void sendTestPacket(unsigned short cmd, unsigned short len, const char* data);
+    /// Dispatches one frame, with the parameters of the header received last.
+    void DataParsing(unsigned short command, unsigned short length, const char* payload);
+
+    // --- Records ---------------------------------------------------------------------------
+    /// Whole-record copies out of and into the terminal's own. GetGuiMenu may be called from any
+    /// thread.
+    void GetGuiMenu(_gui_menu_* record) const { *record = records_.menu(); }
+    void SetGuiMenu(const _gui_menu_* record) { records_.setMenu(*record); }
+    void GetGuiUser(_gui_user_* record) const { *record = records_.user(); }
+    void SetGuiUser(const _gui_user_* record) { records_.setUser(*record); }
+    void GetUserLog(GUI_USERLOG* record) const { *record = records_.userLog(); }
+    void SetUserLog(const GUI_USERLOG* record) { records_.setUserLog(*record); }
+    void GetMealCount(MEAL_COUNT* record) const { *record = records_.mealCount(); }
+    /// The settings record, for reading single fields.
+    _gui_menu_ menuRecord() const { return records_.menu(); }
+    /// Whether the controller has sent its settings since the start.
+    bool settingsArrived() const { return settingsArrived_; }
+    /// Seconds until the standby screen asks for burn-in protection; 0 never.
+    int getSleepMode() const;
+
+    void setReaderMode(ReaderMode mode) { readerMode_ = mode; }
+    ReaderMode getReaderMode() const { return readerMode_; }
+    void setServiceMode(ServiceMode mode) { serviceMode_ = mode; }
+    ServiceMode getServiceMode() const { return serviceMode_; }
+    void setAlarmMode(AlarmMode mode) { alarmMode_ = mode; }
+    AlarmMode getAlarmMode() const { return alarmMode_; }
+    void setWorkMode(WorkMode mode);
+    WorkMode getWorkMode() const;
+
+    // --- Screens ---------------------------------------------------------------------------
+    /// 0 done, 1 no such window, -1 refused.
+    int changeWindow(const QString& title);
+    int changeWindow(const QString& title, const QVariant& param);
+    WindowForm* getWindow(const QString& title) const { return windows_.find(title); }
+    WindowForm* getActivateWindowForm() const { return windows_.active(); }
+    /// Switches screen changes off (and on), for an operation that must not be left.
+    void setChangeWindowFlag(bool allowed) { windows_.setChangeAllowed(allowed); }
+    const QList<WindowForm*>& windowList() const { return windows_.windows(); }
+
+    void StartMenuTimer();
+    void StartMenuTimer(int seconds, const QString& returnTitle);
+    void ResetMenuTimer();
+    void ResetMenuTimer(int seconds);
+    void UpdateResetTimer(int selector);
+    void StopMenuTimer();
+
+    void showTouchKey();
+    /// Opens the keypad for @p field.
+    void showTouchKey(InputField* field);
+    void removeTouchKey();
+    void setTouchKeyOpt(const QString& text);
+
+    void ShowPopup(int key, int seconds);
+    void ClosePopup();
+    DialogForm* getPopupForm() const { return popupForm_; }
+    /// Shows what the controller says of @p command with @p p1, if that has a text.
+    void ShowCommandPopup(int command, int p1, int p2, const char* payload);
+
+    // --- Languages -------------------------------------------------------------------------
+    ScriptHandler::Script getScript(const QString& key) const { return scripts_->getScript(key); }
+    QStringList getLanguageList() const { return scripts_->getLanguageList(); }
+    QString getScriptFontFamily() const { return scripts_->getFontFamily(); }
+    int scriptRevision() const { return scripts_->revision(); }
+    /// Switches to the language @p languageNumber at the user's wish; a number that the list does
+    /// not have changes nothing. Screens take the new texts when they are next shown.
+    void changeLanguage(int languageNumber);
+
+    // --- Status ----------------------------------------------------------------------------
+    void setSystemStatus(int status, int p2, int value);
+    int getSystemStatus() const;
+    void dev_selfChkrResult();
+
+public slots:
+    void changeWindowShowEvent(const QString& title);
+
+signals:
+    void signal_changeWindow(const QString& title);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void installPictures();
+    void initWindowList();
+    void createDialogs();
+    void checkBootchecker();
+    void applyLanguageOfSettings();
+    void shellMessage(const DeviceMessage& message);
+    void quitByController();
+    void showFaults(const QStringList& keys, bool anyBit);
+    void menuTimeout(const QString& returnTitle);
+    void deleteWarnMaxLog();
+    void cancelWarnMaxLog();
+
+    // In the order in which they may be destroyed, last first.
+    RecordStore records_;
+    const QString callNumberPath_;
+    const QString locationPath_;
+    const QString imageDirectory_;
+    QFontDatabase fontDatabase_;
+    std::unique_ptr<Ui::MainWindow> ui_;
+
+    WindowRegistry windows_;
+    ScriptHandler* scripts_ = nullptr;
+    MenuTimer* menuTimer_ = nullptr;
+    SystemStatus* status_ = nullptr;
+    MessageDispatch* dispatch_ = nullptr;
+    DeviceLink* link_ = nullptr;
+    StatusPopup* statusPopup_ = nullptr;
+    TouchWatcher* touchWatcher_ = nullptr;
+    TouchKeyForm* touchKey_ = nullptr;
+    DialogForm* popupForm_ = nullptr;
+    DialogForm* logFullDialog_ = nullptr;
+    DialogForm* noticeDialog_ = nullptr;
+
+    DeviceMessage lastControllerEvent_;
+    ReaderMode readerMode_ = ReaderMode::In;
+    ServiceMode serviceMode_ = ServiceMode::InService;
+    AlarmMode alarmMode_ = AlarmMode::None;
+    int language_ = 0;
+    bool settingsArrived_ = false;
+    bool shownOnce_ = false;
+    bool factoryActive_ = false;
+};

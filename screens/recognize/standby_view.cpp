@@ -1,0 +1,151 @@
+#include "screens/recognize/standby_view.h"
+
+#include <QLocale>
+#include <QMouseEvent>
+#include <QPainter>
+
+#include "ui/pictures.h"
+#include "ui/theme.h"
+
+namespace {
+
+// Where things stand, in pixels. The hour's digits are heavier than the minute's, so that the two
+// lines are told apart from a distance.
+constexpr int kDigitSize = 236;
+constexpr int kDigitsRight = 348;
+constexpr int kHourBaseline = 306;
+constexpr int kMinuteBaseline = 517;
+constexpr int kHalfDayLeft = 360;
+constexpr int kHalfDaySize = 44;
+constexpr QRect kHours(0, 100, 480, 236);
+constexpr QRect kMinutes(0, 336, 480, 212);
+constexpr QRect kDate(0, 572, 480, 48);
+constexpr QRect kHint(24, 688, 432, 72);
+constexpr int kHintIcon = 36;
+constexpr int kHintGap = 8;
+constexpr QPoint kLogo(24, 24);
+constexpr QSize kLogoSize(240, 72);
+
+}  // namespace
+
+StandbyView::StandbyView(QWidget* parent) : QWidget(parent) {
+    setAttribute(Qt::WA_OpaquePaintEvent);
+}
+
+void StandbyView::setTime(const QDateTime& now) {
+    const QDateTime before = time_;
+    time_ = now;
+    if (!before.isValid() || before.time().hour() != now.time().hour())
+        update(kHours);
+    if (!before.isValid() || before.time().minute() != now.time().minute())
+        update(kMinutes);
+    if (before.date() != now.date())
+        update(kDate);
+}
+
+void StandbyView::setBackground(const QPixmap& picture) {
+    ownBackground_ = picture.isNull();
+    background_ = ownBackground_ ? Pictures::icon(QStringLiteral("stay_default.png"))
+                                 : picture.scaled(Theme::kScreenWidth, Theme::kScreenHeight,
+                                                  Qt::KeepAspectRatioByExpanding,
+                                                  Qt::SmoothTransformation);
+    update();
+}
+
+void StandbyView::setLogo(const QPixmap& logo) {
+    logo_ = logo;
+    if (logo.width() > kLogoSize.width() || logo.height() > kLogoSize.height())
+        logo_ = logo.scaled(kLogoSize, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    update(QRect(kLogo, kLogoSize));
+}
+
+void StandbyView::applyScripts(const Lookup& lookup) {
+    hint_ = lookup(QStringLiteral("Info_TouchToStart"));
+    date_ = lookup(QStringLiteral("Arg_LongDate"));
+    locale_ = QLocale(lookup(QStringLiteral("Arg_Locale")).script);
+    update();
+}
+
+void StandbyView::paintEvent(QPaintEvent* event) {
+    QPainter painter(this);
+    painter.setClipRegion(event->region());
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+
+    painter.fillRect(event->rect(), Theme::color(Theme::kBackground));
+    if (!background_.isNull()) {
+        const QRect place(QPoint(0, 0), background_.size());
+        painter.drawPixmap(place.translated(rect().center() - place.center()), background_);
+    }
+    if (!ownBackground_)
+        painter.fillRect(event->rect(), Theme::color(Theme::kDim));
+    if (!logo_.isNull() && event->rect().intersects(QRect(kLogo, kLogoSize)))
+        painter.drawPixmap(kLogo, logo_);
+
+    if (time_.isValid() && event->rect().intersects(kHours | kMinutes | kDate))
+        paintClock(painter);
+    if (event->rect().intersects(kHint))
+        paintHint(painter);
+}
+
+void StandbyView::paintClock(QPainter& painter) const {
+    const QString family = hint_.fontFamily;
+    const int hour = time_.time().hour();
+    const QString hours = QStringLiteral("%1").arg((hour + 11) % 12 + 1, 2, 10, QLatin1Char('0'));
+    const QString minutes = QStringLiteral("%1").arg(time_.time().minute(), 2, 10, QLatin1Char('0'));
+
+    painter.setPen(Theme::color(Theme::kStrong));
+    painter.setFont(Theme::font(family, kDigitSize, QFont::Medium));
+    painter.drawText(kDigitsRight - painter.fontMetrics().horizontalAdvance(hours), kHourBaseline,
+                     hours);
+
+    painter.setFont(Theme::font(family, kDigitSize, QFont::Light));
+    const QFontMetrics light = painter.fontMetrics();
+    const int minutesLeft = kDigitsRight - light.horizontalAdvance(minutes);
+    painter.drawText(minutesLeft, kMinuteBaseline, minutes);
+    // The colon hangs left of the digits, so that these stand under the hours.
+    const QString colon = QStringLiteral(":");
+    painter.drawText(minutesLeft - light.horizontalAdvance(colon), kMinuteBaseline, colon);
+
+    painter.setPen(Theme::color(Theme::kAccent));
+    painter.setFont(Theme::font(family, kHalfDaySize, QFont::Medium));
+    painter.drawText(kHalfDayLeft, kHourBaseline,
+                     hour < 12 ? QStringLiteral("AM") : QStringLiteral("PM"));
+
+    painter.setPen(Theme::color(Theme::kCaption));
+    painter.setFont(Theme::font(family, static_cast<int>(date_.size)));
+    painter.drawText(kDate, Qt::AlignCenter, dateText());
+}
+
+QString StandbyView::dateText() const {
+    return locale_.toString(time_.date(), date_.script);
+}
+
+void StandbyView::paintHint(QPainter& painter) const {
+    painter.setPen(QPen(Theme::color(Theme::kOutline), 1));
+    painter.setBrush(pressed_ ? Theme::color(Theme::kRowPressed) : Theme::color(Theme::kVeil));
+    painter.drawRoundedRect(QRectF(kHint).adjusted(0.5, 0.5, -0.5, -0.5), kHint.height() / 2.0,
+                            kHint.height() / 2.0);
+
+    painter.setFont(Theme::font(hint_.fontFamily, static_cast<int>(hint_.size), QFont::Medium));
+    const int textWidth = painter.fontMetrics().horizontalAdvance(hint_.script);
+    const int left = kHint.center().x() - (kHintIcon + kHintGap + textWidth) / 2;
+    const int middle = kHint.center().y();
+    painter.drawPixmap(left, middle - kHintIcon / 2, Pictures::icon(QStringLiteral("touch.png")));
+    painter.setPen(Theme::color(Theme::kCaption));
+    painter.drawText(QRect(left + kHintIcon + kHintGap, kHint.top(), textWidth, kHint.height() - 2),
+                     Qt::AlignVCenter, hint_.script);
+}
+
+void StandbyView::mousePressEvent(QMouseEvent*) {
+    pressed_ = true;
+    update(kHint);
+}
+
+void StandbyView::mouseReleaseEvent(QMouseEvent*) {
+    if (!pressed_)
+        return;
+    pressed_ = false;
+    update(kHint);
+    emit touched();
+}

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QDateTime>
+#include <QLocale>
+#include <QPixmap>
+#include <QWidget>
+
+#include "ui/scripted.h"
+
+/// The picture of the standby screen: large clock, date and the hint how to go on. Paints only what
+/// a new time changes.
+class StandbyView : public QWidget, public Scripted {
+    Q_OBJECT
+
+public:
+    explicit StandbyView(QWidget* parent = nullptr);
+
+    /// Shows @p now to the minute.
+    void setTime(const QDateTime& now);
+    /// Shows a chosen picture behind the clock, dimmed so that the clock can be read; a null one
+    /// brings the own background back.
+    void setBackground(const QPixmap& picture);
+    /// Shows @p logo at the top left, scaled down to 240 by 72 if it is larger.
+    void setLogo(const QPixmap& logo);
+
+    void applyScripts(const Lookup& lookup) override;
+
+signals:
+    void touched();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+
+private:
+    void paintClock(QPainter& painter) const;
+    void paintHint(QPainter& painter) const;
+    QString dateText() const;
+
+    QDateTime time_;
+    QPixmap background_;
+    bool ownBackground_ = true;
+    QPixmap logo_;
+    ScriptHandler::Script hint_;
+    ScriptHandler::Script date_;
+    QLocale locale_;
+    bool pressed_ = false;
+};

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QTimer>
+#include <memory>
+
+#include "app/window_form.h"
+
+namespace Ui {
+class StayWindow;
+}
+
+/// The standby screen: a large clock until somebody touches the panel.
+class StayWindow : public WindowForm {
+    Q_OBJECT
+
+public:
+    StayWindow(QWidget* parent, const QString& title);
+    ~StayWindow() override;
+
+    /// Shows the present time.
+    void showTime();
+    /// The panel has been touched: wakes the camera and goes to the live view.
+    void centerTouch();
+    /// Starts the time to the burn-in protection anew.
+    void setSleepTimerReset();
+
+protected:
+    void createForm() override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    void sleepTimeout();
+    void loadPictures();
+
+    std::unique_ptr<Ui::StayWindow> ui_;
+    QTimer clockTimer_;
+    QTimer sleepTimer_;
+};
