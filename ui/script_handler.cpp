@@ -73,14 +73,14 @@ int ScriptHandler::setScript(QString title) {
         entries_.reserve(scripts.size());
         for (auto it = scripts.begin(); it != scripts.end(); ++it) {
             const QJsonObject source = it.value().toObject();
-            Script entry;
-            entry.type = source.value(QLatin1String("Type")).toString();
-            entry.size = static_cast<float>(source.value(QLatin1String("Size")).toDouble());
-            entry.height = static_cast<float>(source.value(QLatin1String("Height")).toDouble());
-            entry.letter = static_cast<float>(source.value(QLatin1String("Letter")).toDouble());
-            entry.script = source.value(QLatin1String("Script")).toString();
-            entry.fontFamily = fontFamily_;
-            entries_.insert(it.key(), entry);
+            Script made;
+            made.type = source.value(QLatin1String("Type")).toString();
+            made.size = static_cast<float>(source.value(QLatin1String("Size")).toDouble());
+            made.height = static_cast<float>(source.value(QLatin1String("Height")).toDouble());
+            made.letter = static_cast<float>(source.value(QLatin1String("Letter")).toDouble());
+            made.script = source.value(QLatin1String("Script")).toString();
+            made.fontFamily = fontFamily_;
+            entries_.insert(it.key(), made);
         }
         ++revision_;
         return 0;

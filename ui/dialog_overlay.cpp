@@ -1,0 +1,128 @@
+#include "ui/dialog_overlay.h"
+
+#include <QEvent>
+#include <QKeyEvent>
+#include <QPainter>
+
+#include "ui/theme.h"
+
+namespace {
+
+class Card : public QWidget {
+ public:
+    using QWidget::QWidget;
+
+ protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Theme::color(Theme::kOutline));
+        painter.setBrush(Theme::color(Theme::kDialog));
+        painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), Theme::kRadiusCard,
+                                Theme::kRadiusCard);
+    }
+};
+
+DialogOverlay* visibleDialog(const QWidget* widget, const DialogOverlay* except) {
+    const auto dialogs = widget->window()->findChildren<DialogOverlay*>();
+    for (DialogOverlay* dialog : dialogs)
+        if (dialog != except && dialog->isVisible())
+            return dialog;
+    return nullptr;
+}
+
+}  // namespace
+
+DialogOverlay::DialogOverlay(QWidget* parent) : QWidget(parent), card_(new Card(this)) {
+    hide();
+    setAttribute(Qt::WA_NoMousePropagation);
+    setFocusPolicy(Qt::StrongFocus);
+    parent->installEventFilter(this);
+}
+
+DialogOverlay* DialogOverlay::current(const QWidget* widget) {
+    return visibleDialog(widget, nullptr);
+}
+
+void DialogOverlay::setBackgroundDisabled(bool on) {
+    backgroundDisabled_ = on;
+    partsChanged();
+}
+
+void DialogOverlay::windowChanged() {
+    if (followsWindowChange_)
+        hide();
+}
+
+void DialogOverlay::partsChanged() {
+    if (!isVisible())
+        return;  // showEvent() arranges
+    const int height = arrange();
+    card_->setGeometry((width() - kCardWidth) / 2, (this->height() - height) / 2, kCardWidth,
+                       height);
+    if (backgroundDisabled_)
+        clearMask();
+    else
+        setMask(card_->geometry());
+    update();
+}
+
+bool DialogOverlay::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == parent() && event->type() == QEvent::Resize)
+        resize(parentWidget()->size());
+    return QWidget::eventFilter(watched, event);
+}
+
+bool DialogOverlay::focusNextPrevChild(bool) {
+    return true;  // the focus must not leave for what is behind
+}
+
+void DialogOverlay::hideEvent(QHideEvent* event) {
+    if (!event->spontaneous()) {
+        // Hidden along with its screen: it must not come back with the screen.
+        if (!isHidden())
+            hide();
+        if (focusBefore_ && focusBefore_->isVisible())
+            focusBefore_->setFocus();
+        focusBefore_.clear();
+        if (deleteOnClose_)
+            deleteLater();
+    }
+    QWidget::hideEvent(event);
+}
+
+void DialogOverlay::keyPressEvent(QKeyEvent* event) {
+    event->accept();
+}
+
+void DialogOverlay::keyReleaseEvent(QKeyEvent* event) {
+    event->accept();
+}
+
+void DialogOverlay::paintEvent(QPaintEvent*) {
+    if (backgroundDisabled_)
+        QPainter(this).fillRect(rect(), Theme::color(Theme::kDim));
+}
+
+void DialogOverlay::resizeEvent(QResizeEvent*) {
+    partsChanged();
+}
+
+void DialogOverlay::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    if (event->spontaneous())
+        return;
+    if (DialogOverlay* other = visibleDialog(this, this)) {
+        other->hide();
+        other->replaced();
+        if (!isVisible())
+            return;
+    }
+    setGeometry(parentWidget()->rect());
+    partsChanged();
+    raise();
+    if (backgroundDisabled_) {
+        focusBefore_ = window()->focusWidget();
+        setFocus();
+    }
+}
