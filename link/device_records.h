@@ -142,7 +142,7 @@ struct UserCounts {
 
 /// The settings record as the device controller holds it.
 struct _gui_menu_ {
-    std::uint8_t commissioned;  // 0: not set up yet, no screen times out
+    std::uint8_t commissioned;    // 0: not set up yet, no screen times out
     std::uint8_t managerControl;  // 1: the management service may control the terminal
     std::uint8_t reserved1[2];
     char serial[24];
@@ -259,6 +259,36 @@ struct MEAL_COUNT {
     std::uint32_t supper;
 };
 
+/// Payload of EventReported: the access event that the management service has confirmed.
+struct EventReported {
+    std::uint32_t number;
+    char userId[16];
+    char cardNumber[16];
+    std::uint8_t authMethod;
+    std::uint8_t inOut;
+    std::uint8_t eventStatus;
+    std::uint8_t payCount;
+    std::uint8_t year;  // since 2000
+    std::uint8_t month;
+    std::uint8_t day;
+    std::uint8_t hour;
+    std::uint8_t minute;
+    std::uint8_t second;
+    std::uint8_t reserved[22];
+};
+
+/// Payload of UserReported: the enrolled user that the management service has confirmed.
+struct UserReported {
+    char userId[16];
+    char name[100];
+    char cardNumber[16];
+    std::uint8_t authMethod;
+    std::uint8_t level;
+    std::uint8_t autoEnrolled;
+    std::uint8_t removeUserData;
+    std::uint8_t reserved[4];
+};
+
 #pragma pack(pop)
 
 static_assert(sizeof(_byte4_time_se_) == 4);
@@ -310,3 +340,5 @@ static_assert(offsetof(GUI_USERLOG, from) == 28);
 
 static_assert(sizeof(GUI_LOGDATA) == 284);
 static_assert(sizeof(info_s) == 616);
+static_assert(sizeof(EventReported) == 68);
+static_assert(sizeof(UserReported) == 140);

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QVariant>
+#include <cstdint>
+
+#include "link/device_records.h"
+
+/// What the cloud link needs from the terminal around it. The main window implements it.
+///
+/// settings() and parsingRestCommand() are called from the thread that serves HTTP as well as from
+/// the GUI thread; the others only from the GUI thread. None of them may wait for the GUI thread:
+/// it joins the serving thread when the terminal ends.
+class CloudHost {
+ public:
+    /// A copy of the whole settings record. Any thread.
+    virtual _gui_menu_ settings() const = 0;
+    /// Takes one decoded management command over: the command's number and its record from
+    /// cloud/parameters.h. Returns at once, the command is carried out later. Any thread.
+    virtual void parsingRestCommand(int command, QVariant parameter) = 0;
+
+    /// Stores whether the management service is reachable.
+    virtual void updateRestConnectStatus(bool up) = 0;
+    /// Takes note of a finished request of the REST client; @p procIdx holds a ProcIDX.
+    virtual void completedRestCommand(QVariant procIdx) = 0;
+    /// The controller's latest self-check word, a SelfCheckFault bit per fault.
+    virtual std::uint32_t selfCheckWord() const = 0;
+
+ protected:
+    ~CloudHost() = default;
+};
+
+/// Bits of the controller's self-check word.
+enum SelfCheckFault : std::uint32_t {
+    kCameraFault = 0x01,
+    kCardReaderFault = 0x02,
+    kTouchFault = 0x04,
+    kMemoryFault = 0x08,
+    kNetworkFault = 0x10,
+    kTamperFault = 0x40,
+};
