@@ -7,7 +7,7 @@
 class CAPI : public QObject {
     Q_OBJECT
 
-public:
+ public:
     /// Sets the environment of the panel's display and touch input for the Qt platform plug-in,
     /// overwriting what is there; Qt's own -platform argument still wins. Always 0. To be called
     /// before the application object is made.

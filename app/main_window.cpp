@@ -67,11 +67,9 @@ MainWindow::MainWindow(QWidget* parent)
     status_ = new SystemStatus([this] { return records_.menu(); }, [] { return false; }, this);
     menuTimer_ = new MenuTimer([this] { return records_.menu(); }, this);
     dispatch_ = new MessageDispatch(windows_, this);
-    link_ = new DeviceLink(
-        [this](quint16 command, quint8, quint8, quint16 length, const char* payload) {
-            DataParsing(command, length, payload);
-        },
-        this);
+    link_ = new DeviceLink([this](quint16 command, quint8, quint8, quint16 length,
+                                  const char* payload) { DataParsing(command, length, payload); },
+                           this);
     KeyClick::setHandler([this] { SendCommand(command::KeyClick, 0, 0); });
 
     initWindowList();
@@ -143,8 +141,8 @@ void MainWindow::SendCommand(unsigned short cmd, unsigned char p1, unsigned char
 }
 
 void MainWindow::SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2,
-                             unsigned short len, const char* data) {
-    link_->send(cmd, p1, p2, len, data);
+                             unsigned short len, const char* payload) {
+    link_->send(cmd, p1, p2, len, payload);
 }
 
 void MainWindow::SendCloseMessage(int value) {
@@ -177,8 +175,8 @@ void MainWindow::checkingForUnsentData() {
 
 void MainWindow::checkSentMessageList() {}
 
-void MainWindow::sendTestPacket(unsigned short cmd, unsigned short len, const char* data) {
-    DataParsing(cmd, len, data);
+void MainWindow::sendTestPacket(unsigned short cmd, unsigned short len, const char* payload) {
+    DataParsing(cmd, len, payload);
 }
 
 void MainWindow::DataParsing(unsigned short command, unsigned short length, const char* payload) {
@@ -192,8 +190,9 @@ void MainWindow::shellMessage(const DeviceMessage& message) {
             quitByController();
             break;
         case command::SystemStatus:
-            setSystemStatus(message.p1, message.p2,
-                            message.length > 0 ? static_cast<unsigned char>(message.payload[0]) : 0);
+            setSystemStatus(
+                message.p1, message.p2,
+                message.length > 0 ? static_cast<unsigned char>(message.payload[0]) : 0);
             break;
         case command::Settings:
         case command::SettingsChanged:

@@ -36,7 +36,7 @@ enum class AlarmMode { None = 0, Arm = 1, Disarm = 2 };
 class MainWindow : public QMainWindow {
     Q_OBJECT
 
-public:
+ public:
     explicit MainWindow(QWidget* parent = nullptr);
     ~MainWindow() override;
 
@@ -138,18 +138,18 @@ public:
     int getSystemStatus() const;
     void dev_selfChkrResult();
 
-public slots:
+ public slots:
     void changeWindowShowEvent(const QString& title);
 
-signals:
+ signals:
     void signal_changeWindow(const QString& title);
 
-protected:
+ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
-private:
+ private:
     void installPictures();
     void initWindowList();
     void createDialogs();

@@ -11,7 +11,7 @@ struct _gui_menu_;
 class MenuTimer : public QObject {
     Q_OBJECT
 
-public:
+ public:
     /// Seconds by the settings' menu time-out choice; 0 never times out.
     static constexpr int kTimeouts[] = {10, 20, 30, 0};
 
@@ -37,11 +37,11 @@ public:
     int seconds() const { return seconds_; }
     QString returnTitle() const { return returnTitle_; }
 
-signals:
+ signals:
     /// The time is over; the terminal is to show @p returnTitle.
     void timedOut(const QString& returnTitle);
 
-private:
+ private:
     void timeoutEvent();
     void run(int seconds);
 
@@ -57,12 +57,12 @@ private:
 class TouchWatcher : public QObject {
     Q_OBJECT
 
-public:
+ public:
     explicit TouchWatcher(QObject* parent);
 
-signals:
+ signals:
     void touched();
 
-protected:
+ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 };

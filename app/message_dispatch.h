@@ -12,16 +12,16 @@ class WindowRegistry;
 class MessageDispatch : public QObject {
     Q_OBJECT
 
-public:
+ public:
     MessageDispatch(const WindowRegistry& windows, QObject* parent);
 
     /// Dispatches one frame. An unknown code, an answer for a screen that has been left and a
     /// payload shorter than its record are dropped, the last with a line in the log.
     void dispatch(const DeviceMessage& message);
 
-signals:
+ signals:
     void shellMessage(const DeviceMessage& message);
 
-private:
+ private:
     const WindowRegistry& windows_;
 };

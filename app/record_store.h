@@ -9,7 +9,7 @@
 /// always taken and stored whole. Usable from any thread: the REST server reads the settings while
 /// the GUI thread changes them.
 class RecordStore {
-public:
+ public:
     _gui_menu_ menu() const { return copy(menu_); }
     void setMenu(const _gui_menu_& record) { store(menu_, record); }
     _gui_user_ user() const { return copy(user_); }
@@ -19,7 +19,7 @@ public:
     MEAL_COUNT mealCount() const { return copy(mealCount_); }
     void setMealCount(const MEAL_COUNT& record) { store(mealCount_, record); }
 
-private:
+ private:
     template <typename Record>
     Record copy(const Record& record) const {
         const QMutexLocker lock(&lock_);

@@ -12,7 +12,7 @@ class QWidget;
 class StatusPopup : public QObject {
     Q_OBJECT
 
-public:
+ public:
     static constexpr int kDownloadingSettings = 1;
     static constexpr int kNetworkFailed = 2;
 
@@ -27,7 +27,7 @@ public:
     int key() const { return key_; }
     int seconds() const { return seconds_; }
 
-private:
+ private:
     void timeoutEvent();
 
     const std::function<ScriptHandler::Script(const QString&)> scripts_;

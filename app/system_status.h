@@ -28,7 +28,7 @@ enum class WorkMode {
 class SystemStatus : public QObject {
     Q_OBJECT
 
-public:
+ public:
     /// Bits of the self-check word that are shown.
     static constexpr std::uint32_t kTouchFault = 0x04;
     static constexpr std::uint32_t kNetworkFault = 0x10;
@@ -57,7 +57,7 @@ public:
     /// Script keys of the faults in @p word, touch panel first, tamper last.
     static QStringList faultKeys(std::uint32_t word);
 
-signals:
+ signals:
     /// The faults now present, by script key; none when all is well. @p anyBit is false only for
     /// a word of 0: bits that have no text are still a fault.
     void faultsChanged(const QStringList& keys, bool anyBit);
@@ -66,7 +66,7 @@ signals:
     /// The management service is not reachable: try to connect.
     void connectWanted();
 
-private:
+ private:
     const std::function<_gui_menu_()> settings_;
     const std::function<bool()> serviceReachable_;
     QTimer selfCheckTimer_;

@@ -34,22 +34,22 @@ void quitOnSignal(int number) {
     errno = before;
 }
 
-sigset_t setOf(std::initializer_list<int> signals) {
+sigset_t setOf(std::initializer_list<int> numbers) {
     sigset_t set;
     ::sigemptyset(&set);
-    for (const int number : signals)
+    for (const int number : numbers)
         ::sigaddset(&set, number);
     return set;
 }
 
 }  // namespace
 
-void holdUnixSignals(std::initializer_list<int> signals) {
-    const sigset_t set = setOf(signals);
+void holdUnixSignals(std::initializer_list<int> numbers) {
+    const sigset_t set = setOf(numbers);
     ::pthread_sigmask(SIG_BLOCK, &set, nullptr);
 }
 
-void catchUnixSignals(std::initializer_list<int> signals) {
+void catchUnixSignals(std::initializer_list<int> numbers) {
     if (quitPipe[0] < 0 && ::pipe2(quitPipe, O_CLOEXEC | O_NONBLOCK) == 0) {
         auto* notifier =
             new QSocketNotifier(quitPipe[0], QSocketNotifier::Read, QCoreApplication::instance());
@@ -60,8 +60,8 @@ void catchUnixSignals(std::initializer_list<int> signals) {
             QCoreApplication::quit();
         });
     }
-    const sigset_t set = setOf(signals);
-    for (const int number : signals) {
+    const sigset_t set = setOf(numbers);
+    for (const int number : numbers) {
         struct sigaction action {};
         action.sa_handler = quitOnSignal;
         action.sa_mask = set;
@@ -71,7 +71,7 @@ void catchUnixSignals(std::initializer_list<int> signals) {
     ::pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
 }
 
-void ignoreUnixSignals(std::initializer_list<int> signals) {
-    for (const int number : signals)
+void ignoreUnixSignals(std::initializer_list<int> numbers) {
+    for (const int number : numbers)
         ::signal(number, SIG_IGN);
 }

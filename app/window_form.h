@@ -12,7 +12,7 @@ struct DeviceMessage;
 class WindowForm : public QWidget {
     Q_OBJECT
 
-public:
+ public:
     /// @p title is the name in the registry.
     WindowForm(QWidget* parent, const QString& title);
 
@@ -34,7 +34,7 @@ public:
 
     void setVisible(bool visible) override;
 
-protected:
+ protected:
     /// Builds the screen's form; called once.
     virtual void createForm() = 0;
     /// Called after the texts of the form's widgets have been set for a language.
@@ -43,7 +43,7 @@ protected:
     const QVariant& param() const { return param_; }
     void showEvent(QShowEvent* event) override;
 
-private:
+ private:
     const QString title_;
     QVariant param_;
     bool formBuilt_ = false;

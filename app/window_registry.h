@@ -11,7 +11,7 @@ class WindowForm;
 class WindowRegistry : public QObject {
     Q_OBJECT
 
-public:
+ public:
     enum Result {
         kDone = 0,
         kNoSuchWindow = 1,
@@ -36,11 +36,11 @@ public:
     /// Deletes every window, the last one first.
     void deleteAll();
 
-signals:
+ signals:
     /// A window is about to come up.
     void changing(const QString& title);
 
-private:
+ private:
     QList<WindowForm*> windows_;
     WindowForm* active_ = nullptr;
     int activeIndex_ = -1;

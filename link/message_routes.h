@@ -15,8 +15,8 @@ enum class RouteRule {
 struct MessageRoute {
     std::uint16_t command;
     RouteRule rule;
-    std::uint16_t minPayload;    ///< a shorter payload is not handled
-    const char* title;           ///< registry title, null where the rule needs none
+    std::uint16_t minPayload;           ///< a shorter payload is not handled
+    const char* title;                  ///< registry title, null where the rule needs none
     const char* secondTitle = nullptr;  ///< a further screen that may be the active one
 };
 

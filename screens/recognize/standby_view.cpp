@@ -11,14 +11,14 @@ namespace {
 
 // Where things stand, in pixels. The hour's digits are heavier than the minute's, so that the two
 // lines are told apart from a distance.
-constexpr int kDigitSize = 236;
-constexpr int kDigitsRight = 348;
+constexpr int kDigitSize = 230;
+constexpr int kDigitsRight = 354;
 constexpr int kHourBaseline = 306;
 constexpr int kMinuteBaseline = 517;
 constexpr int kHalfDayLeft = 360;
 constexpr int kHalfDaySize = 44;
-constexpr QRect kHours(0, 100, 480, 236);
-constexpr QRect kMinutes(0, 336, 480, 212);
+constexpr QRect kHours(0, 120, 480, 210);
+constexpr QRect kMinutes(0, 330, 480, 210);
 constexpr QRect kDate(0, 572, 480, 48);
 constexpr QRect kHint(24, 688, 432, 72);
 constexpr int kHintIcon = 36;
@@ -45,10 +45,10 @@ void StandbyView::setTime(const QDateTime& now) {
 
 void StandbyView::setBackground(const QPixmap& picture) {
     ownBackground_ = picture.isNull();
-    background_ = ownBackground_ ? Pictures::icon(QStringLiteral("stay_default.png"))
-                                 : picture.scaled(Theme::kScreenWidth, Theme::kScreenHeight,
-                                                  Qt::KeepAspectRatioByExpanding,
-                                                  Qt::SmoothTransformation);
+    background_ = ownBackground_
+                      ? Pictures::icon(QStringLiteral("stay_default.png"))
+                      : picture.scaled(Theme::kScreenWidth, Theme::kScreenHeight,
+                                       Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation);
     update();
 }
 
@@ -92,7 +92,8 @@ void StandbyView::paintClock(QPainter& painter) const {
     const QString family = hint_.fontFamily;
     const int hour = time_.time().hour();
     const QString hours = QStringLiteral("%1").arg((hour + 11) % 12 + 1, 2, 10, QLatin1Char('0'));
-    const QString minutes = QStringLiteral("%1").arg(time_.time().minute(), 2, 10, QLatin1Char('0'));
+    const QString minutes =
+        QStringLiteral("%1").arg(time_.time().minute(), 2, 10, QLatin1Char('0'));
 
     painter.setPen(Theme::color(Theme::kStrong));
     painter.setFont(Theme::font(family, kDigitSize, QFont::Medium));

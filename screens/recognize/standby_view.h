@@ -12,7 +12,7 @@
 class StandbyView : public QWidget, public Scripted {
     Q_OBJECT
 
-public:
+ public:
     explicit StandbyView(QWidget* parent = nullptr);
 
     /// Shows @p now to the minute.
@@ -25,15 +25,15 @@ public:
 
     void applyScripts(const Lookup& lookup) override;
 
-signals:
+ signals:
     void touched();
 
-protected:
+ protected:
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
 
-private:
+ private:
     void paintClock(QPainter& painter) const;
     void paintHint(QPainter& painter) const;
     QString dateText() const;

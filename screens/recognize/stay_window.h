@@ -13,7 +13,7 @@ class StayWindow;
 class StayWindow : public WindowForm {
     Q_OBJECT
 
-public:
+ public:
     StayWindow(QWidget* parent, const QString& title);
     ~StayWindow() override;
 
@@ -24,12 +24,12 @@ public:
     /// Starts the time to the burn-in protection anew.
     void setSleepTimerReset();
 
-protected:
+ protected:
     void createForm() override;
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
 
-private:
+ private:
     void sleepTimeout();
     void loadPictures();
 
