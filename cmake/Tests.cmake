@@ -1,16 +1,25 @@
 find_package(Qt5 5.15 REQUIRED COMPONENTS Test)
 
-# zel_add_test(NAME LIBRARIES lib... [SOURCES file...]) builds NAME.cpp as a test that runs without
-# a display, in a fixed locale. Each test gets the staged device root's path in ZEL_STAGED_ROOT; it
-# copies or links what it needs and never writes there.
+# Tests of what comes from outside (frames, requests, files), marked SANITIZE, also run under the
+# sanitizers; this target builds just those.
+add_custom_target(zel_sanitized_tests)
+
+# zel_add_test(NAME [SANITIZE] LIBRARIES lib... [SOURCES file...]) builds NAME.cpp as a test that
+# runs without a display, in a fixed locale. Each test gets the staged device root's path in
+# ZEL_STAGED_ROOT; it copies or links what it needs and never writes there.
 function(zel_add_test name)
-    cmake_parse_arguments(ARG "" "" "LIBRARIES;SOURCES" ${ARGN})
+    cmake_parse_arguments(ARG "SANITIZE" "" "LIBRARIES;SOURCES" ${ARGN})
     add_executable(${name} ${name}.cpp ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} Qt5::Test)
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
     target_compile_definitions(${name} PRIVATE ZEL_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
         ZEL_BINARY_DIR="${CMAKE_BINARY_DIR}" ZEL_STAGED_ROOT="${ZEL_STAGED_ROOT}")
+    add_dependencies(${name} zel_data)
     add_test(NAME ${name} COMMAND ${name} -platform offscreen)
     set_tests_properties(${name} PROPERTIES TIMEOUT 120
         ENVIRONMENT "LC_ALL=C.UTF-8;TZ=Asia/Seoul;QT_LOGGING_RULES=zel.*.debug=false")
+    if(ARG_SANITIZE)
+        set_tests_properties(${name} PROPERTIES LABELS sanitize)
+        add_dependencies(zel_sanitized_tests ${name})
+    endif()
 endfunction()
