@@ -289,6 +289,41 @@ struct UserReported {
     std::uint8_t reserved[4];
 };
 
+/// Payload of SaveOperationSettings: the operation block without its times.
+struct OperationSettings {
+    std::uint8_t attendanceMode;
+    std::uint8_t lunchOff;
+    std::uint8_t saveSimpleAccess;
+    std::uint8_t supperOff;
+    std::uint8_t doorOpenSetting;
+    std::uint8_t doorOpenTime;
+    std::uint8_t forcedOpenOff;
+    std::uint8_t forcedCloseOff;
+    _byte4_time_se_ forcedOpen;
+    _byte4_time_se_ forcedClose;
+    std::uint8_t saveRecognitionFail;
+    std::uint8_t mealCountView;
+};
+
+/// Payload of SaveOperationTimes: the operation block's times.
+struct OperationTimes {
+    _byte4_time_se_ weekdayIn;
+    _byte4_time_se_ weekdayOut;
+    _byte4_time_se_ saturdayIn;
+    _byte4_time_se_ saturdayOut;
+    std::uint8_t holidayRule;
+};
+
+/// Payload of SetClock.
+struct ClockTime {
+    std::uint8_t year;  // since 2000
+    std::uint8_t month;
+    std::uint8_t day;
+    std::uint8_t hour;
+    std::uint8_t minute;
+    std::uint8_t second;
+};
+
 #pragma pack(pop)
 
 static_assert(sizeof(_byte4_time_se_) == 4);
@@ -342,3 +377,7 @@ static_assert(sizeof(GUI_LOGDATA) == 284);
 static_assert(sizeof(info_s) == 616);
 static_assert(sizeof(EventReported) == 68);
 static_assert(sizeof(UserReported) == 140);
+
+static_assert(sizeof(OperationSettings) == 18);
+static_assert(sizeof(OperationTimes) == 17);
+static_assert(sizeof(ClockTime) == 6);

@@ -1,0 +1,132 @@
+#include "sim/controller/controller_sim.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QLoggingCategory>
+#include <QSaveFile>
+#include <QTimer>
+
+#include "sim/controller/line_buffer.h"
+#include "sim/controller/subjects.h"
+
+Q_LOGGING_CATEGORY(simLog, "zel.sim", QtInfoMsg)
+
+namespace {
+
+/// No state file of ours comes near this size; anything larger is not read.
+constexpr qint64 kMaxStateFile = 1024 * 1024;
+
+}  // namespace
+
+ControllerSim::ControllerSim(quint16 linkPort, quint16 controlPort, const QString& dataFolder,
+                             QObject* parent)
+    : QObject(parent),
+      link_(nullptr),
+      control_([this](const QString& line) { return execute(line); }, nullptr),
+      device_(link_, dataFolder, nullptr),
+      subjects_(makeSubjects(device_)) {
+    for (const auto& subject : subjects_) {
+        for (const auto& [code, handler] : subject->requests()) {
+            Q_ASSERT(!requests_.contains(code));
+            requests_.insert(code, handler);
+        }
+        for (const Subject::Word& word : subject->words()) {
+            Q_ASSERT(!words_.contains(word.word));
+            words_.insert(word.word, word.handler);
+        }
+    }
+    loadState();
+
+    connect(&device_, &Device::quitRequested, this, &ControllerSim::quitRequested);
+    connect(&device_, &Device::changed, this, [this] {
+        // One file for all that happens in one turn of the event loop.
+        if (!storePending_)
+            QTimer::singleShot(0, this, &ControllerSim::storeState);
+        storePending_ = true;
+    });
+    connect(&link_, &TerminalLink::frameReceived, this,
+            [this](quint16 code, quint8 p1, quint8 p2, const QByteArray& payload) {
+                emit frameReceived(code, p1, p2, payload);
+                handleFrame({code, p1, p2, payload});
+            });
+
+    if (!link_.listen(linkPort) || !control_.listen(controlPort))
+        qCWarning(simLog, "cannot listen: %s", qUtf8Printable(errorString()));
+}
+
+ControllerSim::~ControllerSim() {
+    if (storePending_)
+        storeState();
+}
+
+QString ControllerSim::errorString() const {
+    return link_.port() == 0 ? link_.errorString() : control_.errorString();
+}
+
+void ControllerSim::handleFrame(const Request& request) {
+    const auto handler = requests_.constFind(request.code);
+    if (handler != requests_.cend())
+        (*handler)(request);
+}
+
+QString ControllerSim::execute(const QString& line) {
+    if (line.size() > LineBuffer::kMaxLine)
+        return Subject::failed(QStringLiteral("the line is too long"));
+    const QString text = line.trimmed();
+    if (text.isEmpty())
+        return {};
+    const QString word = text.section(QLatin1Char(' '), 0, 0);
+    if (word == QLatin1String("help"))
+        return help();
+    const auto handler = words_.constFind(word);
+    if (handler == words_.cend())
+        return Subject::failed(QStringLiteral("no such word, 'help' lists them"));
+    return (*handler)(text.mid(word.size()).trimmed());
+}
+
+QString ControllerSim::help() const {
+    QString list;
+    for (const auto& subject : subjects_) {
+        for (const Subject::Word& word : subject->words())
+            list += word.word + QLatin1Char(' ') + word.usage + QLatin1Char('\n');
+    }
+    return list + Subject::done();
+}
+
+QString ControllerSim::statePath() const {
+    return device_.dataPath(QStringLiteral("sim/controller.json"));
+}
+
+void ControllerSim::loadState() {
+    QFile file(statePath());
+    if (!file.exists())
+        return;
+    QJsonParseError error{};
+    QJsonDocument document;
+    if (file.open(QIODevice::ReadOnly) && file.size() <= kMaxStateFile)
+        document = QJsonDocument::fromJson(file.readAll(), &error);
+    if (!document.isObject()) {
+        qCWarning(simLog, "%s is broken, starting with the defaults", qUtf8Printable(statePath()));
+        return;
+    }
+    for (const auto& subject : subjects_) {
+        if (!subject->stateKey().isEmpty())
+            subject->restore(document.object().value(subject->stateKey()).toObject());
+    }
+}
+
+void ControllerSim::storeState() {
+    storePending_ = false;
+    QJsonObject state;
+    for (const auto& subject : subjects_) {
+        if (!subject->stateKey().isEmpty())
+            state.insert(subject->stateKey(), subject->state());
+    }
+    QDir().mkpath(QFileInfo(statePath()).path());
+    QSaveFile file(statePath());
+    if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(state).toJson()) < 0 ||
+        !file.commit())
+        qCWarning(simLog, "state not stored: %s", qUtf8Printable(file.errorString()));
+}

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QHash>
+#include <QJsonObject>
+#include <QObject>
+#include <QString>
+#include <memory>
+#include <vector>
+
+#include "sim/controller/control_port.h"
+#include "sim/controller/device.h"
+#include "sim/controller/subject.h"
+#include "sim/controller/terminal_link.h"
+
+/// A stand-in for the device controller: answers the terminal as the real one does, keeps users,
+/// settings and logs of its own, and is driven by words.
+///
+/// Tests and the development program use it alike. Everything runs in the thread that made it; its
+/// event loop must run. State lives below the data folder and survives a restart.
+class ControllerSim : public QObject {
+    Q_OBJECT
+
+ public:
+    static constexpr quint16 kControlPort = 15151;
+
+    /// Listens at once, on the loopback address only; port 0 takes a free one. @p dataFolder
+    /// stands for "/mnt/data" and is made when missing. Check listening().
+    ControllerSim(quint16 linkPort, quint16 controlPort, const QString& dataFolder,
+                  QObject* parent = nullptr);
+    ~ControllerSim() override;
+
+    /// Whether both ports could be had; errorString() says why not.
+    bool listening() const { return port() != 0 && controlPort() != 0; }
+    QString errorString() const;
+    /// The port that the terminal connects to.
+    quint16 port() const { return link_.port(); }
+    quint16 controlPort() const { return control_.port(); }
+    bool terminalConnected() const { return link_.connected(); }
+
+    /// Carries out one line of words, as from the console or the control port, and returns the
+    /// answer: possibly several lines, the last of which begins with "ok" or "error". Nothing for
+    /// an empty line.
+    QString execute(const QString& line);
+
+    /// What the terminal was told last.
+    const _gui_menu_& settings() const { return device_.settings(); }
+
+ signals:
+    /// A frame from the terminal, before it is answered.
+    void frameReceived(quint16 code, quint8 p1, quint8 p2, const QByteArray& payload);
+    /// The word `quit` was given.
+    void quitRequested();
+
+ private:
+    void handleFrame(const Request& request);
+    QString help() const;
+    QString statePath() const;
+    void loadState();
+    void storeState();
+
+    TerminalLink link_;
+    ControlPort control_;
+    Device device_;
+    std::vector<std::unique_ptr<Subject>> subjects_;
+    QHash<quint16, Subject::RequestHandler> requests_;
+    QHash<QString, Subject::WordHandler> words_;
+    bool storePending_ = false;
+};

@@ -1,0 +1,80 @@
+#include "sim/controller/device.h"
+
+#include <cstring>
+
+#include "link/command_code.h"
+#include "sim/controller/terminal_link.h"
+
+_gui_menu_ factorySettings() {
+    _gui_menu_ menu{};
+    const auto text = [](auto& field, const char* value) {
+        std::memcpy(field, value, std::strlen(value));
+    };
+    menu.commissioned = 1;
+    menu.managerControl = 1;
+    text(menu.serial, "ZEL01-SIM-0001");
+    text(menu.customerId, "ZEL0001");
+    menu.liveSeconds = 20;
+    menu.resultSeconds = 5;
+    menu.paymentDoneSeconds = 3;
+    menu.attendanceDoneSeconds = 3;
+    menu.ddns.port = 80;
+    menu.registration = {1, 2, 1, 0, 0, 0, 1};
+    menu.face = {3, 0, 1, 1, 0};
+    menu.sound = {5, 0, 0};
+    menu.screen.brightness = 7;
+    menu.screen.sleepMode = 3;
+    menu.screen.statusLed = 1;
+    menu.screen.menuTimeout = 2;
+    menu.screen.showThumbnail = 1;
+    menu.setup.deviceNumber = 1;
+    menu.setup.relayUse = 1;
+    menu.setup.doorOpenDuration = 5;
+    menu.setup.tamperSwitch = 1;
+    menu.setup.syncTime = 1;
+    menu.setup.authMethod = 2;
+    menu.setup.visitorCall = 1;
+    menu.setup.operation = 1;
+    menu.setup.buttonUse = 1;
+    menu.network.connectPeriod = 10;
+    menu.network.checkPeriod = 60;
+    menu.network.own = {
+        0,   {192, 168, 0, 100}, {255, 255, 255, 0}, {192, 168, 0, 1}, {8, 8, 8, 8}, {127, 0, 0, 1},
+        8080};
+    menu.operation.saveSimpleAccess = 1;
+    menu.operation.doorOpenTime = 5;
+    menu.operation.forcedCloseOff = 1;
+    menu.operation.forcedOpen = {9, 0, 12, 0};
+    menu.operation.weekdayIn = {8, 0, 9, 30};
+    menu.operation.weekdayOut = {17, 30, 22, 0};
+    menu.operation.saturdayIn = {8, 0, 10, 0};
+    menu.operation.saturdayOut = {13, 0, 18, 0};
+    menu.operation.holidayRule = 2;
+    menu.operation.saveRecognitionFail = 1;
+    text(menu.firmwareVersion, "1.0.0");
+    text(menu.kernelVersion, "5.10.0");
+    text(menu.mainBoardVersion, "1.2");
+    text(menu.ioBoardVersion, "1.1");
+    return menu;
+}
+
+Device::Device(TerminalLink& link, const QString& dataFolder, QObject* parent)
+    : QObject(parent), link_(link), dataFolder_(dataFolder), settings_(factorySettings()) {}
+
+QString Device::dataPath(const QString& path) const {
+    return dataFolder_ + QLatin1Char('/') + path;
+}
+
+void Device::setSettings(const _gui_menu_& settings) {
+    settings_ = settings;
+    emit settingsChanged();
+    emit changed();
+}
+
+void Device::sendSettings() {
+    sendRecord(command::SettingsChanged, 0, 0, settings_);
+}
+
+void Device::send(quint16 command, quint8 p1, quint8 p2, const QByteArray& payload) {
+    link_.send(command, p1, p2, payload);
+}

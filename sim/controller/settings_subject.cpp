@@ -1,0 +1,205 @@
+#include <QLoggingCategory>
+#include <QStringList>
+
+#include "link/command_code.h"
+#include "sim/controller/device.h"
+#include "sim/controller/record_fields.h"
+#include "sim/controller/subjects.h"
+
+Q_LOGGING_CATEGORY(simSettingsLog, "zel.sim.settings", QtInfoMsg)
+
+namespace {
+
+constexpr quint8 kStored = 0;
+constexpr quint8 kRefused = 1;
+
+/// Network saves by where they come from: the management service sends only the terminal's own
+/// network.
+constexpr quint8 kNetworkByService = 4;
+
+OperationBlock withSettings(OperationBlock block, const OperationSettings& settings) {
+    block.attendanceMode = settings.attendanceMode;
+    block.lunchOff = settings.lunchOff;
+    block.saveSimpleAccess = settings.saveSimpleAccess;
+    block.supperOff = settings.supperOff;
+    block.doorOpenSetting = settings.doorOpenSetting;
+    block.doorOpenTime = settings.doorOpenTime;
+    block.forcedOpenOff = settings.forcedOpenOff;
+    block.forcedCloseOff = settings.forcedCloseOff;
+    block.forcedOpen = settings.forcedOpen;
+    block.forcedClose = settings.forcedClose;
+    block.saveRecognitionFail = settings.saveRecognitionFail;
+    block.mealCountView = settings.mealCountView;
+    return block;
+}
+
+OperationBlock withTimes(OperationBlock block, const OperationTimes& times) {
+    block.weekdayIn = times.weekdayIn;
+    block.weekdayOut = times.weekdayOut;
+    block.saturdayIn = times.saturdayIn;
+    block.saturdayOut = times.saturdayOut;
+    block.holidayRule = times.holidayRule;
+    return block;
+}
+
+/// The settings record: every save command of the terminal, and the word `settings`.
+class SettingsSubject : public Subject {
+ public:
+    explicit SettingsSubject(Device& device)
+        : Subject(device), fields_(*record::find(QStringLiteral("_gui_menu_"))) {
+        save<FaceBlock>(command::SaveFaceSettings, command::FaceSettingsSaved,
+                        [](_gui_menu_& menu, const FaceBlock& face) { menu.face = face; });
+        save<ScreenBlock>(
+            command::SaveScreenSettings, command::ScreenSettingsSaved,
+            [](_gui_menu_& menu, const ScreenBlock& screen) { menu.screen = screen; });
+        save<SoundBlock>(command::SaveSoundSettings, command::SoundSettingsSaved,
+                         [](_gui_menu_& menu, const SoundBlock& sound) { menu.sound = sound; });
+        save<SetupBlock>(command::SaveDeviceSetup, command::DeviceSetupSaved,
+                         [](_gui_menu_& menu, const SetupBlock& setup) { menu.setup = setup; });
+        save<RegistrationBlock>(command::SaveRegistrationMode, command::RegistrationModeSaved,
+                                [](_gui_menu_& menu, const RegistrationBlock& registration) {
+                                    menu.registration = registration;
+                                });
+        save<DdnsBlock>(command::SaveDdns, command::DdnsSaved,
+                        [](_gui_menu_& menu, const DdnsBlock& ddns) { menu.ddns = ddns; });
+        // The two halves of one save; only the second is answered.
+        save<OperationSettings>(command::SaveOperationSettings, kNoAnswer,
+                                [](_gui_menu_& menu, const OperationSettings& settings) {
+                                    menu.operation = withSettings(menu.operation, settings);
+                                });
+        save<OperationTimes>(command::SaveOperationTimes, command::OperationSettingsSaved,
+                             [](_gui_menu_& menu, const OperationTimes& times) {
+                                 menu.operation = withTimes(menu.operation, times);
+                             });
+        onRequest(command::SaveNetwork, [this](const Request& request) { saveNetwork(request); });
+
+        onRequest(command::SetBrightness, [this](const Request& request) {
+            _gui_menu_ menu = device_.settings();
+            menu.screen.brightness = request.p2;
+            device_.setSettings(menu);
+        });
+        onRequest(command::SetVolume, [this](const Request& request) {
+            _gui_menu_ menu = device_.settings();
+            menu.sound.volume = request.p2;
+            device_.setSettings(menu);
+        });
+
+        onWord("settings", "[FIELD [VALUE]]: list the settings, show one, or set one",
+               [this](const QString& text) { return settings(text); });
+    }
+
+    QString stateKey() const override { return QStringLiteral("settings"); }
+
+    QJsonObject state() const override {
+        QJsonObject values;
+        for (const record::Field& field : fields_.fields) {
+            if (field.kind != record::Kind::Bytes)
+                values.insert(QLatin1String(field.name),
+                              record::value(field, bytes(device_.settings())));
+        }
+        return values;
+    }
+
+    void restore(const QJsonObject& state) override {
+        _gui_menu_ menu = device_.settings();
+        for (const record::Field& field : fields_.fields) {
+            const QJsonValue value = state.value(QLatin1String(field.name));
+            if (value.isUndefined())
+                continue;
+            const QString error = record::setValue(field, bytes(menu), value.toString());
+            if (!error.isEmpty())
+                qCWarning(simSettingsLog, "stored value of %s ignored: %s", field.name,
+                          qUtf8Printable(error));
+        }
+        device_.setSettings(menu);
+    }
+
+ private:
+    static constexpr quint16 kNoAnswer = 0;
+
+    static const char* bytes(const _gui_menu_& menu) {
+        return reinterpret_cast<const char*>(&menu);
+    }
+    static char* bytes(_gui_menu_& menu) { return reinterpret_cast<char*>(&menu); }
+
+    template <typename Block>
+    void save(quint16 code, quint16 answer, void (*store)(_gui_menu_&, const Block&)) {
+        onRequest(code, [this, answer, store](const Request& request) {
+            const auto block = request.record<Block>();
+            if (block) {
+                _gui_menu_ menu = device_.settings();
+                store(menu, *block);
+                device_.setSettings(menu);
+            }
+            finish(request, answer, block.has_value());
+        });
+    }
+
+    void saveNetwork(const Request& request) {
+        _gui_menu_ menu = device_.settings();
+        bool stored = false;
+        if (request.p1 == kNetworkByService) {
+            if (const auto own = request.record<AddressBlock>()) {
+                menu.network.own = *own;
+                stored = true;
+            }
+        } else if (const auto network = request.record<NetworkBlock>()) {
+            menu.network = *network;
+            stored = true;
+        }
+        if (stored)
+            device_.setSettings(menu);
+        finish(request, command::NetworkSaved, stored);
+    }
+
+    void finish(const Request& request, quint16 answer, bool stored) {
+        if (!stored)
+            qCWarning(simSettingsLog, "%s with %d bytes refused",
+                      command::name(request.code, command::Direction::ToController),
+                      request.payload.size());
+        if (answer != kNoAnswer)
+            device_.send(answer, stored ? kStored : kRefused);
+    }
+
+    QString settings(const QString& text) {
+        if (text.isEmpty()) {
+            QString list;
+            for (const record::Field& field : fields_.fields) {
+                if (field.kind != record::Kind::Bytes)
+                    list += line(field) + QLatin1Char('\n');
+            }
+            return list + done();
+        }
+        const QString name = text.section(QLatin1Char(' '), 0, 0);
+        const record::Field* field = record::findField(fields_, name);
+        if (field == nullptr || field->kind == record::Kind::Bytes)
+            return failed(QStringLiteral("no such field, 'settings' lists them"));
+        if (name == text)
+            return done(line(*field));
+
+        // Two double quotes stand for an empty text, which a line could not show otherwise.
+        QString value = text.section(QLatin1Char(' '), 1).trimmed();
+        if (value == QLatin1String("\"\""))
+            value.clear();
+        _gui_menu_ menu = device_.settings();
+        const QString error = record::setValue(*field, bytes(menu), value);
+        if (!error.isEmpty())
+            return failed(error);
+        device_.setSettings(menu);
+        device_.sendSettings();
+        return done(line(*field));
+    }
+
+    QString line(const record::Field& field) const {
+        return QLatin1String(field.name) + QLatin1Char(' ') +
+               record::value(field, bytes(device_.settings()));
+    }
+
+    const record::Description& fields_;
+};
+
+}  // namespace
+
+std::unique_ptr<Subject> makeSettingsSubject(Device& device) {
+    return std::make_unique<SettingsSubject>(device);
+}

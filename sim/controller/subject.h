@@ -1,0 +1,76 @@
+#pragma once
+
+#include <QByteArray>
+#include <QJsonObject>
+#include <QString>
+#include <QVector>
+#include <cstdint>
+#include <cstring>
+#include <functional>
+#include <optional>
+
+class Device;
+
+/// One frame from the terminal.
+struct Request {
+    quint16 code;
+    quint8 p1;
+    quint8 p2;
+    QByteArray payload;
+
+    /// The payload as the record @p T; nothing when it has another size.
+    template <typename T>
+    std::optional<T> record() const {
+        if (payload.size() != static_cast<int>(sizeof(T)))
+            return {};
+        T read;
+        std::memcpy(&read, payload.constData(), sizeof(T));
+        return read;
+    }
+};
+
+/// Everything that the simulated controller does about one subject: the requests it answers, the
+/// control words it adds and its part of the stored state. A subject registers itself in its
+/// constructor; subjects.cpp lists them all. Subjects share the Device and do not know each other.
+class Subject {
+ public:
+    using RequestHandler = std::function<void(const Request& request)>;
+    /// Gets what follows the word, without blanks around it, and returns the answer: done(),
+    /// done(text) or failed(text).
+    using WordHandler = std::function<QString(const QString& arguments)>;
+
+    struct Word {
+        QString word;
+        QString usage;  // for people: arguments and effect
+        WordHandler handler;
+    };
+
+    explicit Subject(Device& device) : device_(device) {}
+    virtual ~Subject() = default;
+    Subject(const Subject&) = delete;
+    Subject& operator=(const Subject&) = delete;
+
+    /// The key of the subject's part of the stored state; empty if it has none.
+    virtual QString stateKey() const { return {}; }
+    virtual QJsonObject state() const { return {}; }
+    /// Takes back what state() once gave. The file may have been edited by hand or damaged: values
+    /// that make no sense are left at their defaults.
+    virtual void restore(const QJsonObject& state) { Q_UNUSED(state) }
+
+    const QVector<QPair<quint16, RequestHandler>>& requests() const { return requests_; }
+    const QVector<Word>& words() const { return words_; }
+
+    /// The last line of every answer begins with "ok" or "error".
+    static QString done(const QString& text = {});
+    static QString failed(const QString& why);
+
+ protected:
+    void onRequest(quint16 code, RequestHandler handler);
+    void onWord(const char* word, const char* usage, WordHandler handler);
+
+    Device& device_;
+
+ private:
+    QVector<QPair<quint16, RequestHandler>> requests_;
+    QVector<Word> words_;
+};

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "sim/controller/subject.h"
+
+/// All subjects, in the order in which `help` shows their words.
+std::vector<std::unique_ptr<Subject>> makeSubjects(Device& device);
+
+// Each is defined in the source file of its name.
+std::unique_ptr<Subject> makeSessionSubject(Device& device);
+std::unique_ptr<Subject> makeSettingsSubject(Device& device);

@@ -1,0 +1,268 @@
+#include <QFile>
+#include <QTcpSocket>
+#include <QTemporaryDir>
+#include <QtTest>
+#include <memory>
+
+#include "link/command_code.h"
+#include "link/device_records.h"
+#include "link/frame.h"
+#include "link/frame_parser.h"
+#include "sim/controller/controller_sim.h"
+#include "sim/controller/line_buffer.h"
+
+namespace {
+
+struct Received {
+    quint16 code;
+    quint8 p1;
+    quint8 p2;
+    QByteArray payload;
+};
+
+/// The terminal's side of the link, reduced to what it sends and gets.
+class Terminal {
+ public:
+    explicit Terminal(quint16 port)
+        : parser_([this](quint16 code, quint8 p1, quint8 p2, quint16 length, const char* payload) {
+              frames.append({code, p1, p2, QByteArray(payload, length)});
+          }) {
+        QObject::connect(&socket, &QTcpSocket::readyRead, &socket, [this] {
+            while (socket.bytesAvailable() > 0) {
+                const qint64 got =
+                    socket.read(parser_.writePosition(), static_cast<qint64>(parser_.writeSpace()));
+                parser_.consume(static_cast<std::size_t>(got));
+            }
+        });
+        socket.connectToHost(QHostAddress(QHostAddress::LocalHost), port);
+    }
+
+    void send(quint16 code, quint8 p1 = 0, quint8 p2 = 0, const QByteArray& payload = {}) {
+        socket.write(
+            Frame::build(code, p1, p2, static_cast<quint16>(payload.size()), payload.constData()));
+    }
+    template <typename Record>
+    void sendRecord(quint16 code, quint8 p1, const Record& record) {
+        send(code, p1, 0, QByteArray(reinterpret_cast<const char*>(&record), sizeof record));
+    }
+
+    /// Whether a frame of @p code has come; the last one is kept in `last`.
+    bool has(quint16 code) {
+        for (const Received& frame : qAsConst(frames)) {
+            if (frame.code == code)
+                last = frame;
+        }
+        return last.code == code;
+    }
+    template <typename Record>
+    Record lastRecord() const {
+        Record record{};
+        memcpy(&record, last.payload.constData(), qMin<size_t>(last.payload.size(), sizeof record));
+        return record;
+    }
+    void forget() {
+        frames.clear();
+        last = {};
+    }
+
+    QTcpSocket socket;
+    QVector<Received> frames;
+    Received last{};
+
+ private:
+    FrameParser parser_;
+};
+
+}  // namespace
+
+class ControllerSimTest : public QObject {
+    Q_OBJECT
+
+ private slots:
+    void init();
+    void greetingIsAnsweredAlsoByteByByte();
+    void savesAreStoredAndSurviveARestart();
+    void brokenStateGivesDefaults();
+    void garbageFromTheTerminalIsHarmless();
+    void aNewTerminalReplacesTheOldOne();
+    void wordsThatMakeNoSense_data();
+    void wordsThatMakeNoSense();
+    void controlPortAnswersEveryLine();
+
+ private:
+    void start() { sim_ = std::make_unique<ControllerSim>(0, 0, folder_->path()); }
+
+    std::unique_ptr<QTemporaryDir> folder_;
+    std::unique_ptr<ControllerSim> sim_;
+};
+
+void ControllerSimTest::init() {
+    sim_.reset();
+    folder_ = std::make_unique<QTemporaryDir>();
+    start();
+    QVERIFY(sim_->listening());
+}
+
+void ControllerSimTest::greetingIsAnsweredAlsoByteByByte() {
+    for (int split = 0; split < 2; ++split) {
+        Terminal terminal(sim_->port());
+        terminal.send(command::Greeting);
+        QTRY_COMPARE(terminal.frames.size(), 3);
+        QCOMPARE(terminal.frames[0].code, quint16(command::Settings));
+        QCOMPARE(terminal.frames[0].payload.size(), 380);
+        QCOMPARE(terminal.frames[1].code, quint16(command::SystemStatus));
+        QCOMPARE(terminal.frames[2].code, quint16(command::SelfCheck));
+        QCOMPARE(terminal.frames[2].payload, QByteArray(4, '\0'));
+
+        // Noise in between costs no frame.
+        terminal.forget();
+        sim_->execute(QStringLiteral("noise"));
+        sim_->execute(QStringLiteral("fault touch tamper"));
+        QTRY_VERIFY(terminal.has(command::SelfCheck));
+        QCOMPARE(terminal.last.payload, QByteArray::fromHex("44000000"));
+        sim_->execute(QStringLiteral("fault none"));
+        sim_->execute(QStringLiteral("split"));
+    }
+}
+
+void ControllerSimTest::savesAreStoredAndSurviveARestart() {
+    const ScreenBlock screen{9, 1, 1, 0, 3, 2, 1};
+    const OperationSettings operation{1, 1, 0, 1, 2, 7, 1, 0, {1, 2, 3, 4}, {5, 6, 7, 8}, 1, 1};
+    const OperationTimes times{{6, 0, 9, 0}, {11, 0, 13, 0}, {17, 0, 19, 0}, {22, 0, 2, 0}, 1};
+    const AddressBlock own{
+        1, {10, 0, 0, 9}, {255, 0, 0, 0}, {10, 0, 0, 1}, {1, 1, 1, 1}, {10, 0, 0, 5}, 8443};
+    {
+        Terminal terminal(sim_->port());
+        terminal.sendRecord(command::SaveScreenSettings, 1, screen);
+        terminal.sendRecord(command::SaveOperationSettings, 1, operation);
+        terminal.sendRecord(command::SaveOperationTimes, 1, times);
+        terminal.sendRecord(command::SaveNetwork, 4, own);
+        terminal.send(command::SaveFaceSettings, 1, 0, "xx");
+        QTRY_VERIFY(terminal.has(command::FaceSettingsSaved));
+        QCOMPARE(int(terminal.last.p1), 1);
+        for (const quint16 code : {command::ScreenSettingsSaved, command::OperationSettingsSaved,
+                                   command::NetworkSaved}) {
+            QVERIFY(terminal.has(code));
+            QCOMPARE(int(terminal.last.p1), 0);
+        }
+    }
+    QVERIFY(
+        sim_->execute(QStringLiteral("settings setup.language 1")).startsWith(QLatin1String("ok")));
+    QVERIFY(sim_->execute(QStringLiteral("settings customerId 빌딩 7"))
+                .startsWith(QLatin1String("ok")));
+
+    sim_.reset();
+    start();
+    Terminal terminal(sim_->port());
+    terminal.send(command::Greeting);
+    QTRY_VERIFY(terminal.has(command::Settings));
+    const auto menu = terminal.lastRecord<_gui_menu_>();
+    QVERIFY(memcmp(&menu.screen, &screen, sizeof screen) == 0);
+    QVERIFY(memcmp(&menu.operation, &operation, 16) == 0);
+    QVERIFY(memcmp(&menu.operation.weekdayIn, &times, sizeof times) == 0);
+    QCOMPARE(int(menu.operation.saveRecognitionFail), 1);
+    QCOMPARE(int(menu.operation.mealCountView), 1);
+    QVERIFY(memcmp(&menu.network.own, &own, sizeof own) == 0);
+    QCOMPARE(int(menu.setup.language), 1);
+    QCOMPARE(QString::fromUtf8(menu.customerId), QStringLiteral("빌딩 7"));
+}
+
+void ControllerSimTest::brokenStateGivesDefaults() {
+    const _gui_menu_ defaults = sim_->settings();
+    for (const QByteArray& content : {QByteArray("{ \"settings\": "), QByteArray(3000000, 'x'),
+                                      QByteArray("{\"settings\":{\"setup.language\":\"900\"}}")}) {
+        sim_.reset();
+        QVERIFY(QDir(folder_->path()).mkpath(QStringLiteral("sim")));
+        QFile file(folder_->filePath(QStringLiteral("sim/controller.json")));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(content);
+        file.close();
+        start();
+        QVERIFY(memcmp(&sim_->settings(), &defaults, sizeof defaults) == 0);
+    }
+}
+
+void ControllerSimTest::garbageFromTheTerminalIsHarmless() {
+    Terminal terminal(sim_->port());
+    QByteArray garbage;
+    for (int i = 0; i < 100000; ++i)
+        garbage.append(static_cast<char>((i * 7919) >> 3));
+    // The garbage may end inside of something that looks like a frame; the rest fills that up.
+    garbage.append(QByteArray(2200, '\0'));
+    terminal.socket.write(garbage);
+    for (quint16 code = 1901; code <= 2047; ++code) {
+        terminal.send(code, 255, 255);
+        terminal.send(code, 255, 255, QByteArray(1, '\xFF'));
+        terminal.send(code, 255, 255, QByteArray(2092, '\xFF'));
+    }
+    terminal.send(65535);
+    terminal.forget();
+    terminal.send(command::Greeting);
+    QTRY_VERIFY(terminal.has(command::SelfCheck));
+
+    // Half a frame, then gone: the next terminal starts afresh.
+    terminal.socket.write(Frame::build(command::SaveScreenSettings, 1, 0, 7, "1234567").left(12));
+    QTRY_COMPARE(terminal.socket.bytesToWrite(), qint64(0));
+    terminal.socket.abort();
+    QTRY_VERIFY(!sim_->terminalConnected());
+    Terminal next(sim_->port());
+    next.send(command::Greeting);
+    QTRY_VERIFY(next.has(command::SelfCheck));
+}
+
+void ControllerSimTest::aNewTerminalReplacesTheOldOne() {
+    Terminal first(sim_->port());
+    QTRY_VERIFY(sim_->terminalConnected());
+    Terminal second(sim_->port());
+    QTRY_COMPARE(first.socket.state(), QAbstractSocket::UnconnectedState);
+    second.send(command::Greeting);
+    QTRY_VERIFY(second.has(command::SelfCheck));
+
+    QCOMPARE(sim_->execute(QStringLiteral("quit-gui")), QStringLiteral("ok"));
+    QTRY_VERIFY(second.has(command::Quit));
+    sim_->execute(QStringLiteral("drop"));
+    QTRY_COMPARE(second.socket.state(), QAbstractSocket::UnconnectedState);
+}
+
+void ControllerSimTest::wordsThatMakeNoSense_data() {
+    QTest::addColumn<QString>("line");
+    for (const char* line :
+         {"nonsense", "settings nothing 1", "settings reserved1 1", "settings setup.language 256",
+          "settings setup.language -1", "settings operation.weekdayIn 8:00~9:00",
+          "settings operation.weekdayIn 25:00~26:00", "settings network.own.dns 1.2.3",
+          "settings setup.adminPassword 123456789", "status", "status 256", "fault", "fault x",
+          "frame", "frame 70000 0 0", "frame 3000 0 0 0", "frame 3000 0 0 xy"})
+        QTest::newRow(line) << QString::fromLatin1(line);
+    QTest::newRow("huge line") << QString(LineBuffer::kMaxLine + 1, QLatin1Char('a'));
+    QTest::newRow("more than a frame")
+        << QStringLiteral("frame 3000 0 0 ") + QString(2093 * 2, QLatin1Char('0'));
+}
+
+void ControllerSimTest::wordsThatMakeNoSense() {
+    QFETCH(QString, line);
+    const _gui_menu_ before = sim_->settings();
+    const QString answer = sim_->execute(line);
+    QVERIFY2(answer.startsWith(QLatin1String("error ")), qPrintable(answer));
+    QVERIFY(memcmp(&sim_->settings(), &before, sizeof before) == 0);
+}
+
+void ControllerSimTest::controlPortAnswersEveryLine() {
+    QTcpSocket client;
+    client.connectToHost(QHostAddress(QHostAddress::LocalHost), sim_->controlPort());
+    client.write("status 3\r\n\n" + QByteArray(1000000, 'x') + "\n\xFF\xFE\nstat");
+    client.write("us 4\n");
+    QByteArray answers;
+    QTRY_COMPARE((answers += client.readAll()).count('\n'), 4);
+    const QList<QByteArray> lines = answers.split('\n');
+    QCOMPARE(lines[0], QByteArray("ok"));
+    QVERIFY(lines[1].startsWith("error the line"));
+    QVERIFY(lines[2].startsWith("error"));
+    QCOMPARE(lines[3], QByteArray("ok"));
+
+    QSignalSpy quit(sim_.get(), &ControllerSim::quitRequested);
+    client.write("quit\n");
+    QTRY_COMPARE(quit.count(), 1);
+}
+
+QTEST_MAIN(ControllerSimTest)
+#include "controller_sim_test.moc"
