@@ -4,6 +4,8 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QLoggingCategory>
+#include <optional>
+#include <utility>
 
 #include "base/device_paths.h"
 
@@ -19,28 +21,35 @@ const QLatin1String kTitle("title");
 const QLatin1String kPath("path");
 const QLatin1String kScripts("Scripts");
 
-/// The file's bytes, empty (and a line in the log) when they cannot be had.
-QByteArray readFile(const QString& devicePath) {
-    const QString path = DevicePaths::at(devicePath);
+/// The file's bytes; nothing (and a line in the log) when they cannot be had.
+std::optional<QByteArray> readFile(const QString& path) {
     QFile file(path);
     if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly | QIODevice::Text)) {
         qCWarning(scriptLog, "cannot read %s", qPrintable(path));
-        return {};
+        return std::nullopt;
     }
     if (file.size() > kMaxFileSize) {
         qCWarning(scriptLog, "%s is too large (%lld bytes), not read", qPrintable(path),
                   static_cast<long long>(file.size()));
-        return {};
+        return std::nullopt;
     }
     return file.read(kMaxFileSize);
 }
 
-QJsonObject parseObject(const QString& text, const QString& devicePath) {
+/// The object that the file holds; an empty one (and a line in the log) when it holds none.
+QJsonObject readObject(const QString& devicePath) {
+    const QString path = DevicePaths::at(devicePath);
+    const std::optional<QByteArray> bytes = readFile(path);
+    if (!bytes)
+        return {};
+    // constData() ends at the first NUL byte, as some editors leave one at the end.
+    const QByteArray text = QString::fromUtf8(bytes->constData()).toUtf8();
     QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(text.toUtf8(), &error);
-    if (!document.isObject() && !text.isEmpty())
-        qCWarning(scriptLog, "%s is not a script: %s", qPrintable(devicePath),
-                  qPrintable(error.errorString()));
+    const QJsonDocument document = QJsonDocument::fromJson(text, &error);
+    if (!document.isObject())
+        qCWarning(scriptLog, "%s holds no JSON object: %s", qPrintable(path),
+                  error.error == QJsonParseError::NoError ? "something else"
+                                                          : qPrintable(error.errorString()));
     return document.object();
 }
 
@@ -51,7 +60,7 @@ ScriptHandler::ScriptHandler(QObject* parent, QString listPath) : QObject(parent
 }
 
 int ScriptHandler::initScriptFile(QString path) {
-    list_ = parseObject(QString::fromUtf8(readFile(path)), path);
+    list_ = readObject(path);
     languages_ = list_.value(kList).toArray();
     return 0;
 }
@@ -62,9 +71,7 @@ int ScriptHandler::setScript(QString title) {
         if (entry.value(kTitle).toString() != title)
             continue;
 
-        const QString path = entry.value(kPath).toString();
-        // constData() ends at the first NUL byte, as some editors leave one at the end.
-        script_ = parseObject(QString::fromUtf8(readFile(path).constData()), path);
+        script_ = readObject(entry.value(kPath).toString());
         language_ = script_.value(QLatin1String("Language")).toString();
         fontFamily_ = script_.value(QLatin1String("FontFamily")).toString();
 

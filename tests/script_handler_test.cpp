@@ -1,0 +1,146 @@
+#include <QFontMetrics>
+#include <QLabel>
+#include <QtTest>
+
+#include "base/device_paths.h"
+#include "support/device_root.h"
+#include "ui/script_handler.h"
+#include "ui/styler.h"
+
+namespace {
+
+QByteArray script(const char* language, const char* entries) {
+    return QByteArray("{\"Language\":\"") + language + "\",\"FontFamily\":\"Family " + language +
+           "\",\"Scripts\":{" + entries + "}}";
+}
+
+const QString kList = QStringLiteral("/zel1/script_list.json");
+
+}  // namespace
+
+class ScriptHandlerTest : public QObject {
+    Q_OBJECT
+
+ private slots:
+    void initTestCase() {
+        root.write("/a.json",
+                   script("A", R"("Key_One":{"Type":"t","Size":25.9,"Height":120,)"
+                               R"("Letter":-1.3,"Script":"eins<br>zwei"},)"
+                               R"("Key_NoLetter":{"Size":20,"Height":125.5,"Script":"x"})") +
+                       QByteArray("\0 rest", 6));
+        root.write("/b.json", script("B", R"("Key_One":"not an object")"));
+        root.write("/zel1/script_list.json",
+                   R"({"list":[{"title":"a","path":"/a.json"},{"title":"b","path":"/b.json"},)"
+                   R"({"title":"a","path":"/b.json"},{"title":"gone","path":"/gone.json"},7]})");
+    }
+
+    void looksUpAndKeepsWhatItHas() {
+        ScriptHandler handler(nullptr, kList);
+        QCOMPARE(handler.getLanguageList(),
+                 QStringList({QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("a"),
+                              QStringLiteral("gone"), QString()}));
+        QVERIFY(handler.getScript(QStringLiteral("Key_One")).script.isEmpty());
+
+        QCOMPARE(handler.setScript(QStringLiteral("a")), 0);
+        const ScriptHandler::Script one = handler.getScript(QStringLiteral("Key_One"));
+        QCOMPARE(one.type, QStringLiteral("t"));
+        QCOMPARE(one.size, 25.9F);
+        QCOMPARE(one.height, 120.0F);
+        QCOMPARE(one.letter, -1.3F);
+        QCOMPARE(one.script, QStringLiteral("eins<br>zwei"));
+        QCOMPARE(one.fontFamily, QStringLiteral("Family A"));
+        QCOMPARE(handler.getScript(QStringLiteral("Key_NoLetter")).letter, 0.0F);
+        QCOMPARE(handler.getScript(QStringLiteral("Key_NoLetter")).size, 20.0F);
+        const ScriptHandler::Script missing = handler.getScript(QStringLiteral("Key_Two"));
+        QVERIFY(missing.script.isEmpty() && missing.size == 0 && missing.height == 0);
+        QCOMPARE(missing.fontFamily, QStringLiteral("Family A"));
+        QVERIFY(handler.readScript(QStringLiteral("Key_Two")).isUndefined());
+        QVERIFY(handler.readScript(QStringLiteral("Key_One")).isObject());
+
+        QCOMPARE(handler.setScript(QStringLiteral("unknown")), -1);
+        QCOMPARE(handler.getSelectedLanguage(), QStringLiteral("A"));
+        QCOMPARE(handler.setScript(QStringLiteral("b")), 0);
+        QCOMPARE(handler.getScript(QStringLiteral("Key_One")).size, 0.0F);
+        QCOMPARE(handler.getFontFamily(), QStringLiteral("Family B"));
+        QCOMPARE(handler.setScript(QStringLiteral("gone")), 0);
+        QVERIFY(handler.getSelectedLanguage().isEmpty());
+        QCOMPARE(handler.getSelectedLanguageIndex(), -1);
+    }
+
+    void brokenFiles_data() {
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("empty") << QByteArray();
+        QTest::newRow("broken") << QByteArray(R"({"list":[{"title":"x")");
+        QTest::newRow("array") << QByteArray("[1,2,3]");
+        QTest::newRow("wrong types") << QByteArray(R"({"list":{"title":[]},"Scripts":[1]})");
+        QTest::newRow("NUL-ridden") << QByteArray(4096, '\0');
+        QTest::newRow("nested") << QByteArray(1000000, '[');
+        QTest::newRow("huge") << QByteArray(50 * 1024 * 1024, ' ') + "{}";
+        QTest::newRow("not UTF-8") << QByteArray("{\"list\":[{\"title\":\"\xff\xfe\xc0\"}]}");
+    }
+
+    // Read as a list and as a script, each leaves the handler alive and its texts empty.
+    void brokenFiles() {
+        QFETCH(QByteArray, content);
+        root.write("/broken.json", content);
+        ScriptHandler broken(nullptr, QStringLiteral("/broken.json"));
+        QVERIFY(broken.getLanguageList().size() <= 1);
+
+        root.write("/one.json", R"({"list":[{"title":"","path":"/broken.json"}]})");
+        ScriptHandler handler(nullptr, QStringLiteral("/one.json"));
+        QCOMPARE(handler.setScript(QString()), 0);  // an empty title is a title
+        QVERIFY(handler.getScript(QStringLiteral("Key")).script.isEmpty());
+    }
+
+    void labelsTakeTheTypography() {
+        QLabel label;
+        ScriptHandler::Script text;
+        text.size = 25.9F;
+        text.height = 125.5F;
+        text.letter = -1.5F;
+        text.script = QStringLiteral("<b>%1</b> 100%");
+        text.fontFamily = QStringLiteral("Noto Sans CJK KR");
+        Styler::setText(&label, text);
+        QCOMPARE(label.text(), QStringLiteral("<html><head/><body style=' line-height:125.5%;'>"
+                                              "<b>%1</b> 100%</body></html>"));
+        QCOMPARE(label.font().pixelSize(), 25);
+        QCOMPARE(label.font().letterSpacing(), -1.5);
+        QCOMPARE(label.font().letterSpacingType(), QFont::AbsoluteSpacing);
+        QCOMPARE(label.font().family(), text.fontFamily);
+
+        Styler::setText(&label, ss{30, 90, -1, nullptr});
+        QCOMPARE(label.text(),
+                 QStringLiteral("<html><head/><body style=' line-height:90%;'></body></html>"));
+        const QString returned = Styler::getText(&label, ss{31, 90, 0, "\xea\xb0\x80"});
+        QVERIFY(returned.contains(QStringLiteral("가")) &&
+                !label.text().contains(QStringLiteral("가")));
+        QCOMPARE(label.font().pixelSize(), 31);
+        QCOMPARE(StylerFont(QStringLiteral("88%")).getHtml(QStringLiteral("a")),
+                 QStringLiteral("<p style='; line-height : 88%;'>a</p>"));
+    }
+
+    void styleSheetLines() {
+        QLabel label;
+        label.setStyleSheet(QStringLiteral("color:#fff;\n background : red;\ncolor : blue;"));
+        Styler::setStyleSheet(&label, QStringLiteral("color"), QStringLiteral("#000"), true);
+        QCOMPARE(label.styleSheet(),
+                 QStringLiteral("color : #000;\n background : red;\ncolor : #000;\n"));
+        Styler::setStyleSheet(&label, QStringLiteral("border"), QStringLiteral("0"), false);
+        QCOMPARE(label.styleSheet(),
+                 QStringLiteral("color : #000;\n background : red;\ncolor : #000;\n\n"));
+        Styler::setStyleSheet(&label, QStringLiteral("border"), QStringLiteral("0"), true);
+        QVERIFY(label.styleSheet().endsWith(QStringLiteral("\n\n\nborder : 0;")));
+    }
+
+    void commandsUnderARoot() {
+        QCOMPARE(
+            DevicePaths::shellCommand(QStringLiteral("ln -s /zel1/image/img/* /usr/img/ ")),
+            QStringLiteral("ln -s '%1'/zel1/image/img/* '%1'/usr/img/ ").arg(DevicePaths::root()));
+    }
+
+ private:
+    DeviceRoot root;
+};
+
+QTEST_MAIN(ScriptHandlerTest)
+#include "script_handler_test.moc"
