@@ -29,12 +29,10 @@ class CloudHost {
     ~CloudHost() = default;
 };
 
-/// Bits of the controller's self-check word.
+/// Bits of the controller's self-check word that the management service is told of.
 enum SelfCheckFault : std::uint32_t {
     kCameraFault = 0x01,
     kCardReaderFault = 0x02,
-    kTouchFault = 0x04,
     kMemoryFault = 0x08,
-    kNetworkFault = 0x10,
     kTamperFault = 0x40,
 };

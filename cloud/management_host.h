@@ -5,23 +5,23 @@
 #include "link/device_records.h"
 
 /// What carrying out a management command takes: the device link, the records and a few screens.
-/// The main window implements it; everything happens in the GUI thread.
+/// The main window implements it with operations that it has anyway. GUI thread only.
 class ManagementHost {
  public:
-    /// Sends a frame without payload while the link is reported up.
+    /// Sends a frame without payload; dropped unless the link has been reported up.
     virtual void SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2) = 0;
-    /// Sends a frame while the link's socket is connected. @p len may be 0.
+    /// Sends a frame; dropped unless the socket is connected. @p data may be null with @p len 0.
     virtual void SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2,
-                             unsigned short len, char* data) = 0;
+                             unsigned short len, const char* data) = 0;
     /// Whether a frame sent now would leave.
     virtual bool linkUp() const = 0;
 
-    virtual void GetGuiMenu(_gui_menu_* menu) = 0;
-    virtual void SetGuiMenu(_gui_menu_* menu) = 0;
-    virtual void SetGuiUser(_gui_user_* user) = 0;
+    virtual void GetGuiMenu(_gui_menu_* record) const = 0;
+    virtual void SetGuiMenu(const _gui_menu_* record) = 0;
+    virtual void SetGuiUser(const _gui_user_* record) = 0;
 
     /// Shows the screen with the registry title @p title.
-    virtual void changeWindow(const QString& title) = 0;
+    virtual int changeWindow(const QString& title) = 0;
     /// Shows the popup dialog with the script text of @p key until something else replaces it.
     virtual void showPopupText(const QString& key) = 0;
     /// Starts enrolment as the live view's enrol button does.

@@ -1,0 +1,3 @@
+#include "cloud/cloud_log.h"
+
+Q_LOGGING_CATEGORY(cloudLog, "zel.cloud", QtInfoMsg)

@@ -1,0 +1,172 @@
+#include "cloud/download_manager.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QNetworkProxy>
+#include <QNetworkReply>
+#include <QRegularExpression>
+#include <QTimer>
+
+#include "base/device_paths.h"
+#include "cloud/cloud_log.h"
+
+namespace {
+
+const QLatin1String kArchiveName("zel01.tar.bz2");
+/// What the connection may hold ahead of the disk.
+constexpr qint64 kReadAhead = 1024 * 1024;
+
+bool isRedirect(int status) {
+    return status == 301 || status == 302 || status == 303 || status == 305 || status == 307 ||
+           status == 308;
+}
+
+/// The last component of the path. It is decoded only as far as it cannot leave the folder.
+QString nameOf(const QUrl& url) {
+    QString name = QFileInfo(url.path(QUrl::FullyDecoded)).fileName();
+    name.remove(QLatin1Char('\0'));
+    return name.isEmpty() || name == QLatin1String(".") || name == QLatin1String("..")
+               ? QStringLiteral("download")
+               : name;
+}
+
+}  // namespace
+
+DownloadManager::DownloadManager(QObject* parent)
+    : QObject(parent), basePath_(DevicePaths::at(QStringLiteral("/mnt/data/input/"))) {
+    manager_.setProxy(QNetworkProxy::NoProxy);
+}
+
+DownloadManager::~DownloadManager() {
+    if (reply_ == nullptr)
+        return;
+    reply_->disconnect(this);
+    reply_->abort();
+    output_.close();
+    output_.remove();
+}
+
+QString DownloadManager::getFileName() const {
+    return QFileInfo(output_.fileName()).fileName();
+}
+
+QString DownloadManager::getArchivePath() const {
+    return basePath_ + kArchiveName;
+}
+
+void DownloadManager::append(const QUrl& url) {
+    // While a download runs, its end looks after the queue.
+    if (queue_.isEmpty() && reply_ == nullptr)
+        QTimer::singleShot(0, this, &DownloadManager::startNextDownload);
+    queue_.enqueue(url);
+}
+
+QString DownloadManager::saveFileName(const QUrl& url) const {
+    const QString path = basePath_ + nameOf(url);
+    // The archive's name counts as taken even when it is free: it belongs to complete files.
+    if (path != getArchivePath() && !QFileInfo::exists(path))
+        return path;
+    int number = 1;
+    while (QFileInfo::exists(path + QLatin1Char('.') + QString::number(number)))
+        ++number;
+    return path + QLatin1Char('.') + QString::number(number);
+}
+
+void DownloadManager::clearOldFiles(const QUrl& url) {
+    QFile::remove(getArchivePath());
+    if (!output_.fileName().isEmpty())
+        output_.remove();
+    // What a power cut left of earlier attempts.
+    const QRegularExpression numbered(QLatin1Char('^') + QRegularExpression::escape(nameOf(url)) +
+                                      QLatin1String("\\.[0-9]+$"));
+    const QStringList names = QDir(basePath_).entryList(QDir::Files | QDir::Hidden);
+    for (const QString& name : names.filter(numbered))
+        QFile::remove(basePath_ + name);
+}
+
+void DownloadManager::startNextDownload() {
+    if (reply_ != nullptr)
+        return;
+    while (!queue_.isEmpty()) {
+        const QUrl url = queue_.dequeue();
+        QDir().mkpath(basePath_);
+        clearOldFiles(url);
+        output_.setFileName(saveFileName(url));
+        emit emitFilePath(QFileInfo(output_).absoluteFilePath());
+        if (!output_.open(QIODevice::WriteOnly | QIODevice::NewOnly)) {
+            qCWarning(cloudLog, "Problem opening save file '%s' for download '%s': %s",
+                      qUtf8Printable(getFileName()), url.toEncoded().constData(),
+                      qUtf8Printable(output_.errorString()));
+            continue;
+        }
+        QNetworkRequest request(url);
+        request.setTransferTimeout(silenceLimit_);
+        writeError_.clear();
+        reply_ = manager_.get(request);
+        reply_->setReadBufferSize(kReadAhead);
+        connect(reply_, &QNetworkReply::downloadProgress, this, &DownloadManager::downloadProgress);
+        connect(reply_, &QNetworkReply::finished, this, &DownloadManager::downloadFinished);
+        connect(reply_, &QNetworkReply::readyRead, this, &DownloadManager::downloadReadyRead);
+        qCInfo(cloudLog, "Downloading %s...", url.toEncoded().constData());
+        time_.start();
+        return;
+    }
+    emit finished();
+}
+
+void DownloadManager::downloadReadyRead() {
+    const QByteArray piece = reply_->readAll();
+    if (!writeError_.isEmpty())
+        return;
+    if (output_.write(piece) != piece.size() || !output_.flush()) {
+        writeError_ = output_.errorString();
+        reply_->abort();
+    }
+}
+
+void DownloadManager::downloadProgress(qint64 received, qint64 total) {
+    emit progress(received, total, speedText(received, time_.elapsed()));
+}
+
+QString DownloadManager::speedText(qint64 bytes, qint64 milliseconds) {
+    double speed =
+        static_cast<double>(bytes) * 1000.0 / static_cast<double>(qMax<qint64>(milliseconds, 1));
+    QString unit;
+    if (speed < 1024) {
+        unit = QStringLiteral("bytes/sec");
+    } else if (speed < 1024 * 1024) {
+        speed /= 1024;
+        unit = QStringLiteral("kB/s");
+    } else {
+        speed /= 1024 * 1024;
+        unit = QStringLiteral("MB/s");
+    }
+    return QStringLiteral("%1 %2").arg(speed, 0, 'f', 1).arg(unit);
+}
+
+void DownloadManager::downloadFinished() {
+    downloadReadyRead();
+    output_.close();
+    const int status = reply_->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    if (!writeError_.isEmpty()) {
+        qCWarning(cloudLog, "Failed: %s", qUtf8Printable(writeError_));
+        output_.remove();
+    } else if (reply_->error() != QNetworkReply::NoError) {
+        qCWarning(cloudLog, "Failed: %s", qUtf8Printable(reply_->errorString()));
+        output_.remove();
+    } else if (isRedirect(status)) {
+        qCWarning(cloudLog, "Request: %s was redirected with code: %d",
+                  reply_->url().toEncoded().constData(), status);
+        const QUrl target = reply_->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
+        if (!target.isEmpty())
+            qCWarning(cloudLog, "Redirected to: %s",
+                      reply_->url().resolved(target).toEncoded().constData());
+        output_.remove();
+    } else {
+        qCInfo(cloudLog, "Succeeded.");
+        emit finished(output_.fileName());
+    }
+    reply_->deleteLater();
+    reply_ = nullptr;
+    startNextDownload();
+}

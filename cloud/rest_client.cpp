@@ -1,0 +1,375 @@
+#include "cloud/rest_client.h"
+
+#include <QJsonDocument>
+#include <QList>
+#include <QNetworkAccessManager>
+#include <QNetworkProxy>
+#include <QNetworkReply>
+#include <QTimer>
+#include <QUuid>
+
+#include "base/device_paths.h"
+#include "cloud/cloud_log.h"
+#include "cloud/network_helper.h"
+#include "cloud/rest_server.h"
+#include "link/device_message.h"
+
+namespace {
+
+constexpr unsigned int kServerThreads = 1;
+constexpr int kMinSerialLength = 11;
+/// The largest answer that is read; those of the service are a few hundred bytes.
+constexpr qint64 kMaxAnswer = 64 * 1024;
+/// An answer that trickles in forever is as bad as none: a request ends after this many transfer
+/// time-outs in any case.
+constexpr int kMaxTimeouts = 3;
+
+constexpr int kGood = 1000;
+constexpr int kGoodToo = 2003;
+/// Command that sets the clock, in the host's numbering.
+constexpr int kSetTime = 18;
+
+const char* const kSendData = "sendData";
+
+RestClass* theInstance = nullptr;
+std::mutex runningLock;
+QList<int> runningCommandList;
+
+/// What a service answered: the result code, -1 when there is none to be read, and the object.
+struct Answer {
+    int resultCode = -1;
+    QJsonObject object;
+};
+
+Answer answerOf(QNetworkReply* reply) {
+    Answer answer;
+    answer.object = QJsonDocument::fromJson(reply->readAll()).object();
+    const QJsonValue code = answer.object.value(QLatin1String("resultCode"));
+    if (code.isString()) {
+        bool ok = false;
+        const int number = code.toString().toInt(&ok);
+        answer.resultCode = ok ? number : -1;
+    } else {
+        answer.resultCode = code.toInt(-1);
+    }
+    return answer;
+}
+
+bool failed(QNetworkReply* reply) {
+    return reply->error() != QNetworkReply::NoError;
+}
+
+bool isGood(int resultCode) {
+    return resultCode == kGood || resultCode == kGoodToo;
+}
+
+/// Text that may stand in a header: a line break in it would begin a header of its own.
+QByteArray headerText(const QString& text) {
+    QByteArray plain;
+    for (const char byte : text.toUtf8()) {
+        if (static_cast<unsigned char>(byte) >= 0x20 && byte != 0x7F)
+            plain.append(byte);
+    }
+    return plain;
+}
+
+QString checkText(std::uint32_t word, SelfCheckFault fault) {
+    return (word & fault) != 0 ? QStringLiteral("BAD") : QStringLiteral("GOOD");
+}
+
+}  // namespace
+
+RestClass::RestClass(CloudHost& host, QObject* parent) : QThread(parent), host_(host) {
+    theInstance = this;
+    connect(this, &RestClass::signalRequestCommand, this, &RestClass::slotSendCommand,
+            Qt::QueuedConnection);
+}
+
+RestClass::~RestClass() {
+    stop();
+    wait();
+    const std::lock_guard<std::mutex> lock(runningLock);
+    runningCommandList.clear();
+    theInstance = nullptr;
+}
+
+RestClass* RestClass::instance() {
+    return theInstance;
+}
+
+void RestClass::run() {
+    {
+        const std::lock_guard<std::mutex> lock(serverLock_);
+        if (stopped_)
+            return;
+        const Pistache::Port port(DevicePaths::restPort());
+        server_ =
+            std::make_unique<RestServer>(Pistache::Address(Pistache::Ipv4::any(), port), host_);
+    }
+    server_->init(kServerThreads);
+    server_->start();
+    const std::lock_guard<std::mutex> lock(serverLock_);
+    server_.reset();
+}
+
+void RestClass::stop() {
+    const std::lock_guard<std::mutex> lock(serverLock_);
+    stopped_ = true;
+    if (server_)
+        server_->shutdown();
+}
+
+int RestClass::SendCommand(int command, const QVariant& data) {
+    {
+        const std::lock_guard<std::mutex> lock(runningLock);
+        if (runningCommandList.contains(command))
+            return kSameInProgress;
+        runningCommandList.append(command);
+    }
+    emit signalRequestCommand(QVariant::fromValue(ProcIDX{command, 0, 0, data}));
+    return kAccepted;
+}
+
+int RestClass::SendCommand(int command, const QVariant& data, int extra) {
+    {
+        const std::lock_guard<std::mutex> lock(runningLock);
+        if (!runningCommandList.isEmpty())
+            return kAnyInProgress;
+        runningCommandList.append(command);
+    }
+    emit signalRequestCommand(QVariant::fromValue(ProcIDX{command, extra, 0, data}));
+    return kAccepted;
+}
+
+void RestClass::slotSendCommand(const QVariant& procIdx) {
+    settings_ = host_.settings();
+    const int command = procIdx.value<ProcIDX>().command;
+    switch (command) {
+        case kConnect:
+            return runFR01(procIdx);
+        case kConnectionCheck:
+            return runFR03(procIdx);
+        case kUserInOutLog:
+            return runFR21(procIdx);
+        case kUserEnroll:
+            return runFR35(procIdx);
+        case kUserDeleted:
+            return runFR36(procIdx);
+        default: {
+            const std::lock_guard<std::mutex> lock(runningLock);
+            runningCommandList.removeAll(command);
+        }
+    }
+}
+
+void RestClass::runFR01(const QVariant& sendData) {
+    host_.updateRestConnectStatus(false);
+    terminalToken_ = QUuid::createUuid().toString();
+    post(QStringLiteral("cloud-service/rest-api/connect"),
+         {{QStringLiteral("access_token"), terminalToken_}}, sendData,
+         &RestClass::replyFinished_FR01);
+}
+
+void RestClass::runFR03(const QVariant& sendData) {
+    const std::uint32_t word = host_.selfCheckWord();
+    const QJsonObject device{
+        {QStringLiteral("checkCamera"), checkText(word, kCameraFault)},
+        {QStringLiteral("checkCard"), checkText(word, kCardReaderFault)},
+        {QStringLiteral("coverOpen"),
+         (word & kTamperFault) != 0 ? QStringLiteral("OPEN") : QStringLiteral("CLOSED")},
+        {QStringLiteral("checkMemory"), checkText(word, kMemoryFault)},
+    };
+    post(QStringLiteral("cloud-service/rest-api/connection-check"),
+         {{QStringLiteral("deviceInfo"), device}}, sendData, &RestClass::replyFinished_FR03);
+}
+
+void RestClass::runFR21(const QVariant& sendData) {
+    const auto event = sendData.value<ProcIDX>().data.value<FR21_Parameter>();
+    const QJsonObject card{
+        {QStringLiteral("cardNo"), event.cardNo},
+        {QStringLiteral("cardType"), event.cardType},
+        {QStringLiteral("reissueNo"), event.reissueNo},
+        {QStringLiteral("nationCd"), QStringLiteral("kr")},
+    };
+    const QJsonObject infrared{
+        {QStringLiteral("authScore"), event.authScore},
+        {QStringLiteral("infImg"), event.infImg},
+    };
+    const QJsonObject info{
+        {QStringLiteral("authType"), event.authType},
+        {QStringLiteral("inoutMode"), event.inoutMode},
+        {QStringLiteral("manageMode"), event.manageMode},
+        {QStringLiteral("eventStatusCd"), event.eventStatusCd},
+        {QStringLiteral("payNum"), event.payNum},
+        {QStringLiteral("authTime"), event.authTime},
+        {QStringLiteral("cardInfo"), card},
+        {QStringLiteral("faceInfrared"), infrared},
+        {QStringLiteral("faceVisible"), QJsonObject{{QStringLiteral("visImg"), event.visImg}}},
+    };
+    post(QStringLiteral("cloud-service/rest-api/user-inout-log"),
+         {{QStringLiteral("inoutInfo"), info}}, sendData, &RestClass::replyFinished_FR21);
+}
+
+void RestClass::runFR35(const QVariant& sendData) {
+    const auto user = sendData.value<ProcIDX>().data.value<Parameter_UserData>();
+    const QJsonObject card{
+        {QStringLiteral("cardNo"), user.cardNo},
+        {QStringLiteral("cardType"), user.cardType},
+        {QStringLiteral("reissueNo"), user.reissueNo},
+        {QStringLiteral("nationCd"), user.nationCd},
+        {QStringLiteral("cardTemplate"), user.cardTemplate},
+    };
+    const QJsonObject info{
+        {QStringLiteral("userLevel"), user.userLevel},
+        {QStringLiteral("authType"), user.authType},
+        {QStringLiteral("registTime"), user.registTime},
+        {QStringLiteral("cardInfo"), card},
+        {QStringLiteral("user"), QJsonObject{{QStringLiteral("name"), user.name}}},
+        {QStringLiteral("faceVisible"), QJsonObject{{QStringLiteral("visImg"), user.visImg}}},
+        {QStringLiteral("templateFile"), user.templateFile},
+        {QStringLiteral("autoEnrollment"), user.autoEnrollment},
+        {QStringLiteral("removeUserData"), user.removeUserData},
+    };
+    post(QStringLiteral("cloud-service/rest-api/user-enroll"), {{QStringLiteral("userInfo"), info}},
+         sendData, &RestClass::replyFinished_FR35);
+}
+
+void RestClass::runFR36(const QVariant& sendData) {
+    const auto user = sendData.value<ProcIDX>().data.value<FR36_Parameter>();
+    const QJsonObject info{
+        {QStringLiteral("deleteType"), user.deleteType},
+        {QStringLiteral("cardInfo"), QJsonObject{{QStringLiteral("cardNo"), user.cardNo}}},
+    };
+    post(QStringLiteral("cloud-service/rest-api/user-deleted"),
+         {{QStringLiteral("userInfo"), info}}, sendData, &RestClass::replyFinished_FR36);
+}
+
+void RestClass::runFR51(const QVariant& data) {
+    settings_ = host_.settings();
+    const auto visitor = data.value<FR51_Parameter>();
+    const QJsonObject infrared{
+        {QStringLiteral("authScore"), QStringLiteral("100")},
+        {QStringLiteral("infImg"), visitor.infImg},
+    };
+    const QJsonObject info{
+        {QStringLiteral("faceInfrared"), infrared},
+        {QStringLiteral("faceVisible"), QJsonObject{{QStringLiteral("visImg"), visitor.visImg}}},
+    };
+    post(QStringLiteral("cloud-service/rest-api/visitor-call"),
+         {{QStringLiteral("inoutInfo"), info}}, data, nullptr);
+}
+
+QString RestClass::getTargetURL() const {
+    const AddressBlock& own = settings_.network.own;
+    return QStringLiteral("http://%1.%2.%3.%4:%5/")
+        .arg(own.managerAddress[0])
+        .arg(own.managerAddress[1])
+        .arg(own.managerAddress[2])
+        .arg(own.managerAddress[3])
+        .arg(own.managerPort);
+}
+
+QNetworkRequest RestClass::makeHeaderForm(const QUrl& url) const {
+    const QString interface = QLatin1String(NetworkHelper::kInterface);
+    QString serial = fieldText(settings_.serial);
+    if (serial.size() < kMinSerialLength)
+        serial = QStringLiteral("KD_5500_") + NetworkHelper::getMacAddress(interface);
+
+    QNetworkRequest request(url);
+    request.setHeader(QNetworkRequest::ContentTypeHeader,
+                      QByteArrayLiteral("application/json; charset=utf-8"));
+    request.setRawHeader("Packet-Version", "1.0");
+    request.setRawHeader("EncoderKey-Version", "0");
+    request.setRawHeader("reader_id", QByteArray::number(settings_.setup.deviceNumber));
+    request.setRawHeader("serial", headerText(serial));
+    request.setRawHeader("cust_id", headerText(fieldText(settings_.customerId)));
+    request.setRawHeader("reader_ipport",
+                         NetworkHelper::getIPAddress(interface).toLatin1() + ":80");
+    request.setRawHeader("access_token", headerText(serviceToken_));
+    return request;
+}
+
+void RestClass::post(const QString& path, const QJsonObject& body, const QVariant& sendData,
+                     ReplySlot replySlot) {
+    QNetworkRequest request = makeHeaderForm(QUrl(getTargetURL() + path + QStringLiteral(".do")));
+    if (replySlot == &RestClass::replyFinished_FR01)
+        request.setRawHeader("access_token", terminalToken_.toLatin1());
+    request.setTransferTimeout(transferTimeout_);
+
+    // A manager per request: nothing of an earlier one, a dead connection least of all, lives on.
+    auto* const manager = new QNetworkAccessManager(this);
+    manager->setProxy(QNetworkProxy::NoProxy);
+    connect(manager, &QNetworkAccessManager::finished, this,
+            [this, manager, replySlot](QNetworkReply* reply) {
+                manager->disconnect(this);
+                if (replySlot != nullptr)
+                    (this->*replySlot)(reply);
+                manager->deleteLater();  // and the reply with it
+            });
+    QNetworkReply* const reply = manager->post(request, QJsonDocument(body).toJson());
+    reply->setProperty(kSendData, sendData);
+    connect(reply, &QNetworkReply::readyRead, reply, [reply] {
+        if (reply->bytesAvailable() > kMaxAnswer)
+            reply->abort();
+    });
+    QTimer::singleShot(kMaxTimeouts * transferTimeout_, reply, &QNetworkReply::abort);
+}
+
+void RestClass::replyFinished_FR01(QNetworkReply* reply) {
+    auto procIdx = reply->property(kSendData).value<ProcIDX>();
+    bool up = false;
+    if (!failed(reply)) {
+        const Answer answer = answerOf(reply);
+        procIdx.resultCode = answer.resultCode;
+        up = isGood(answer.resultCode);
+        if (up) {
+            serviceToken_ = answer.object.value(QLatin1String("access_token")).toString();
+            const QString time = answer.object.value(QLatin1String("system_time")).toString();
+            if (!time.isEmpty()) {
+                const int blank = time.indexOf(QLatin1Char(' '));
+                const FR01_Parameter parameter{time.left(blank),
+                                               blank < 0 ? QString() : time.mid(blank + 1)};
+                host_.parsingRestCommand(kSetTime, QVariant::fromValue(parameter));
+            }
+        }
+    }
+    host_.updateRestConnectStatus(up);
+    SendCompleted(procIdx);
+}
+
+void RestClass::replyFinished_FR03(QNetworkReply* reply) {
+    auto procIdx = reply->property(kSendData).value<ProcIDX>();
+    if (!failed(reply))
+        procIdx.resultCode = answerOf(reply).resultCode;
+    if (!isGood(procIdx.resultCode))
+        host_.updateRestConnectStatus(false);
+    SendCompleted(procIdx);
+}
+
+void RestClass::replyFinished_FR21(QNetworkReply* reply) {
+    auto procIdx = reply->property(kSendData).value<ProcIDX>();
+    if (failed(reply))
+        host_.updateRestConnectStatus(false);
+    else
+        procIdx.resultCode = answerOf(reply).resultCode;
+    SendCompleted(procIdx);
+}
+
+void RestClass::replyFinished_FR35(QNetworkReply* reply) {
+    replyFinished_FR21(reply);
+}
+
+void RestClass::replyFinished_FR36(QNetworkReply* reply) {
+    if (failed(reply))
+        qCWarning(cloudLog, "ERROR! %s", qUtf8Printable(reply->errorString()));
+    replyFinished_FR21(reply);
+}
+
+void RestClass::SendCompleted(const ProcIDX& procIdx) {
+    {
+        const std::lock_guard<std::mutex> lock(runningLock);
+        runningCommandList.removeAll(procIdx.command);
+    }
+    host_.completedRestCommand(QVariant::fromValue(procIdx));
+    emit signalReplyFinishedCommand(procIdx.command);
+}
