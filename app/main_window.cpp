@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstring>
 #include <iterator>
+#include <utility>
 
 #include "app/command_popups.h"
 #include "app/fonts.h"
@@ -18,6 +19,8 @@
 #include "app/status_popup.h"
 #include "app/window_form.h"
 #include "base/device_paths.h"
+#include "cloud/parameters.h"
+#include "cloud/rest_client.h"
 #include "link/command_code.h"
 #include "ui/dialog_form.h"
 #include "ui/key_click.h"
@@ -64,7 +67,8 @@ MainWindow::MainWindow(QWidget* parent)
     if (scripts_->setScript(QString()) != 0)
         scripts_->setScript(scripts_->getLanguageList().value(0));
 
-    status_ = new SystemStatus([this] { return records_.menu(); }, [] { return false; }, this);
+    status_ = new SystemStatus([this] { return records_.menu(); },
+                               [this] { return restConnected_; }, this);
     menuTimer_ = new MenuTimer([this] { return records_.menu(); }, this);
     dispatch_ = new MessageDispatch(windows_, this);
     link_ = new DeviceLink([this](quint16 command, quint8, quint8, quint16 length,
@@ -93,11 +97,14 @@ MainWindow::MainWindow(QWidget* parent)
     connect(&windows_, &WindowRegistry::changing, this, &MainWindow::signal_changeWindow);
     connect(this, &MainWindow::signal_changeWindow, this, &MainWindow::changeWindowShowEvent);
     createDialogs();
+    startRestClient();
 }
 
 MainWindow::~MainWindow() {
     ui_.reset();
     link_->close(kFlushTime);
+    // Joins the thread that serves HTTP, which may call back until then.
+    delete std::exchange(restClient_, nullptr);
     KeyClick::setHandler(nullptr);
     // The screens go while everything that they use is still there.
     windows_.deleteAll();
@@ -132,6 +139,20 @@ void MainWindow::createDialogs() {
 
     noticeDialog_ = new DialogForm(this, kNoticeAutoClose);
     noticeDialog_->setObjectName(QStringLiteral("noticeDialog"));
+}
+
+void MainWindow::startRestClient() {
+    restClient_ = new RestClass(*this, this);
+    restClient_->start(QThread::InheritPriority);
+    connect(&downloads_, &DownloadManager::emitFilePath, this, &MainWindow::fwFileDownloadStart);
+    connect(&downloads_, QOverload<>::of(&DownloadManager::finished), this,
+            &MainWindow::fileDownloadComplete);
+    connect(status_, &SystemStatus::connectionCheckWanted, this, [this] {
+        restClient_->SendCommand(RestClass::kConnectionCheck, QVariant());
+        checkingForUnsentData();
+    });
+    connect(status_, &SystemStatus::connectWanted, this,
+            [this] { restClient_->SendCommand(RestClass::kConnect, QVariant()); });
 }
 
 // --- Device link ---------------------------------------------------------------------------
@@ -430,4 +451,63 @@ void MainWindow::showFaults(const QStringList& keys, bool anyBit) {
     popupForm_->setOkText(getScript(QStringLiteral("TopMenu_OK")));
     popupForm_->show();
     popupForm_->raise();
+}
+
+std::uint32_t MainWindow::selfCheckWord() const {
+    return status_->selfCheck();
+}
+
+// --- Management service --------------------------------------------------------------------
+
+void MainWindow::parsingRestCommand(int command, QVariant parameter) {
+    switch (command) {
+        case 4:
+            emit signal_receiveNetUserEnroll(parameter);
+            break;
+        case 5:
+            emit signal_restReceive_FR33_2(parameter);
+            break;
+        case 6:
+            emit signal_restReceive_FR33_3(parameter);
+            break;
+        case 10:
+            emit signal_restCall_FR37(parameter);
+            break;
+        case 12:
+            // The downloader lives in the GUI thread.
+            QMetaObject::invokeMethod(this, [this, parameter] { downloadFileURL(parameter); });
+            break;
+        case 14:
+            emit signal_restCall_FR59(parameter);
+            break;
+        case 15:
+            emit signal_restCall_FR61(parameter);
+            break;
+        case 16:
+            emit signal_receiveDoorOpen(0);
+            break;
+        case 18:
+            emit signal_restSetTime(parameter);
+            break;
+        default:
+            break;
+    }
+}
+
+void MainWindow::completedRestCommand(QVariant) {}
+
+void MainWindow::downloadFileURL(const QVariant& parameter) {
+    if (parameter.canConvert<FR44_Parameter>())
+        downloads_.append(QUrl(parameter.value<FR44_Parameter>().address));
+}
+
+void MainWindow::fwFileDownloadStart(const QString& path) {
+    qCInfo(appLog, "Start Download : %s", qPrintable(path));
+}
+
+void MainWindow::fileDownloadComplete() {
+    if (QFile::exists(downloads_.getFilePath()))
+        QFile::rename(downloads_.getFilePath(), downloads_.getArchivePath());
+    // Told in any case; a controller that finds no archive does nothing.
+    SendCommand(command::UpdateFirmware, 0, 0);
 }

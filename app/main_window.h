@@ -8,6 +8,8 @@
 #include "app/record_store.h"
 #include "app/system_status.h"
 #include "app/window_registry.h"
+#include "cloud/cloud_host.h"
+#include "cloud/download_manager.h"
 #include "link/device_link.h"
 #include "link/device_message.h"
 #include "ui/script_handler.h"
@@ -19,6 +21,7 @@ class DialogForm;
 class InputField;
 class MenuTimer;
 class MessageDispatch;
+class RestClass;
 class StatusPopup;
 class TouchKeyForm;
 class TouchWatcher;
@@ -32,8 +35,8 @@ enum class AlarmMode { None = 0, Arm = 1, Disarm = 2 };
 /// The main controller window: the one window of the process and the front of everything that the
 /// screens need. It owns the parts and hands every call on to the one that does the work.
 ///
-/// GUI thread only, but for GetGuiMenu().
-class MainWindow : public QMainWindow {
+/// GUI thread only, but for GetGuiMenu(), settings() and parsingRestCommand().
+class MainWindow : public QMainWindow, public CloudHost {
     Q_OBJECT
 
  public:
@@ -138,11 +141,43 @@ class MainWindow : public QMainWindow {
     int getSystemStatus() const;
     void dev_selfChkrResult();
 
+    // --- Management service ----------------------------------------------------------------
+    _gui_menu_ settings() const override { return records_.menu(); }
+    std::uint32_t selfCheckWord() const override;
+    /// Turns a management command into its signal, whose slot runs in the GUI thread. A number
+    /// that has none does nothing. Any thread.
+    void parsingRestCommand(int command, QVariant parameter) override;
+    void updateRestConnectStatus(bool up) override { restConnected_ = up; }
+    void completedRestCommand(QVariant procIdx) override;
+    RestClass* restClient() const { return restClient_; }
+    /// Queues the firmware address of an FR44_Parameter.
+    void downloadFileURL(const QVariant& parameter);
+
  public slots:
     void changeWindowShowEvent(const QString& title);
+    void fwFileDownloadStart(const QString& path);
+    void fileDownloadComplete();
 
  signals:
     void signal_changeWindow(const QString& title);
+    void signal_restCall_FR01(const QVariant& parameter);
+    void signal_restCall_FR03(const QVariant& parameter);
+    void signal_restCall_FR09(const QVariant& parameter);
+    void signal_restCall_FR21(const QVariant& parameter);
+    void signal_restCall_FR35(const QVariant& parameter);
+    void signal_restCall_FR37(const QVariant& parameter);
+    void signal_restCall_FR44(const QVariant& parameter);
+    void signal_restCall_FR51(const QVariant& parameter);
+    void signal_restCall_FR59(const QVariant& parameter);
+    void signal_restCall_FR61(const QVariant& parameter);
+    void signal_restCall_FR71(const QVariant& parameter);
+    void signal_receiveNetUserEnroll(const QVariant& parameter);
+    void signal_receiveUserEnrollAuto(const QVariant& parameter);
+    void signal_receiveDoorOpen(const QVariant& parameter);
+    void signal_restReceive_FR33_2(const QVariant& parameter);
+    void signal_restReceive_FR33_3(const QVariant& parameter);
+    void signal_restSetTime(const QVariant& parameter);
+    void signal_requestFaceImage(const QVariant& parameter);
 
  protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -153,6 +188,7 @@ class MainWindow : public QMainWindow {
     void installPictures();
     void initWindowList();
     void createDialogs();
+    void startRestClient();
     void checkBootchecker();
     void applyLanguageOfSettings();
     void shellMessage(const DeviceMessage& message);
@@ -164,6 +200,7 @@ class MainWindow : public QMainWindow {
 
     // In the order in which they may be destroyed, last first.
     RecordStore records_;
+    DownloadManager downloads_;
     const QString callNumberPath_;
     const QString locationPath_;
     const QString imageDirectory_;
@@ -182,12 +219,14 @@ class MainWindow : public QMainWindow {
     DialogForm* popupForm_ = nullptr;
     DialogForm* logFullDialog_ = nullptr;
     DialogForm* noticeDialog_ = nullptr;
+    RestClass* restClient_ = nullptr;
 
     DeviceMessage lastControllerEvent_;
     ReaderMode readerMode_ = ReaderMode::In;
     ServiceMode serviceMode_ = ServiceMode::InService;
     AlarmMode alarmMode_ = AlarmMode::None;
     int language_ = 0;
+    bool restConnected_ = false;
     bool settingsArrived_ = false;
     bool shownOnce_ = false;
     bool factoryActive_ = false;

@@ -50,6 +50,7 @@ class SystemStatus : public QObject {
 
     /// Takes a self-check word; it is evaluated on the next turn of the event loop.
     void setSelfCheck(std::uint32_t word);
+    std::uint32_t selfCheck() const { return selfCheck_; }
     /// Shows or takes back the faults and, when the management service is in use, looks after the
     /// contact with it: again every kRetryInterval until it is reachable.
     void evaluateSelfCheck();

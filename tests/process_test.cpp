@@ -1,0 +1,241 @@
+#include <signal.h>
+
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QLibraryInfo>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QtTest>
+
+#include "link/command_code.h"
+#include "link/device_records.h"
+#include "link/frame.h"
+#include "support/device_root.h"
+
+namespace {
+
+quint16 freePort() {
+    QTcpServer probe;
+    probe.listen(QHostAddress::LocalHost);
+    return probe.serverPort();
+}
+
+/// The real program, in a root of its own, talking to a controller that the test plays.
+class Terminal {
+ public:
+    explicit Terminal(const QStringList& arguments = {QStringLiteral("-platform"),
+                                                      QStringLiteral("offscreen")}) {
+        controller.listen(QHostAddress::LocalHost);
+        restPort = freePort();
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("ZEL_ROOT"), root.path(""));
+        environment.insert(QStringLiteral("ZEL_LINK_PORT"),
+                           QString::number(controller.serverPort()));
+        environment.insert(QStringLiteral("ZEL_REST_PORT"), QString::number(restPort));
+        environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), root.path(""));
+        process.setProcessEnvironment(environment);
+        process.setArguments(arguments);
+        process.setProgram(QStringLiteral(ZEL_BINARY_DIR "/bin/zel-terminal"));
+    }
+    ~Terminal() {
+        process.kill();
+        process.waitForFinished();
+    }
+
+    void start() { process.start(); }
+    /// Whether the greeting has come.
+    bool greeted() {
+        if (socket == nullptr) {
+            if (!controller.waitForNewConnection(10000))
+                return false;
+            socket = controller.nextPendingConnection();
+        }
+        return QTest::qWaitFor([this] { return read().startsWith(greeting); }, 5000);
+    }
+    QByteArray read() {
+        received += socket->readAll();
+        return received;
+    }
+    /// Whether the HTTP port takes connections.
+    bool serves() {
+        return QTest::qWaitFor(
+            [this] {
+                QTcpSocket probe;
+                probe.connectToHost(QHostAddress::LocalHost, restPort);
+                return probe.waitForConnected(100);
+            },
+            5000);
+    }
+    /// Whether main() has begun: from then on a signal is kept until it can be served.
+    bool holdsSignals() {
+        return QTest::qWaitFor([this] {
+            QFile status(QStringLiteral("/proc/%1/status").arg(process.processId()));
+            if (!status.open(QIODevice::ReadOnly))
+                return false;
+            const QByteArray text = status.readAll();
+            const QByteArray mask = text.mid(text.indexOf("SigBlk:") + 7, 17).trimmed();
+            return (mask.toULongLong(nullptr, 16) >> (SIGTERM - 1) & 1) != 0;
+        });
+    }
+    /// Milliseconds until the process has ended by itself with status 0, or -1.
+    qint64 endsOrderly() {
+        QElapsedTimer time;
+        time.start();
+        if (!process.waitForFinished(5000) || process.exitStatus() != QProcess::NormalExit ||
+            process.exitCode() != 0)
+            return -1;
+        output = process.readAllStandardOutput();
+        errors = process.readAllStandardError();
+        return time.elapsed();
+    }
+    /// What the log says that is neither the project's own nor a missing link's.
+    QByteArray foreignLines() const {
+        QByteArray foreign;
+        for (const QByteArray& line : errors.split('\n')) {
+            if (!line.isEmpty() && !line.startsWith("zel.") && !line.startsWith("rm: "))
+                foreign += line + '\n';
+        }
+        return foreign;
+    }
+
+    const QByteArray greeting = Frame::build(command::Greeting, 0, 0);
+    DeviceRoot root;
+    QProcess process;
+    QTcpServer controller;
+    QTcpSocket* socket = nullptr;
+    quint16 restPort = 0;
+    QByteArray received;
+    QByteArray output;
+    QByteArray errors;
+};
+
+/// An orderly end takes less than this, in milliseconds.
+constexpr qint64 kPrompt = 1000;
+
+}  // namespace
+
+class ProcessTest : public QObject {
+    Q_OBJECT
+
+ private slots:
+    void endsOnEverySignal_data() {
+        QTest::addColumn<int>("number");
+        QTest::addColumn<int>("delay");  // milliseconds into the start; -1: when it is all up
+        for (const int number : {SIGQUIT, SIGINT, SIGTERM, SIGHUP})
+            QTest::addRow("%d", number) << number << -1;
+        for (const int delay : {0, 60, 120, 250, 400})
+            QTest::addRow("early %d", delay) << SIGTERM << delay;
+    }
+
+    void endsOnEverySignal() {
+        QFETCH(int, number);
+        QFETCH(int, delay);
+        Terminal terminal;
+        terminal.start();
+        QVERIFY(terminal.process.waitForStarted());
+        if (delay < 0) {
+            QVERIFY(terminal.greeted());
+            QVERIFY(terminal.serves());
+        } else {
+            QVERIFY(terminal.holdsSignals());
+            QTest::qWait(delay);
+        }
+        ::kill(static_cast<pid_t>(terminal.process.processId()), number);
+        const qint64 time = terminal.endsOrderly();
+        QVERIFY2(time >= 0, terminal.errors.constData());
+        // An early one waits for the start to be over.
+        QVERIFY2(time < kPrompt + (delay < 0 ? 0 : 1500), QByteArray::number(time).constData());
+        QCOMPARE(terminal.output,
+                 "\nquit the application by signal(" + QByteArray::number(number) + ").\n");
+        QCOMPARE(terminal.foreignLines(), QByteArray());
+    }
+
+    // The acknowledgement is on the wire before the process is gone, also when the order is the
+    // first thing that the controller ever says, and with a request half sent.
+    void endsOnTheControllersOrder() {
+        for (const bool early : {true, false}) {
+            Terminal terminal;
+            terminal.start();
+            QVERIFY(terminal.greeted());
+            QTcpSocket slowClient;
+            if (!early) {
+                QVERIFY(terminal.serves());
+                slowClient.connectToHost(QHostAddress::LocalHost, terminal.restPort);
+                QVERIFY(slowClient.waitForConnected());
+                slowClient.write(
+                    "POST /cloud-service/rest-api/door-open.do HTTP/1.1\r\nContent-Le");
+                slowClient.flush();
+            }
+            terminal.socket->write(Frame::build(command::Quit, 0, 0));
+            terminal.socket->flush();
+            const qint64 time = terminal.endsOrderly();
+            QVERIFY2(time >= 0 && time < kPrompt, QByteArray::number(time).constData());
+            QTRY_VERIFY(terminal.read().endsWith(Frame::build(command::QuitAcknowledged, 0, 0)));
+            QCOMPARE(terminal.foreignLines(), QByteArray());
+        }
+    }
+
+    // Without fonts, pictures and scripts, with a root that cannot be written, with the HTTP port
+    // taken and garbage on the link: it lives, and still ends in order.
+    void livesThroughABadMorning() {
+        Terminal terminal;
+        QProcess::execute(QStringLiteral("rm"),
+                          {QStringLiteral("-r"), terminal.root.path("/zel1"),
+                           terminal.root.path("/usr/img"), terminal.root.path("/usr/lib/fonts")});
+        QFile::setPermissions(terminal.root.path("/mnt/data"), QFile::ReadOwner | QFile::ExeOwner);
+        QTcpServer occupant;
+        QVERIFY(occupant.listen(QHostAddress::AnyIPv4, terminal.restPort));
+        terminal.start();
+        QVERIFY(terminal.greeted());
+        QByteArray garbage(100000, '\xC5');
+        for (int i = 0; i < garbage.size(); i += 3)
+            garbage[i] = static_cast<char>(i);
+        terminal.socket->write(garbage);
+        terminal.socket->write(Frame::build(command::Settings, 0, 0, 3, "abc"));
+        terminal.socket->write(Frame::build(command::SelfCheck, 0, 0, 1, "a"));
+        terminal.socket->flush();
+        QTest::qWait(300);
+        QCOMPARE(terminal.process.state(), QProcess::Running);
+        ::kill(static_cast<pid_t>(terminal.process.processId()), SIGTERM);
+        QVERIFY(terminal.endsOrderly() >= 0);
+        QVERIFY2(terminal.errors.contains("script_list.json"), terminal.errors.constData());
+        QVERIFY2(terminal.errors.contains(QByteArray::number(terminal.restPort)),
+                 terminal.errors.constData());
+        QFile::setPermissions(terminal.root.path("/mnt/data"),
+                              QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    }
+
+    // The panel's own full-screen path, on a virtual screen where its plug-in can be had.
+    void runsFullScreen() {
+        const QString plugin =
+            QLibraryInfo::location(QLibraryInfo::PluginsPath) +
+            QStringLiteral("/egldeviceintegrations/libqeglfs-x11-integration.so");
+        const QString xvfb = QStandardPaths::findExecutable(QStringLiteral("Xvfb"));
+        if (!QFileInfo::exists(plugin) || xvfb.isEmpty())
+            QSKIP("no virtual screen for the panel's plug-in");
+        QProcess screen;
+        screen.start(
+            xvfb, {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
+                   QStringLiteral("0"), QStringLiteral("480x800x24"), QStringLiteral("-nolisten"),
+                   QStringLiteral("tcp")});
+        QVERIFY(screen.waitForReadyRead(10000));
+        Terminal terminal(QStringList{});
+        QProcessEnvironment environment = terminal.process.processEnvironment();
+        environment.insert(
+            QStringLiteral("DISPLAY"),
+            QLatin1Char(':') + QString::fromLatin1(screen.readAllStandardOutput()).trimmed());
+        environment.insert(QStringLiteral("QT_QPA_EGLFS_INTEGRATION"), QStringLiteral("eglfs_x11"));
+        terminal.process.setProcessEnvironment(environment);
+        terminal.start();
+        QVERIFY(terminal.greeted());
+        ::kill(static_cast<pid_t>(terminal.process.processId()), SIGTERM);
+        QVERIFY2(terminal.endsOrderly() >= 0, terminal.process.readAllStandardError().constData());
+        screen.terminate();
+        screen.waitForFinished();
+    }
+};
+
+QTEST_GUILESS_MAIN(ProcessTest)
+#include "process_test.moc"
