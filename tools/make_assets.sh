@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Renders the pictures of the terminal and links its fonts.
-#   make_assets.sh SOURCES IMAGE_FOLDER
+#   make_assets.sh SOURCES IMAGE_FOLDER STAMP
 # SOURCES holds the SVG files and pictures.txt, IMAGE_FOLDER becomes the device's /zel1/image. Only
-# what is older than its source is made again; pictures no longer listed are removed.
+# what is older than its source is made again; pictures no longer listed are removed. STAMP is
+# touched when all is done, and STAMP.d tells the build what it was made from.
 set -euo pipefail
 export LC_ALL=C
 
@@ -10,6 +11,7 @@ script=$(realpath "$0")
 sources=$(realpath "$1")
 mkdir -p "$2/img/fonts"
 image=$(realpath "$2")
+stamp=$3
 list=$sources/pictures.txt
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
@@ -19,6 +21,7 @@ declare -A colours=(
     [pressed]='#5effd7' [accent]='#5effd7' [dark]='#06231c' [disabled]='#66798f' [danger]='#ff8a8a'
 )
 
+declare -A used         # the SVG files
 jobs=$scratch/jobs      # per line: SVG file, sed program, width, height, picture
 wanted=$scratch/wanted  # every file that belongs into the image folder
 touch "$jobs" "$wanted"
@@ -35,6 +38,7 @@ is_current() {
 # plan NAME SVG SED_PROGRAM WIDTHxHEIGHT: notes the picture and, where it is out of date, its job.
 plan() {
     echo "$1" >>"$wanted"
+    used[$2]=1
     is_current "$image/$1" "$2" ||
         printf '%s\0' "$2" "$3" "${4%x*}" "${4#*x}" "$image/$1" >>"$jobs"
 }
@@ -91,6 +95,7 @@ xargs --null --no-run-if-empty --max-args=5 --max-procs="$(nproc)" \
 for name in noglasses glasses; do
     echo "./$name.gif" >>"$wanted"
     frames=("$sources/${name}_1.svg" "$sources/${name}_2.svg")
+    for frame in "${frames[@]}"; do used[$frame]=1; done
     is_current "$image/$name.gif" "${frames[@]}" && continue
     for frame in 1 2; do
         rsvg-convert --output "$scratch/$name$frame.png" "${frames[frame - 1]}"
@@ -111,3 +116,10 @@ done
 link_font /usr/share/fonts/truetype/noto/NotoSerif-Bold.ttf NotoSerif-Bold.ttf
 link_font "$noto/NotoSansCJK-Medium.ttc" logotypejp_mp_m_1.1.ttf
 link_font "$noto/NotoSansCJK-Bold.ttc" logotypejp_mp_b_1.1.ttf
+
+{
+    printf '%s:' "${stamp// /\\ }"
+    for source in "${!used[@]}"; do printf ' %s' "${source// /\\ }"; done
+    echo
+} >"$stamp.d"
+touch "$stamp"
