@@ -14,7 +14,7 @@ class ScriptKeysTest : public QObject {
     void initTestCase() {
         // A key is a literal of its own in the sources and a string of its own in the forms.
         const QRegularExpression literal(QStringLiteral(
-            "[\">]((?:ListItem|Button|Info|TopDepthTitle|Dialog|Toggle|TopMenu|Arg|Error|Popup)"
+            "(?:\"|notr=\"true\">)((?:ListItem|Button|Info|TopDepthTitle|Dialog|Toggle|TopMenu|Arg|Error|Popup)"
             "_\\w+|Registered|NoRegistered)[\"<]"));
         for (const char* folder : {"app", "cloud", "screens", "ui"}) {
             QDirIterator files(

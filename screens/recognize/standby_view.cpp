@@ -132,7 +132,8 @@ void StandbyView::paintHint(QPainter& painter) const {
     const int textWidth = painter.fontMetrics().horizontalAdvance(hint_.script);
     const int left = kHint.center().x() - (kHintIcon + kHintGap + textWidth) / 2;
     const int middle = kHint.center().y();
-    painter.drawPixmap(left, middle - kHintIcon / 2, Pictures::icon(QStringLiteral("touch_accent.png")));
+    painter.drawPixmap(left, middle - kHintIcon / 2,
+                       Pictures::icon(QStringLiteral("touch_accent.png")));
     painter.setPen(Theme::color(Theme::kCaption));
     painter.drawText(QRect(left + kHintIcon + kHintGap, kHint.top(), textWidth, kHint.height() - 2),
                      Qt::AlignVCenter, hint_.script);

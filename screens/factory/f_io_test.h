@@ -1,0 +1,24 @@
+#pragma once
+
+#include <memory>
+
+#include "screens/titled_form.h"
+
+namespace Ui {
+class f_ioTest;
+}
+
+/// Factory test of relay, exit button and tamper switch.
+class f_ioTest : public TitledForm {
+    Q_OBJECT
+
+ public:
+    f_ioTest(QWidget* parent, const QString& title);
+    ~f_ioTest() override;
+
+ protected:
+    void createForm() override;
+
+ private:
+    std::unique_ptr<Ui::f_ioTest> ui_;
+};

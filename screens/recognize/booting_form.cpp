@@ -1,0 +1,73 @@
+#include "screens/recognize/booting_form.h"
+
+#include <QFile>
+
+#include "app/main_window.h"
+#include "base/device_paths.h"
+#include "link/command_code.h"
+#include "ui/pictures.h"
+#include "ui/styler.h"
+#include "ui_booting_form.h"
+
+BootingForm::BootingForm(QWidget* parent, const QString& title) : WindowForm(parent, title) {
+    timer_.setSingleShot(true);
+    connect(&timer_, &QTimer::timeout, this, &BootingForm::bootEnd);
+}
+
+BootingForm::~BootingForm() = default;
+
+void BootingForm::createForm() {
+    upgrade_ = takeUpgradeResult();
+    ui_ = std::make_unique<Ui::BootingForm>();
+    ui_->setupUi(this);
+}
+
+BootingForm::Upgrade BootingForm::takeUpgradeResult() {
+    if (QFile::remove(DevicePaths::at(QStringLiteral("/mnt/data/fw_upgrade_ok"))))
+        return Upgrade::Done;
+    if (QFile::remove(DevicePaths::at(QStringLiteral("/mnt/data/fw_upgrade_fail"))))
+        return Upgrade::Failed;
+    return Upgrade::None;
+}
+
+void BootingForm::scriptsApplied() {
+    const MainWindow* shell = MainWindow::getMainWindow();
+    ui_->spinner->setVisible(upgrade_ == Upgrade::None);
+    ui_->resultIcon->setVisible(upgrade_ != Upgrade::None);
+    switch (upgrade_) {
+        case Upgrade::None:
+            Styler::setText(ui_->textLabel, shell->getScript(QStringLiteral("Info_Starting")));
+            break;
+        case Upgrade::Done:
+            ui_->resultIcon->setPixmap(Pictures::icon(QStringLiteral("pass.png")));
+            Styler::setText(ui_->textLabel, shell->getScript(QStringLiteral("Info_UpgradeDone")));
+            break;
+        case Upgrade::Failed:
+            ui_->resultIcon->setPixmap(Pictures::icon(QStringLiteral("fail.png")));
+            Styler::setText(ui_->textLabel,
+                            shell->getScript(QStringLiteral("ListItem_FwUpgradeFailed")));
+            break;
+    }
+}
+
+void BootingForm::showEvent(QShowEvent* event) {
+    WindowForm::showEvent(event);
+    timer_.start(upgrade_ == Upgrade::None ? kBootTime : kResultTime);
+}
+
+void BootingForm::hideEvent(QHideEvent* event) {
+    WindowForm::hideEvent(event);
+    timer_.stop();
+}
+
+void BootingForm::bootEnd() {
+    MainWindow* shell = MainWindow::getMainWindow();
+    shell->StopMenuTimer();
+    shell->SendCommand(command::RecognitionMode, 0, 0);
+    shell->SendCommand(command::LivePicture, 1, 0);
+    shell->SendCommand(command::CameraRun, 0, 0);
+    // A terminal that says of itself that it was never set up starts with its setup.
+    const bool neverSetUp = shell->settingsArrived() && shell->menuRecord().commissioned == 0;
+    shell->changeWindow(neverSetUp ? QStringLiteral("setupMenuWindow")
+                                   : QStringLiteral("stayWindow"));
+}

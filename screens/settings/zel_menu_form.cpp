@@ -1,0 +1,43 @@
+#include "screens/settings/zel_menu_form.h"
+
+#include <QEvent>
+
+#include "app/main_window.h"
+#include "ui_zel_menu_form.h"
+
+namespace {
+
+constexpr int kFactoryTaps = 5;
+constexpr int kFactoryTime = 3000;  // milliseconds for all taps
+
+}  // namespace
+
+ZelMenuForm::ZelMenuForm(QWidget* parent, const QString& title)
+    : TitledForm(parent, title, QString()) {}
+
+ZelMenuForm::~ZelMenuForm() = default;
+
+void ZelMenuForm::createForm() {
+    ui_ = std::make_unique<Ui::ZelMenuForm>();
+    ui_->setupUi(this);
+    connectForm(ui_->topBar);
+    ui_->topBar->installEventFilter(this);
+}
+
+bool ZelMenuForm::eventFilter(QObject* watched, QEvent* event) {
+    // The bar's buttons keep their touches to themselves; what arrives here is the title's.
+    if (event->type() == QEvent::MouseButtonPress)
+        titleTapped();
+    return TitledForm::eventFilter(watched, event);
+}
+
+void ZelMenuForm::titleTapped() {
+    if (taps_ == 0 || firstTap_.hasExpired(kFactoryTime)) {
+        taps_ = 0;
+        firstTap_.start();
+    }
+    if (++taps_ < kFactoryTaps)
+        return;
+    taps_ = 0;
+    MainWindow::getMainWindow()->changeWindow(QStringLiteral("factoryMenuWindow"));
+}

@@ -1,0 +1,28 @@
+#include "screens/titled_form.h"
+
+#include "app/main_window.h"
+#include "ui/top_bar.h"
+#include "ui/widget_button.h"
+
+TitledForm::TitledForm(QWidget* parent, const QString& title, const QString& backTitle)
+    : WindowForm(parent, title), backTitle_(backTitle) {}
+
+void TitledForm::connectForm(TopBar* bar) {
+    connect(bar, &TopBar::backTouched, this, &TitledForm::prevButtonTouch);
+    connect(bar, &TopBar::homeTouched, this, &TitledForm::homeButtonTouch);
+    const QList<WidgetButton*> buttons = findChildren<WidgetButton*>();
+    for (WidgetButton* button : buttons) {
+        const QString target = button->property("target").toString();
+        if (!target.isEmpty())
+            connect(button, &WidgetButton::touched, this,
+                    [target] { MainWindow::getMainWindow()->changeWindow(target); });
+    }
+}
+
+void TitledForm::prevButtonTouch() {
+    MainWindow::getMainWindow()->changeWindow(backTitle_);
+}
+
+void TitledForm::homeButtonTouch() {
+    MainWindow::getMainWindow()->changeWindow(QStringLiteral("stayWindow"));
+}
