@@ -1,0 +1,90 @@
+#pragma once
+
+#include "ui/scripted.h"
+#include "ui/widget_button.h"
+
+/// A field whose text is typed on the terminal's own keypad. A touch on it only asks for the
+/// keypad; whoever shows the keypad marks the field as being edited and types into it. Typing
+/// always happens at the end of the text.
+class InputField : public WidgetButton, public Scripted {
+    Q_OBJECT
+    Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged)
+    Q_PROPERTY(QString placeholderKey READ placeholderKey WRITE setPlaceholderKey)
+    Q_PROPERTY(int maxLength READ maxLength WRITE setMaxLength)
+    Q_PROPERTY(Characters allowedCharacters READ allowedCharacters WRITE setAllowedCharacters)
+    Q_PROPERTY(bool passwordMode READ passwordMode WRITE setPasswordMode)
+
+ public:
+    enum Characters {
+        Any,        ///< every printable character, Hangul included
+        Latin,      ///< printable ASCII
+        Digits,     ///< 0 to 9
+        Address,    ///< 0 to 9 and the dot
+        TimeRange,  ///< 0 to 9, shown and read as "hh:mm~hh:mm"; eight digits at most
+    };
+    Q_ENUM(Characters)
+
+    explicit InputField(QWidget* parent = nullptr);
+
+    /// The text; of a time range with its colons and tilde as far as it is typed.
+    QString text() const;
+    /// Replaces the text by the allowed characters of @p text, cut at the maximum length.
+    void setText(const QString& text);
+    /// Appends the allowed characters of @p text, as far as there is room.
+    void insert(const QString& text);
+    /// Takes the composition away, or else the last character.
+    void backspace();
+    void clear();
+
+    /// Characters still being composed: shown underlined behind the text, but not part of text().
+    QString preedit() const { return preedit_; }
+    /// False, and no change, when there is no room for it or it is not allowed.
+    bool setPreedit(const QString& preedit);
+
+    QString placeholderKey() const { return placeholderKey_; }
+    void setPlaceholderKey(const QString& key) { placeholderKey_ = key; }
+    /// In characters; of a time range in digits.
+    int maxLength() const { return maxLength_; }
+    void setMaxLength(int length);
+    Characters allowedCharacters() const { return allowed_; }
+    void setAllowedCharacters(Characters characters);
+    /// Shows a dot for each character.
+    bool passwordMode() const { return password_; }
+    void setPasswordMode(bool password);
+
+    /// Whether the keypad types into this field now; it has an accent border then.
+    bool isEditing() const { return editing_; }
+    /// At the end of editing an open composition becomes part of the text.
+    void setEditing(bool editing);
+
+    void applyScripts(const Lookup& lookup) override;
+    QSize sizeHint() const override;
+
+ signals:
+    void textChanged(const QString& text);
+    /// The field was touched: the keypad should come up for it.
+    void editRequested();
+    /// The keypad is done with it.
+    void editingFinished();
+
+ protected:
+    void paintEvent(QPaintEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+    /// The characters typed so far, without what only dresses them up.
+    const QString& typed() const { return typed_; }
+
+ private:
+    bool accepts(uint character) const;
+    QString filtered(const QString& text, int room) const;
+    void setTyped(const QString& typed);
+
+    QString typed_;
+    QString preedit_;
+    QString placeholderKey_;
+    ScriptHandler::Script placeholder_;
+    int maxLength_ = 32;
+    Characters allowed_ = Any;
+    bool password_ = false;
+    bool editing_ = false;
+};
