@@ -1,0 +1,63 @@
+#include "ui/paint.h"
+
+#include <QPainter>
+#include <QPixmapCache>
+
+#include "ui/pictures.h"
+#include "ui/theme.h"
+
+namespace {
+
+QPixmap colored(const QString& name, QRgb color, int size) {
+    const QString key = QStringLiteral("glyph/%1/%2/%3").arg(name).arg(color, 0, 16).arg(size);
+    QPixmap glyph;
+    if (QPixmapCache::find(key, &glyph))
+        return glyph;
+    glyph = Pictures::icon(name);
+    if (glyph.isNull())
+        return glyph;
+    if (size > 0 && glyph.width() != size)
+        glyph = glyph.scaledToWidth(size, Qt::SmoothTransformation);
+    QPainter painter(&glyph);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(glyph.rect(), Theme::color(color));
+    painter.end();
+    QPixmapCache::insert(key, glyph);
+    return glyph;
+}
+
+void drawCentred(QPainter* painter, const QRect& box, const QPixmap& pixmap) {
+    if (!pixmap.isNull())
+        painter->drawPixmap(box.x() + (box.width() - pixmap.width()) / 2,
+                            box.y() + (box.height() - pixmap.height()) / 2, pixmap);
+}
+
+}  // namespace
+
+namespace Paint {
+
+void box(QPainter* painter, const QRectF& box, qreal radius, QRgb fill) {
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(Theme::color(fill));
+    painter->drawRoundedRect(box, radius, radius);
+}
+
+void box(QPainter* painter, const QRectF& box, qreal radius, QRgb fill, QRgb border,
+         qreal borderWidth) {
+    const qreal half = borderWidth / 2;
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(QPen(Theme::color(border), borderWidth));
+    painter->setBrush(Theme::color(fill));
+    painter->drawRoundedRect(box.adjusted(half, half, -half, -half), radius - half, radius - half);
+}
+
+void icon(QPainter* painter, const QRect& box, const QString& name) {
+    drawCentred(painter, box, Pictures::icon(name));
+}
+
+void glyph(QPainter* painter, const QRect& box, const QString& name, QRgb color, int size) {
+    drawCentred(painter, box, colored(name, color, size));
+}
+
+}  // namespace Paint

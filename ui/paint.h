@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QRectF>
+#include <QRgb>
+#include <QString>
+
+class QPainter;
+
+/// The few shapes that all widgets are made of.
+namespace Paint {
+
+/// A rounded box. The border, if any, lies inside @p box.
+void box(QPainter* painter, const QRectF& box, qreal radius, QRgb fill);
+void box(QPainter* painter, const QRectF& box, qreal radius, QRgb fill, QRgb border,
+         qreal borderWidth);
+
+/// The picture @p name of Pictures::icon() in the middle of @p box, in its own size.
+void icon(QPainter* painter, const QRect& box, const QString& name);
+/// The same as a glyph: @p size pixels wide and all in @p color. A size of 0 means its own.
+void glyph(QPainter* painter, const QRect& box, const QString& name, QRgb color, int size = 0);
+
+}  // namespace Paint

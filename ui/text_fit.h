@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QRect>
+#include <functional>
+
+#include "ui/script_handler.h"
+
+class QPainter;
+
+/// Writes texts of any language into boxes of a fixed size. A text that is too long for its box
+/// gives way in the steps of its rule: smaller, on more lines, and at last with an ellipsis.
+///
+/// Markup in a text only breaks its lines here; other tags are dropped.
+namespace TextFit {
+
+/// A pixel size, and how many lines of it the box has room for.
+struct Step {
+    int size;
+    int lines;
+};
+
+/// The steps to try, first one first; a size of 0 ends them. The first size is the script's own
+/// when it has one, and no later step is larger.
+struct Rule {
+    Step steps[3];
+};
+
+constexpr Rule kTitle{{{26, 1}, {22, 2}}};
+constexpr Rule kButton{{{24, 1}, {20, 1}}};
+constexpr Rule kSmallButton{{{22, 1}, {20, 1}}};
+constexpr Rule kRowLabel{{{22, 2}, {20, 2}}};
+constexpr Rule kChoice{{{24, 2}, {20, 2}}};
+constexpr Rule kTile{{{24, 2}, {20, 2}}};
+constexpr Rule kWideTile{{{20, 2}, {18, 3}}};
+constexpr Rule kToggle{{{20, 1}}};
+constexpr Rule kValue{{{22, 1}}};
+constexpr Rule kChip{{{20, 1}}};
+constexpr Rule kName{{{40, 1}, {32, 1}}};
+constexpr Rule kBand{{{32, 1}, {28, 2}}};
+constexpr Rule kMethod{{{20, 1}, {18, 2}}};
+
+/// Writes @p text into @p box.
+void draw(QPainter* painter, const QRect& box, Qt::Alignment alignment,
+          const ScriptHandler::Script& text, const Rule& rule, QFont::Weight weight, QRgb color);
+
+/// The width of @p text on one line in the rule's first size.
+int width(const ScriptHandler::Script& text, const Rule& rule, QFont::Weight weight);
+
+/// The font of the rule's first step.
+QFont font(const ScriptHandler::Script& text, const Rule& rule, QFont::Weight weight);
+
+/// One text as it was written.
+struct Written {
+    QString text;  ///< the whole text
+    QRect box;     ///< in the coordinates of the painter's device
+    int size;      ///< in pixels
+    bool cut;      ///< it had to be shortened
+};
+/// Is told of every text that is written, for checks of whole screens; empty ends it.
+void setObserver(std::function<void(const Written&)> observer);
+
+}  // namespace TextFit
