@@ -39,7 +39,6 @@ class WidgetButton : public QWidget {
     void touched();
 
  protected:
-    bool event(QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -48,8 +47,14 @@ class WidgetButton : public QWidget {
     void changeEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
-    /// Where the finger last was on it, in its own coordinates.
+    /// Whether touches have an effect at all; what is not touchable shows none.
+    virtual bool isTouchable() const { return true; }
+    /// Where the finger came down or was lifted, in the widget's own coordinates.
     QPoint touchPoint() const { return touchPoint_; }
+    /// The ground of a row or tile in its present state.
+    void drawRow(QPainter* painter, const QRect& box, int radius) const;
+    /// The ground of a field in its present state.
+    void drawField(QPainter* painter, const QRect& box, bool pressed, bool focused = false) const;
 
  private:
     void setDown(bool down);
@@ -57,9 +62,10 @@ class WidgetButton : public QWidget {
 
     QPoint touchPoint_;
     QBasicTimer repeat_;
-    bool pressed_ = false;  // a press was accepted and is not released yet
-    bool down_ = false;     // ... and the finger is inside
-    bool busy_ = false;     // the action runs
+    bool pressed_ = false;   // a press was accepted and is not released yet
+    bool down_ = false;      // ... and the finger is inside
+    bool repeated_ = false;  // ... and has had its effect already
+    bool busy_ = false;      // the action runs
     bool selected_ = false;
     bool autoRepeat_ = false;
 };
