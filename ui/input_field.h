@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/scripted.h"
+#include "ui/script_text.h"
 #include "ui/widget_button.h"
 
 /// A field whose text is typed on the terminal's own keypad. A touch on it only asks for the
@@ -41,10 +41,10 @@ class InputField : public WidgetButton, public Scripted {
     /// False, and no change, when there is no room for it or it is not allowed.
     bool setPreedit(const QString& preedit);
 
-    QString placeholderKey() const { return placeholderKey_; }
-    void setPlaceholderKey(const QString& key) { placeholderKey_ = key; }
-    /// In characters; of a time range in digits.
-    int maxLength() const { return maxLength_; }
+    const QString& placeholderKey() const { return placeholder_.key(); }
+    void setPlaceholderKey(const QString& key) { placeholder_.setKey(key); }
+    /// In UTF-16 units; of a time range in digits, at most 8.
+    int maxLength() const;
     void setMaxLength(int length);
     Characters allowedCharacters() const { return allowed_; }
     void setAllowedCharacters(Characters characters);
@@ -69,10 +69,9 @@ class InputField : public WidgetButton, public Scripted {
 
  protected:
     void paintEvent(QPaintEvent* event) override;
-    void changeEvent(QEvent* event) override;
 
-    /// The characters typed so far, without what only dresses them up.
-    const QString& typed() const { return typed_; }
+    /// The typeface of the language in force.
+    const QString& family() const { return placeholder_.entry().fontFamily; }
 
  private:
     bool accepts(uint character) const;
@@ -81,8 +80,7 @@ class InputField : public WidgetButton, public Scripted {
 
     QString typed_;
     QString preedit_;
-    QString placeholderKey_;
-    ScriptHandler::Script placeholder_;
+    ScriptText placeholder_;
     int maxLength_ = 32;
     Characters allowed_ = Any;
     bool password_ = false;
