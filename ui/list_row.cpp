@@ -1,0 +1,172 @@
+#include "ui/list_row.h"
+
+#include <QEvent>
+#include <QPainter>
+
+#include "ui/check_box.h"
+#include "ui/paint.h"
+#include "ui/pictures.h"
+#include "ui/text_fit.h"
+#include "ui/theme.h"
+
+namespace {
+
+constexpr int kWidth = 448;
+constexpr int kHeight = 76;
+constexpr int kStackedHeight = 128;
+constexpr int kControlHeight = 56;
+constexpr int kLabelLeft = 20;
+constexpr int kControlMargin = 10;
+constexpr int kEnd = 20;       // what is not a control ends this much before the row's end
+constexpr int kLabelGap = 12;  // between the label and what follows
+constexpr int kWidestInline = 236;
+constexpr int kChevron = 28;
+constexpr int kChevronInk = 20;  // the glyph's visible end in its box
+constexpr int kRadio = 36;
+constexpr int kTick = 26;
+constexpr int kTickGap = 10;
+
+}  // namespace
+
+ListRow::ListRow(QWidget* parent) : WidgetButton(parent) {
+    setObjectName(QStringLiteral("ListRow"));
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+}
+
+void ListRow::setText(const QString& text) {
+    text_.setText(text);
+    update();
+}
+
+void ListRow::setValue(const QString& value) {
+    value_.setText(value);
+    update();
+}
+
+void ListRow::setPositive(bool positive) {
+    positive_ = positive;
+    update();
+}
+
+void ListRow::setMark(Mark mark) {
+    mark_ = mark;
+    update();
+}
+
+void ListRow::setIconName(const QString& name) {
+    icon_ = name;
+    update();
+}
+
+void ListRow::setIconColumn(int width) {
+    iconColumn_ = width;
+    update();
+}
+
+void ListRow::applyScripts(const Lookup& lookup) {
+    text_.apply(lookup);
+    value_.apply(lookup);
+    update();
+}
+
+QSize ListRow::sizeHint() const {
+    return {kWidth, isStacked() ? kStackedHeight : kHeight};
+}
+
+QWidget* ListRow::control() const {
+    const QList<QWidget*> children = findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
+    for (QWidget* child : children)
+        if (!qobject_cast<CheckBox*>(child))
+            return child;
+    return nullptr;
+}
+
+bool ListRow::isStacked() const {
+    const QWidget* beside = control();
+    return beside && beside->sizeHint().width() > kWidestInline;
+}
+
+bool ListRow::event(QEvent* event) {
+    // The control's size hint changes with its texts; while the row is hidden nothing tells.
+    if (event->type() == QEvent::LayoutRequest || event->type() == QEvent::Show) {
+        updateGeometry();
+        arrange();
+    }
+    return WidgetButton::event(event);
+}
+
+void ListRow::resizeEvent(QResizeEvent*) {
+    arrange();
+}
+
+void ListRow::arrange() {
+    QWidget* beside = control();
+    const int controlWidth = beside ? beside->sizeHint().width() : 0;
+    if (isStacked()) {
+        beside->setGeometry(kControlMargin, height() - kControlMargin - kControlHeight,
+                            width() - 2 * kControlMargin, kControlHeight);
+    } else if (beside) {
+        beside->setGeometry(width() - kControlMargin - controlWidth,
+                            (height() - kControlHeight) / 2, controlWidth, kControlHeight);
+    }
+    if (auto* box = findChild<CheckBox*>(QString(), Qt::FindDirectChildrenOnly)) {
+        constexpr int kLeft = kControlMargin - 2;  // brings the drawn box under the labels
+        box->setGeometry(kLeft, (kHeight - kControlHeight) / 2,
+                         width() - kLeft - kControlMargin - controlWidth - kLabelGap,
+                         kControlHeight);
+    }
+    update();
+}
+
+void ListRow::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    drawRow(&painter, rect(), Theme::kRadiusControl);
+
+    const bool chosen = isSelected() && isEnabled();
+    const QRgb ink = !isEnabled() ? Theme::kOff : chosen ? Theme::kAccent : Theme::kCaption;
+    const bool stacked = isStacked();
+    QRect line(kLabelLeft, 0, width() - kLabelLeft - kEnd,
+               stacked ? height() - kControlMargin - kControlHeight : height());
+
+    if (!icon_.isEmpty()) {
+        Paint::glyph(&painter, {line.x(), line.y(), Pictures::icon(icon_).width(), line.height()},
+                     icon_, ink);
+        line.setLeft(line.x() + iconColumn_);
+    }
+    if (mark_ == Chevron) {
+        const QRect box(width() - kEnd - kChevronInk, 0, kChevron, height());
+        Paint::glyph(&painter, box, QStringLiteral("chevron_right.png"), ink);
+        line.setRight(box.x() - kLabelGap / 2);
+    } else if (mark_ == Radio) {
+        const QRect box(width() - kEnd - kRadio, 0, kRadio, height());
+        Paint::icon(&painter, box,
+                    !isEnabled() ? QStringLiteral("radio_off_disabled.png")
+                    : chosen     ? QStringLiteral("radio_on.png")
+                                 : QStringLiteral("radio_off.png"));
+        line.setRight(box.x() - kLabelGap);
+    }
+    if (!value_.isEmpty()) {
+        const QFont::Weight weight = positive_ ? QFont::Medium : QFont::Normal;
+        const QRgb valueInk = !isEnabled() ? Theme::kOff
+                              : positive_  ? Theme::kAccent
+                                           : Theme::kList;
+        const int valueWidth =
+            qMin(TextFit::width(value_.entry(), TextFit::kValue, weight), line.width() * 2 / 3);
+        const QRect box(line.right() + 1 - valueWidth, 0, valueWidth, line.height());
+        TextFit::draw(&painter, box, Qt::AlignRight, value_.entry(), TextFit::kValue, weight,
+                      valueInk);
+        line.setRight(box.x() - kLabelGap);
+        if (positive_) {
+            const QRect tick(box.x() - kTickGap - kTick, 0, kTick, line.height());
+            Paint::glyph(&painter, tick, QStringLiteral("tick.png"), valueInk, kTick);
+            line.setRight(tick.x() - kLabelGap);
+        }
+    }
+    if (!stacked)
+        if (const QWidget* beside = control())
+            line.setRight(beside->x() - kLabelGap);
+    const bool choice = mark_ == Radio;
+    TextFit::draw(&painter, line, Qt::AlignLeft, text_.entry(),
+                  choice ? TextFit::kChoice : TextFit::kRowLabel,
+                  chosen ? QFont::Bold : QFont::Medium, ink);
+}

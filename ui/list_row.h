@@ -1,0 +1,71 @@
+#pragma once
+
+#include "ui/script_text.h"
+#include "ui/widget_button.h"
+
+/// A row of a list: a label at the left and, at the right, a control, a value, a chevron or a
+/// radio mark. The control is the child widget that the form lays on the row; the row itself puts
+/// it at its place, below the label (and grows) when it is too wide to stand beside it. A CheckBox
+/// on the row takes the label's place.
+///
+/// Only a row with a chevron or a radio mark can be touched as a whole.
+class ListRow : public WidgetButton, public Scripted {
+    Q_OBJECT
+    Q_PROPERTY(QString textKey READ textKey WRITE setTextKey)
+    Q_PROPERTY(QString valueKey READ valueKey WRITE setValueKey)
+    Q_PROPERTY(bool positive READ isPositive WRITE setPositive)
+    Q_PROPERTY(Mark mark READ mark WRITE setMark)
+    Q_PROPERTY(QString iconName READ iconName WRITE setIconName)
+    Q_PROPERTY(int iconColumn READ iconColumn WRITE setIconColumn)
+
+ public:
+    enum Mark {
+        NoMark,
+        Chevron,  ///< leads somewhere
+        Radio,    ///< one choice of several; on when selected
+    };
+    Q_ENUM(Mark)
+
+    explicit ListRow(QWidget* parent = nullptr);
+
+    const QString& textKey() const { return text_.key(); }
+    void setTextKey(const QString& key) { text_.setKey(key); }
+    const QString& text() const { return text_.text(); }
+    void setText(const QString& text);
+    const QString& valueKey() const { return value_.key(); }
+    void setValueKey(const QString& key) { value_.setKey(key); }
+    const QString& value() const { return value_.text(); }
+    void setValue(const QString& value);
+    /// Shows the value as good: in the accent color behind a tick.
+    bool isPositive() const { return positive_; }
+    void setPositive(bool positive);
+    Mark mark() const { return mark_; }
+    void setMark(Mark mark);
+    /// A picture of Pictures::icon() before the label, drawn in the color of the label.
+    const QString& iconName() const { return icon_; }
+    void setIconName(const QString& name);
+    /// The width of the icon's column in pixels; 132 for the choices with pairs of icons.
+    int iconColumn() const { return iconColumn_; }
+    void setIconColumn(int width);
+
+    void applyScripts(const Lookup& lookup) override;
+    QSize sizeHint() const override;
+
+ protected:
+    bool event(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    bool isTouchable() const override { return mark_ != NoMark; }
+
+ private:
+    QWidget* control() const;
+    bool isStacked() const;
+    void arrange();
+
+    ScriptText text_;
+    ScriptText value_;
+    QString icon_;
+    Mark mark_ = NoMark;
+    int iconColumn_ = 48;
+    bool positive_ = false;
+};
