@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QVector>
+
+#include "ui/dismissible_overlay.h"
+#include "ui/script_handler.h"
+
+/// The choices of a Combo as a list in the middle of the window. Scrolls when there are more than
+/// eight.
+class PickList : public DismissibleOverlay {
+    Q_OBJECT
+
+ public:
+    /// Covers the window of @p owner once shown; @p current is the chosen item, -1 for none.
+    PickList(QWidget* owner, const ScriptHandler::Script& title,
+             const QVector<ScriptHandler::Script>& items, int current);
+
+ signals:
+    /// An item was touched; the list is hidden already.
+    void picked(int index);
+
+ protected:
+    int arrange() override { return cardHeight_; }
+
+ private:
+    int cardHeight_;
+};
