@@ -2,15 +2,14 @@
 
 #include <QTimer>
 
-#include "ui/dialog_overlay.h"
-#include "ui/script_handler.h"
+#include "ui/message_overlay.h"
 
-class QAbstractButton;
+class LabelButton;
 class QLabel;
 
 /// A dialog with an icon, a text, a second line and up to two buttons. It is also the popup that
 /// closes by itself.
-class DialogForm : public DialogOverlay {
+class DialogForm : public MessageOverlay {
     Q_OBJECT
 
  public:
@@ -26,10 +25,6 @@ class DialogForm : public DialogOverlay {
     /// @p flags is a combination of ButtonType.
     void setButtonType(int flags);
     void setIcon(Icon icon);
-    /// The text, wrapped. It may hold markup; line feeds break lines.
-    void setText(const ScriptHandler::Script& script);
-    /// A smaller line below the text; an empty one takes no place.
-    void setSecondText(const ScriptHandler::Script& script);
     void setOkText(const ScriptHandler::Script& script);
     void setCancelText(const ScriptHandler::Script& script);
     /// OK destroys something, and looks like it.
@@ -51,9 +46,7 @@ class DialogForm : public DialogOverlay {
 
  private:
     QLabel* icon_;
-    QLabel* text_;
-    QLabel* secondText_;
-    QAbstractButton* ok_;
-    QAbstractButton* cancel_;
+    LabelButton* ok_;
+    LabelButton* cancel_;
     QTimer autoClose_;
 };

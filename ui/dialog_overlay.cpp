@@ -5,6 +5,7 @@
 #include <QPainter>
 
 #include "ui/theme.h"
+#include "ui/widget_button.h"
 
 namespace {
 
@@ -122,6 +123,10 @@ void DialogOverlay::showEvent(QShowEvent* event) {
     partsChanged();
     raise();
     if (backgroundDisabled_) {
+        // A finger that lies on something behind must not set it off when it is lifted.
+        const auto buttons = window()->findChildren<WidgetButton*>();
+        for (WidgetButton* button : buttons)
+            button->cancelTouch();
         focusBefore_ = window()->focusWidget();
         setFocus();
     }

@@ -24,6 +24,12 @@ void LabelButton::setText(const QString& text) {
     update();
 }
 
+void LabelButton::setScript(const ScriptHandler::Script& script) {
+    text_.setEntry(script);
+    updateGeometry();
+    update();
+}
+
 void LabelButton::setIconName(const QString& name) {
     icon_ = name;
     updateGeometry();

@@ -30,6 +30,8 @@ class LabelButton : public WidgetButton, public Scripted {
     const QString& text() const { return text_.text(); }
     /// Replaces the key's text until the key is applied again.
     void setText(const QString& text);
+    /// The same with a typography of its own.
+    void setScript(const ScriptHandler::Script& script);
     /// A picture of Pictures::icon(), drawn in the color of the text.
     const QString& iconName() const { return icon_; }
     void setIconName(const QString& name);

@@ -10,6 +10,7 @@ class ScriptText {
 
     const QString& text() const { return entry_.script; }
     void setText(const QString& text) { entry_.script = text; }
+    void setEntry(const ScriptHandler::Script& entry) { entry_ = entry; }
     void setFamily(const QString& family) { entry_.fontFamily = family; }
 
     /// The text with its typography.

@@ -1,0 +1,93 @@
+#pragma once
+
+#include <QPointer>
+#include <QVector>
+#include <QWidget>
+
+#include "ui/hangul_composer.h"
+#include "ui/scripted.h"
+
+class InputField;
+class TouchKey;
+
+/// The keypad at the bottom of the window. It types into one InputField at a time and has the
+/// pages that the field's characters need: digits, or Latin letters, symbols and Hangul.
+///
+/// While it is open, the screen with the field is moved up as far as the field needs to be seen.
+/// GUI thread only.
+class TouchKeyForm : public QWidget, public Scripted {
+    Q_OBJECT
+
+ public:
+    static constexpr int kTop = 478;
+    static constexpr int kHeight = 322;
+
+    explicit TouchKeyForm(QWidget* parent);
+
+    /// Goes back to the first page. A syllable being composed becomes part of the text.
+    void showInit();
+    /// Shows the keypad for @p field, which is told when editing starts and ends. It ends with
+    /// done or hide, when the keypad is hidden, or when the field is hidden, disabled or deleted.
+    void edit(InputField* field);
+    /// The text that the option key types; empty for no such key. Kept until the keypad is hidden.
+    void setOption(const QString& text);
+    /// Whether a field that takes everything starts with the Hangul page, as at first, or with the
+    /// Latin one.
+    void setHangulFirst(bool on) { hangulFirst_ = on; }
+
+    void applyScripts(const Lookup& lookup) override;
+
+ protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+ private:
+    enum Page { Digits, Latin, Symbols, Hangul };
+    enum Shift { Off, Once, Locked };
+
+    QVector<Page> pages() const;
+    void setPage(Page page);
+    void setShift(Shift shift);
+    void nextShift();
+    void arrange();
+    void arrangeDigits();
+    void arrangeLetters();
+    void arrangeSpaceRow();
+    void labelCharacters();
+    char shifted(int index) const;
+
+    void type(int index);
+    void typeHangul(char key);
+    void insert(const QString& text);
+    void erase();
+    void clear();
+    void endSyllable();
+    void matchComposition();
+
+    void endEditing();
+    void revealField();
+
+    QPointer<InputField> field_;
+    HangulComposer composer_;
+    Page page_ = Digits;
+    Shift shift_ = Off;
+    bool hangulFirst_ = true;
+
+    QVector<TouchKey*> characters_;
+    QByteArray codes_;  // what the first of characters_ type, without shift
+    TouchKey* backspace_;
+    TouchKey* clear_;
+    TouchKey* done_;
+    TouchKey* hide_;
+    TouchKey* option_;
+    TouchKey* shiftKey_;
+    TouchKey* space_;
+    TouchKey* dot_;
+    TouchKey* symbolsKey_;
+    TouchKey* latinKey_;
+    TouchKey* hangulKey_;
+
+    QPointer<QWidget> moved_;  // the screen that was moved up for the field
+    int movedBy_ = 0;
+};
