@@ -17,7 +17,7 @@ function(zel_add_test name)
     add_dependencies(${name} zel_data)
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES TIMEOUT 120
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TZ=Asia/Seoul;QT_LOGGING_RULES=zel.*.debug=false")
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TZ=Asia/Seoul;QT_LOGGING_RULES=zel.*.debug=false;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0")
     if(ARG_SANITIZE)
         set_tests_properties(${name} PROPERTIES LABELS sanitize)
         add_dependencies(zel_sanitized_tests ${name})

@@ -38,6 +38,9 @@ void ControlPort::acceptConnection() {
                 if (client->bytesToWrite() > kMaxUnsent)
                     client->abort();
             });
+            // A client that has said all it has to (nc -N) still gets its answer: the socket closes
+            // as soon as the end of its words is read.
+            client->flush();
         };
         connect(client, &QTcpSocket::readyRead, this, read);
         read();
