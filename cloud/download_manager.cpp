@@ -1,5 +1,7 @@
 #include "cloud/download_manager.h"
 
+#include <unistd.h>
+
 #include <QDir>
 #include <QFileInfo>
 #include <QNetworkProxy>
@@ -145,7 +147,11 @@ QString DownloadManager::speedText(qint64 bytes, qint64 milliseconds) {
 }
 
 void DownloadManager::downloadFinished() {
-    downloadReadyRead();
+    if (reply_->error() == QNetworkReply::NoError)
+        downloadReadyRead();
+    // On the disk before it gets the archive's name, so that a power cut leaves no half archive.
+    if (writeError_.isEmpty() && ::fdatasync(output_.handle()) != 0)
+        writeError_ = qt_error_string();
     output_.close();
     const int status = reply_->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     if (!writeError_.isEmpty()) {

@@ -1,0 +1,172 @@
+#include <sys/resource.h>
+
+#include <QDir>
+#include <QFile>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QtTest>
+#include <csignal>
+#include <memory>
+
+#include "cloud/download_manager.h"
+#include "cloud_test_support.h"
+
+class CloudDownloadTest : public QObject {
+    Q_OBJECT
+
+ private:
+    QTemporaryDir root_;
+    std::unique_ptr<FakeService> service_;
+    std::unique_ptr<DownloadManager> manager_;
+    QByteArray content_ = QByteArray(200000, 'z');
+
+    QUrl url(const QString& path) const {
+        return QUrl(QStringLiteral("http://127.0.0.1:%1%2").arg(service_->serverPort()).arg(path));
+    }
+    QStringList files() const {
+        return QDir(manager_->getBasePath()).entryList(QDir::Files | QDir::Hidden, QDir::Name);
+    }
+    void put(const QString& name) const {
+        QDir().mkpath(manager_->getBasePath());
+        QFile file(manager_->getBasePath() + name);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("old");
+    }
+    /// Fetches @p path; tells whether the queue ran empty.
+    bool fetch(const QString& path) {
+        QSignalSpy finished(manager_.get(), QOverload<>::of(&DownloadManager::finished));
+        manager_->append(url(path));
+        return finished.wait();
+    }
+
+ private slots:
+    void initTestCase() { qputenv("ZEL_ROOT", root_.path().toLocal8Bit()); }
+    void init() {
+        service_ = std::make_unique<FakeService>();
+        service_->answer = [this](const FakeService::Request&) {
+            return FakeService::json(content_);
+        };
+        manager_ = std::make_unique<DownloadManager>();
+        QDir(manager_->getBasePath()).removeRecursively();
+    }
+    void cleanup() { manager_.reset(); }
+
+    void filesAreSavedUnderTheirOwnNames_data() {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<QString>("name");
+        QTest::newRow("plain") << "/fw/new.bin?x=1"
+                               << "new.bin";
+        QTest::newRow("none") << "/fw/"
+                              << "download";
+        QTest::newRow("dots") << "/fw/%2e%2e"
+                              << "download";
+        QTest::newRow("encoded way out") << "/..%2F..%2Fpasswd"
+                                         << "passwd";
+        QTest::newRow("taken") << "/taken"
+                               << "taken.1";
+        QTest::newRow("archive") << "/zel01.tar.bz2"
+                                 << "zel01.tar.bz2.1";
+    }
+    void filesAreSavedUnderTheirOwnNames() {
+        QFETCH(QString, path);
+        QFETCH(QString, name);
+        put(QStringLiteral("taken"));
+        QSignalSpy begun(manager_.get(), &DownloadManager::emitFilePath);
+        QVERIFY(fetch(path));
+        QCOMPARE(manager_->getFileName(), name);
+        QCOMPARE(begun.first().first().toString(), manager_->getFilePath());
+        QCOMPARE(manager_->getFilePath(), root_.path() + QStringLiteral("/mnt/data/input/") + name);
+        QFile file(manager_->getFilePath());
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), content_);
+    }
+
+    void addressesWaitTheirTurnAndLeaveOneFile() {
+        put(QStringLiteral("zel01.tar.bz2"));
+        put(QStringLiteral("b.7"));
+        QSignalSpy finished(manager_.get(), QOverload<>::of(&DownloadManager::finished));
+        QSignalSpy whole(manager_.get(), QOverload<const QString&>::of(&DownloadManager::finished));
+        manager_->append(url(QStringLiteral("/a")));
+        manager_->append(url(QStringLiteral("/b")));
+        QVERIFY(QSignalSpy(manager_.get(), &DownloadManager::emitFilePath).wait());
+        manager_->append(url(QStringLiteral("/b")));
+        QVERIFY(finished.wait());
+        QCOMPARE(service_->requests.size(), 3);
+        QCOMPARE(whole.size(), 3);
+        QCOMPARE(finished.size(), 1);
+        QCOMPARE(files(), QStringList(QStringLiteral("b")));
+    }
+
+    void failuresLeaveNothing_data() {
+        QTest::addColumn<QByteArray>("answer");
+        QTest::newRow("not found")
+            << QByteArray("HTTP/1.1 404 No\r\nContent-Length: 4\r\n\r\nnope");
+        QTest::newRow("redirect") << QByteArray(
+            "HTTP/1.1 302 F\r\nLocation: /other\r\nContent-Length: 0\r\n\r\n");
+        QTest::newRow("cut short")
+            << QByteArray("HTTP/1.1 200 OK\r\nContent-Length: 99\r\n\r\nhalf");
+        QTest::newRow("garbage") << QByteArray("\0\0\0\0garbage", 11);
+        QTest::newRow("silent") << QByteArray();
+        QTest::newRow("trickle stops")
+            << QByteArray("HTTP/1.1 200 OK\r\nContent-Length: 999\r\n\r\nhalf");
+    }
+    void failuresLeaveNothing() {
+        QFETCH(QByteArray, answer);
+        const bool stops = answer.isEmpty() || answer.contains("999");
+        service_->closeAfterAnswer = !stops;
+        manager_->setSilenceLimit(stops ? 200 : 5000);
+        service_->answer = [answer](const FakeService::Request&) { return answer; };
+        put(QStringLiteral("zel01.tar.bz2"));
+        QVERIFY(fetch(QStringLiteral("/fw.bin")));
+        QCOMPARE(files(), QStringList());
+        for (const FakeService::Request& request : service_->requests)
+            QCOMPARE(request.line, QByteArray("GET /fw.bin HTTP/1.1"));
+    }
+
+    void aFullDiskIsAFailure() {
+        rlimit before{};
+        QCOMPARE(getrlimit(RLIMIT_FSIZE, &before), 0);
+        const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+        rlimit tight = before;
+        tight.rlim_cur = 100000;
+        QCOMPARE(setrlimit(RLIMIT_FSIZE, &tight), 0);
+        const bool done = fetch(QStringLiteral("/fw.bin"));
+        setrlimit(RLIMIT_FSIZE, &before);
+        std::signal(SIGXFSZ, handler);
+        QVERIFY(done);
+        QCOMPARE(files(), QStringList());
+    }
+
+    void anUnusableFolderOnlyCostsTheDownload() {
+        QDir().mkpath(root_.path() + QStringLiteral("/mnt/data"));
+        QFile inTheWay(root_.path() + QStringLiteral("/mnt/data/input"));
+        QVERIFY(inTheWay.open(QIODevice::WriteOnly));
+        QVERIFY(fetch(QStringLiteral("/fw.bin")));
+        QVERIFY(service_->requests.isEmpty());
+        inTheWay.remove();
+        QVERIFY(fetch(QStringLiteral("/fw.bin")));
+        QCOMPARE(files().size(), 1);
+    }
+
+    void theManagerMayGoAtAnyMoment() {
+        for (int round = 0; round < 30; ++round) {
+            manager_ = std::make_unique<DownloadManager>();
+            content_ = QByteArray(2000000, 'z');
+            manager_->append(url(QStringLiteral("/big")));
+            QTest::qWait(round / 3);
+            manager_.reset();
+        }
+        manager_ = std::make_unique<DownloadManager>();
+        QVERIFY(files().isEmpty() || files() == QStringList(QStringLiteral("big")));
+    }
+
+    void speedsHaveFittingUnits() {
+        QCOMPARE(DownloadManager::speedText(500, 1000), QStringLiteral("500.0 bytes/sec"));
+        QCOMPARE(DownloadManager::speedText(1024, 1000), QStringLiteral("1.0 kB/s"));
+        QCOMPARE(DownloadManager::speedText(2000000, 1000), QStringLiteral("1.9 MB/s"));
+        QCOMPARE(DownloadManager::speedText(10, 0), QStringLiteral("9.8 kB/s"));
+    }
+};
+
+QTEST_GUILESS_MAIN(CloudDownloadTest)
+#include "cloud_download_test.moc"

@@ -1,0 +1,134 @@
+#pragma once
+
+#include <QHash>
+#include <QHostAddress>
+#include <QList>
+#include <QMutex>
+#include <QMutexLocker>
+#include <QPair>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <functional>
+
+#include "cloud/cloud_host.h"
+
+/// The terminal around the cloud link, as far as the link sees it.
+class FakeHost final : public CloudHost {
+ public:
+    _gui_menu_ settings() const override {
+        const QMutexLocker lock(&lock_);
+        return settings_;
+    }
+    void setSettings(const _gui_menu_& settings) {
+        const QMutexLocker lock(&lock_);
+        settings_ = settings;
+    }
+    void parsingRestCommand(int command, QVariant parameter) override {
+        const QMutexLocker lock(&lock_);
+        commands_.append({command, parameter});
+    }
+    QList<QPair<int, QVariant>> takeCommands() {
+        const QMutexLocker lock(&lock_);
+        return std::exchange(commands_, {});
+    }
+    void updateRestConnectStatus(bool up) override { link = up; }
+    void completedRestCommand(QVariant procIdx) override { completed.append(procIdx); }
+    std::uint32_t selfCheckWord() const override { return selfCheck; }
+
+    bool link = false;
+    QList<QVariant> completed;
+    std::uint32_t selfCheck = 0;
+
+ private:
+    mutable QMutex lock_;
+    _gui_menu_ settings_{};
+    QList<QPair<int, QVariant>> commands_;
+};
+
+/// An HTTP service on loopback: keeps each request and answers it with what the function says,
+/// byte for byte; with nothing it stays silent.
+class FakeService : public QTcpServer {
+ public:
+    struct Request {
+        QByteArray line;
+        QByteArray head;
+        QByteArray body;
+        QByteArray header(const QByteArray& name) const {
+            for (const QByteArray& row : head.split('\n')) {
+                if (row.startsWith(name + ": "))
+                    return row.mid(name.size() + 2).trimmed();
+            }
+            return {};
+        }
+    };
+
+    FakeService() {
+        listen(QHostAddress::LocalHost);
+        connect(this, &QTcpServer::newConnection, this, [this] {
+            QTcpSocket* const socket = nextPendingConnection();
+            connect(socket, &QTcpSocket::readyRead, this, [this, socket] { read(socket); });
+            connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+        });
+    }
+
+    static QByteArray json(const QByteArray& body) {
+        return "HTTP/1.1 200 OK\r\nContent-Length: " + QByteArray::number(body.size()) +
+               "\r\n\r\n" + body;
+    }
+
+    QList<Request> requests;
+    std::function<QByteArray(const Request&)> answer;
+    bool closeAfterAnswer = false;
+
+ private:
+    void read(QTcpSocket* socket) {
+        QByteArray& data = pending_[socket];
+        data += socket->readAll();
+        const int end = data.indexOf("\r\n\r\n");
+        if (end < 0)
+            return;
+        Request request;
+        request.head = data.left(end + 2);
+        request.line = request.head.left(request.head.indexOf("\r\n"));
+        request.body = data.mid(end + 4);
+        if (request.body.size() < request.header("Content-Length").toInt())
+            return;
+        pending_.remove(socket);
+        requests.append(request);
+        socket->write(answer ? answer(request) : QByteArray());
+        if (closeAfterAnswer)
+            socket->disconnectFromHost();
+    }
+
+    QHash<QTcpSocket*, QByteArray> pending_;
+};
+
+/// A TCP port of loopback that is free now.
+inline quint16 freePort() {
+    QTcpServer server;
+    server.listen(QHostAddress::LocalHost);
+    return server.serverPort();
+}
+
+/// Connects to @p port, sends @p bytes and returns what comes back until a whole answer is there,
+/// the peer closes or @p milliseconds pass without a byte.
+inline QByteArray exchange(quint16 port, const QByteArray& bytes, int milliseconds = 3000) {
+    QTcpSocket socket;
+    socket.connectToHost(QHostAddress(QHostAddress::LocalHost), port);
+    if (!socket.waitForConnected(milliseconds))
+        return {};
+    socket.write(bytes);
+    QByteArray answer;
+    for (;;) {
+        const int end = answer.indexOf("\r\n\r\n");
+        const int at = answer.indexOf("Content-Length: ");
+        if (end > 0 && at > 0 && at < end) {
+            const int length = answer.mid(at + 16, answer.indexOf('\r', at) - at - 16).toInt();
+            if (answer.size() >= end + 4 + length)
+                return answer;
+        }
+        if (!socket.waitForReadyRead(milliseconds))
+            return answer;
+        answer += socket.readAll();
+    }
+}
