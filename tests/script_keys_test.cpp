@@ -12,10 +12,12 @@ class ScriptKeysTest : public QObject {
 
  private slots:
     void initTestCase() {
-        // A key is a literal of its own in the sources and a string of its own in the forms.
-        const QRegularExpression literal(QStringLiteral(
-            "(?:\"|notr=\"true\">)((?:ListItem|Button|Info|TopDepthTitle|Dialog|Toggle|TopMenu|Arg|Error|Popup)"
-            "_\\w+|Registered|NoRegistered)[\"<]"));
+        const QString key = QStringLiteral(
+            "((?:ListItem|Button|Info|TopDepthTitle|Dialog|Toggle|TopMenu|Arg|Error|Popup)_\\w+"
+            "|Registered|NoRegistered)");
+        // A literal of its own in the sources, a string of its own in the forms.
+        const QRegularExpression literal(QStringLiteral("\"%1\"").arg(key));
+        const QRegularExpression property(QStringLiteral("notr=\"true\">%1<").arg(key));
         for (const char* folder : {"app", "cloud", "screens", "ui"}) {
             QDirIterator files(
                 QStringLiteral(ZEL_SOURCE_DIR "/") + QLatin1String(folder),
@@ -24,7 +26,9 @@ class ScriptKeysTest : public QObject {
             while (files.hasNext()) {
                 QFile file(files.next());
                 QVERIFY(file.open(QIODevice::ReadOnly));
-                auto matches = literal.globalMatch(QString::fromUtf8(file.readAll()));
+                const QRegularExpression& pattern =
+                    file.fileName().endsWith(QLatin1String(".ui")) ? property : literal;
+                auto matches = pattern.globalMatch(QString::fromUtf8(file.readAll()));
                 while (matches.hasNext())
                     asked.insert(matches.next().captured(1));
             }
