@@ -324,6 +324,49 @@ struct ClockTime {
     std::uint8_t second;
 };
 
+/// Payload of SystemStatus; older controllers send none.
+struct StatusReport {
+    std::uint8_t armed;  // 1: the site is armed
+    std::uint8_t reserved[3];
+    MEAL_COUNT meals;
+};
+
+/// Payload of TrackingBox: where the face is on the 480x800 picture.
+struct TrackedFace {
+    std::int16_t x;
+    std::int16_t y;
+    std::int16_t width;
+    std::int16_t height;
+    std::uint8_t state;   // 0 no face, 1 tracking, 2 recognised, 3 failed
+    std::uint8_t reason;  // of a failure: 1 not registered, 2 not permitted
+};
+
+/// Payload of Recognised: a person known to the terminal, by face or card.
+struct RecognitionResult {
+    char userId[16];  // also the name of the pictures, with ".jpg"
+    char customerId[16];
+    char name[100];
+    std::uint8_t result;           // 0 accepted, 1 no access time, 2 not permitted, 3 registered,
+                                   // 4 meal already taken
+    std::uint8_t authMethod;       // as the user's
+    std::uint8_t level;            // as the user's
+    std::uint8_t rights;           // as the user's
+    std::uint8_t score;            // percent, 0 for a card
+    std::uint8_t demo;             // 1: a demonstration, nothing is recorded
+    std::uint8_t askAttendance;    // 1: the person is to choose the attendance event
+    std::uint8_t attendanceEvent;  // already recorded: 16 in, 17 out, 18 break, 19 return; else 0
+    ClockTime time;
+    std::uint8_t reserved[14];
+};
+
+/// Payload of VisitorCall.
+struct VisitorCallReport {
+    ClockTime time;
+    char infraredPicture[64];  // file names, without folder
+    char visiblePicture[64];
+    std::uint8_t reserved[2];
+};
+
 #pragma pack(pop)
 
 static_assert(sizeof(_byte4_time_se_) == 4);
@@ -381,3 +424,11 @@ static_assert(sizeof(UserReported) == 140);
 static_assert(sizeof(OperationSettings) == 18);
 static_assert(sizeof(OperationTimes) == 17);
 static_assert(sizeof(ClockTime) == 6);
+static_assert(sizeof(StatusReport) == 20);
+static_assert(sizeof(TrackedFace) == 10);
+static_assert(offsetof(TrackedFace, state) == 8);
+static_assert(sizeof(RecognitionResult) == 160);
+static_assert(offsetof(RecognitionResult, name) == 32);
+static_assert(offsetof(RecognitionResult, result) == 132);
+static_assert(offsetof(RecognitionResult, time) == 140);
+static_assert(sizeof(VisitorCallReport) == 136);

@@ -10,6 +10,7 @@
 #include "link/frame_parser.h"
 #include "sim/controller/controller_sim.h"
 #include "sim/controller/line_buffer.h"
+#include "sim/controller/work_status.h"
 
 namespace {
 
@@ -88,8 +89,15 @@ class ControllerSimTest : public QObject {
     void wordsThatMakeNoSense_data();
     void wordsThatMakeNoSense();
     void controlPortAnswersEveryLine();
+    void statusFollowsThePeriods_data();
+    void statusFollowsThePeriods();
+    void attendanceWaitsForTheChoice();
+    void mealsAreCountedAndTakenOnce();
+    void eventsAreReportedUntilConfirmed();
+    void aBrokenUserTableIsPutAside();
 
  private:
+    QString word(const char* line) { return sim_->execute(QString::fromUtf8(line)); }
     void start() { sim_ = std::make_unique<ControllerSim>(0, 0, folder_->path()); }
 
     std::unique_ptr<QTemporaryDir> folder_;
@@ -262,6 +270,174 @@ void ControllerSimTest::controlPortAnswersEveryLine() {
     QSignalSpy quit(sim_.get(), &ControllerSim::quitRequested);
     client.write("quit\n");
     QTRY_COMPARE(quit.count(), 1);
+}
+
+void ControllerSimTest::statusFollowsThePeriods_data() {
+    QTest::addColumn<int>("operation");
+    QTest::addColumn<QString>("now");
+    QTest::addColumn<int>("status");
+    // 2026-03-13 is a Friday; the factory settings hold the attendance times.
+    QTest::newRow("before") << 1 << "2026-03-13T07:59" << 0;
+    QTest::newRow("in") << 1 << "2026-03-13T08:00" << 1;
+    QTest::newRow("in ends") << 1 << "2026-03-13T09:30" << 0;
+    QTest::newRow("out") << 1 << "2026-03-13T21:59" << 2;
+    QTest::newRow("Saturday in") << 1 << "2026-03-14T09:45" << 1;
+    QTest::newRow("Saturday out") << 1 << "2026-03-14T17:45" << 2;
+    QTest::newRow("Sunday as Saturday") << 1 << "2026-03-15T09:45" << 1;
+    QTest::newRow("access only") << 0 << "2026-03-13T08:00" << 0;
+    QTest::newRow("breakfast") << 2 << "2026-03-13T08:00" << 1;
+    QTest::newRow("lunch on a Sunday") << 2 << "2026-03-15T12:00" << 2;
+    QTest::newRow("dinner is off") << 2 << "2026-03-13T18:00" << 0;
+    QTest::newRow("supper") << 2 << "2026-03-13T23:59" << 4;
+    QTest::newRow("supper past midnight") << 2 << "2026-03-14T01:59" << 4;
+    QTest::newRow("supper ends") << 2 << "2026-03-14T02:00" << 0;
+}
+
+void ControllerSimTest::statusFollowsThePeriods() {
+    QFETCH(int, operation);
+    QFETCH(QString, now);
+    QFETCH(int, status);
+    _gui_menu_ menu = factorySettings();
+    menu.setup.operation = static_cast<quint8>(operation);
+    if (operation == work::kMeals) {
+        menu.operation.saveSimpleAccess = 1;  // dinner off
+        menu.operation.weekdayIn = {7, 0, 9, 0};
+        menu.operation.weekdayOut = {11, 30, 13, 30};
+        menu.operation.saturdayIn = {17, 30, 19, 30};
+        menu.operation.saturdayOut = {22, 0, 2, 0};
+    }
+    const QDateTime time = QDateTime::fromString(now, Qt::ISODate);
+    QCOMPARE(work::statusAt(menu, time), status);
+    const QDateTime next = work::nextChange(menu, time);
+    QVERIFY(next > time && time.secsTo(next) <= 24 * 3600);
+    QCOMPARE(work::statusAt(menu, next.addSecs(-60)), status);
+}
+
+void ControllerSimTest::attendanceWaitsForTheChoice() {
+    Terminal terminal(sim_->port());
+    QTRY_VERIFY(sim_->terminalConnected());
+    word("time 2026-03-13 08:30");
+    QTRY_VERIFY(terminal.has(command::SystemStatus));
+    QCOMPARE(int(terminal.last.p1), 1);
+
+    word("face 01023456789");
+    QTRY_VERIFY(terminal.has(command::Recognised));
+    auto result = terminal.lastRecord<RecognitionResult>();
+    QCOMPARE(QString::fromUtf8(result.name), QStringLiteral("김서연"));
+    QCOMPARE(int(result.result), 0);
+    QCOMPARE(int(result.askAttendance), 1);
+    QVERIFY(QFile::exists(folder_->filePath(QStringLiteral("user/01023456789.jpg"))));
+    QVERIFY(terminal.has(command::TrackingBox));
+    QCOMPARE(int(terminal.lastRecord<TrackedFace>().state), 2);
+    QVERIFY(!terminal.has(command::DoorOpened));
+    terminal.send(command::RecognitionKey, 17);
+    QTRY_VERIFY(terminal.has(command::DoorOpened));
+    terminal.send(command::RecognitionKey, 18);  // a second choice is none
+
+    // Whoever chooses nothing is recorded by the time of day; the unknown are recorded too.
+    word("card 10000002");
+    word("face unknown");
+    QTRY_VERIFY(terminal.has(command::RecognitionFailed));
+    word("settings operation.attendanceMode 4");
+    terminal.forget();
+    word("card 10000002");
+    QTRY_VERIFY(terminal.has(command::Recognised));
+    result = terminal.lastRecord<RecognitionResult>();
+    QCOMPARE(int(result.askAttendance), 0);
+    QCOMPARE(int(result.attendanceEvent), 18);
+    terminal.forget();
+    word("card 10000006");  // may come at night only
+    QTRY_VERIFY(terminal.has(command::Recognised));
+    QCOMPARE(int(terminal.lastRecord<RecognitionResult>().result), 1);
+
+    const QStringList logs = word("logs").split(QLatin1Char('\n'));
+    QCOMPARE(logs.size(), 6);
+    QVERIFY(logs[4].contains(QLatin1String("01023456789 mode 2 accepted")));
+    QVERIFY(logs[3].contains(QLatin1String("01098765432 mode 1 accepted")));
+    QVERIFY(logs[2].contains(QLatin1String("mode 0 refused")));
+    QVERIFY(logs[1].contains(QLatin1String("01098765432 mode 3 accepted")));
+    QVERIFY(logs[0].contains(QLatin1String("01077778888 mode 3 refused")));
+}
+
+void ControllerSimTest::mealsAreCountedAndTakenOnce() {
+    Terminal terminal(sim_->port());
+    QTRY_VERIFY(sim_->terminalConnected());
+    for (const char* line :
+         {"settings operation.saveSimpleAccess 0", "settings operation.weekdayOut 11:30~13:30",
+          "settings setup.operation 2", "time 2026-03-13 12:00"})
+        QVERIFY(word(line).startsWith(QLatin1String("ok")));
+
+    word("face 01023456789");
+    QTRY_VERIFY(terminal.has(command::Recognised));
+    terminal.send(command::RecognitionKey, 33, 0);  // no meals: not a payment
+    terminal.send(command::RecognitionKey, 33, 100);
+    terminal.send(command::RecognitionKey, 35);
+    terminal.send(command::RecognitionKey, 33, 3);
+    terminal.send(command::RecognitionKey, 32, 1);  // paid already
+    const auto lunches = [&] {
+        return terminal.has(command::SystemStatus) ? terminal.lastRecord<StatusReport>().meals.lunch
+                                                   : 0;
+    };
+    QTRY_COMPARE(lunches(), 3U);
+
+    const auto resultOf = [&](const char* line) {
+        terminal.forget();
+        word(line);
+        [&] { QTRY_VERIFY(terminal.has(command::Recognised)); }();
+        return int(terminal.lastRecord<RecognitionResult>().result);
+    };
+    QCOMPARE(resultOf("face 01023456789"), 4);
+    word("settings operation.doorOpenSetting 1");
+    QCOMPARE(resultOf("face 01023456789"), 0);
+    word("time 2026-03-13 10:30");
+    QCOMPARE(resultOf("face 01098765432"), 1);
+    word("settings operation.doorOpenSetting 0");
+    word("time 2026-03-14 12:00");
+    QTRY_COMPARE(lunches(), 0U);
+    QCOMPARE(resultOf("face 01023456789"), 0);
+}
+
+void ControllerSimTest::eventsAreReportedUntilConfirmed() {
+    Terminal terminal(sim_->port());
+    QTRY_VERIFY(sim_->terminalConnected());
+    word("settings setup.operation 0");
+    word("settings network.useManager 1");
+    word("card 10000001");
+    word("card 10000002");
+    QTRY_VERIFY(terminal.has(command::AccessEvent) &&
+                terminal.lastRecord<GUI_LOGDATA>().number == 2);
+    QCOMPARE(int(terminal.last.p1), 0);
+
+    sim_.reset();
+    start();
+    Terminal again(sim_->port());
+    again.send(command::AskUnsentLogs);
+    for (quint32 number = 1; number <= 2; ++number) {
+        QTRY_VERIFY(again.has(command::AccessEvent));
+        QCOMPARE(int(again.last.p1), 1);
+        QCOMPARE(again.lastRecord<GUI_LOGDATA>().number, number);
+        again.forget();
+        EventReported confirmed{};
+        confirmed.number = number;
+        again.sendRecord(command::EventReported, 0, confirmed);
+    }
+    again.send(command::AskUnsentLogs);
+    again.send(command::AskUserCounts);
+    QTRY_VERIFY(again.has(command::UserCountsAnswer));
+    QCOMPARE(again.lastRecord<UserCounts>().all, 7U);
+    QVERIFY(!again.has(command::AccessEvent));
+}
+
+void ControllerSimTest::aBrokenUserTableIsPutAside() {
+    sim_.reset();
+    const QString path = folder_->filePath(QStringLiteral("db_user2/DB_userT.bin"));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(QByteArray(5000, 'x'));
+    file.close();
+    start();
+    QVERIFY(word("card 10000001").startsWith(QLatin1String("ok")));
+    QCOMPARE(QFileInfo(path + QStringLiteral(".broken")).size(), qint64(5000));
 }
 
 QTEST_MAIN(ControllerSimTest)

@@ -28,10 +28,8 @@ ControllerSim::ControllerSim(quint16 linkPort, quint16 controlPort, const QStrin
       device_(link_, dataFolder, nullptr),
       subjects_(makeSubjects(device_)) {
     for (const auto& subject : subjects_) {
-        for (const auto& [code, handler] : subject->requests()) {
-            Q_ASSERT(!requests_.contains(code));
-            requests_.insert(code, handler);
-        }
+        for (const auto& [code, handler] : subject->requests())
+            requests_[code].append(handler);
         for (const Subject::Word& word : subject->words()) {
             Q_ASSERT(!words_.contains(word.word));
             words_.insert(word.word, word.handler);
@@ -66,9 +64,9 @@ QString ControllerSim::errorString() const {
 }
 
 void ControllerSim::handleFrame(const Request& request) {
-    const auto handler = requests_.constFind(request.code);
-    if (handler != requests_.cend())
-        (*handler)(request);
+    const QVector<Subject::RequestHandler> handlers = requests_.value(request.code);
+    for (const Subject::RequestHandler& handler : handlers)
+        handler(request);
 }
 
 QString ControllerSim::execute(const QString& line) {

@@ -62,7 +62,7 @@ class ControllerSim : public QObject {
     ControlPort control_;
     Device device_;
     std::vector<std::unique_ptr<Subject>> subjects_;
-    QHash<quint16, Subject::RequestHandler> requests_;
+    QHash<quint16, QVector<Subject::RequestHandler>> requests_;
     QHash<QString, Subject::WordHandler> words_;
     bool storePending_ = false;
 };

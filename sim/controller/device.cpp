@@ -2,8 +2,8 @@
 
 #include <cstring>
 
-#include "link/command_code.h"
 #include "sim/controller/terminal_link.h"
+#include "sim/controller/work_status.h"
 
 _gui_menu_ factorySettings() {
     _gui_menu_ menu{};
@@ -58,11 +58,26 @@ _gui_menu_ factorySettings() {
     return menu;
 }
 
-Device::Device(TerminalLink& link, const QString& dataFolder, QObject* parent)
-    : QObject(parent), link_(link), dataFolder_(dataFolder), settings_(factorySettings()) {}
+ClockTime clockTime(const QDateTime& time) {
+    const auto byte = [](int value) { return static_cast<quint8>(value); };
+    return {byte(time.date().year() - 2000), byte(time.date().month()),
+            byte(time.date().day()),         byte(time.time().hour()),
+            byte(time.time().minute()),      byte(time.time().second())};
+}
 
-QString Device::dataPath(const QString& path) const {
-    return dataFolder_ + QLatin1Char('/') + path;
+Device::Device(TerminalLink& link, const QString& dataFolder, QObject* parent)
+    : QObject(parent),
+      link_(link),
+      users_(dataFolder),
+      logs_(dataFolder),
+      settings_(factorySettings()),
+      dataFolder_(dataFolder) {
+    settings_.users = users_.counts();
+}
+
+void Device::usersChanged() {
+    settings_.users = users_.counts();
+    emit changed();
 }
 
 void Device::setSettings(const _gui_menu_& settings) {
@@ -71,8 +86,32 @@ void Device::setSettings(const _gui_menu_& settings) {
     emit changed();
 }
 
-void Device::sendSettings() {
-    sendRecord(command::SettingsChanged, 0, 0, settings_);
+int Device::status() const {
+    return forcedStatus_.value_or(work::statusAt(settings_, now()));
+}
+
+void Device::forceStatus(std::optional<int> status) {
+    forcedStatus_ = status;
+    emit statusChanged();
+    emit changed();
+}
+
+void Device::setArmed(bool armed) {
+    if (armed_ == armed)
+        return;
+    armed_ = armed;
+    emit statusChanged();
+    emit changed();
+}
+
+void Device::setTime(const QDateTime& time) {
+    setClockOffset(QDateTime::currentDateTime().secsTo(time));
+}
+
+void Device::setClockOffset(qint64 seconds) {
+    clockOffset_ = seconds;
+    emit timeChanged();
+    emit changed();
 }
 
 void Device::send(quint16 command, quint8 p1, quint8 p2, const QByteArray& payload) {

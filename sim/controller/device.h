@@ -1,15 +1,19 @@
 #pragma once
 
 #include <QByteArray>
+#include <QDateTime>
 #include <QObject>
 #include <QString>
+#include <optional>
 
 #include "link/device_records.h"
+#include "sim/controller/log_store.h"
+#include "sim/controller/user_store.h"
 
 class TerminalLink;
 
 /// What all subjects of the simulated controller share: the terminal's connection, the settings
-/// record and the folders that stand for the device's storage.
+/// record, the clock, the users and the logs.
 class Device : public QObject {
     Q_OBJECT
 
@@ -19,13 +23,30 @@ class Device : public QObject {
 
     TerminalLink& link() { return link_; }
     /// @p path below the data folder.
-    QString dataPath(const QString& path) const;
+    QString dataPath(const QString& path) const { return dataFolder_ + QLatin1Char('/') + path; }
+    UserStore& users() { return users_; }
+    /// To be called when users have been stored or removed: the settings record counts them.
+    void usersChanged();
+    LogStore& logs() { return logs_; }
 
     const _gui_menu_& settings() const { return settings_; }
     /// Replaces the settings record and sees to it that it is stored. The terminal is not told.
     void setSettings(const _gui_menu_& settings);
-    /// Sends the settings record with SettingsChanged.
-    void sendSettings();
+
+    /// The status number in force: forced by hand, or decided from the periods.
+    int status() const;
+    std::optional<int> forcedStatus() const { return forcedStatus_; }
+    void forceStatus(std::optional<int> status);
+    /// Whether the site is armed.
+    bool armed() const { return armed_; }
+    void setArmed(bool armed);
+
+    /// The controller's own clock: the machine's, moved by setTime().
+    QDateTime now() const { return QDateTime::currentDateTime().addSecs(clockOffset_); }
+    void setTime(const QDateTime& time);
+    /// Seconds by which the controller's clock is ahead of the machine's.
+    qint64 clockOffset() const { return clockOffset_; }
+    void setClockOffset(qint64 seconds);
 
     void send(quint16 command, quint8 p1 = 0, quint8 p2 = 0, const QByteArray& payload = {});
     template <typename T>
@@ -39,14 +60,24 @@ class Device : public QObject {
  signals:
     void changed();
     void settingsChanged();
+    void timeChanged();
+    /// What a status report says has changed, apart from what the time of day does to it.
+    void statusChanged();
     /// The word `quit` was given: the simulated controller is to end.
     void quitRequested();
 
  private:
     TerminalLink& link_;
-    const QString dataFolder_;
+    UserStore users_;
+    LogStore logs_;
     _gui_menu_ settings_;
+    qint64 clockOffset_ = 0;
+    std::optional<int> forcedStatus_;
+    bool armed_ = false;
+    const QString dataFolder_;
 };
 
 /// The settings of a terminal fresh from the factory.
 _gui_menu_ factorySettings();
+/// @p time in the form that records hold; years before 2000 do not exist.
+ClockTime clockTime(const QDateTime& time);

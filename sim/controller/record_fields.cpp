@@ -5,8 +5,6 @@
 #include <cstring>
 #include <type_traits>
 
-#include "link/device_records.h"
-
 namespace record {
 namespace {
 
@@ -223,23 +221,26 @@ QString setAddress(const Field& field, char* data, const QString& value) {
 }
 
 QString setRange(const Field& field, char* data, const QString& value) {
-    static const QRegularExpression form(
-        QStringLiteral("^([0-9]{2}):([0-9]{2})~([0-9]{2}):([0-9]{2})$"));
-    const QRegularExpressionMatch match = form.match(value);
-    if (!match.hasMatch())
+    const auto range = parseRange(value);
+    if (!range)
         return QStringLiteral("not of the form hh:mm~hh:mm");
-    for (int i = 0; i < 4; ++i) {
-        const int number = match.captured(i + 1).toInt();
-        if (number > (i % 2 == 0 ? 24 : 59))
-            return QStringLiteral("no such time of day");
-    }
-    for (int i = 0; i < 4; ++i)
-        data[field.offset + static_cast<std::size_t>(i)] =
-            static_cast<char>(match.captured(i + 1).toInt());
+    std::memcpy(data + field.offset, &*range, sizeof *range);
     return {};
 }
 
 }  // namespace
+
+std::optional<_byte4_time_se_> parseRange(const QString& text) {
+    static const QRegularExpression form(
+        QStringLiteral("^([0-9]{2}):([0-9]{2})~([0-9]{2}):([0-9]{2})$"));
+    const QRegularExpressionMatch match = form.match(text);
+    const auto number = [&match](int i) { return static_cast<quint8>(match.captured(i).toInt()); };
+    const _byte4_time_se_ range{number(1), number(2), number(3), number(4)};
+    if (!match.hasMatch() || range.startHour > 24 || range.startMinute > 59 || range.endHour > 24 ||
+        range.endMinute > 59)
+        return {};
+    return range;
+}
 
 const QVector<Description>& all() {
     static const QVector<Description> records{menuRecord(), userRecord(), logQueryRecord(),

@@ -3,6 +3,9 @@
 #include <QString>
 #include <QVector>
 #include <cstddef>
+#include <optional>
+
+#include "link/device_records.h"
 
 /// The fields of the shared records by the names that the code knows them by: what lets a person
 /// read and change a record, and what documentation of the layout is checked against.
@@ -42,5 +45,8 @@ QString value(const Field& field, const char* data);
 /// Sets the field in the record at @p data. On a value that does not fit, returns why and leaves
 /// the record as it was; empty on success.
 QString setValue(const Field& field, char* data, const QString& value);
+
+/// Reads "hh:mm~hh:mm".
+std::optional<_byte4_time_se_> parseRange(const QString& text);
 
 }  // namespace record

@@ -23,18 +23,16 @@ QByteArray noise() {
     return bytes;
 }
 
-/// Greeting, status, self-check, quitting, and the words that disturb the link.
+/// Self-check, quitting, and the words that disturb the link.
 class SessionSubject : public Subject {
  public:
     explicit SessionSubject(Device& device) : Subject(device) {
-        onRequest(command::Greeting, [this](const Request&) { greet(); });
+        onRequest(command::Greeting, [this](const Request&) { sendSelfCheck(); });
         onRequest(command::ScreenClosed, [this](const Request& request) {
             device_.send(command::ScreenClosedAnswer, request.p1);
         });
         onRequest(command::QuitAcknowledged, [](const Request&) {});
 
-        onWord("status", "N: report the status number N",
-               [this](const QString& text) { return setStatus(text); });
         onWord("fault", "touch|network|tamper|none, several may follow: report the self-check",
                [this](const QString& text) { return setFaults(text); });
         onWord("drop", "close the connection to the terminal", [this](const QString&) {
@@ -65,35 +63,15 @@ class SessionSubject : public Subject {
     QString stateKey() const override { return QStringLiteral("session"); }
 
     QJsonObject state() const override {
-        return {{QStringLiteral("status"), status_},
-                {QStringLiteral("faults"), static_cast<qint64>(faults_)}};
+        return {{QStringLiteral("faults"), static_cast<qint64>(faults_)}};
     }
 
     void restore(const QJsonObject& state) override {
-        status_ = qBound(0, state.value(QStringLiteral("status")).toInt(), 255);
         faults_ = static_cast<quint32>(state.value(QStringLiteral("faults")).toInt());
     }
 
  private:
-    void greet() {
-        device_.sendRecord(command::Settings, 0, 0, device_.settings());
-        sendStatus();
-        sendSelfCheck();
-    }
-
-    void sendStatus() { device_.send(command::SystemStatus, static_cast<quint8>(status_)); }
     void sendSelfCheck() { device_.sendRecord(command::SelfCheck, 0, 0, faults_); }
-
-    QString setStatus(const QString& text) {
-        bool ok = false;
-        const int status = text.toInt(&ok);
-        if (!ok || status < 0 || status > 255)
-            return failed(QStringLiteral("status is a number from 0 to 255"));
-        status_ = status;
-        device_.stateChanged();
-        sendStatus();
-        return done();
-    }
 
     QString setFaults(const QString& text) {
         quint32 faults = 0;
@@ -136,7 +114,6 @@ class SessionSubject : public Subject {
         return done();
     }
 
-    int status_ = 0;
     quint32 faults_ = 0;
 };
 

@@ -73,6 +73,9 @@ class SettingsSubject : public Subject {
                              });
         onRequest(command::SaveNetwork, [this](const Request& request) { saveNetwork(request); });
 
+        onRequest(command::Greeting, [this](const Request&) {
+            device_.sendRecord(command::Settings, 0, 0, device_.settings());
+        });
         onRequest(command::SetBrightness, [this](const Request& request) {
             _gui_menu_ menu = device_.settings();
             menu.screen.brightness = request.p2;
@@ -91,11 +94,11 @@ class SettingsSubject : public Subject {
     QString stateKey() const override { return QStringLiteral("settings"); }
 
     QJsonObject state() const override {
+        const _gui_menu_& menu = device_.settings();
         QJsonObject values;
         for (const record::Field& field : fields_.fields) {
             if (field.kind != record::Kind::Bytes)
-                values.insert(QLatin1String(field.name),
-                              record::value(field, bytes(device_.settings())));
+                values.insert(QLatin1String(field.name), record::value(field, bytes(menu)));
         }
         return values;
     }
@@ -111,6 +114,7 @@ class SettingsSubject : public Subject {
                 qCWarning(simSettingsLog, "stored value of %s ignored: %s", field.name,
                           qUtf8Printable(error));
         }
+        menu.users = device_.settings().users;  // counted anew
         device_.setSettings(menu);
     }
 
@@ -162,11 +166,12 @@ class SettingsSubject : public Subject {
     }
 
     QString settings(const QString& text) {
+        _gui_menu_ menu = device_.settings();
         if (text.isEmpty()) {
             QString list;
             for (const record::Field& field : fields_.fields) {
                 if (field.kind != record::Kind::Bytes)
-                    list += line(field) + QLatin1Char('\n');
+                    list += line(field, menu) + QLatin1Char('\n');
             }
             return list + done();
         }
@@ -175,24 +180,22 @@ class SettingsSubject : public Subject {
         if (field == nullptr || field->kind == record::Kind::Bytes)
             return failed(QStringLiteral("no such field, 'settings' lists them"));
         if (name == text)
-            return done(line(*field));
+            return done(line(*field, menu));
 
         // Two double quotes stand for an empty text, which a line could not show otherwise.
         QString value = text.section(QLatin1Char(' '), 1).trimmed();
         if (value == QLatin1String("\"\""))
             value.clear();
-        _gui_menu_ menu = device_.settings();
         const QString error = record::setValue(*field, bytes(menu), value);
         if (!error.isEmpty())
             return failed(error);
         device_.setSettings(menu);
-        device_.sendSettings();
-        return done(line(*field));
+        device_.sendRecord(command::SettingsChanged, 0, 0, device_.settings());
+        return done(line(*field, menu));
     }
 
-    QString line(const record::Field& field) const {
-        return QLatin1String(field.name) + QLatin1Char(' ') +
-               record::value(field, bytes(device_.settings()));
+    static QString line(const record::Field& field, const _gui_menu_& menu) {
+        return QLatin1String(field.name) + QLatin1Char(' ') + record::value(field, bytes(menu));
     }
 
     const record::Description& fields_;

@@ -31,7 +31,8 @@ struct Request {
 
 /// Everything that the simulated controller does about one subject: the requests it answers, the
 /// control words it adds and its part of the stored state. A subject registers itself in its
-/// constructor; subjects.cpp lists them all. Subjects share the Device and do not know each other.
+/// constructor; subjects.cpp lists them all. Subjects share the Device and do not know each other;
+/// a request may concern several, which then answer in the order of the list.
 class Subject {
  public:
     using RequestHandler = std::function<void(const Request& request)>;

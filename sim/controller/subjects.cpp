@@ -2,7 +2,10 @@
 
 std::vector<std::unique_ptr<Subject>> makeSubjects(Device& device) {
     std::vector<std::unique_ptr<Subject>> subjects;
-    subjects.push_back(makeSessionSubject(device));
     subjects.push_back(makeSettingsSubject(device));
+    subjects.push_back(makeStatusSubject(device));
+    subjects.push_back(makeSessionSubject(device));
+    subjects.push_back(makeReportsSubject(device));
+    subjects.push_back(makeRecognitionSubject(device));
     return subjects;
 }

@@ -1,0 +1,85 @@
+#include "sim/controller/log_store.h"
+
+#include <cstring>
+
+#include "link/device_message.h"
+
+namespace {
+
+constexpr char kSchema[] =
+    "CREATE TABLE IF NOT EXISTS LOG_T (NUMBER INTEGER PRIMARY KEY AUTOINCREMENT, TIME INTEGER NOT "
+    "NULL, USER_ID TEXT NOT NULL, MODE INTEGER NOT NULL, STATUS INTEGER NOT NULL, METHOD INTEGER "
+    "NOT NULL, MEALS INTEGER NOT NULL, REPORTED INTEGER NOT NULL, RECORD BLOB NOT NULL);"
+    "SELECT NUMBER, TIME, USER_ID, MODE, STATUS, METHOD, MEALS, REPORTED, RECORD FROM LOG_T LIMIT "
+    "1;";
+
+std::optional<GUI_LOGDATA> next(SqliteStatement& query) {
+    if (!query.step())
+        return {};
+    const QByteArray record = query.blob(1);
+    GUI_LOGDATA log{};
+    if (record.size() != static_cast<int>(sizeof log))
+        return {};
+    std::memcpy(&log, record.constData(), sizeof log);
+    log.number = static_cast<quint32>(query.number(0));
+    return log;
+}
+
+}  // namespace
+
+QDateTime logTime(const GUI_LOGDATA& log) {
+    return {QDate(2000 + log.year, log.month, log.day), QTime(log.hour, log.minute, log.second)};
+}
+
+LogStore::LogStore(const QString& dataFolder)
+    : database_(dataFolder + QStringLiteral("/sim/logs.bin"), kSchema) {}
+
+GUI_LOGDATA LogStore::add(GUI_LOGDATA log, bool reported) {
+    database_
+        .prepare(
+            "INSERT INTO LOG_T (TIME, USER_ID, MODE, STATUS, METHOD, MEALS, REPORTED, RECORD) "
+            "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8)")
+        .bind(1, logTime(log).toSecsSinceEpoch())
+        .bind(2, fieldText(log.userId))
+        .bind(3, qint64(log.inOut))
+        .bind(4, qint64(log.eventStatus))
+        .bind(5, qint64(log.authMethod))
+        .bind(6, qint64(log.payCount))
+        .bind(7, qint64(reported))
+        .bind(8, QByteArray(reinterpret_cast<const char*>(&log), sizeof log))
+        .step();
+    log.number = static_cast<quint32>(database_.lastRowId());
+    return log;
+}
+
+QVector<GUI_LOGDATA> LogStore::newest(int count) {
+    QVector<GUI_LOGDATA> logs;
+    SqliteStatement query =
+        database_.prepare("SELECT NUMBER, RECORD FROM LOG_T ORDER BY NUMBER DESC LIMIT ?1");
+    query.bind(1, qint64(count));
+    while (const auto log = next(query))
+        logs.append(*log);
+    return logs;
+}
+
+void LogStore::removeAll() {
+    database_.run("DELETE FROM LOG_T");
+}
+
+std::optional<GUI_LOGDATA> LogStore::oldestUnreported() {
+    SqliteStatement query = database_.prepare(
+        "SELECT NUMBER, RECORD FROM LOG_T WHERE REPORTED=0 ORDER BY NUMBER LIMIT 1");
+    return next(query);
+}
+
+void LogStore::setReported(quint32 number) {
+    database_.prepare("UPDATE LOG_T SET REPORTED=1 WHERE NUMBER=?1").bind(1, qint64(number)).step();
+}
+
+quint32 LogStore::mealsSince(int mode, const QDateTime& since, const QString& userId) {
+    SqliteStatement query = database_.prepare(
+        "SELECT TOTAL(MEALS) FROM LOG_T WHERE MODE=?1 AND STATUS=1 AND TIME>=?2 AND (?3='' OR "
+        "USER_ID=?3)");
+    query.bind(1, qint64(mode)).bind(2, since.toSecsSinceEpoch()).bind(3, userId);
+    return query.step() ? static_cast<quint32>(query.number(0)) : 0;
+}

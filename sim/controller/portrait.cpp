@@ -1,0 +1,85 @@
+#include "sim/controller/portrait.h"
+
+#include <QColor>
+#include <QDir>
+#include <QImage>
+#include <QPainter>
+#include <QPainterPath>
+
+namespace {
+
+constexpr QSize kPhoto{320, 384};
+constexpr QSize kThumbnail{136, 136};
+
+struct Look {
+    QRgb ground;
+    QRgb hair;
+    QRgb skin;
+    QRgb shirt;
+    bool longHair;
+};
+
+constexpr Look kLooks[] = {
+    {0xffc9d3de, 0xff2a2320, 0xffe8b98f, 0xff3f5a80, true},
+    {0xffb9c6bf, 0xff1c1917, 0xffe0ab80, 0xff3e4b44, false},
+    {0xffd3c9bd, 0xff8a5a34, 0xfff0c9a6, 0xff5b6f86, true},
+    {0xffd3ccc0, 0xff4a3026, 0xffecc39d, 0xff7a4652, true},
+    {0xffb9bed3, 0xffc9a35f, 0xfff2d0b4, 0xff4c4668, true},
+    {0xffc4cfd6, 0xff262a33, 0xffc98e62, 0xff34506b, false},
+    {0xffc9c4d6, 0xff5a4a3a, 0xffe4b48c, 0xff4a6a5a, true},
+    {0xffcfd6c4, 0xff3a2f28, 0xffd9a274, 0xff6b5a34, false},
+};
+
+QImage draw(const Look& look) {
+    QImage image(kPhoto, QImage::Format_RGB32);
+    image.fill(look.ground);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+
+    const QPointF centre(160, 156);
+    if (look.longHair) {
+        painter.setBrush(QColor(look.hair));
+        painter.drawRoundedRect(QRectF(76, 56, 168, 236), 80, 80);
+    }
+    painter.setBrush(QColor(look.shirt));
+    painter.drawEllipse(QPointF(160, 420), 150, 140);
+    painter.setBrush(QColor(look.skin).darker(110));
+    painter.drawRoundedRect(QRectF(130, 210, 60, 100), 28, 28);
+    painter.setBrush(QColor(look.skin));
+    painter.drawEllipse(centre, 70, 90);
+
+    QPainterPath cap;
+    cap.addEllipse(QPointF(160, 140), look.longHair ? 78 : 73, 90);
+    QPainterPath brow;
+    brow.addRect(QRectF(0, 118, 320, 300));
+    painter.setBrush(QColor(look.hair));
+    painter.drawPath(cap.subtracted(brow));
+
+    painter.setBrush(QColor(0xff2a2320));
+    painter.drawEllipse(QPointF(134, 158), 6, 8);
+    painter.drawEllipse(QPointF(186, 158), 6, 8);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(QColor(0xff8a4a40), 5, Qt::SolidLine, Qt::RoundCap));
+    painter.drawArc(QRectF(136, 186, 48, 26), 200 * 16, 140 * 16);
+    return image;
+}
+
+void write(const QImage& image, const QString& folder, const QString& userId) {
+    QDir().mkpath(folder);
+    image.save(folder + QLatin1Char('/') + userId + QStringLiteral(".jpg"), "JPG", 88);
+}
+
+}  // namespace
+
+namespace portrait {
+
+void save(const QString& dataFolder, const QString& userId, int look) {
+    const QImage photo = draw(kLooks[static_cast<std::size_t>(look) % std::size(kLooks)]);
+    write(photo, dataFolder + QStringLiteral("/user"), userId);
+    const QImage square = photo.copy(0, 20, kPhoto.width(), kPhoto.width());
+    write(square.scaled(kThumbnail, Qt::IgnoreAspectRatio, Qt::SmoothTransformation),
+          dataFolder + QStringLiteral("/thumb"), userId);
+}
+
+}  // namespace portrait

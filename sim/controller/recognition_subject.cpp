@@ -1,0 +1,416 @@
+#include <QLoggingCategory>
+#include <QTimer>
+#include <cmath>
+#include <optional>
+
+#include "link/command_code.h"
+#include "link/device_message.h"
+#include "sim/controller/device.h"
+#include "sim/controller/portrait.h"
+#include "sim/controller/record_fields.h"
+#include "sim/controller/subjects.h"
+#include "sim/controller/work_status.h"
+
+Q_LOGGING_CATEGORY(simDoorLog, "zel.sim.door", QtInfoMsg)
+
+namespace {
+
+enum class Result : quint8 { Accepted, NoAccessTime, NotPermitted, Registered, MealTaken };
+enum class BoxState : quint8 { NoFace, Tracking, Recognised, Failed };
+enum class Reason : quint8 { None, NotRegistered, NotPermitted };
+
+constexpr quint8 kByCard = 0;  // _gui_user_::authMethod
+constexpr quint8 kByFace = 1;
+constexpr quint8 kFaceScore = 97;
+constexpr quint8 kInOutOnly = 1;  // _gui_user_::rights
+
+/// RecognitionKey
+constexpr quint8 kKeyIn = 16;
+constexpr quint8 kKeyReturn = 19;
+constexpr quint8 kKeyPayOne = 32;
+constexpr quint8 kKeyPaySeveral = 33;
+constexpr quint8 kKeyHidden = 34;
+constexpr quint8 kKeyDoorRing = 36;
+
+constexpr int kMostMeals = 99;
+constexpr int kFramesPerSecond = 30;
+/// How long the box shows that a face was recognised or not, in milliseconds.
+constexpr int kVerdictTime = 2000;
+
+int modeOfKey(quint8 key) {
+    constexpr int kModes[] = {work::In, work::Out, work::Break, work::Return};
+    return kModes[key - kKeyIn];
+}
+
+quint8 keyOfMode(int mode) {
+    for (quint8 key = kKeyIn; key <= kKeyReturn; ++key) {
+        if (modeOfKey(key) == mode)
+            return key;
+    }
+    return 0;
+}
+
+/// Faces and cards at the door, what comes of them, and the events that are recorded.
+class RecognitionSubject : public Subject {
+ public:
+    explicit RecognitionSubject(Device& device) : Subject(device) {
+        onRequest(command::RecognitionKey, [this](const Request& request) { key(request); });
+        onRequest(command::RecognitionHidden, [this](const Request&) { finishPending(); });
+        onRequest(command::AskUnsentLogs, [this](const Request&) { sendOldestUnreported(); });
+        onRequest(command::EventReported, [this](const Request& request) {
+            if (const auto event = request.record<EventReported>()) {
+                device_.logs().setReported(event->number);
+                sendOldestUnreported();
+            }
+        });
+
+        onWord("face", "ID [denied|registered]|unknown|denied: someone looks into the camera",
+               [this](const QString& text) { return face(text); });
+        onWord("card", "NUMBER: someone holds a card to the reader",
+               [this](const QString& text) { return card(text); });
+        onWord("track", "on|off: a face moves about before the camera",
+               [this](const QString& text) { return track(text); });
+        onWord("alarm", "none|arm|disarm: what the next recognition does to the alarm",
+               [this](const QString& text) { return alarm(text); });
+        onWord("visitor", "a visitor rings at the door", [this](const QString&) {
+            reportVisitor();
+            return done();
+        });
+        onWord("unsent", "say that events wait for the management service", [this](const QString&) {
+            device_.send(command::UnsentDataWaiting);
+            return done();
+        });
+
+        pendingTimer_.setSingleShot(true);
+        QObject::connect(&pendingTimer_, &QTimer::timeout, &pendingTimer_,
+                         [this] { finishPending(); });
+        trackTimer_.setTimerType(Qt::PreciseTimer);
+        trackTimer_.setInterval(1000 / kFramesPerSecond);
+        QObject::connect(&trackTimer_, &QTimer::timeout, &trackTimer_, [this] {
+            ++trackFrame_;
+            sendBox();
+        });
+        verdictTimer_.setSingleShot(true);
+        verdictTimer_.setInterval(kVerdictTime);
+        QObject::connect(&verdictTimer_, &QTimer::timeout, &verdictTimer_, [this] {
+            verdict_ = {};
+            sendBox();
+        });
+    }
+
+ private:
+    /// What the box says for a while after a decision.
+    struct Verdict {
+        BoxState state;
+        Reason reason;
+    };
+
+    // --- The box -------------------------------------------------------------------------
+
+    void sendBox() {
+        TrackedFace box{};
+        if (verdict_ || trackTimer_.isActive()) {
+            const double t = trackFrame_ / double(kFramesPerSecond);
+            box.width = static_cast<qint16>(232 + 16 * std::sin(t * 0.7));
+            box.height = static_cast<qint16>(box.width * 296 / 232);
+            box.x = static_cast<qint16>(240 - box.width / 2 + 70 * std::sin(t));
+            box.y = static_cast<qint16>(380 - box.height / 2 + 50 * std::sin(t * 1.3));
+            const Verdict verdict = verdict_.value_or(Verdict{BoxState::Tracking, Reason::None});
+            box.state = static_cast<quint8>(verdict.state);
+            box.reason = static_cast<quint8>(verdict.reason);
+        }
+        device_.sendRecord(command::TrackingBox, 0, 0, box);
+    }
+
+    void showVerdict(BoxState state, Reason reason) {
+        verdict_ = Verdict{state, reason};
+        verdictTimer_.start();
+        sendBox();
+    }
+
+    QString track(const QString& text) {
+        if (text == QLatin1String("on"))
+            trackTimer_.start();
+        else if (text == QLatin1String("off"))
+            trackTimer_.stop();
+        else
+            return failed(QStringLiteral("on or off?"));
+        sendBox();
+        return done();
+    }
+
+    // --- Faces and cards -----------------------------------------------------------------
+
+    QString face(const QString& text) {
+        if (text == QLatin1String("unknown")) {
+            fail(Reason::NotRegistered, kByFace);
+            return done();
+        }
+        QString id = text.section(QLatin1Char(' '), 0, 0);
+        QString verdict = text.section(QLatin1Char(' '), 1).trimmed();
+        if (id == QLatin1String("denied")) {
+            const QVector<_gui_user_> users = device_.users().users();
+            id = users.isEmpty() ? QString() : fieldText(users.first().userId);
+            verdict = QStringLiteral("denied");
+        }
+        const auto user = device_.users().find(id);
+        if (!user)
+            return failed(QStringLiteral("no such user, 'users' lists them"));
+        if (verdict == QLatin1String("denied"))
+            recognise(*user, kByFace, Result::NotPermitted);
+        else if (verdict == QLatin1String("registered"))
+            recognise(*user, kByFace, Result::Registered);
+        else if (verdict.isEmpty())
+            recognise(*user, kByFace);
+        else
+            return failed(QStringLiteral("denied or registered?"));
+        return done();
+    }
+
+    QString card(const QString& text) {
+        if (text.isEmpty())
+            return failed(QStringLiteral("which card?"));
+        if (const auto user = device_.users().findByCard(text))
+            recognise(*user, kByCard);
+        else
+            fail(Reason::NotRegistered, kByCard);
+        return done();
+    }
+
+    void fail(Reason reason, quint8 method) {
+        finishPending();
+        if (method == kByFace)
+            showVerdict(BoxState::Failed, reason);
+        device_.send(command::RecognitionFailed, static_cast<quint8>(reason), method);
+        record(newLog({}, method, work::AccessOnly), false);
+    }
+
+    int mode() const { return work::modeOf(device_.settings(), device_.status()); }
+
+    Result judge(const _gui_user_& user, int mode) {
+        const _gui_menu_& menu = device_.settings();
+        const auto schedule = record::parseRange(fieldText(user.timeSchedule));
+        const bool mealOperation = menu.setup.operation == work::kMeals;
+        if ((schedule && !work::contains(*schedule, device_.now().time())) ||
+            (mealOperation && mode == work::AccessOnly))
+            return Result::NoAccessTime;
+        if (menu.setup.alarmMode != 0 && user.rights == kInOutOnly)
+            return Result::NotPermitted;
+        if (mealOperation && mealTaken(fieldText(user.userId), mode))
+            return Result::MealTaken;
+        return Result::Accepted;
+    }
+
+    bool mealTaken(const QString& userId, int mode) {
+        const _gui_menu_& menu = device_.settings();
+        constexpr quint8 kRepeatedUse = 1;
+        if (menu.operation.doorOpenSetting == kRepeatedUse)
+            return false;
+        const QDateTime since = work::lastBeginning(work::mealPeriod(menu, mode), device_.now());
+        return device_.logs().mealsSince(mode, since, userId) > 0;
+    }
+
+    /// Decides by the settings what becomes of the person unless @p given says it.
+    void recognise(const _gui_user_& user, quint8 method, std::optional<Result> given = {}) {
+        finishPending();
+        const _gui_menu_& menu = device_.settings();
+        const int present = mode();
+        const Result result = given ? *given : judge(user, present);
+        const bool attendance = menu.setup.operation == work::kAttendance;
+        constexpr quint8 kManual = 1;
+        const bool fixed = attendance && menu.operation.attendanceMode > kManual;
+        const bool accepted = result == Result::Accepted;
+        const bool known = accepted || result == Result::Registered;
+
+        RecognitionResult shown{};
+        std::memcpy(shown.userId, user.userId, sizeof shown.userId);
+        std::memcpy(shown.customerId, user.customerId, sizeof shown.customerId);
+        std::memcpy(shown.name, user.name, sizeof shown.name);
+        shown.result = static_cast<quint8>(result);
+        shown.authMethod = method;
+        shown.level = user.level;
+        shown.rights = user.rights;
+        shown.score = method == kByFace ? kFaceScore : 0;
+        shown.demo = menu.setup.demo;
+        shown.time = clockTime(device_.now());
+        if (accepted && attendance) {
+            shown.askAttendance =
+                !fixed && (present != work::AccessOnly || menu.operation.attendanceMode == kManual);
+            shown.attendanceEvent = fixed ? keyOfMode(present) : 0;
+        }
+        if (method == kByFace)
+            showVerdict(known ? BoxState::Recognised : BoxState::Failed,
+                        known ? Reason::None : Reason::NotPermitted);
+        device_.sendRecord(command::Recognised, 0, 0, shown);
+
+        if (menu.setup.demo != 0 || result == Result::Registered)
+            return;
+        const GUI_LOGDATA log = newLog(user, method, present);
+        if (!accepted) {
+            record(log, false);
+            return;
+        }
+        if (menu.setup.alarmMode != 0) {
+            constexpr quint8 kArm = 1;
+            device_.setArmed(menu.setup.alarmMode == kArm);
+        }
+        const bool meal = menu.setup.operation == work::kMeals;
+        if (meal || shown.askAttendance != 0)
+            waitForKey(log);
+        else
+            record(log, true);
+    }
+
+    // --- Events --------------------------------------------------------------------------
+
+    GUI_LOGDATA newLog(const _gui_user_& user, quint8 method, int mode) {
+        GUI_LOGDATA log{};
+        std::memcpy(log.userId, user.userId, sizeof log.userId);
+        std::memcpy(log.name, user.name, sizeof log.name);
+        std::memcpy(log.cardNumber, user.cardNumber, sizeof log.cardNumber);
+        log.cardType = user.cardType;
+        log.reissueNumber = user.reissueNumber;
+        log.authMethod = method;
+        log.inOut = static_cast<quint8>(mode);
+        log.manageMode = device_.settings().setup.alarmMode;
+        log.score = method == kByFace ? kFaceScore : 0;
+        std::memcpy(log.visiblePicture, user.picture, sizeof log.visiblePicture);
+        std::memcpy(log.infraredPicture, user.picture, sizeof log.infraredPicture);
+        const ClockTime time = clockTime(device_.now());
+        log.year = time.year;
+        log.month = time.month;
+        log.day = time.day;
+        log.hour = time.hour;
+        log.minute = time.minute;
+        log.second = time.second;
+        return log;
+    }
+
+    /// The event waits for the person's choice as long as the terminal shows the result.
+    void waitForKey(const GUI_LOGDATA& log) {
+        pending_ = log;
+        constexpr int kGrace = 1000;
+        pendingTimer_.start(device_.settings().resultSeconds * 1000 + kGrace);
+    }
+
+    /// The person chose nothing: attendance is what the time of day makes it, a meal is not had.
+    void finishPending() {
+        pendingTimer_.stop();
+        if (!pending_)
+            return;
+        const GUI_LOGDATA log = *pending_;
+        pending_.reset();
+        if (log.inOut < work::Breakfast)
+            record(log, true);
+    }
+
+    void record(GUI_LOGDATA log, bool accepted) {
+        const _gui_menu_& menu = device_.settings();
+        log.eventStatus = accepted;
+        const bool attendance = menu.setup.operation == work::kAttendance;
+        const bool wanted = !accepted ? menu.operation.saveRecognitionFail != 0
+                            : attendance && log.inOut == work::AccessOnly
+                                ? menu.operation.saveSimpleAccess != 0
+                                : true;
+        if (accepted)
+            openDoor(log.inOut);
+        if (!wanted)
+            return;
+        const bool report = menu.network.useManager == 1;
+        log = device_.logs().add(log, !report);
+        qCInfo(simDoorLog, "event %u: user %s mode %d %s", log.number,
+               qUtf8Printable(fieldText(log.userId)), log.inOut, accepted ? "accepted" : "refused");
+        if (report)
+            device_.sendRecord(command::AccessEvent, kNewEvent, 0, log);
+        if (log.payCount > 0)
+            emit device_.statusChanged();
+    }
+
+    void openDoor(int mode) {
+        const _gui_menu_& menu = device_.settings();
+        if (menu.setup.operation == work::kMeals)
+            return;  // the door's bytes say something else then
+        constexpr quint8 kOnArrival = 1;
+        constexpr quint8 kOnLeaving = 2;
+        const quint8 rule =
+            menu.setup.operation == work::kAttendance ? menu.operation.doorOpenSetting : quint8(0);
+        if ((rule == kOnArrival && mode != work::In && mode != work::Return) ||
+            (rule == kOnLeaving && mode != work::Out && mode != work::Break))
+            return;
+        device_.send(command::DoorOpened);
+    }
+
+    void sendOldestUnreported() {
+        if (const auto log = device_.logs().oldestUnreported())
+            device_.sendRecord(command::AccessEvent, kOldEvent, 0, *log);
+    }
+
+    // --- Keys of the terminal ------------------------------------------------------------
+
+    void key(const Request& request) {
+        const quint8 key = request.p1;
+        if (key == kKeyDoorRing) {
+            reportVisitor();
+        } else if (key == kKeyHidden) {
+            finishPending();
+        } else if (pending_ && key >= kKeyIn && key <= kKeyReturn &&
+                   pending_->inOut < work::Breakfast) {
+            pending_->inOut = static_cast<quint8>(modeOfKey(key));
+            finishPending();
+        } else if (pending_ && (key == kKeyPayOne || key == kKeyPaySeveral) &&
+                   pending_->inOut >= work::Breakfast) {
+            pay(key == kKeyPayOne ? 1 : request.p2);
+        } else if (pending_) {
+            waitForKey(*pending_);  // each press gives the person more time
+        }
+    }
+
+    void pay(int count) {
+        if (count < 1 || count > kMostMeals)
+            return;
+        GUI_LOGDATA log = *pending_;
+        pending_.reset();
+        pendingTimer_.stop();
+        log.payCount = static_cast<quint8>(count);
+        record(log, true);
+    }
+
+    void reportVisitor() {
+        VisitorCallReport report{};
+        report.time = clockTime(device_.now());
+        setFieldText(report.visiblePicture,
+                     QLatin1String(portrait::kVisitor) + QStringLiteral(".jpg"));
+        setFieldText(report.infraredPicture,
+                     QLatin1String(portrait::kVisitor) + QStringLiteral(".jpg"));
+        device_.sendRecord(command::VisitorCall, 0, 0, report);
+    }
+
+    QString alarm(const QString& text) {
+        const QStringList modes{QStringLiteral("none"), QStringLiteral("arm"),
+                                QStringLiteral("disarm")};
+        const int mode = modes.indexOf(text);
+        if (mode < 0)
+            return failed(QStringLiteral("none, arm or disarm?"));
+        _gui_menu_ menu = device_.settings();
+        menu.setup.alarmMode = static_cast<quint8>(mode);
+        device_.setSettings(menu);
+        device_.sendRecord(command::SettingsChanged, 0, 0, menu);
+        return done();
+    }
+
+    static constexpr quint8 kNewEvent = 0;  // AccessEvent
+    static constexpr quint8 kOldEvent = 1;
+
+    QTimer trackTimer_;
+    QTimer verdictTimer_;
+    QTimer pendingTimer_;
+    int trackFrame_ = 0;
+    std::optional<Verdict> verdict_;
+    std::optional<GUI_LOGDATA> pending_;
+};
+
+}  // namespace
+
+std::unique_ptr<Subject> makeRecognitionSubject(Device& device) {
+    return std::make_unique<RecognitionSubject>(device);
+}

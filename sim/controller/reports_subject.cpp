@@ -1,0 +1,143 @@
+#include <QFileInfo>
+
+#include "link/command_code.h"
+#include "link/device_message.h"
+#include "sim/controller/device.h"
+#include "sim/controller/subjects.h"
+#include "sim/controller/terminal_link.h"
+
+namespace {
+
+constexpr quint8 kOk = 0;
+constexpr quint8 kFailed = 1;
+
+/// Reports whose first parameter chooses the terminal's popup.
+constexpr struct {
+    const char* word;
+    quint16 code;
+} kPopups[] = {{"enrolment", command::EnrolmentRefused},
+               {"delete", command::UserDeleteResult},
+               {"firmware", command::FirmwareUpdateAnswer},
+               {"logs", command::LogStoreReport}};
+
+/// What the controller tells without much of a state behind it: user counts, logs, link tests,
+/// resets, and the reports that end in a popup.
+class ReportsSubject : public Subject {
+ public:
+    explicit ReportsSubject(Device& device) : Subject(device) {
+        onRequest(command::AskUserCounts, [this](const Request&) {
+            device_.sendRecord(command::UserCountsAnswer, 0, 0, device_.settings().users);
+        });
+        onRequest(command::TestLink, [this](const Request& request) {
+            device_.send(command::LinkTested, linksWork_ ? kOk : kFailed, request.p1);
+        });
+        onRequest(command::OpenDoor, [this](const Request&) { device_.send(command::DoorOpened); });
+        onRequest(command::SpeakText, [this](const Request& request) {
+            // The terminal answers the end of a text with a SpeakText without one.
+            if (!request.payload.isEmpty())
+                device_.send(command::TextSpoken);
+        });
+        onRequest(command::DeleteFullLogs, [this](const Request&) {
+            deleteLogs();
+            device_.send(command::FullLogsDeleted);
+            device_.send(command::LogStoreReport, kOk);
+        });
+        onRequest(command::Initialise, [this](const Request& request) { initialise(request.p1); });
+        onRequest(command::UpdateFirmware, [this](const Request&) {
+            const QString archive = device_.dataPath(QStringLiteral("input/zel01.tar.bz2"));
+            device_.send(command::FirmwareUpdateAnswer, QFileInfo::exists(archive) ? kOk : kFailed);
+        });
+        onRequest(command::Reboot, [this](const Request&) { device_.link().drop(); });
+
+        onWord("popup", "enrolment|delete|firmware|logs N: a report with the result N",
+               [this](const QString& text) { return popup(text); });
+        onWord("linktest", "ok|fail: how link tests end", [this](const QString& text) {
+            if (text != QLatin1String("ok") && text != QLatin1String("fail"))
+                return failed(QStringLiteral("ok or fail?"));
+            linksWork_ = text == QLatin1String("ok");
+            return done();
+        });
+        onWord("sleep", "darken the standby screen", [this](const QString&) {
+            device_.send(command::SleepScreen);
+            return done();
+        });
+        onWord("wake", "light the standby screen up", [this](const QString&) {
+            device_.send(command::WakeScreen);
+            return done();
+        });
+        onWord("live", "show the live view", [this](const QString&) {
+            device_.send(command::ShowLiveView);
+            return done();
+        });
+        onWord("users", "list the users", [this](const QString&) { return listUsers(); });
+        onWord("logs", "list the newest events", [this](const QString&) { return listLogs(); });
+    }
+
+ private:
+    void deleteLogs() {
+        device_.logs().removeAll();
+        emit device_.statusChanged();
+    }
+
+    void initialise(quint8 what) {
+        constexpr quint8 kLogs = 0;
+        constexpr quint8 kSettings = 1;
+        constexpr quint8 kAll = 2;
+        if (what == kLogs || what == kAll)
+            deleteLogs();
+        if (what == kSettings || what == kAll)
+            device_.setSettings(factorySettings());
+        if (what == kAll) {
+            for (const _gui_user_& user : device_.users().users())
+                device_.users().remove(fieldText(user.userId));
+        }
+        device_.usersChanged();
+        device_.send(command::Initialised, what <= kAll ? kOk : kFailed, what);
+        device_.sendRecord(command::SettingsChanged, 0, 0, device_.settings());
+    }
+
+    QString popup(const QString& text) {
+        bool ok = false;
+        const uint result = text.section(QLatin1Char(' '), 1).trimmed().toUInt(&ok);
+        for (const auto& popup : kPopups) {
+            if (ok && result <= 255 &&
+                text.section(QLatin1Char(' '), 0, 0) == QLatin1String(popup.word)) {
+                device_.send(popup.code, static_cast<quint8>(result));
+                return done();
+            }
+        }
+        return failed(QStringLiteral("expected enrolment|delete|firmware|logs N"));
+    }
+
+    QString listUsers() {
+        QString list;
+        for (const _gui_user_& user : device_.users().users())
+            list +=
+                QStringLiteral("%1 card %2 %3\n")
+                    .arg(fieldText(user.userId), fieldText(user.cardNumber), fieldText(user.name));
+        return list + done();
+    }
+
+    QString listLogs() {
+        constexpr int kNewest = 20;
+        QString list;
+        for (const GUI_LOGDATA& log : device_.logs().newest(kNewest))
+            list += QStringLiteral("%1 %2 %3 mode %4 %5 meals %6\n")
+                        .arg(log.number)
+                        .arg(logTime(log).toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")),
+                             fieldText(log.userId))
+                        .arg(log.inOut)
+                        .arg(log.eventStatus == 1 ? QStringLiteral("accepted")
+                                                  : QStringLiteral("refused"))
+                        .arg(log.payCount);
+        return list + done();
+    }
+
+    bool linksWork_ = true;
+};
+
+}  // namespace
+
+std::unique_ptr<Subject> makeReportsSubject(Device& device) {
+    return std::make_unique<ReportsSubject>(device);
+}

@@ -1,0 +1,143 @@
+#include "sim/controller/user_store.h"
+
+#include <cstring>
+
+#include "link/device_message.h"
+#include "sim/controller/portrait.h"
+
+namespace {
+
+// Readers rely on the second column being the identifier, and take rows with a MARK below 160 as
+// present.
+constexpr char kSchema[] =
+    "CREATE TABLE IF NOT EXISTS USER_T (IDX INTEGER PRIMARY KEY, USER_ID TEXT UNIQUE NOT NULL, "
+    "NAME TEXT, CARD_NO TEXT, MARK INTEGER NOT NULL, RECORD BLOB NOT NULL);"
+    "SELECT IDX, USER_ID, NAME, CARD_NO, MARK, RECORD FROM USER_T LIMIT 1;";
+constexpr qint64 kPresent = 0;
+
+constexpr quint8 kAdministrator = 0;
+constexpr quint8 kVisitor = 2;
+constexpr quint8 kFaceOnly = 1;
+constexpr quint8 kInOutOnly = 1;
+
+/// Users that a fresh controller comes with: three scripts, every way of authentication, a name as
+/// long as names get, someone who may only come at night and someone without a picture.
+const struct FirstUser {
+    const char* userId;
+    const char* name;
+    const char* cardNumber;
+    const char* timeSchedule;
+    quint8 authMethod;
+    quint8 level;
+    quint8 rights;
+    bool picture;
+} kFirstUsers[] = {
+    {"01023456789", "김서연", "10000001", "", 2, kAdministrator, 0, true},
+    {"01098765432", "박지훈", "10000002", "", 2, 1, 0, true},
+    {"01055501234", "Emily Carter", "10000003", "", 2, 1, kInOutOnly, false},
+    {"01044447777", "佐藤 美咲", "", "", 4, 1, 0, true},
+    {"01031313131", "Maximiliana Featherstonehaugh-Li", "10000005", "", 3, 1, 0, true},
+    {"01077778888", "이도윤", "10000006", "22:00~06:00", 0, 1, kInOutOnly, true},
+    {"01066665555", "中村 蓮", "", "", kFaceOnly, kVisitor, kInOutOnly, true},
+};
+
+}  // namespace
+
+UserStore::UserStore(const QString& dataFolder)
+    : database_(dataFolder + QStringLiteral("/db_user2/DB_userT.bin"), kSchema) {
+    if (!database_.prepare("SELECT 1 FROM USER_T").step())
+        addFirstUsers(dataFolder);
+}
+
+void UserStore::addFirstUsers(const QString& dataFolder) {
+    int look = 0;
+    for (const FirstUser& first : kFirstUsers) {
+        _gui_user_ user{};
+        const QString id = QLatin1String(first.userId);
+        setFieldText(user.userId, id);
+        setFieldText(user.customerId, id);
+        setFieldText(user.name, QString::fromUtf8(first.name));
+        setFieldText(user.cardNumber, QLatin1String(first.cardNumber));
+        setFieldText(user.timeSchedule, QLatin1String(first.timeSchedule));
+        setFieldText(user.nationCode, QStringLiteral("kr"));
+        setFieldText(user.registrationTime, QStringLiteral("2026-03-02 09:00:00"));
+        user.authMethod = first.authMethod;
+        user.level = first.level;
+        user.rights = first.rights;
+        user.cardPresent = first.cardNumber[0] != '\0';
+        user.facePresent = first.authMethod != 0;
+        if (first.picture) {
+            setFieldText(user.picture, id + QStringLiteral(".jpg"));
+            portrait::save(dataFolder, id, look);
+        }
+        ++look;
+        store(user);
+    }
+    portrait::save(dataFolder, QLatin1String(portrait::kVisitor), look);
+}
+
+std::optional<_gui_user_> UserStore::first(SqliteStatement& query) {
+    if (!query.step())
+        return {};
+    const QByteArray record = query.blob(0);
+    _gui_user_ user{};
+    if (record.size() != static_cast<int>(sizeof user))
+        return {};
+    std::memcpy(&user, record.constData(), sizeof user);
+    return user;
+}
+
+QVector<_gui_user_> UserStore::users() {
+    QVector<_gui_user_> users;
+    SqliteStatement query =
+        database_.prepare("SELECT RECORD FROM USER_T WHERE MARK<160 ORDER BY IDX");
+    while (const auto user = first(query))
+        users.append(*user);
+    return users;
+}
+
+std::optional<_gui_user_> UserStore::find(const QString& userId) {
+    SqliteStatement query =
+        database_.prepare("SELECT RECORD FROM USER_T WHERE MARK<160 AND USER_ID=?1");
+    return first(query.bind(1, userId));
+}
+
+std::optional<_gui_user_> UserStore::findByCard(const QString& cardNumber) {
+    SqliteStatement query =
+        database_.prepare("SELECT RECORD FROM USER_T WHERE MARK<160 AND CARD_NO=?1");
+    return first(query.bind(1, cardNumber));
+}
+
+void UserStore::store(const _gui_user_& user) {
+    database_
+        .prepare(
+            "INSERT INTO USER_T (USER_ID, NAME, CARD_NO, MARK, RECORD) "
+            "VALUES (?1, ?2, NULLIF(?3, ''), ?4, ?5) ON CONFLICT (USER_ID) DO UPDATE SET "
+            "NAME=?2, CARD_NO=NULLIF(?3, ''), MARK=?4, RECORD=?5")
+        .bind(1, fieldText(user.userId))
+        .bind(2, fieldText(user.name))
+        .bind(3, fieldText(user.cardNumber))
+        .bind(4, kPresent)
+        .bind(5, QByteArray(reinterpret_cast<const char*>(&user), sizeof user))
+        .step();
+}
+
+bool UserStore::remove(const QString& userId) {
+    if (!find(userId))
+        return false;
+    database_.prepare("UPDATE USER_T SET MARK=160 WHERE USER_ID=?1").bind(1, userId).step();
+    return true;
+}
+
+UserCounts UserStore::counts() {
+    UserCounts counts{};
+    for (const _gui_user_& user : users()) {
+        ++counts.all;
+        ++(user.level == kAdministrator ? counts.admin
+           : user.level == kVisitor     ? counts.visitor
+                                        : counts.general);
+        counts.inOut += user.rights == kInOutOnly;
+        counts.faceOnly += user.authMethod == kFaceOnly;
+    }
+    return counts;
+}

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QString>
+#include <QVector>
+#include <optional>
+
+#include "link/device_records.h"
+#include "sim/controller/sqlite_database.h"
+
+/// The users, in the table that the terminal reads too, and their pictures. A new store is given a
+/// handful of users with pictures drawn for them.
+class UserStore {
+ public:
+    /// @p dataFolder stands for "/mnt/data".
+    explicit UserStore(const QString& dataFolder);
+
+    /// All present users, oldest first.
+    QVector<_gui_user_> users();
+    std::optional<_gui_user_> find(const QString& userId);
+    std::optional<_gui_user_> findByCard(const QString& cardNumber);
+    /// Adds the user, or replaces the one with the same userId.
+    void store(const _gui_user_& user);
+    /// Marks the user as deleted, as the table's readers expect. False if there is none.
+    bool remove(const QString& userId);
+    UserCounts counts();
+
+ private:
+    std::optional<_gui_user_> first(SqliteStatement& query);
+    void addFirstUsers(const QString& dataFolder);
+
+    SqliteDatabase database_;
+};

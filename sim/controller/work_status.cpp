@@ -1,0 +1,108 @@
+#include "sim/controller/work_status.h"
+
+namespace work {
+namespace {
+
+constexpr int kDay = 24 * 60;
+
+int startMinutes(const _byte4_time_se_& range) {
+    return range.startHour * 60 + range.startMinute;
+}
+
+int endMinutes(const _byte4_time_se_& range) {
+    return range.endHour * 60 + range.endMinute;
+}
+
+int attendanceStatus(const OperationBlock& operation, const QDateTime& now) {
+    constexpr quint8 kManual = 1;
+    if (operation.attendanceMode > kManual)
+        return operation.attendanceMode - kManual;  // fixed to one event
+
+    constexpr quint8 kHolidayAsWeekday = 1;
+    constexpr quint8 kHolidayAsSaturday = 2;
+    const int day = now.date().dayOfWeek();
+    const bool holiday = day == Qt::Sunday;
+    bool saturday = day == Qt::Saturday;
+    if (holiday) {
+        if (operation.holidayRule != kHolidayAsWeekday &&
+            operation.holidayRule != kHolidayAsSaturday)
+            return 0;
+        saturday = operation.holidayRule == kHolidayAsSaturday;
+    }
+    if (contains(saturday ? operation.saturdayIn : operation.weekdayIn, now.time()))
+        return 1;
+    if (contains(saturday ? operation.saturdayOut : operation.weekdayOut, now.time()))
+        return 2;
+    return 0;
+}
+
+int mealStatus(const _gui_menu_& settings, const QTime& time) {
+    const OperationBlock& operation = settings.operation;
+    const quint8 off[] = {operation.attendanceMode, operation.lunchOff, operation.saveSimpleAccess,
+                          operation.supperOff};
+    for (int meal = 0; meal < 4; ++meal) {
+        if (off[meal] == 0 && contains(mealPeriod(settings, Breakfast + meal), time))
+            return meal + 1;
+    }
+    return 0;
+}
+
+}  // namespace
+
+bool contains(const _byte4_time_se_& range, const QTime& time) {
+    const int start = startMinutes(range);
+    const int end = endMinutes(range);
+    const int minute = time.hour() * 60 + time.minute();
+    return start <= end ? minute >= start && minute < end : minute >= start || minute < end;
+}
+
+int statusAt(const _gui_menu_& settings, const QDateTime& now) {
+    switch (settings.setup.operation) {
+        case kAttendance:
+            return attendanceStatus(settings.operation, now);
+        case kMeals:
+            return mealStatus(settings, now.time());
+        default:
+            return 0;
+    }
+}
+
+int modeOf(const _gui_menu_& settings, int status) {
+    if (status < 1 || status > 4)
+        return AccessOnly;
+    if (settings.setup.operation == kMeals)
+        return Breakfast + status - 1;
+    return status == 4 ? Return : status;
+}
+
+QDateTime nextChange(const _gui_menu_& settings, const QDateTime& now) {
+    const int present = statusAt(settings, now);
+    QDateTime minute(now.date(), QTime(now.time().hour(), now.time().minute()));
+    for (int i = 0; i < kDay; ++i) {
+        minute = minute.addSecs(60);
+        if (statusAt(settings, minute) != present)
+            break;
+    }
+    return minute;
+}
+
+const _byte4_time_se_& mealPeriod(const _gui_menu_& settings, int mode) {
+    const OperationBlock& operation = settings.operation;
+    switch (mode - Breakfast) {
+        case 0:
+            return operation.weekdayIn;
+        case 1:
+            return operation.weekdayOut;
+        case 2:
+            return operation.saturdayIn;
+        default:
+            return operation.saturdayOut;
+    }
+}
+
+QDateTime lastBeginning(const _byte4_time_se_& range, const QDateTime& now) {
+    const QDateTime today(now.date(), QTime(0, 0).addSecs(startMinutes(range) % kDay * 60));
+    return today <= now ? today : today.addDays(-1);
+}
+
+}  // namespace work
