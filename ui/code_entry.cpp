@@ -60,7 +60,7 @@ void CodeEntry::paintEvent(QPaintEvent*) {
             painter.fillRect(cell.x() + kCellWidth / 2 - 1, (kCellHeight - kCaretHeight) / 2, 2,
                              kCaretHeight, Theme::color(Theme::kAccent));
         if (i < digits.size()) {
-            shown.script = passwordMode() ? QString(QChar(0x25cf)) : QString(digits.at(i));
+            shown.script = passwordMode() ? QString(QChar(0x2022)) : QString(digits.at(i));
             TextFit::draw(&painter, cell, Qt::AlignHCenter, shown, kDigit, QFont::Bold,
                           isEnabled() ? Theme::kStrong : Theme::kOff);
         }

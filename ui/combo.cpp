@@ -9,11 +9,11 @@
 
 namespace {
 
-constexpr int kPadding = 18;
+constexpr int kPadding = 19;
 constexpr int kChevron = 26;
 constexpr int kChevronRight = 15;
 constexpr int kWidth = 208;
-constexpr int kWidestHint = 236;
+constexpr int kWideWidth = 236;  // for longer languages
 
 }  // namespace
 
@@ -74,7 +74,8 @@ QSize Combo::sizeHint() const {
     int widest = 0;
     for (const ScriptText& item : items_)
         widest = qMax(widest, TextFit::width(item.entry(), TextFit::kValue, QFont::Normal));
-    return {qBound(kWidth, kPadding + widest + kChevron + 2 * kChevronRight, kWidestHint), 56};
+    const bool fits = kPadding + widest + kChevron + kChevronRight <= kWidth;
+    return {fits ? kWidth : kWideWidth, 56};
 }
 
 void Combo::openList() {

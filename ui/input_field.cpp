@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr int kPadding = 18;
+constexpr int kPadding = 19;
 constexpr int kTimeRangePadding = 6;
 constexpr int kTimeRangeDigits = 8;
 constexpr int kCaretHeight = 28;
@@ -166,7 +166,7 @@ void InputField::paintEvent(QPaintEvent*) {
     QRect line = rect().adjusted(kPadding, 0, -kPadding, 0);
     if (!empty) {
         const QString whole = typed_ + preedit_;
-        shown.script = password_ ? QString(whole.size(), QChar(0x25cf)) : whole;
+        shown.script = password_ ? QString(whole.size(), QChar(0x2022)) : whole;
     }
     const int textWidth = TextFit::width(shown, TextFit::kValue, QFont::Normal);
     if (focused && !empty && textWidth > line.width()) {

@@ -15,7 +15,7 @@ constexpr int kItemWidth = 400;
 constexpr int kItemHeight = 72;
 constexpr int kItemsAtOnce = 8;
 constexpr int kPadding = 8;
-constexpr int kBottom = 16;
+constexpr int kListBottom = 16;
 constexpr int kTextLeft = 24;  // of the card
 constexpr int kRadio = 36;
 
@@ -80,7 +80,7 @@ PickList::PickList(QWidget* owner, const ScriptHandler::Script& title,
     // A list that scrolls shows half an item more, so that one sees that it goes on.
     const int visible =
         items.size() > kItemsAtOnce ? kItemsAtOnce * kItemHeight + kItemHeight / 2 : content;
-    cardHeight_ = kHeadHeight + kPadding + visible + kBottom;
+    cardHeight_ = kHeadHeight + kPadding + visible + kListBottom;
 
     auto* head = new PickHead(roleSized(title), card());
     head->setGeometry(1, 0, kCardWidth - 2, kHeadHeight + 1);

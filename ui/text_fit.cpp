@@ -15,8 +15,8 @@ namespace {
 /// Line pitch of several lines in one bar, row or tile, in percent of the font's own.
 constexpr float kTightest = 85;
 constexpr float kTight = 88;
-/// How far the glyphs of the terminal's fonts sit below the middle of their line, in ems.
-constexpr qreal kSink = 0.06;
+/// The glyphs of the terminal's fonts sit low in their line: how far to raise them, in ems.
+constexpr qreal kLift = 0.045;
 
 std::function<void(const TextFit::Written&)>& theObserver() {
     static std::function<void(const TextFit::Written&)> observer;
@@ -128,8 +128,8 @@ void draw(QPainter* painter, const QRect& box, Qt::Alignment alignment,
 
     painter->setFont(layout.font);
     painter->setPen(Theme::color(color));
-    qreal baseline = box.y() + (box.height() - height) / 2 + metrics.ascent() -
-                     kSink * layout.font.pixelSize() / 2;
+    qreal baseline =
+        box.y() + (box.height() - height) / 2 + metrics.ascent() - kLift * layout.font.pixelSize();
     for (const QString& line : layout.lines) {
         const qreal spare = box.width() - metrics.horizontalAdvance(line);
         qreal x = box.x();

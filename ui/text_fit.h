@@ -34,7 +34,7 @@ constexpr Rule kRowLabel{{{22, 2}, {20, 2}}};
 constexpr Rule kChoice{{{24, 2}, {20, 2}}};
 constexpr Rule kTile{{{24, 2}, {20, 2}}};
 constexpr Rule kWideTile{{{20, 2}, {18, 3}}};
-constexpr Rule kToggle{{{20, 1}}};
+constexpr Rule kToggle{{{20, 1}, {18, 1}}};
 constexpr Rule kValue{{{22, 1}}};
 constexpr Rule kChip{{{20, 1}}};
 constexpr Rule kName{{{40, 1}, {32, 1}}};

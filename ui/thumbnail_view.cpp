@@ -10,6 +10,7 @@
 namespace {
 
 constexpr int kTallest = 640;
+constexpr QRgb kNoPhotoGround = 0xff223145;  // that of nophoto.png
 
 /// The photo in its own shape, as large as it goes on a card. Any touch closes it.
 class LargePhoto : public DismissibleOverlay {
@@ -56,7 +57,12 @@ void ThumbnailView::paintEvent(QPaintEvent*) {
     QPainterPath frame;
     frame.addRoundedRect(rect(), Theme::kRadiusPhoto, Theme::kRadiusPhoto);
     painter.setClipPath(frame);
-    const QSizeF filling = QSizeF(source.size()).scaled(size(), Qt::KeepAspectRatioByExpanding);
+    // A photo fills the frame, the silhouette stays whole.
+    if (!hasPhoto())
+        painter.fillRect(rect(), Theme::color(kNoPhotoGround));
+    const QSizeF filling =
+        QSizeF(source.size())
+            .scaled(size(), hasPhoto() ? Qt::KeepAspectRatioByExpanding : Qt::KeepAspectRatio);
     painter.drawPixmap(
         QRectF(QPointF((width() - filling.width()) / 2, (height() - filling.height()) / 2),
                filling),
