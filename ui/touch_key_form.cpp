@@ -113,7 +113,10 @@ void TouchKeyForm::edit(InputField* field) {
         field_ = field;
         field->setEditing(true);
         field->installEventFilter(this);
-        connect(field, &QObject::destroyed, this, &QWidget::hide);
+        connect(field, &QObject::destroyed, this, [this] {
+            field_.clear();  // it is no InputField any more
+            hide();
+        });
     }
     showInit();
     raise();

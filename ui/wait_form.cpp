@@ -27,6 +27,7 @@ WaitForm::WaitForm(QWidget* parent)
     spinner_->setAutoFillBackground(true);
 
     bar_->setInDialog(true);
+    percent_->setObjectName(QStringLiteral("waitPercent"));
     percent_->setAlignment(Qt::AlignCenter);
     percent_->setFont(Theme::font(font().family(), 26, QFont::Bold));
     QPalette ink = percent_->palette();
