@@ -64,8 +64,9 @@ MainWindow::MainWindow(QWidget* parent)
 
     Fonts::installBase();
     scripts_ = new ScriptHandler(this, QStringLiteral("/zel1/script_list.json"));
+    // No language is untitled, as a rule: the first one is in force until settings arrive.
     if (scripts_->setScript(QString()) != 0)
-        scripts_->setScript(scripts_->getLanguageList().value(0));
+        scripts_->setScript(getLanguageList().value(0));
 
     status_ = new SystemStatus([this] { return records_.menu(); },
                                [this] { return restConnected_; }, this);
@@ -76,6 +77,7 @@ MainWindow::MainWindow(QWidget* parent)
                            this);
     KeyClick::setHandler([this] { SendCommand(command::KeyClick, 0, 0); });
 
+    WindowForm::setShell(this);
     initWindowList();
     link_->clearReceiveState();
     changeWindow(QStringLiteral("stayWindow"));
@@ -91,6 +93,7 @@ MainWindow::MainWindow(QWidget* parent)
 
     touchKey_ = new TouchKeyForm(this);
     touchKey_->hide();
+    applyScriptToKeypad();
 
     link_->open(DevicePaths::linkPort());
 
@@ -108,6 +111,7 @@ MainWindow::~MainWindow() {
     KeyClick::setHandler(nullptr);
     // The screens go while everything that they use is still there.
     windows_.deleteAll();
+    WindowForm::setShell(nullptr);
     theMainWindow = nullptr;
 }
 
@@ -393,21 +397,28 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 
 void MainWindow::applyLanguageOfSettings() {
     const int number = records_.menu().setup.language;
-    const QStringList languages = getLanguageList();
-    if (number == language_ || number >= languages.size())
+    if (number == language_ || number >= getLanguageList().size())
         return;
     // Not the user's change of language: nothing is removed for it.
-    language_ = number;
     if (number == kThirdLanguage)
         Fonts::installJapanese();
-    scripts_->setScript(languages.at(number));
+    setScript(number);
+}
+
+void MainWindow::setScript(int languageNumber) {
+    language_ = languageNumber;
+    scripts_->setScript(getLanguageList().at(languageNumber));
+    applyScriptToKeypad();
+}
+
+void MainWindow::applyScriptToKeypad() {
+    touchKey_->applyScripts([this](const QString& key) { return getScript(key); });
+    touchKey_->setHangulFirst(language_ == 0);
 }
 
 void MainWindow::changeLanguage(int languageNumber) {
-    const QStringList languages = getLanguageList();
-    if (languageNumber < 0 || languageNumber >= languages.size())
+    if (languageNumber < 0 || languageNumber >= getLanguageList().size())
         return;
-    language_ = languageNumber;
     if (languageNumber == kThirdLanguage) {
         QFontDatabase::removeAllApplicationFonts();
         Fonts::installJapanese();
@@ -417,7 +428,7 @@ void MainWindow::changeLanguage(int languageNumber) {
     }
     // The base family serves every language; without it the panel would have no font at all.
     Fonts::registerBase();
-    scripts_->setScript(languages.at(languageNumber));
+    setScript(languageNumber);
 }
 
 // --- Status --------------------------------------------------------------------------------

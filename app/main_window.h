@@ -8,6 +8,7 @@
 #include "app/record_store.h"
 #include "app/system_status.h"
 #include "app/window_registry.h"
+#include "app/window_shell.h"
 #include "cloud/cloud_host.h"
 #include "cloud/download_manager.h"
 #include "link/device_link.h"
@@ -36,7 +37,7 @@ enum class AlarmMode { None = 0, Arm = 1, Disarm = 2 };
 /// screens need. It owns the parts and hands every call on to the one that does the work.
 ///
 /// GUI thread only, but for GetGuiMenu(), settings() and parsingRestCommand().
-class MainWindow : public QMainWindow, public CloudHost {
+class MainWindow : public QMainWindow, public CloudHost, public WindowShell {
     Q_OBJECT
 
  public:
@@ -116,9 +117,8 @@ class MainWindow : public QMainWindow, public CloudHost {
     void StopMenuTimer();
 
     void showTouchKey();
-    /// Opens the keypad for @p field.
-    void showTouchKey(InputField* field);
-    void removeTouchKey();
+    void showTouchKey(InputField* field) override;
+    void removeTouchKey() override;
     void setTouchKeyOpt(const QString& text);
 
     void ShowPopup(int key, int seconds);
@@ -128,10 +128,12 @@ class MainWindow : public QMainWindow, public CloudHost {
     void ShowCommandPopup(int command, int p1, int p2, const char* payload);
 
     // --- Languages -------------------------------------------------------------------------
-    ScriptHandler::Script getScript(const QString& key) const { return scripts_->getScript(key); }
+    ScriptHandler::Script getScript(const QString& key) const override {
+        return scripts_->getScript(key);
+    }
     QStringList getLanguageList() const { return scripts_->getLanguageList(); }
     QString getScriptFontFamily() const { return scripts_->getFontFamily(); }
-    int scriptRevision() const { return scripts_->revision(); }
+    int scriptRevision() const override { return scripts_->revision(); }
     /// Switches to the language @p languageNumber at the user's wish; a number that the list does
     /// not have changes nothing. Screens take the new texts when they are next shown.
     void changeLanguage(int languageNumber);
@@ -191,6 +193,8 @@ class MainWindow : public QMainWindow, public CloudHost {
     void startRestClient();
     void checkBootchecker();
     void applyLanguageOfSettings();
+    void setScript(int languageNumber);
+    void applyScriptToKeypad();
     void shellMessage(const DeviceMessage& message);
     void quitByController();
     void showFaults(const QStringList& keys, bool anyBit);
