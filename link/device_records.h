@@ -277,7 +277,7 @@ struct EventReported {
     std::uint8_t reserved[22];
 };
 
-/// Payload of UserReported: the enrolled user that the management service has confirmed.
+/// Payload of UserReported: an enrolled user and what the management service made of the report.
 struct UserReported {
     char userId[16];
     char name[100];
@@ -286,7 +286,8 @@ struct UserReported {
     std::uint8_t level;
     std::uint8_t autoEnrolled;
     std::uint8_t removeUserData;
-    std::uint8_t reserved[4];
+    std::uint16_t resultCode;  // of the service: 1000 when it has the user, 0 without an answer
+    std::uint8_t reserved[2];
 };
 
 /// Payload of SaveOperationSettings: the operation block without its times.
