@@ -32,6 +32,9 @@ class WindowForm : public QWidget {
     /// not know it ignores.
     virtual void deviceAnswer(const DeviceMessage& message);
 
+    /// The management service asks for what the screen's enrol button starts.
+    virtual void enrolRequested() {}
+
     /// Builds the form if it is not there yet and brings its texts up to date.
     void ensureForm();
     bool isFormBuilt() const { return formBuilt_; }
