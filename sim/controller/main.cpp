@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <QApplication>
@@ -54,6 +55,8 @@ std::unique_ptr<QCoreApplication> makeApplication(int& argc, char* argv[]) {
 }  // namespace
 
 int main(int argc, char* argv[]) {
+    // Asked first: without standard input its number goes to the next thing opened.
+    const bool console = ::fcntl(STDIN_FILENO, F_GETFD) >= 0;
     const std::unique_ptr<QCoreApplication> application = makeApplication(argc, argv);
     QCommandLineParser arguments;
     arguments.setApplicationDescription(
@@ -85,7 +88,8 @@ int main(int argc, char* argv[]) {
     std::fflush(stdout);
     QObject::connect(&controller, &ControllerSim::quitRequested, application.get(),
                      &QCoreApplication::quit);
-    readConsole(controller);
+    if (console)
+        readConsole(controller);
 
     std::unique_ptr<Panel> panel;
     if (arguments.isSet(withPanel)) {
