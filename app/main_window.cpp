@@ -283,6 +283,9 @@ void MainWindow::shellMessage(const DeviceMessage& message) {
 void MainWindow::settingsReceived(const _gui_menu_& record) {
     const NetworkBlock before = records_.menu().network;
     records_.setMenu(record);
+    setReaderMode(static_cast<ReaderMode>(record.setup.readerMode));
+    setServiceMode(static_cast<ServiceMode>(record.setup.serviceMode));
+    setAlarmMode(static_cast<AlarmMode>(record.setup.alarmMode));
     applyLanguageOfSettings();
     if (!settingsArrived_ || std::memcmp(&before, &record.network, sizeof before) != 0)
         initRestCall();
