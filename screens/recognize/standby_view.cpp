@@ -12,7 +12,7 @@ namespace {
 // Where things stand, in pixels. The hour's digits are heavier than the minute's, so that the two
 // lines are told apart from a distance.
 constexpr int kDigitSize = 230;
-constexpr int kDigitsRight = 354;
+constexpr int kDigitsRight = 351;
 constexpr int kHourBaseline = 306;
 constexpr int kMinuteBaseline = 517;
 constexpr int kHalfDayLeft = 360;
@@ -22,7 +22,7 @@ constexpr QRect kMinutes(0, 330, 480, 210);
 constexpr QRect kDate(0, 572, 480, 48);
 constexpr QRect kHint(24, 688, 432, 72);
 constexpr int kHintIcon = 36;
-constexpr int kHintGap = 8;
+constexpr int kHintGap = 12;
 constexpr QPoint kLogo(24, 24);
 constexpr QSize kLogoSize(240, 72);
 
