@@ -31,6 +31,8 @@ bool UserTable::sqlOpen_ex() {
                      handle_,
                      "PRAGMA synchronous=OFF;PRAGMA count_changes=OFF;PRAGMA temp_store=memory;",
                      nullptr, nullptr, nullptr) == SQLITE_OK;
+        // The table is read once from front to end: a cache of it would only cost memory.
+        sqlite3_exec(handle_, "PRAGMA cache_size=32;", nullptr, nullptr, nullptr);
     }
     if (!opened) {
         qCWarning(cloudLog, "user table not opened: %s", sqlite3_errmsg(handle_));
