@@ -45,8 +45,9 @@ void StandbyView::setTime(const QDateTime& now) {
 
 void StandbyView::setBackground(const QPixmap& picture) {
     ownBackground_ = picture.isNull();
+    // The own one is loaded when it is seen: while the terminal starts, the boot screen hides it.
     background_ = ownBackground_
-                      ? Pictures::icon(QStringLiteral("stay_default.png"))
+                      ? QPixmap()
                       : picture.scaled(Theme::kScreenWidth, Theme::kScreenHeight,
                                        Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation);
     update();
@@ -73,6 +74,8 @@ void StandbyView::paintEvent(QPaintEvent* event) {
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
 
     painter.fillRect(event->rect(), Theme::color(Theme::kBackground));
+    if (ownBackground_ && background_.isNull())
+        background_ = Pictures::icon(QStringLiteral("stay_default.png"));
     if (!background_.isNull()) {
         const QRect place(QPoint(0, 0), background_.size());
         painter.drawPixmap(place.translated(rect().center() - place.center()), background_);
