@@ -13,14 +13,16 @@
 
 #include "app/command_popups.h"
 #include "app/fonts.h"
+#include "app/management_link.h"
 #include "app/menu_timer.h"
 #include "app/message_dispatch.h"
+#include "app/network_setup.h"
 #include "app/screen_factory.h"
 #include "app/status_popup.h"
 #include "app/window_form.h"
 #include "base/device_paths.h"
+#include "cloud/event_reports.h"
 #include "cloud/parameters.h"
-#include "cloud/rest_client.h"
 #include "link/command_code.h"
 #include "ui/dialog_form.h"
 #include "ui/key_click.h"
@@ -64,11 +66,12 @@ MainWindow::MainWindow(QWidget* parent)
 
     Fonts::installBase();
     scripts_ = new ScriptHandler(this, QStringLiteral("/zel1/script_list.json"));
+    // No language is untitled, as a rule: the first one is in force until settings arrive.
     if (scripts_->setScript(QString()) != 0)
-        scripts_->setScript(scripts_->getLanguageList().value(0));
+        scripts_->setScript(getLanguageList().value(0));
 
     status_ = new SystemStatus([this] { return records_.menu(); },
-                               [this] { return restConnected_; }, this);
+                               [this] { return management_->connected(); }, this);
     menuTimer_ = new MenuTimer([this] { return records_.menu(); }, this);
     dispatch_ = new MessageDispatch(windows_, this);
     link_ = new DeviceLink([this](quint16 command, quint8, quint8, quint16 length,
@@ -76,6 +79,7 @@ MainWindow::MainWindow(QWidget* parent)
                            this);
     KeyClick::setHandler([this] { SendCommand(command::KeyClick, 0, 0); });
 
+    WindowForm::setShell(this);
     initWindowList();
     link_->clearReceiveState();
     changeWindow(QStringLiteral("stayWindow"));
@@ -91,23 +95,27 @@ MainWindow::MainWindow(QWidget* parent)
 
     touchKey_ = new TouchKeyForm(this);
     touchKey_->hide();
+    applyScriptToKeypad();
 
     link_->open(DevicePaths::linkPort());
 
     connect(&windows_, &WindowRegistry::changing, this, &MainWindow::signal_changeWindow);
     connect(this, &MainWindow::signal_changeWindow, this, &MainWindow::changeWindowShowEvent);
     createDialogs();
-    startRestClient();
+    management_ = new ManagementLink(*this, *this, this);
+    management_->start();
+    connectManagement();
 }
 
 MainWindow::~MainWindow() {
     ui_.reset();
     link_->close(kFlushTime);
     // Joins the thread that serves HTTP, which may call back until then.
-    delete std::exchange(restClient_, nullptr);
+    delete std::exchange(management_, nullptr);
     KeyClick::setHandler(nullptr);
     // The screens go while everything that they use is still there.
     windows_.deleteAll();
+    WindowForm::setShell(nullptr);
     theMainWindow = nullptr;
 }
 
@@ -141,18 +149,31 @@ void MainWindow::createDialogs() {
     noticeDialog_->setObjectName(QStringLiteral("noticeDialog"));
 }
 
-void MainWindow::startRestClient() {
-    restClient_ = new RestClass(*this, this);
-    restClient_->start(QThread::InheritPriority);
-    connect(&downloads_, &DownloadManager::emitFilePath, this, &MainWindow::fwFileDownloadStart);
-    connect(&downloads_, QOverload<>::of(&DownloadManager::finished), this,
+void MainWindow::connectManagement() {
+    connect(this, &MainWindow::signal_restReceive_FR33_3, this,
+            &MainWindow::sendCommand_ReceiveNetUserDelete);
+    connect(this, &MainWindow::signal_restReceive_FR33_2, this,
+            &MainWindow::sendCommand_ReceiveNetUserGet);
+    connect(this, &MainWindow::signal_receiveNetUserEnroll, this,
+            &MainWindow::sendCommand_ReceiveNetUserEnroll);
+    connect(&management_->downloads(), &DownloadManager::emitFilePath, this,
+            &MainWindow::fwFileDownloadStart);
+    connect(&management_->downloads(), QOverload<>::of(&DownloadManager::finished), this,
             &MainWindow::fileDownloadComplete);
+    connect(this, &MainWindow::signal_receiveDoorOpen, this, &MainWindow::sendCommand_DoorOpen);
+    connect(this, &MainWindow::signal_restCall_FR37, this,
+            &MainWindow::sendCommand_RunKioskEnrollMode);
+    connect(this, &MainWindow::signal_restSetTime, this, &MainWindow::sendCommand_SetTime);
+    connect(this, &MainWindow::signal_restCall_FR59, this,
+            &MainWindow::sendCommand_ReceiveNetDeviceSetting);
+    connect(this, &MainWindow::signal_restCall_FR61, this,
+            &MainWindow::sendCommand_ReceiveNetSystemSetting);
+    connect(this, &MainWindow::signal_restCall_FR51, management_, &ManagementLink::reportVisitor);
+    connect(status_, &SystemStatus::connectWanted, management_, &ManagementLink::connectNow);
     connect(status_, &SystemStatus::connectionCheckWanted, this, [this] {
-        restClient_->SendCommand(RestClass::kConnectionCheck, QVariant());
+        management_->checkNow();
         checkingForUnsentData();
     });
-    connect(status_, &SystemStatus::connectWanted, this,
-            [this] { restClient_->SendCommand(RestClass::kConnect, QVariant()); });
 }
 
 // --- Device link ---------------------------------------------------------------------------
@@ -217,9 +238,7 @@ void MainWindow::shellMessage(const DeviceMessage& message) {
             break;
         case command::Settings:
         case command::SettingsChanged:
-            records_.setMenu(*message.record<_gui_menu_>());
-            settingsArrived_ = true;
-            applyLanguageOfSettings();
+            settingsReceived(*message.record<_gui_menu_>());
             break;
         case command::ControllerEvent:
             lastControllerEvent_ = {message.command, message.p1, message.p2, 0, nullptr};
@@ -238,6 +257,20 @@ void MainWindow::shellMessage(const DeviceMessage& message) {
         case command::TextSpoken:
             EnrollPlaySoundTts(0, nullptr);
             break;
+        case command::AccessEvent:
+            if (const auto event = message.record<GUI_LOGDATA>())
+                sendUserInoutData(&*event);
+            ShowCommandPopup(message.command, message.p1, message.p2, message.payload);
+            break;
+        case command::UserEnrolled:
+            if (const auto info = message.record<info_s>())
+                sendUserEnrollData(&*info);
+            break;
+        case command::VisitorCall:
+            if (const auto call = message.record<VisitorCallReport>())
+                emit signal_restCall_FR51(
+                    QVariant::fromValue(event_reports::visitor(fieldText(call->visiblePicture))));
+            break;
         case command::ControllerNote:
             qCDebug(appLog, "controller note %d %d", message.p1, message.p2);
             break;
@@ -245,6 +278,18 @@ void MainWindow::shellMessage(const DeviceMessage& message) {
             ShowCommandPopup(message.command, message.p1, message.p2, message.payload);
             break;
     }
+}
+
+void MainWindow::settingsReceived(const _gui_menu_& record) {
+    const NetworkBlock before = records_.menu().network;
+    records_.setMenu(record);
+    setReaderMode(static_cast<ReaderMode>(record.setup.readerMode));
+    setServiceMode(static_cast<ServiceMode>(record.setup.serviceMode));
+    setAlarmMode(static_cast<AlarmMode>(record.setup.alarmMode));
+    applyLanguageOfSettings();
+    if (!settingsArrived_ || std::memcmp(&before, &record.network, sizeof before) != 0)
+        initRestCall();
+    settingsArrived_ = true;
 }
 
 void MainWindow::quitByController() {
@@ -346,15 +391,36 @@ void MainWindow::ClosePopup() {
 }
 
 void MainWindow::ShowCommandPopup(int command, int p1, int, const char*) {
-    const CommandPopups::Text* text = CommandPopups::find(command, p1);
-    if (text == nullptr)
+    const CommandPopups::Popup* popup = CommandPopups::find(command, p1);
+    if (popup == nullptr)
         return;
-    popupForm_->setIcon(text->isError ? DialogForm::Icon::Error : DialogForm::Icon::Info);
-    popupForm_->setText(getScript(QLatin1String(text->key)));
-    popupForm_->setOkText(getScript(QStringLiteral("TopMenu_OK")));
-    popupForm_->show();
-    if (text->isError)
+    if (popup->screen != nullptr)
+        changeWindow(QLatin1String(popup->screen));
+    DialogForm* dialog = popupForm_;
+    if (popup->kind == CommandPopups::Kind::Question)
+        dialog = logFullDialog_;
+    else if (popup->kind == CommandPopups::Kind::Notice)
+        dialog = noticeDialog_;
+    ScriptHandler::Script stamp = getScript(QStringLiteral("Arg_EventTime"));
+    stamp.script = popup->kind == CommandPopups::Kind::Notice
+                       ? QDateTime::currentDateTime().toString(stamp.script)
+                       : QString();
+    dialog->setSecondText(stamp);
+    showPopupText(dialog, QLatin1String(popup->key), popup->isError);
+    if (popup->isError)
         PlaySound(kErrorSound);
+}
+
+void MainWindow::showPopupText(DialogForm* dialog, const QString& key, bool isError) {
+    const bool asks = dialog == logFullDialog_;
+    dialog->setIcon(isError ? DialogForm::Icon::Error
+                            : (asks ? DialogForm::Icon::Question : DialogForm::Icon::Info));
+    dialog->setText(getScript(key));
+    dialog->setOkText(getScript(QStringLiteral("TopMenu_OK")));
+    if (asks)
+        dialog->setCancelText(getScript(QStringLiteral("TopMenu_Cancel")));
+    dialog->show();
+    dialog->raise();
 }
 
 void MainWindow::deleteWarnMaxLog() {
@@ -393,21 +459,28 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 
 void MainWindow::applyLanguageOfSettings() {
     const int number = records_.menu().setup.language;
-    const QStringList languages = getLanguageList();
-    if (number == language_ || number >= languages.size())
+    if (number == language_ || number >= getLanguageList().size())
         return;
     // Not the user's change of language: nothing is removed for it.
-    language_ = number;
     if (number == kThirdLanguage)
         Fonts::installJapanese();
-    scripts_->setScript(languages.at(number));
+    setScript(number);
+}
+
+void MainWindow::setScript(int languageNumber) {
+    language_ = languageNumber;
+    scripts_->setScript(getLanguageList().at(languageNumber));
+    applyScriptToKeypad();
+}
+
+void MainWindow::applyScriptToKeypad() {
+    touchKey_->applyScripts([this](const QString& key) { return getScript(key); });
+    touchKey_->setHangulFirst(language_ == 0);
 }
 
 void MainWindow::changeLanguage(int languageNumber) {
-    const QStringList languages = getLanguageList();
-    if (languageNumber < 0 || languageNumber >= languages.size())
+    if (languageNumber < 0 || languageNumber >= getLanguageList().size())
         return;
-    language_ = languageNumber;
     if (languageNumber == kThirdLanguage) {
         QFontDatabase::removeAllApplicationFonts();
         Fonts::installJapanese();
@@ -417,7 +490,7 @@ void MainWindow::changeLanguage(int languageNumber) {
     }
     // The base family serves every language; without it the panel would have no font at all.
     Fonts::registerBase();
-    scripts_->setScript(languages.at(languageNumber));
+    setScript(languageNumber);
 }
 
 // --- Status --------------------------------------------------------------------------------
@@ -494,11 +567,86 @@ void MainWindow::parsingRestCommand(int command, QVariant parameter) {
     }
 }
 
-void MainWindow::completedRestCommand(QVariant) {}
+void MainWindow::updateRestConnectStatus(bool up) {
+    management_->setConnected(up);
+}
+
+void MainWindow::completedRestCommand(QVariant procIdx) {
+    management_->commands().completed(procIdx);
+}
+
+void MainWindow::initRestCall() {
+    management_->restart();
+}
+
+void MainWindow::setIp(const AddressBlock& own) {
+    NetworkSetup::apply(own);
+}
+
+void MainWindow::startEnrolment() {
+    if (WindowForm* live = getWindow(QStringLiteral("liveWindow")))
+        live->enrolRequested();
+}
+
+void MainWindow::showPopupText(const QString& key) {
+    showPopupText(popupForm_, key, false);
+}
+
+RestClass* MainWindow::restClient() const {
+    return management_->client();
+}
 
 void MainWindow::downloadFileURL(const QVariant& parameter) {
     if (parameter.canConvert<FR44_Parameter>())
-        downloads_.append(QUrl(parameter.value<FR44_Parameter>().address));
+        management_->downloads().append(QUrl(parameter.value<FR44_Parameter>().address));
+}
+
+void MainWindow::sendUserInoutData(const GUI_LOGDATA* event) {
+    management_->reportAccess(*event);
+}
+
+void MainWindow::sendUserEnrollData(const info_s* info) {
+    management_->reportEnrolment(*info);
+}
+
+void MainWindow::receiveOpenDoor() {
+    emit signal_receiveDoorOpen(0);
+}
+
+void MainWindow::sendCommand_ReceiveNetUserGet(const QVariant& parameter) {
+    management_->commands().getUser(parameter);
+}
+
+void MainWindow::sendCommand_ReceiveNetUserDelete(const QVariant& parameter) {
+    management_->commands().deleteUser(parameter);
+}
+
+void MainWindow::sendCommand_ReceiveNetUserEnroll(const QVariant& parameter) {
+    management_->commands().enrolUser(parameter);
+}
+
+void MainWindow::sendCommand_DoorOpen(const QVariant&) {
+    management_->commands().openDoor();
+}
+
+void MainWindow::sendCommand_RunKioskEnrollMode(const QVariant& parameter) {
+    management_->commands().runKioskEnrolMode(parameter);
+}
+
+void MainWindow::sendCommand_SetTime(const QVariant& parameter) {
+    management_->commands().setTime(parameter);
+}
+
+void MainWindow::sendCommand_ReceiveNetDeviceSetting(const QVariant& parameter) {
+    management_->commands().setDevice(parameter);
+}
+
+void MainWindow::sendCommand_ReceiveNetSystemSetting(const QVariant& parameter) {
+    management_->commands().setSystem(parameter);
+}
+
+void MainWindow::userRestChkrResult() {
+    management_->takeCommandFolder();
 }
 
 void MainWindow::fwFileDownloadStart(const QString& path) {
@@ -506,8 +654,5 @@ void MainWindow::fwFileDownloadStart(const QString& path) {
 }
 
 void MainWindow::fileDownloadComplete() {
-    if (QFile::exists(downloads_.getFilePath()))
-        QFile::rename(downloads_.getFilePath(), downloads_.getArchivePath());
-    // Told in any case; a controller that finds no archive does nothing.
-    SendCommand(command::UpdateFirmware, 0, 0);
+    management_->commands().finishDownload(management_->downloads());
 }

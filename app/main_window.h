@@ -8,8 +8,9 @@
 #include "app/record_store.h"
 #include "app/system_status.h"
 #include "app/window_registry.h"
+#include "app/window_shell.h"
 #include "cloud/cloud_host.h"
-#include "cloud/download_manager.h"
+#include "cloud/management_host.h"
 #include "link/device_link.h"
 #include "link/device_message.h"
 #include "ui/script_handler.h"
@@ -20,6 +21,7 @@ class MainWindow;
 class DialogForm;
 class InputField;
 class MenuTimer;
+class ManagementLink;
 class MessageDispatch;
 class RestClass;
 class StatusPopup;
@@ -36,7 +38,7 @@ enum class AlarmMode { None = 0, Arm = 1, Disarm = 2 };
 /// screens need. It owns the parts and hands every call on to the one that does the work.
 ///
 /// GUI thread only, but for GetGuiMenu(), settings() and parsingRestCommand().
-class MainWindow : public QMainWindow, public CloudHost {
+class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, public WindowShell {
     Q_OBJECT
 
  public:
@@ -48,10 +50,11 @@ class MainWindow : public QMainWindow, public CloudHost {
 
     // --- Device link -----------------------------------------------------------------------
     /// Sends a frame without payload; dropped unless the link has been reported up.
-    void SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2);
+    void SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2) override;
     /// Sends a frame; dropped unless the socket is connected. @p data may be null with @p len 0.
     void SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2, unsigned short len,
-                     const char* data);
+                     const char* data) override;
+    bool linkUp() const override { return link_->connected(); }
     /// Sends a frame whose payload is a packed record.
     template <typename Record>
     void SendRecord(unsigned short cmd, unsigned char p1, unsigned char p2, const Record& record) {
@@ -75,10 +78,10 @@ class MainWindow : public QMainWindow, public CloudHost {
     // --- Records ---------------------------------------------------------------------------
     /// Whole-record copies out of and into the terminal's own. GetGuiMenu may be called from any
     /// thread.
-    void GetGuiMenu(_gui_menu_* record) const { *record = records_.menu(); }
-    void SetGuiMenu(const _gui_menu_* record) { records_.setMenu(*record); }
+    void GetGuiMenu(_gui_menu_* record) const override { *record = records_.menu(); }
+    void SetGuiMenu(const _gui_menu_* record) override { records_.setMenu(*record); }
     void GetGuiUser(_gui_user_* record) const { *record = records_.user(); }
-    void SetGuiUser(const _gui_user_* record) { records_.setUser(*record); }
+    void SetGuiUser(const _gui_user_* record) override { records_.setUser(*record); }
     void GetUserLog(GUI_USERLOG* record) const { *record = records_.userLog(); }
     void SetUserLog(const GUI_USERLOG* record) { records_.setUserLog(*record); }
     void GetMealCount(MEAL_COUNT* record) const { *record = records_.mealCount(); }
@@ -100,7 +103,7 @@ class MainWindow : public QMainWindow, public CloudHost {
 
     // --- Screens ---------------------------------------------------------------------------
     /// 0 done, 1 no such window, -1 refused.
-    int changeWindow(const QString& title);
+    int changeWindow(const QString& title) override;
     int changeWindow(const QString& title, const QVariant& param);
     WindowForm* getWindow(const QString& title) const { return windows_.find(title); }
     WindowForm* getActivateWindowForm() const { return windows_.active(); }
@@ -116,9 +119,8 @@ class MainWindow : public QMainWindow, public CloudHost {
     void StopMenuTimer();
 
     void showTouchKey();
-    /// Opens the keypad for @p field.
-    void showTouchKey(InputField* field);
-    void removeTouchKey();
+    void showTouchKey(InputField* field) override;
+    void removeTouchKey() override;
     void setTouchKeyOpt(const QString& text);
 
     void ShowPopup(int key, int seconds);
@@ -128,10 +130,12 @@ class MainWindow : public QMainWindow, public CloudHost {
     void ShowCommandPopup(int command, int p1, int p2, const char* payload);
 
     // --- Languages -------------------------------------------------------------------------
-    ScriptHandler::Script getScript(const QString& key) const { return scripts_->getScript(key); }
+    ScriptHandler::Script getScript(const QString& key) const override {
+        return scripts_->getScript(key);
+    }
     QStringList getLanguageList() const { return scripts_->getLanguageList(); }
     QString getScriptFontFamily() const { return scripts_->getFontFamily(); }
-    int scriptRevision() const { return scripts_->revision(); }
+    int scriptRevision() const override { return scripts_->revision(); }
     /// Switches to the language @p languageNumber at the user's wish; a number that the list does
     /// not have changes nothing. Screens take the new texts when they are next shown.
     void changeLanguage(int languageNumber);
@@ -147,14 +151,33 @@ class MainWindow : public QMainWindow, public CloudHost {
     /// Turns a management command into its signal, whose slot runs in the GUI thread. A number
     /// that has none does nothing. Any thread.
     void parsingRestCommand(int command, QVariant parameter) override;
-    void updateRestConnectStatus(bool up) override { restConnected_ = up; }
+    void updateRestConnectStatus(bool up) override;
     void completedRestCommand(QVariant procIdx) override;
-    RestClass* restClient() const { return restClient_; }
+    void initRestCall() override;
+    void setIp(const AddressBlock& own) override;
+    void startEnrolment() override;
+    void showPopupText(const QString& key) override;
+    RestClass* restClient() const;
+    ManagementLink* managementLink() const { return management_; }
     /// Queues the firmware address of an FR44_Parameter.
     void downloadFileURL(const QVariant& parameter);
+    /// Reports an access event or an enrolment to the management service, if it is in use.
+    void sendUserInoutData(const GUI_LOGDATA* event);
+    void sendUserEnrollData(const info_s* info);
+    /// Opens the door once, for a request from inside the terminal.
+    void receiveOpenDoor();
 
  public slots:
     void changeWindowShowEvent(const QString& title);
+    void sendCommand_ReceiveNetUserGet(const QVariant& parameter);
+    void sendCommand_ReceiveNetUserDelete(const QVariant& parameter);
+    void sendCommand_ReceiveNetUserEnroll(const QVariant& parameter);
+    void sendCommand_DoorOpen(const QVariant& parameter);
+    void sendCommand_RunKioskEnrollMode(const QVariant& parameter);
+    void sendCommand_SetTime(const QVariant& parameter);
+    void sendCommand_ReceiveNetDeviceSetting(const QVariant& parameter);
+    void sendCommand_ReceiveNetSystemSetting(const QVariant& parameter);
+    void userRestChkrResult();
     void fwFileDownloadStart(const QString& path);
     void fileDownloadComplete();
 
@@ -188,11 +211,15 @@ class MainWindow : public QMainWindow, public CloudHost {
     void installPictures();
     void initWindowList();
     void createDialogs();
-    void startRestClient();
+    void connectManagement();
+    void settingsReceived(const _gui_menu_& record);
     void checkBootchecker();
     void applyLanguageOfSettings();
+    void setScript(int languageNumber);
+    void applyScriptToKeypad();
     void shellMessage(const DeviceMessage& message);
     void quitByController();
+    void showPopupText(DialogForm* dialog, const QString& key, bool isError);
     void showFaults(const QStringList& keys, bool anyBit);
     void menuTimeout(const QString& returnTitle);
     void deleteWarnMaxLog();
@@ -200,7 +227,6 @@ class MainWindow : public QMainWindow, public CloudHost {
 
     // In the order in which they may be destroyed, last first.
     RecordStore records_;
-    DownloadManager downloads_;
     const QString callNumberPath_;
     const QString locationPath_;
     const QString imageDirectory_;
@@ -219,14 +245,13 @@ class MainWindow : public QMainWindow, public CloudHost {
     DialogForm* popupForm_ = nullptr;
     DialogForm* logFullDialog_ = nullptr;
     DialogForm* noticeDialog_ = nullptr;
-    RestClass* restClient_ = nullptr;
+    ManagementLink* management_ = nullptr;
 
     DeviceMessage lastControllerEvent_;
     ReaderMode readerMode_ = ReaderMode::In;
     ServiceMode serviceMode_ = ServiceMode::InService;
     AlarmMode alarmMode_ = AlarmMode::None;
     int language_ = 0;
-    bool restConnected_ = false;
     bool settingsArrived_ = false;
     bool shownOnce_ = false;
     bool factoryActive_ = false;

@@ -2,12 +2,23 @@
 
 #include <QLoggingCategory>
 
-#include "app/main_window.h"
+#include "app/window_shell.h"
 #include "link/device_message.h"
+#include "ui/input_field.h"
 #include "ui/scripted.h"
 #include "ui/theme.h"
 
 Q_LOGGING_CATEGORY(windowLog, "zel.app.window", QtInfoMsg)
+
+namespace {
+
+WindowShell* theShell = nullptr;
+
+}  // namespace
+
+void WindowForm::setShell(WindowShell* shell) {
+    theShell = shell;
+}
 
 WindowForm::WindowForm(QWidget* parent, const QString& title) : QWidget(parent), title_(title) {
     setObjectName(title);
@@ -39,12 +50,17 @@ void WindowForm::ensureForm() {
         setPalette(colors);
         setAutoFillBackground(true);
         createForm();
+        const QList<InputField*> fields = findChildren<InputField*>();
+        for (InputField* field : fields)
+            connect(field, &InputField::editRequested, this, [field] {
+                if (theShell != nullptr)
+                    theShell->showTouchKey(field);
+            });
     }
-    const MainWindow* shell = MainWindow::getMainWindow();
-    if (shell == nullptr || scriptRevision_ == shell->scriptRevision())
+    if (theShell == nullptr || scriptRevision_ == theShell->scriptRevision())
         return;
-    scriptRevision_ = shell->scriptRevision();
-    Scripted::applyBelow(this, [shell](const QString& key) { return shell->getScript(key); });
+    scriptRevision_ = theShell->scriptRevision();
+    Scripted::applyBelow(this, [](const QString& key) { return theShell->getScript(key); });
     scriptsApplied();
 }
 
@@ -58,7 +74,7 @@ void WindowForm::scriptsApplied() {}
 
 void WindowForm::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
-    if (MainWindow* shell = MainWindow::getMainWindow())
-        shell->removeTouchKey();
+    if (theShell != nullptr)
+        theShell->removeTouchKey();
     windowInEvent();
 }

@@ -5,6 +5,7 @@
 #include <QWidget>
 
 struct DeviceMessage;
+class WindowShell;
 
 /// Base of every full-screen screen. A screen is created once at start-up as a light object; what
 /// it shows is built when it is first needed (ensureForm()) and gets its texts whenever it is shown
@@ -13,6 +14,9 @@ class WindowForm : public QWidget {
     Q_OBJECT
 
  public:
+    /// The shell that all screens live in; null while there is none.
+    static void setShell(WindowShell* shell);
+
     /// @p title is the name in the registry.
     WindowForm(QWidget* parent, const QString& title);
 
@@ -28,6 +32,9 @@ class WindowForm : public QWidget {
     /// not know it ignores.
     virtual void deviceAnswer(const DeviceMessage& message);
 
+    /// The management service asks for what the screen's enrol button starts.
+    virtual void enrolRequested() {}
+
     /// Builds the form if it is not there yet and brings its texts up to date.
     void ensureForm();
     bool isFormBuilt() const { return formBuilt_; }
@@ -35,7 +42,7 @@ class WindowForm : public QWidget {
     void setVisible(bool visible) override;
 
  protected:
-    /// Builds the screen's form; called once.
+    /// Builds the screen's form; called once. Its input fields get the keypad when touched.
     virtual void createForm() = 0;
     /// Called after the texts of the form's widgets have been set for a language.
     virtual void scriptsApplied();

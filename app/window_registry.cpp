@@ -1,6 +1,7 @@
 #include "app/window_registry.h"
 
 #include "app/window_form.h"
+#include "ui/dialog_overlay.h"
 
 WindowForm* WindowRegistry::find(const QString& title) const {
     for (WindowForm* window : windows_) {
@@ -28,6 +29,9 @@ WindowRegistry::Result WindowRegistry::change(const QString& title, const QVaria
     // Raised first: what it opens as it comes up, such as the keypad, lies above it.
     next->raise();
     next->show();
+    // A dialog that is up stays the topmost.
+    if (DialogOverlay* dialog = DialogOverlay::current(next))
+        dialog->raise();
     for (WindowForm* window : qAsConst(windows_)) {
         if (window != active_)
             window->hide();

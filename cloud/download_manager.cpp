@@ -121,7 +121,7 @@ void DownloadManager::downloadReadyRead() {
     if (!writeError_.isEmpty())
         return;
     if (output_.write(piece) != piece.size() || !output_.flush()) {
-        writeError_ = output_.errorString();
+        writeError_ = output_.fileName() + QStringLiteral(" cannot be written");
         reply_->abort();
     }
 }

@@ -104,6 +104,7 @@ class HttpGuard::Connection {
     }
     std::size_t held() const { return held_; }
 
+    const std::shared_ptr<Http::RequestParser> parser = std::make_shared<GuardedParser>();
     bool refused = false;
     std::size_t discarded = 0;
     int unsentAnswers = 0;
@@ -116,8 +117,9 @@ class HttpGuard::Connection {
 HttpGuard::HttpGuard(std::shared_ptr<Pistache::Rest::Router> router) : router_(std::move(router)) {}
 
 void HttpGuard::onConnection(const std::shared_ptr<Tcp::Peer>& peer) {
-    peer->putData(ParserData, std::shared_ptr<Http::RequestParser>(new GuardedParser));
-    peer->putData(kConnectionData, std::make_shared<Connection>(totals_));
+    const auto connection = std::make_shared<Connection>(totals_);
+    peer->putData(ParserData, connection->parser);
+    peer->putData(kConnectionData, connection);
     if (totals_->connections > kMaxConnections)
         ::shutdown(peer->fd(), SHUT_RDWR);
 }
@@ -131,7 +133,7 @@ void HttpGuard::onInput(const char* data, std::size_t size,
             ::shutdown(peer->fd(), SHUT_RDWR);
         return;
     }
-    const std::shared_ptr<Http::RequestParser> parser = getParser(peer);
+    Http::RequestParser* const parser = connection->parser.get();
     try {
         connection->hold(size);
         if (totals_->held > kMaxHeld)
@@ -148,7 +150,7 @@ void HttpGuard::onInput(const char* data, std::size_t size,
         const Http::Request request = std::move(parser->request);
         parser->reset();
         connection->release();
-        handle(request, peer);
+        handle(request, *connection, peer);
     } catch (const Http::HttpError& error) {
         refuse(static_cast<Http::Code>(error.code()), peer);
     } catch (const std::exception&) {
@@ -156,9 +158,10 @@ void HttpGuard::onInput(const char* data, std::size_t size,
     }
 }
 
-void HttpGuard::handle(const Http::Request& request, const std::shared_ptr<Tcp::Peer>& peer) {
+void HttpGuard::handle(const Http::Request& request, const Connection& connection,
+                       const std::shared_ptr<Tcp::Peer>& peer) {
     // A well-behaved client reads an answer before it asks again.
-    if (Connection::of(peer)->unsentAnswers > 0) {
+    if (connection.unsentAnswers > 0) {
         ::shutdown(peer->fd(), SHUT_RDWR);
         return;
     }
@@ -169,9 +172,9 @@ void HttpGuard::handle(const Http::Request& request, const std::shared_ptr<Tcp::
 
     Http::ResponseWriter response(request.version(), transport(), this, peer);
     response.headers().add<Http::Header::AccessControlAllowOrigin>("*");
-    const auto connection = request.headers().tryGet<Http::Header::Connection>();
-    response.headers().add<Http::Header::Connection>(connection ? connection->control()
-                                                                : Http::ConnectionControl::Close);
+    const auto wish = request.headers().tryGet<Http::Header::Connection>();
+    response.headers().add<Http::Header::Connection>(wish ? wish->control()
+                                                          : Http::ConnectionControl::Close);
     peer->setIdle(false);
     onRequest(request, std::move(response));
 }
@@ -195,7 +198,7 @@ void HttpGuard::refuse(Http::Code code, const std::shared_ptr<Tcp::Peer>& peer) 
     const std::shared_ptr<Connection> connection = Connection::of(peer);
     connection->refused = true;
     connection->release();
-    getParser(peer)->reset();
+    connection->parser->reset();
 
     Http::ResponseWriter response(Http::Version::Http11, transport(), this, peer);
     response.headers().add<Http::Header::AccessControlAllowOrigin>("*");

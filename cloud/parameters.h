@@ -1,12 +1,13 @@
 #pragma once
 
-#include <QByteArray>
 #include <QMetaType>
 #include <QString>
 #include <QVariant>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 #include "link/device_records.h"
 
@@ -65,22 +66,21 @@ struct FR51_Parameter {
 /// The settings that the management service wants changed; what is not given stays as it is. Holds
 /// single values instead of whole blocks, so that two orders in a row never undo one another.
 struct Device_Setup_Parameter {
-    using Address = std::array<std::uint8_t, 4>;
-    using Choice = std::optional<std::uint8_t>;
+    /// A setting of one byte, by its place in the settings record.
+    struct Byte {
+        std::size_t offset;
+        std::uint8_t value;
+    };
 
     QString time;  // "yyyy-MM-dd hh:mm:ss", empty to leave the clock alone
-
+    std::vector<Byte> bytes;
     std::optional<std::uint32_t> deviceNumber;
-    std::optional<QByteArray> adminPassword;
-    Choice operation, readerMode, authMethod, doorOpenDuration, relayUse, relayType;
-    Choice syncTime, tamperSwitch, quickRegistration;
-    Choice registrationOn, registrationAuthMethod, autoId, autoApproval, glasses, userLevel;
-    Choice securityLevel, saveThumbnail, useThumbnail, saveUnregistered;
-    Choice brightness, menuTimeout, sleepMode, standbyMode, statusLed, showThumbnail;
-    Choice volume, alarmSound, recognitionFailSound;
-    Choice dhcp, useManager;
-    std::optional<Address> address, mask, gateway, dns, managerAddress;
+    std::optional<QString> adminPassword;
+    std::optional<std::array<std::uint8_t, 4>> managerAddress;
     std::optional<std::uint16_t> managerPort;
+
+    /// Writes the values given into @p settings.
+    void applyTo(_gui_menu_& settings) const;
 };
 
 /// One of the system action words.

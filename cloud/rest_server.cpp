@@ -3,6 +3,8 @@
 #include <pthread.h>
 #include <signal.h>
 
+#include <QDateTime>
+#include <QJsonDocument>
 #include <QString>
 #include <chrono>
 #include <exception>
@@ -11,6 +13,10 @@
 #include "cloud/cloud_host.h"
 #include "cloud/cloud_log.h"
 #include "cloud/http_guard.h"
+#include "cloud/parameters.h"
+#include "cloud/terminal_routes.h"
+#include "cloud/user_routes.h"
+#include "cloud/user_table.h"
 
 namespace Http = Pistache::Http;
 namespace Rest = Pistache::Rest;
@@ -23,6 +29,40 @@ constexpr std::chrono::seconds kRetryInterval{1};
 constexpr std::chrono::seconds kHeaderTimeout{10};
 constexpr std::chrono::seconds kBodyTimeout{30};
 constexpr std::chrono::seconds kKeepAliveTimeout{60};
+
+/// The commands in the host's numbering. Running recognition has no effect there.
+enum Command {
+    kGetUser = 5,
+    kRunEnrolment = 10,
+    kRunRecognition = 11,
+    kUpdateFirmware = 12,
+    kSetDevice = 14,
+    kSetSystem = 15,
+    kOpenDoor = 16,
+    kSetTime = 18,
+};
+
+QByteArray bodyOf(const Rest::Request& request) {
+    const std::string& body = request.body();
+    return QByteArray::fromRawData(body.data(), static_cast<int>(body.size()));
+}
+
+/// The whole answer of a route that returns a result only.
+QByteArray envelope(int code) {
+    // Most answers are this one.
+    static const QByteArray succeed =
+        QJsonDocument(RestServer::getErrCodeJSon(result::kSucceed)).toJson();
+    return code == result::kSucceed ? succeed
+                                    : QJsonDocument(RestServer::getErrCodeJSon(code)).toJson();
+}
+
+/// The whole answer of a route that returns @p data beside its success.
+QByteArray envelopeWith(const QJsonObject& data) {
+    QJsonObject answer = RestServer::getErrCodeJSon(result::kSucceed);
+    for (auto value = data.begin(); value != data.end(); ++value)
+        answer.insert(value.key(), value.value());
+    return QJsonDocument(answer).toJson();
+}
 
 /// Keeps signals away from the threads that the library starts: a thread inherits the mask of the
 /// one that starts it, and the process's signals are the GUI thread's business. It also spares the
@@ -67,10 +107,153 @@ void RestServer::init(unsigned int /*threads*/) {
     setupRoutes();
 }
 
-void RestServer::setupRoutes() {}
+void RestServer::setupRoutes() {
+    const auto bind = [this](const char* name,
+                             void (RestServer::*handler)(const Request&, Response)) {
+        Rest::Routes::Post(*router_, std::string("/cloud-service/rest-api/") + name,
+                           Rest::Routes::bind(handler, this));
+    };
+    bind("user-data-send.do", &RestServer::doUserDataSend);
+    bind("user-data-get.do", &RestServer::doUserDataInfo);
+    bind("user-data-del.do", &RestServer::doUserDataDelete);
+    bind("device-fw-update.do", &RestServer::doUpdateFW);
+    bind("time-set.do", &RestServer::doSetTime);
+    bind("device-set.do", &RestServer::doSetDevice);
+    bind("system-set.do", &RestServer::doSetSystem);
+    bind("door-open.do", &RestServer::doDoorOpen);
+    bind("user-group-info.do", &RestServer::doUserGroupInfo);
+    bind("device-status.do", &RestServer::doDeviceStatus);
+    bind("run-enroll-mode.do", &RestServer::doRunEnrollMode);
+    bind("run-recognize-mode.do", &RestServer::doRunRecognizeMode);
+    bind("user-list-get.do", &RestServer::doUserListInfo);
+}
+
+// --- Routes --------------------------------------------------------------------------------
+
+/// Runs @p work, which returns the answer's envelope and data, and answers with that.
+template <typename Work>
+void RestServer::serve(Response& response, Permission permission, Work work) {
+    QByteArray answer;
+    try {
+        settings_ = host_.settings();
+        if (permission == Permission::ManagerControl && settings_.managerControl != 1)
+            answer = envelope(result::kNotAllowed);
+        else
+            answer = work();
+    } catch (const std::exception& error) {
+        qCWarning(cloudLog, "request not carried out: %s", error.what());
+        answer = envelope(result::kUnknownError);
+    }
+    HttpGuard::send(response, Http::Code::Ok, answer.constData(),
+                    static_cast<std::size_t>(answer.size()));
+}
+
+/// Hands what was decoded over to the host as @p command; returns the result code to answer.
+template <typename Value>
+int RestServer::handOver(int command, const Decoded<Value>& decoded) {
+    if (decoded.ok())
+        host_.parsingRestCommand(command, QVariant::fromValue(decoded.value));
+    return decoded.code;
+}
+
+void RestServer::doUserDataSend(const Request& request, Response response) {
+    serve(response, Permission::ManagerControl, [&] {
+        const auto sent = user_routes::decodeUserDataSend(bodyOf(request));
+        if (sent.ok() && !commandFolder_.writeAdd(sent.value.user, sent.value.picture))
+            return envelope(result::kUnknownError);
+        return envelope(sent.code);
+    });
+}
+
+void RestServer::doUserDataInfo(const Request& request, Response response) {
+    serve(response, Permission::ManagerControl, [&] {
+        return envelope(handOver(kGetUser, user_routes::decodeUserDataGet(bodyOf(request))));
+    });
+}
+
+void RestServer::doUserDataDelete(const Request& request, Response response) {
+    serve(response, Permission::ManagerControl, [&] {
+        const auto user = user_routes::decodeUserDataDelete(bodyOf(request));
+        if (user.ok() && !commandFolder_.writeDelete(user.value.cardNo))
+            return envelope(result::kUnknownError);
+        return envelope(user.code);
+    });
+}
+
+void RestServer::doUpdateFW(const Request& request, Response response) {
+    serve(response, Permission::NotNeeded, [&] {
+        return envelope(handOver(
+            kUpdateFirmware, terminal_routes::decodeFirmwareUpdate(bodyOf(request), settings_)));
+    });
+}
+
+void RestServer::doSetTime(const Request& request, Response response) {
+    serve(response, Permission::ManagerControl, [&] {
+        return envelope(handOver(kSetTime, terminal_routes::decodeTimeSet(bodyOf(request))));
+    });
+}
+
+void RestServer::doSetDevice(const Request& request, Response response) {
+    serve(response, Permission::NotNeeded, [&] {
+        return envelope(handOver(kSetDevice, terminal_routes::decodeDeviceSet(bodyOf(request))));
+    });
+}
+
+void RestServer::doSetSystem(const Request& request, Response response) {
+    serve(response, Permission::NotNeeded, [&] {
+        return envelope(handOver(kSetSystem, terminal_routes::decodeSystemSet(bodyOf(request))));
+    });
+}
+
+void RestServer::doDoorOpen(const Request&, Response response) {
+    serve(response, Permission::ManagerControl, [&] {
+        host_.parsingRestCommand(kOpenDoor, {});
+        return envelope(result::kSucceed);
+    });
+}
+
+void RestServer::doUserGroupInfo(const Request&, Response response) {
+    serve(response, Permission::NotNeeded, [&] {
+        return envelopeWith(
+            {{QStringLiteral("groupInfo"), user_routes::groupInfo(settings_.users)}});
+    });
+}
+
+void RestServer::doDeviceStatus(const Request&, Response response) {
+    serve(response, Permission::NotNeeded, [&] {
+        return envelopeWith(terminal_routes::deviceStatus(settings_, QDateTime::currentDateTime()));
+    });
+}
+
+void RestServer::doRunEnrollMode(const Request& request, Response response) {
+    serve(response, Permission::ManagerControl, [&] {
+        return envelope(
+            handOver(kRunEnrolment, terminal_routes::decodeRunEnrollMode(bodyOf(request))));
+    });
+}
+
+void RestServer::doRunRecognizeMode(const Request&, Response response) {
+    serve(response, Permission::NotNeeded, [&] {
+        host_.parsingRestCommand(kRunRecognition, {});
+        return envelope(result::kSucceed);
+    });
+}
+
+void RestServer::doUserListInfo(const Request&, Response response) {
+    serve(response, Permission::NotNeeded, [&] {
+        host_.parsingRestCommand(kRunRecognition, {});
+        UserTable table;
+        table.sqlOpen_ex();
+        return envelopeWith(
+            {{QStringLiteral("userInfo"), user_routes::listInfo(table.sqlGetUserId())}});
+    });
+}
+
+// --- Life ----------------------------------------------------------------------------------
 
 void RestServer::start() {
     const SignalsBlocked quiet;
+    CommandFolder::removeUnfinished();
     endpoint_->setHandler(std::make_shared<HttpGuard>(router_));
     bool complained = false;
     std::unique_lock<std::mutex> lock(stopLock_);
@@ -107,14 +290,14 @@ QJsonObject RestServer::getErrCodeJSon(int code) {
     QString message;
     switch (code) {
         case 0:
-        case 1000:
+        case result::kSucceed:
             result = QStringLiteral("1000");
             message = QStringLiteral("succeed");
             break;
-        case 2000:
+        case result::kNotAllowed:
             message = QStringLiteral("Do not allow manager control");
             break;
-        case 3001:
+        case result::kCardNumberLength:
             message =
                 QStringLiteral("check User CardNo Length (Min ~ Max : %1 ~ %2 )").arg(6).arg(11);
             break;

@@ -9,6 +9,10 @@
 #include <memory>
 #include <mutex>
 
+#include "cloud/command_folder.h"
+#include "cloud/decoded.h"
+#include "link/device_records.h"
+
 class CloudHost;
 
 /// The HTTP server through which the management service commands the terminal.
@@ -17,6 +21,7 @@ class CloudHost;
 /// request, hands it over to the host and answers at once: success means accepted, not carried out.
 class RestServer {
  public:
+    /// @p host outlives the server.
     RestServer(Pistache::Address address, CloudHost& host);
     ~RestServer();
 
@@ -31,12 +36,36 @@ class RestServer {
     static QJsonObject getErrCodeJSon(int code);
 
  private:
+    using Request = Pistache::Rest::Request;
+    using Response = Pistache::Http::ResponseWriter;
+    enum class Permission { NotNeeded, ManagerControl };
+
     void setupRoutes();
+    void doUserDataSend(const Request& request, Response response);
+    void doUserDataInfo(const Request& request, Response response);
+    void doUserDataDelete(const Request& request, Response response);
+    void doUpdateFW(const Request& request, Response response);
+    void doSetTime(const Request& request, Response response);
+    void doSetDevice(const Request& request, Response response);
+    void doSetSystem(const Request& request, Response response);
+    void doDoorOpen(const Request& request, Response response);
+    void doUserGroupInfo(const Request& request, Response response);
+    void doDeviceStatus(const Request& request, Response response);
+    void doRunEnrollMode(const Request& request, Response response);
+    void doRunRecognizeMode(const Request& request, Response response);
+    void doUserListInfo(const Request& request, Response response);
+
+    template <typename Work>
+    void serve(Response& response, Permission permission, Work work);
+    template <typename Value>
+    int handOver(int command, const Decoded<Value>& decoded);
 
     CloudHost& host_;
     const Pistache::Address address_;
     std::shared_ptr<Pistache::Http::Endpoint> endpoint_;
     const std::shared_ptr<Pistache::Rest::Router> router_;
+    _gui_menu_ settings_{};  // as they were when the present request came
+    CommandFolder commandFolder_;
 
     std::mutex stopLock_;
     std::condition_variable stopSignal_;

@@ -277,7 +277,7 @@ struct EventReported {
     std::uint8_t reserved[22];
 };
 
-/// Payload of UserReported: the enrolled user that the management service has confirmed.
+/// Payload of UserReported: an enrolled user and what the management service made of the report.
 struct UserReported {
     char userId[16];
     char name[100];
@@ -286,7 +286,8 @@ struct UserReported {
     std::uint8_t level;
     std::uint8_t autoEnrolled;
     std::uint8_t removeUserData;
-    std::uint8_t reserved[4];
+    std::uint16_t resultCode;  // of the service: 1000 when it has the user, 0 without an answer
+    std::uint8_t reserved[2];
 };
 
 /// Payload of SaveOperationSettings: the operation block without its times.
@@ -324,7 +325,7 @@ struct ClockTime {
     std::uint8_t second;
 };
 
-/// Payload of SystemStatus; older controllers send none.
+/// Payload of SystemStatus. A report may come without one and then is about the status alone.
 struct StatusReport {
     std::uint8_t armed;  // 1: the site is armed
     std::uint8_t reserved[3];
@@ -348,7 +349,7 @@ struct RecognitionResult {
     char name[100];
     std::uint8_t result;           // 0 accepted, 1 no access time, 2 not permitted, 3 registered,
                                    // 4 meal already taken
-    std::uint8_t authMethod;       // as the user's
+    std::uint8_t authMethod;       // 0 by card, 1 by face
     std::uint8_t level;            // as the user's
     std::uint8_t rights;           // as the user's
     std::uint8_t score;            // percent, 0 for a card

@@ -1,4 +1,5 @@
 #include <QElapsedTimer>
+#include <QJsonDocument>
 #include <QTemporaryDir>
 #include <QThread>
 #include <QtTest>
@@ -9,6 +10,7 @@
 
 #include "cloud/http_guard.h"
 #include "cloud/rest_client.h"
+#include "cloud/rest_server.h"
 #include "cloud_test_support.h"
 
 namespace {
@@ -30,6 +32,7 @@ class CloudRestServerTest : public QObject {
     Q_OBJECT
 
  private:
+    QTemporaryDir root_;
     FakeHost host_;
     std::unique_ptr<RestClass> client_;
 
@@ -41,6 +44,7 @@ class CloudRestServerTest : public QObject {
 
  private slots:
     void initTestCase() {
+        qputenv("ZEL_ROOT", root_.path().toLocal8Bit());
         port = freePort();
         qputenv("ZEL_REST_PORT", QByteArray::number(port));
         registerCloudTypes();
@@ -52,6 +56,91 @@ class CloudRestServerTest : public QObject {
         const QByteArray answer = exchange(port, post("/nowhere", "{}"));
         QCOMPARE(status(answer), 404);
         QVERIFY(answer.contains("Access-Control-Allow-Origin: *\r\n"));
+    }
+
+    /// Every route answers on its own path, heeds the permission and hands over its own command.
+    void routesAnswerAndHandOver_data() {
+        QTest::addColumn<QByteArray>("route");
+        QTest::addColumn<QByteArray>("body");
+        QTest::addColumn<bool>("checked");
+        QTest::addColumn<int>("command");
+        const QByteArray user = R"({"userInfo":{"cardInfo":{"cardNo":"123456"}}})";
+        const auto row = [](const char* route, const QByteArray& body, bool checked, int command) {
+            QTest::newRow(route) << QByteArray(route) << body << checked << command;
+        };
+        row("user-data-send.do", user, true, 0);
+        row("user-data-get.do", user, true, 5);
+        row("user-data-del.do", user, true, 0);
+        row("device-fw-update.do", R"({"firmFile":"/f"})", false, 12);
+        row("time-set.do", R"({"TimeSettings":{"Date":"2031-12-24","Time":"23:59:58"}})", true, 18);
+        row("device-set.do", R"({"DeviceSettings":{}})", false, 14);
+        row("system-set.do", R"({"system":"rebootDevice"})", false, 15);
+        row("door-open.do", "", true, 16);
+        row("user-group-info.do", "", false, 0);
+        row("device-status.do", "", false, 0);
+        row("run-enroll-mode.do", user, true, 10);
+        row("run-recognize-mode.do", "", false, 11);
+        row("user-list-get.do", "", false, 11);
+    }
+    void routesAnswerAndHandOver() {
+        QFETCH(QByteArray, route);
+        QFETCH(QByteArray, body);
+        QFETCH(bool, checked);
+        QFETCH(int, command);
+        serve();
+        const auto resultOf = [](const QByteArray& answer) {
+            const QByteArray json = answer.mid(answer.indexOf("\r\n\r\n") + 4);
+            return QJsonDocument::fromJson(json).object();
+        };
+        const QByteArray request = post("/cloud-service/rest-api/" + route, body);
+        _gui_menu_ settings{};
+        settings.managerControl = 2;
+        host_.setSettings(settings);
+        host_.takeCommands();
+        QByteArray answer = exchange(port, request);
+        QCOMPARE(resultOf(answer).value(QStringLiteral("resultCode")).toString(),
+                 checked ? QStringLiteral("2000") : QStringLiteral("1000"));
+        QCOMPARE(host_.takeCommands().size(), !checked && command != 0 ? 1 : 0);
+
+        settings.managerControl = 1;
+        host_.setSettings(settings);
+        answer = exchange(port, request);
+        QCOMPARE(status(answer), 200);
+        QVERIFY(answer.contains("Access-Control-Allow-Origin: *\r\n"));
+        QVERIFY(!answer.contains("Content-Type"));
+        QCOMPARE(resultOf(answer).value(QStringLiteral("resultMessage")).toString(),
+                 QStringLiteral("succeed"));
+        const auto commands = host_.takeCommands();
+        QCOMPARE(commands.size(), command == 0 ? 0 : 1);
+        QCOMPARE(commands.isEmpty() ? 0 : commands[0].first, command);
+    }
+
+    void resultCodesHaveTheirTexts() {
+        const auto text = [](int code) {
+            const QJsonObject envelope = RestServer::getErrCodeJSon(code);
+            return envelope.value(QStringLiteral("resultCode")).toString() + QLatin1Char(' ') +
+                   envelope.value(QStringLiteral("resultMessage")).toString();
+        };
+        QCOMPARE(text(0), QStringLiteral("1000 succeed"));
+        QCOMPARE(text(2000), QStringLiteral("2000 Do not allow manager control"));
+        QCOMPARE(text(3001), QStringLiteral("3001 check User CardNo Length (Min ~ Max : 6 ~ 11 )"));
+        QCOMPARE(text(2003), QStringLiteral("9999 Unknown Error"));
+    }
+
+    /// A client that keeps asking and never reads is cut off instead of being answered into memory.
+    void aClientThatNeverReadsIsCutOff() {
+        serve();
+        QTcpSocket socket;
+        socket.setReadBufferSize(1);
+        socket.connectToHost(QHostAddress(QHostAddress::LocalHost), port);
+        QVERIFY(socket.waitForConnected());
+        const QByteArray request =
+            post("/cloud-service/rest-api/device-status.do", {}, "Connection: keep-alive\r\n");
+        for (int i = 0; i < 100000 && socket.state() == QAbstractSocket::ConnectedState; ++i) {
+            socket.write(request);
+            socket.waitForBytesWritten(1000);
+        }
+        QVERIFY(socket.state() != QAbstractSocket::ConnectedState);
     }
 
     /// Nothing that is not a request gets an answer with a text in it, and the next client is

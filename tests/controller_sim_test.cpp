@@ -316,7 +316,7 @@ void ControllerSimTest::statusFollowsThePeriods() {
 void ControllerSimTest::attendanceWaitsForTheChoice() {
     Terminal terminal(sim_->port());
     QTRY_VERIFY(sim_->terminalConnected());
-    word("time 2026-03-13 08:30");
+    word("time 2026-03-13 08:00");
     QTRY_VERIFY(terminal.has(command::SystemStatus));
     QCOMPARE(int(terminal.last.p1), 1);
 

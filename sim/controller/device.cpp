@@ -105,11 +105,11 @@ void Device::setArmed(bool armed) {
 }
 
 void Device::setTime(const QDateTime& time) {
-    setClockOffset(QDateTime::currentDateTime().secsTo(time));
+    setClockOffset(QDateTime::currentDateTime().msecsTo(time));
 }
 
-void Device::setClockOffset(qint64 seconds) {
-    clockOffset_ = seconds;
+void Device::setClockOffset(qint64 milliseconds) {
+    clockOffset_ = milliseconds;
     emit timeChanged();
     emit changed();
 }

@@ -42,11 +42,11 @@ class Device : public QObject {
     void setArmed(bool armed);
 
     /// The controller's own clock: the machine's, moved by setTime().
-    QDateTime now() const { return QDateTime::currentDateTime().addSecs(clockOffset_); }
+    QDateTime now() const { return QDateTime::currentDateTime().addMSecs(clockOffset_); }
     void setTime(const QDateTime& time);
-    /// Seconds by which the controller's clock is ahead of the machine's.
+    /// Milliseconds by which the controller's clock is ahead of the machine's.
     qint64 clockOffset() const { return clockOffset_; }
-    void setClockOffset(qint64 seconds);
+    void setClockOffset(qint64 milliseconds);
 
     void send(quint16 command, quint8 p1 = 0, quint8 p2 = 0, const QByteArray& payload = {});
     template <typename T>

@@ -1,13 +1,17 @@
+#include <fcntl.h>
 #include <unistd.h>
 
+#include <QApplication>
 #include <QCommandLineParser>
-#include <QCoreApplication>
 #include <QSocketNotifier>
+#include <algorithm>
 #include <cstdio>
+#include <memory>
 
 #include "base/device_paths.h"
 #include "sim/controller/controller_sim.h"
 #include "sim/controller/line_buffer.h"
+#include "sim/controller/panel.h"
 
 namespace {
 
@@ -34,10 +38,26 @@ void readConsole(ControllerSim& controller) {
         });
 }
 
+constexpr char kPanelOption[] = "--panel";
+
+/// A panel needs a display, so only with one is this a program with windows.
+std::unique_ptr<QCoreApplication> makeApplication(int& argc, char* argv[]) {
+    const bool panel = std::any_of(argv + 1, argv + argc, [](const char* argument) {
+        return qstrcmp(argument, kPanelOption) == 0;
+    });
+    if (!panel)
+        return std::make_unique<QCoreApplication>(argc, argv);
+    auto application = std::make_unique<QApplication>(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    return application;
+}
+
 }  // namespace
 
 int main(int argc, char* argv[]) {
-    QCoreApplication application(argc, argv);
+    // Asked first: without standard input its number goes to the next thing opened.
+    const bool console = ::fcntl(STDIN_FILENO, F_GETFD) >= 0;
+    const std::unique_ptr<QCoreApplication> application = makeApplication(argc, argv);
     QCommandLineParser arguments;
     arguments.setApplicationDescription(
         QStringLiteral("Stands in for the device controller. Reads words from standard input and "
@@ -46,8 +66,12 @@ int main(int argc, char* argv[]) {
     const QCommandLineOption control(
         QStringLiteral("control"), QStringLiteral("TCP port for words, on 127.0.0.1."),
         QStringLiteral("port"), QString::number(ControllerSim::kControlPort));
+    const QCommandLineOption withPanel(
+        QLatin1String(kPanelOption).mid(2),
+        QStringLiteral("Open a window of buttons; closing it leaves the controller running."));
     arguments.addOption(control);
-    arguments.process(application);
+    arguments.addOption(withPanel);
+    arguments.process(*application);
     bool ok = false;
     const quint16 controlPort = arguments.value(control).toUShort(&ok);
     if (!ok) {
@@ -62,8 +86,15 @@ int main(int argc, char* argv[]) {
     std::printf("waiting for the terminal on 127.0.0.1:%d, for words here and on 127.0.0.1:%d\n",
                 controller.port(), controller.controlPort());
     std::fflush(stdout);
-    QObject::connect(&controller, &ControllerSim::quitRequested, &application,
+    QObject::connect(&controller, &ControllerSim::quitRequested, application.get(),
                      &QCoreApplication::quit);
-    readConsole(controller);
+    if (console)
+        readConsole(controller);
+
+    std::unique_ptr<Panel> panel;
+    if (arguments.isSet(withPanel)) {
+        panel = std::make_unique<Panel>(controller);
+        panel->show();
+    }
     return QCoreApplication::exec();
 }

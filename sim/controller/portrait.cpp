@@ -65,6 +65,10 @@ QImage draw(const Look& look) {
     return image;
 }
 
+const Look& lookOf(int number) {
+    return kLooks[static_cast<std::size_t>(number) % std::size(kLooks)];
+}
+
 void write(const QImage& image, const QString& folder, const QString& userId) {
     QDir().mkpath(folder);
     image.save(folder + QLatin1Char('/') + userId + QStringLiteral(".jpg"), "JPG", 88);
@@ -75,11 +79,16 @@ void write(const QImage& image, const QString& folder, const QString& userId) {
 namespace portrait {
 
 void save(const QString& dataFolder, const QString& userId, int look) {
-    const QImage photo = draw(kLooks[static_cast<std::size_t>(look) % std::size(kLooks)]);
+    const QImage photo = draw(lookOf(look));
     write(photo, dataFolder + QStringLiteral("/user"), userId);
     const QImage square = photo.copy(0, 20, kPhoto.width(), kPhoto.width());
     write(square.scaled(kThumbnail, Qt::IgnoreAspectRatio, Qt::SmoothTransformation),
           dataFolder + QStringLiteral("/thumb"), userId);
+    saveSnapshot(dataFolder, userId, look);
+}
+
+void saveSnapshot(const QString& dataFolder, const QString& name, int look) {
+    write(draw(lookOf(look)), dataFolder + QStringLiteral("/Images"), name);
 }
 
 }  // namespace portrait

@@ -8,8 +8,12 @@ namespace portrait {
 /// The name of the picture that a visitor's call shows.
 constexpr char kVisitor[] = "visitor";
 
-/// Draws a face and writes it as user/@p userId.jpg and, small, as thumb/@p userId.jpg below
-/// @p dataFolder. Different values of @p look look different.
+/// Draws a face and writes it below @p dataFolder: for the terminal's screens as
+/// user/@p userId.jpg and, small, as thumb/@p userId.jpg, and for reports as a snapshot. Different
+/// values of @p look look different.
 void save(const QString& dataFolder, const QString& userId, int look);
+
+/// Draws a face and writes it as Images/@p name.jpg, as a camera picture for reports.
+void saveSnapshot(const QString& dataFolder, const QString& name, int look);
 
 }  // namespace portrait

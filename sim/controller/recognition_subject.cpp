@@ -7,7 +7,6 @@
 #include "link/device_message.h"
 #include "sim/controller/device.h"
 #include "sim/controller/portrait.h"
-#include "sim/controller/record_fields.h"
 #include "sim/controller/subjects.h"
 #include "sim/controller/work_status.h"
 
@@ -189,7 +188,7 @@ class RecognitionSubject : public Subject {
 
     Result judge(const _gui_user_& user, int mode) {
         const _gui_menu_& menu = device_.settings();
-        const auto schedule = record::parseRange(fieldText(user.timeSchedule));
+        const auto schedule = work::parseRange(fieldText(user.timeSchedule));
         const bool mealOperation = menu.setup.operation == work::kMeals;
         if ((schedule && !work::contains(*schedule, device_.now().time())) ||
             (mealOperation && mode == work::AccessOnly))

@@ -3,7 +3,7 @@
 
 #include "link/command_code.h"
 #include "sim/controller/device.h"
-#include "sim/controller/record_fields.h"
+#include "sim/controller/settings_fields.h"
 #include "sim/controller/subjects.h"
 
 Q_LOGGING_CATEGORY(simSettingsLog, "zel.sim.settings", QtInfoMsg)
@@ -45,8 +45,7 @@ OperationBlock withTimes(OperationBlock block, const OperationTimes& times) {
 /// The settings record: every save command of the terminal, and the word `settings`.
 class SettingsSubject : public Subject {
  public:
-    explicit SettingsSubject(Device& device)
-        : Subject(device), fields_(*record::find(QStringLiteral("_gui_menu_"))) {
+    explicit SettingsSubject(Device& device) : Subject(device) {
         save<FaceBlock>(command::SaveFaceSettings, command::FaceSettingsSaved,
                         [](_gui_menu_& menu, const FaceBlock& face) { menu.face = face; });
         save<ScreenBlock>(
@@ -96,20 +95,18 @@ class SettingsSubject : public Subject {
     QJsonObject state() const override {
         const _gui_menu_& menu = device_.settings();
         QJsonObject values;
-        for (const record::Field& field : fields_.fields) {
-            if (field.kind != record::Kind::Bytes)
-                values.insert(QLatin1String(field.name), record::value(field, bytes(menu)));
-        }
+        for (const settings::Field& field : settings::fields())
+            values.insert(QLatin1String(field.name), settings::value(field, menu));
         return values;
     }
 
     void restore(const QJsonObject& state) override {
         _gui_menu_ menu = device_.settings();
-        for (const record::Field& field : fields_.fields) {
+        for (const settings::Field& field : settings::fields()) {
             const QJsonValue value = state.value(QLatin1String(field.name));
             if (value.isUndefined())
                 continue;
-            const QString error = record::setValue(field, bytes(menu), value.toString());
+            const QString error = settings::setValue(field, menu, value.toString());
             if (!error.isEmpty())
                 qCWarning(simSettingsLog, "stored value of %s ignored: %s", field.name,
                           qUtf8Printable(error));
@@ -120,11 +117,6 @@ class SettingsSubject : public Subject {
 
  private:
     static constexpr quint16 kNoAnswer = 0;
-
-    static const char* bytes(const _gui_menu_& menu) {
-        return reinterpret_cast<const char*>(&menu);
-    }
-    static char* bytes(_gui_menu_& menu) { return reinterpret_cast<char*>(&menu); }
 
     template <typename Block>
     void save(quint16 code, quint16 answer, void (*store)(_gui_menu_&, const Block&)) {
@@ -169,15 +161,13 @@ class SettingsSubject : public Subject {
         _gui_menu_ menu = device_.settings();
         if (text.isEmpty()) {
             QString list;
-            for (const record::Field& field : fields_.fields) {
-                if (field.kind != record::Kind::Bytes)
-                    list += line(field, menu) + QLatin1Char('\n');
-            }
+            for (const settings::Field& field : settings::fields())
+                list += line(field, menu) + QLatin1Char('\n');
             return list + done();
         }
         const QString name = text.section(QLatin1Char(' '), 0, 0);
-        const record::Field* field = record::findField(fields_, name);
-        if (field == nullptr || field->kind == record::Kind::Bytes)
+        const settings::Field* field = settings::find(name);
+        if (field == nullptr)
             return failed(QStringLiteral("no such field, 'settings' lists them"));
         if (name == text)
             return done(line(*field, menu));
@@ -186,7 +176,7 @@ class SettingsSubject : public Subject {
         QString value = text.section(QLatin1Char(' '), 1).trimmed();
         if (value == QLatin1String("\"\""))
             value.clear();
-        const QString error = record::setValue(*field, bytes(menu), value);
+        const QString error = settings::setValue(*field, menu, value);
         if (!error.isEmpty())
             return failed(error);
         device_.setSettings(menu);
@@ -194,11 +184,9 @@ class SettingsSubject : public Subject {
         return done(line(*field, menu));
     }
 
-    static QString line(const record::Field& field, const _gui_menu_& menu) {
-        return QLatin1String(field.name) + QLatin1Char(' ') + record::value(field, bytes(menu));
+    static QString line(const settings::Field& field, const _gui_menu_& menu) {
+        return QLatin1String(field.name) + QLatin1Char(' ') + settings::value(field, menu);
     }
-
-    const record::Description& fields_;
 };
 
 }  // namespace

@@ -44,7 +44,7 @@ class StatusSubject : public Subject {
         if (forced >= 0 && forced <= 255)
             device_.forceStatus(forced);
         device_.setArmed(state.value(QStringLiteral("armed")).toBool());
-        constexpr double kMostAhead = 100.0 * 365 * 24 * 3600;
+        constexpr double kMostAhead = 100.0 * 365 * 24 * 3600 * 1000;
         const double offset = state.value(QStringLiteral("clockOffset")).toDouble();
         device_.setClockOffset(static_cast<qint64>(qBound(-kMostAhead, offset, kMostAhead)));
     }

@@ -73,7 +73,7 @@ void UserStore::addFirstUsers(const QString& dataFolder) {
         ++look;
         store(user);
     }
-    portrait::save(dataFolder, QLatin1String(portrait::kVisitor), look);
+    portrait::saveSnapshot(dataFolder, QLatin1String(portrait::kVisitor), look);
 }
 
 std::optional<_gui_user_> UserStore::first(SqliteStatement& query) {

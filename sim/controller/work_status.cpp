@@ -1,5 +1,7 @@
 #include "sim/controller/work_status.h"
 
+#include <QRegularExpression>
+
 namespace work {
 namespace {
 
@@ -103,6 +105,18 @@ const _byte4_time_se_& mealPeriod(const _gui_menu_& settings, int mode) {
 QDateTime lastBeginning(const _byte4_time_se_& range, const QDateTime& now) {
     const QDateTime today(now.date(), QTime(0, 0).addSecs(startMinutes(range) % kDay * 60));
     return today <= now ? today : today.addDays(-1);
+}
+
+std::optional<_byte4_time_se_> parseRange(const QString& text) {
+    static const QRegularExpression form(
+        QStringLiteral("^([0-9]{2}):([0-9]{2})~([0-9]{2}):([0-9]{2})$"));
+    const QRegularExpressionMatch match = form.match(text);
+    const auto number = [&match](int i) { return static_cast<quint8>(match.captured(i).toInt()); };
+    const _byte4_time_se_ range{number(1), number(2), number(3), number(4)};
+    if (!match.hasMatch() || range.startHour > 24 || range.startMinute > 59 || range.endHour > 24 ||
+        range.endMinute > 59)
+        return {};
+    return range;
 }
 
 }  // namespace work

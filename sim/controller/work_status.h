@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDateTime>
+#include <optional>
 
 #include "link/device_records.h"
 
@@ -31,5 +32,8 @@ const _byte4_time_se_& mealPeriod(const _gui_menu_& settings, int mode);
 
 /// When the range last began, at or before @p now.
 QDateTime lastBeginning(const _byte4_time_se_& range, const QDateTime& now);
+
+/// Reads "hh:mm~hh:mm"; nothing when it is something else or no time of day.
+std::optional<_byte4_time_se_> parseRange(const QString& text);
 
 }  // namespace work

@@ -1,0 +1,51 @@
+#include "cloud/body_reader.h"
+
+#include <QJsonDocument>
+#include <QJsonValue>
+
+BodyReader::BodyReader(const QByteArray& body) {
+    const QJsonDocument document = QJsonDocument::fromJson(body);
+    if (!document.isObject())
+        fault();
+    object_ = document.object();
+}
+
+BodyReader BodyReader::group(const char* key) {
+    const QJsonValue value = object_.value(QLatin1String(key));
+    if (!value.isUndefined() && !value.isObject())
+        fault();
+    return BodyReader(value.toObject(), faulty_);
+}
+
+QString BodyReader::text(const char* key, int maxBytes) {
+    const QJsonValue value = object_.value(QLatin1String(key));
+    if (value.isUndefined())
+        return {};
+    const QString text = value.toString();
+    // Half a surrogate pair could not be stored and read back.
+    if (!value.isString() || !text.isValidUtf16() || text.toUtf8().size() > maxBytes)
+        fault();
+    return text;
+}
+
+std::optional<quint32> BodyReader::number(const char* key, quint32 least, quint32 most) {
+    const QJsonValue value = object_.value(QLatin1String(key));
+    if (value.isUndefined())
+        return std::nullopt;
+    double number = -1;
+    if (value.isDouble()) {
+        number = value.toDouble();
+    } else {
+        const QString digits = value.toString();
+        bool ok = false;
+        // QString's own conversion also takes signs and blanks.
+        const quint32 read = digits.toUInt(&ok);
+        if (ok && digits.at(0).isDigit() && digits.at(digits.size() - 1).isDigit())
+            number = read;
+    }
+    if (number < least || number > most || number != static_cast<quint32>(number)) {
+        fault();
+        return std::nullopt;
+    }
+    return static_cast<quint32>(number);
+}

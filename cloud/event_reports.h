@@ -1,0 +1,15 @@
+#pragma once
+
+#include "cloud/parameters.h"
+
+/// Makes the reports to the management service out of the controller's records. Pictures are read
+/// from the device's image folder; one that is not there, is larger than a report may be or has a
+/// name that leads elsewhere is left out.
+namespace event_reports {
+
+FR21_Parameter accessEvent(const GUI_LOGDATA& event);
+Parameter_UserData enrolledUser(const info_s& info);
+/// @p picture is a file name.
+FR51_Parameter visitor(const QString& picture);
+
+}  // namespace event_reports

@@ -1,0 +1,230 @@
+#include "cloud/management_commands.h"
+
+#include <QDate>
+#include <QFile>
+#include <QTime>
+#include <cstdio>
+
+#include "cloud/cloud_log.h"
+#include "cloud/command_folder.h"
+#include "cloud/decoded.h"
+#include "cloud/download_manager.h"
+#include "cloud/rest_client.h"
+#include "link/command_code.h"
+#include "link/device_message.h"
+
+namespace {
+
+/// First parameters that tell the controller where a command comes from.
+constexpr unsigned char kSetupByService = 2;
+constexpr unsigned char kNetworkByService = 4;
+constexpr unsigned char kByService = 1;
+
+/// Numbers of the commands of a command folder, in the host's numbering.
+constexpr int kEnrolUser = 4;
+constexpr int kDeleteUser = 6;
+
+constexpr std::uint8_t kFaceOrCard = 2;
+constexpr std::uint8_t kGeneralUser = 1;
+constexpr std::uint8_t kOriginService = 1;
+constexpr std::uint8_t kOriginKiosk = 2;
+
+struct SystemAction {
+    const char* word;
+    unsigned short command;
+    unsigned char p1;
+    unsigned char p2;
+};
+
+constexpr SystemAction kSystemActions[] = {
+    {"rebootDevice", command::Reboot, 0, 0},
+    {"deleteLogData", command::Initialise, 0, 0},
+    {"deleteSettingData", command::Initialise, 1, 0},
+    {"deleteAllData", command::Initialise, 2, 0},
+    {"deleteAllUsers", command::DeleteUserGroup, 3, kByService},
+    {"deleteGeneralUsers", command::DeleteUserGroup, 0, kByService},
+    {"deleteFaceonlyUsers", command::DeleteUserGroup, 4, kByService},
+    {"deleteAdmin", command::DeleteUserGroup, 1, kByService},
+};
+
+struct UserId {
+    char text[16];
+};
+
+UserId userId(const QString& cardNo) {
+    UserId id;
+    setFieldText(id.text, cardNo);
+    return id;
+}
+
+/// @p text as a number up to @p most, @p standard when it is none.
+std::uint8_t numberOr(const QString& text, std::uint8_t standard, int most) {
+    bool ok = false;
+    const int number = text.toInt(&ok);
+    return ok && number >= 0 && number <= most ? static_cast<std::uint8_t>(number) : standard;
+}
+
+_gui_user_ userRecord(const DoReceiveUserData& user, std::uint8_t origin) {
+    _gui_user_ record{};
+    setFieldText(record.userId, user.cardNo);
+    setFieldText(record.customerId, user.cardNo);
+    setFieldText(record.name, user.name);
+    record.authMethod = numberOr(user.authType, kFaceOrCard, 4);
+    record.level = numberOr(user.userLevel, kGeneralUser, 2);
+    record.facePresent = user.picture.isEmpty() ? 0 : 1;
+    record.cardPresent = user.cardTemplate.isEmpty() ? 0 : 1;
+    record.cardType = numberOr(user.cardType, 0, 255);
+    record.reissueNumber = numberOr(user.reissueNo, 0, 255);
+    setFieldText(record.nationCode, user.nationCd);
+    setFieldText(record.cardNumber, user.cardNo);
+    setFieldText(record.cardTemplate, user.cardTemplate);
+    setFieldText(record.registrationTime, user.registTime);
+    setFieldText(record.timeSchedule, user.timeSchedule);
+    setFieldText(record.restrictTime, user.restrictTime);
+    setFieldText(record.picture, user.picture);
+    record.sensitivity = numberOr(user.sensivity, 0, 5);
+    record.origin = origin;
+    return record;
+}
+
+}  // namespace
+
+template <typename Record>
+void ManagementCommands::send(unsigned short cmd, unsigned char p1, const Record& record) {
+    host_.SendCommand(cmd, p1, 0, sizeof record, reinterpret_cast<const char*>(&record));
+}
+
+void ManagementCommands::openDoor() {
+    // The overload that looks at the socket: a door request counts from the first moment of a
+    // connection.
+    host_.SendCommand(command::OpenDoor, 0, 0, 0, nullptr);
+}
+
+void ManagementCommands::getUser(const QVariant& parameter) {
+    if (parameter.canConvert<FR33_3_Parameter>())
+        send(command::AskUserData, 0, userId(parameter.value<FR33_3_Parameter>().cardNo));
+}
+
+void ManagementCommands::deleteUser(const QVariant& parameter) {
+    if (!parameter.canConvert<FR33_3_Parameter>())
+        return;
+    host_.changeWindow(QStringLiteral("stayWindow"));
+    host_.showPopupText(QStringLiteral("ListItem_Synchronizing"));
+    send(command::DeleteUser, kByService, userId(parameter.value<FR33_3_Parameter>().cardNo));
+    host_.changeWindow(QStringLiteral("liveWindow"));
+}
+
+void ManagementCommands::enrolUser(const QVariant& parameter) {
+    if (parameter.canConvert<DoReceiveUserData>())
+        send(command::EnrolNetworkUser, 0,
+             userRecord(parameter.value<DoReceiveUserData>(), kOriginService));
+}
+
+void ManagementCommands::runKioskEnrolMode(const QVariant& parameter) {
+    if (!parameter.canConvert<DoReceiveUserData>())
+        return;
+    const _gui_user_ user = userRecord(parameter.value<DoReceiveUserData>(), kOriginKiosk);
+    host_.SetGuiUser(&user);
+    _gui_menu_ settings;
+    host_.GetGuiMenu(&settings);
+    host_.SetGuiMenu(&settings);
+    host_.startEnrolment();
+}
+
+void ManagementCommands::setTime(const QVariant& parameter) {
+    const auto given = parameter.value<FR01_Parameter>();
+    const QStringList day = given.date.split(QLatin1Char('-'));
+    const QStringList hour = given.time.split(QLatin1Char(':'));
+    if (day.size() != 3 || hour.size() != 3)
+        return;
+    const QDate date(day[0].toInt(), day[1].toInt(), day[2].toInt());
+    const QTime time(hour[0].toInt(), hour[1].toInt(), hour[2].toInt());
+    if (!date.isValid() || !time.isValid() || date.year() < 2000 || date.year() > 2099) {
+        qCWarning(cloudLog, "clock not set to '%s' '%s'", qUtf8Printable(given.date),
+                  qUtf8Printable(given.time));
+        return;
+    }
+    const ClockTime clock{
+        static_cast<std::uint8_t>(date.year() % 100), static_cast<std::uint8_t>(date.month()),
+        static_cast<std::uint8_t>(date.day()),        static_cast<std::uint8_t>(time.hour()),
+        static_cast<std::uint8_t>(time.minute()),     static_cast<std::uint8_t>(time.second()),
+    };
+    send(command::SetClock, 1, clock);
+}
+
+void ManagementCommands::setDevice(const QVariant& parameter) {
+    if (!parameter.canConvert<Device_Setup_Parameter>())
+        return;
+    const auto setup = parameter.value<Device_Setup_Parameter>();
+    _gui_menu_ settings;
+    host_.GetGuiMenu(&settings);
+    setup.applyTo(settings);
+
+    send(command::SaveDeviceSetup, kSetupByService, settings.setup);
+    if (!setup.time.isEmpty()) {
+        const FR01_Parameter time{setup.time.section(QLatin1Char(' '), 0, 0),
+                                  setup.time.section(QLatin1Char(' '), 1)};
+        setTime(QVariant::fromValue(time));
+    }
+    send(command::SaveRegistrationMode, 1, settings.registration);
+    send(command::SaveFaceSettings, 1, settings.face);
+    send(command::SaveScreenSettings, 1, settings.screen);
+    send(command::SaveSoundSettings, 1, settings.sound);
+    host_.setIp(settings.network.own);
+    send(command::SaveNetwork, kNetworkByService, settings.network.own);
+    host_.SetGuiMenu(&settings);
+    host_.initRestCall();
+}
+
+void ManagementCommands::setSystem(const QVariant& parameter) {
+    if (!parameter.canConvert<SystemEvent_Parameter>())
+        return;
+    const QString word = parameter.value<SystemEvent_Parameter>().action;
+    host_.changeWindow(QStringLiteral("stayWindow"));
+    for (const SystemAction& action : kSystemActions) {
+        if (word != QLatin1String(action.word))
+            continue;
+        if (action.command == command::DeleteUserGroup)
+            host_.showPopupText(QStringLiteral("ListItem_Synchronizing"));
+        host_.SendCommand(action.command, action.p1, action.p2);
+    }
+    host_.changeWindow(QStringLiteral("liveWindow"));
+}
+
+int ManagementCommands::runCommandFolder() {
+    const auto command = CommandFolder::oldest();
+    if (!command || !host_.linkUp())
+        return 0;
+    if (command->kind == CommandFolder::Kind::Delete) {
+        qCInfo(cloudLog, "DEL Id : %s", qUtf8Printable(command->cardNo));
+        cloud_.parsingRestCommand(kDeleteUser,
+                                  QVariant::fromValue(FR33_3_Parameter{command->cardNo}));
+    } else {
+        qCInfo(cloudLog, "ADD Id : %s", qUtf8Printable(command->cardNo));
+        if (const auto user = CommandFolder::takeUser(*command))
+            cloud_.parsingRestCommand(kEnrolUser, QVariant::fromValue(*user));
+        else
+            qCWarning(cloudLog, "%s holds no user", qUtf8Printable(command->path));
+    }
+    CommandFolder::remove(*command);
+    qCInfo(cloudLog, "return RestComm : 1");
+    return 1;
+}
+
+void ManagementCommands::completed(const QVariant& procIdx) {
+    const auto request = procIdx.value<ProcIDX>();
+    if (request.command == RestClass::kUserInOutLog && request.resultCode == result::kSucceed)
+        send(command::EventReported, 0, request.data.value<FR21_Parameter>().record);
+    if (request.command == RestClass::kUserEnroll &&
+        request.data.canConvert<Parameter_UserData>()) {
+        UserReported record = request.data.value<Parameter_UserData>().record;
+        record.resultCode = static_cast<std::uint16_t>(qBound(0, request.resultCode, 0xFFFF));
+        send(command::UserReported, 0, record);
+    }
+}
+
+void ManagementCommands::finishDownload(const DownloadManager& downloads) {
+    std::rename(QFile::encodeName(downloads.getFilePath()).constData(),
+                QFile::encodeName(downloads.getArchivePath()).constData());
+    host_.SendCommand(command::UpdateFirmware, 0, 0);
+}

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QVariant>
+
+#include "cloud/cloud_host.h"
+#include "cloud/management_host.h"
+#include "cloud/parameters.h"
+
+class DownloadManager;
+
+/// Carries out what the management service has ordered, and tells the device controller what the
+/// service has confirmed. A QVariant that does not hold the expected record is ignored. GUI thread
+/// only.
+class ManagementCommands {
+ public:
+    /// Both hosts outlive the object; usually they are one.
+    ManagementCommands(CloudHost& cloud, ManagementHost& host) : cloud_(cloud), host_(host) {}
+
+    void openDoor();
+    /// FR33_3_Parameter: the controller is asked for the user's data.
+    void getUser(const QVariant& parameter);
+    /// FR33_3_Parameter.
+    void deleteUser(const QVariant& parameter);
+    /// DoReceiveUserData: the user is stored.
+    void enrolUser(const QVariant& parameter);
+    /// DoReceiveUserData: the user is enrolled at the terminal.
+    void runKioskEnrolMode(const QVariant& parameter);
+    /// FR01_Parameter; anything but a date and a time of this century is ignored.
+    void setTime(const QVariant& parameter);
+    /// Device_Setup_Parameter.
+    void setDevice(const QVariant& parameter);
+    /// SystemEvent_Parameter.
+    void setSystem(const QVariant& parameter);
+
+    /// Takes the oldest command folder, if the device link is up to take its command. Returns 1
+    /// when there was one, otherwise 0.
+    int runCommandFolder();
+
+    /// ProcIDX of a request that the REST client has finished.
+    void completed(const QVariant& procIdx);
+
+    /// The downloads have ended: a complete archive gets its name, and the controller is told in
+    /// any case; it does nothing when it finds none.
+    void finishDownload(const DownloadManager& downloads);
+
+ private:
+    template <typename Record>
+    void send(unsigned short cmd, unsigned char p1, const Record& record);
+
+    CloudHost& cloud_;
+    ManagementHost& host_;
+};

@@ -1,0 +1,193 @@
+#include "sim/controller/panel.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDateTimeEdit>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QVBoxLayout>
+
+#include "sim/controller/controller_sim.h"
+
+namespace {
+
+constexpr int kColumns = 4;
+
+/// The users, asked for whenever the list is opened. An item's data is the card number.
+class UserBox : public QComboBox {
+ public:
+    explicit UserBox(ControllerSim& controller) : controller_(controller) { refill(); }
+
+    QString userId() const { return currentText().section(QLatin1Char(' '), 0, 0); }
+    QString cardNumber() const { return currentData().toString(); }
+
+    void showPopup() override {
+        refill();
+        QComboBox::showPopup();
+    }
+
+ private:
+    void refill() {
+        static const QRegularExpression line(QStringLiteral("^(\\d+) card (\\d*) (.*)$"));
+        const int chosen = currentIndex();
+        clear();
+        const QStringList lines =
+            controller_.execute(QStringLiteral("users")).split(QLatin1Char('\n'));
+        for (const QString& text : lines) {
+            const QRegularExpressionMatch match = line.match(text);
+            if (match.hasMatch())
+                addItem(match.captured(1) + QStringLiteral("  ") + match.captured(3),
+                        match.captured(2));
+        }
+        setCurrentIndex(qBound(0, chosen, count() - 1));
+    }
+
+    ControllerSim& controller_;
+};
+
+}  // namespace
+
+Panel::Panel(ControllerSim& controller)
+    : controller_(controller), answers_(new QPlainTextEdit(this)) {
+    setWindowTitle(QStringLiteral("Device controller"));
+    auto* column = new QVBoxLayout(this);
+    addPeople();
+    addTime();
+    addArrangements();
+    addFaults();
+
+    QGridLayout* reports = addGroup(QStringLiteral("Reports"));
+    addButton(reports, QStringLiteral("Enrolment refused"), QStringLiteral("popup enrolment 1"));
+    addButton(reports, QStringLiteral("User deleted"), QStringLiteral("popup delete 0"));
+    addButton(reports, QStringLiteral("Logs nearly full"), QStringLiteral("popup logs 1"));
+    addButton(reports, QStringLiteral("Visitor"), QStringLiteral("visitor"));
+    addButton(reports, QStringLiteral("Darken"), QStringLiteral("sleep"));
+    addButton(reports, QStringLiteral("Light up"), QStringLiteral("wake"));
+    addButton(reports, QStringLiteral("Live view"), QStringLiteral("live"));
+    addButton(reports, QStringLiteral("Events"), QStringLiteral("logs"));
+
+    QGridLayout* link = addGroup(QStringLiteral("Link"));
+    addButton(link, QStringLiteral("Drop"), QStringLiteral("drop"));
+    addButton(link, QStringLiteral("Noise"), QStringLiteral("noise"));
+    addButton(link, QStringLiteral("Byte by byte"), QStringLiteral("split"));
+    addButton(link, QStringLiteral("End the terminal"), QStringLiteral("quit-gui"));
+
+    auto* words = new QLineEdit(this);
+    words->setPlaceholderText(QStringLiteral("help"));
+    connect(words, &QLineEdit::returnPressed, this, [this, words] {
+        give(words->text());
+        words->clear();
+    });
+    column->addWidget(words);
+    answers_->setReadOnly(true);
+    answers_->setMaximumBlockCount(1000);
+    column->addWidget(answers_, 1);
+}
+
+void Panel::give(const QString& line) {
+    answers_->appendPlainText(QStringLiteral("> ") + line);
+    answers_->appendPlainText(controller_.execute(line));
+}
+
+QGridLayout* Panel::addGroup(const QString& title) {
+    auto* group = new QGroupBox(title, this);
+    auto* grid = new QGridLayout(group);
+    layout()->addWidget(group);
+    return grid;
+}
+
+void Panel::addButton(QGridLayout* group, const QString& text, const QString& line) {
+    auto* button = new QPushButton(text);
+    connect(button, &QPushButton::clicked, this, [this, line] { give(line); });
+    const int place = group->count();
+    group->addWidget(button, place / kColumns, place % kColumns);
+}
+
+void Panel::addPeople() {
+    QGridLayout* group = addGroup(QStringLiteral("At the door"));
+    auto* users = new UserBox(controller_);
+    const auto addUserButton = [&](int column, const QString& text, auto line) {
+        auto* button = new QPushButton(text);
+        connect(button, &QPushButton::clicked, this, [this, line] { give(line()); });
+        group->addWidget(button, 1, column);
+    };
+    group->addWidget(users, 0, 0, 1, kColumns);
+    addUserButton(0, QStringLiteral("Face"),
+                  [users] { return QStringLiteral("face ") + users->userId(); });
+    addUserButton(1, QStringLiteral("Card"),
+                  [users] { return QStringLiteral("card ") + users->cardNumber(); });
+    addUserButton(2, QStringLiteral("Not permitted"),
+                  [users] { return QStringLiteral("face %1 denied").arg(users->userId()); });
+    addUserButton(3, QStringLiteral("Unknown face"), [] { return QStringLiteral("face unknown"); });
+    auto* moving = new QCheckBox(QStringLiteral("A face moves about"));
+    connect(moving, &QCheckBox::toggled, this, [this](bool on) {
+        give(on ? QStringLiteral("track on") : QStringLiteral("track off"));
+    });
+    group->addWidget(moving, 2, 0, 1, kColumns);
+}
+
+void Panel::addTime() {
+    QGridLayout* group = addGroup(QStringLiteral("Clock"));
+    auto* time = new QDateTimeEdit(QDateTime::currentDateTime());
+    time->setDisplayFormat(QStringLiteral("yyyy-MM-dd HH:mm"));
+    group->addWidget(time, 0, 0, 1, 2);
+    auto* set = new QPushButton(QStringLiteral("Set"));
+    connect(set, &QPushButton::clicked, this, [this, time] {
+        give(QStringLiteral("time ") +
+             time->dateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm")));
+    });
+    group->addWidget(set, 0, 2);
+    auto* now = new QPushButton(QStringLiteral("Now"));
+    connect(now, &QPushButton::clicked, this, [this] { give(QStringLiteral("time now")); });
+    group->addWidget(now, 0, 3);
+}
+
+void Panel::addArrangements() {
+    QGridLayout* group = addGroup(QStringLiteral("Arrangements"));
+    const _gui_menu_& menu = controller_.settings();
+    const auto addChoice = [&](int column, const QStringList& texts, int chosen, auto line) {
+        auto* box = new QComboBox;
+        box->addItems(texts);
+        box->setCurrentIndex(chosen);
+        connect(box, QOverload<int>::of(&QComboBox::activated), this,
+                [this, line](int index) { give(line(index)); });
+        group->addWidget(box, 0, column);
+    };
+    addChoice(0, {QStringLiteral("Access"), QStringLiteral("Attendance"), QStringLiteral("Meals")},
+              menu.setup.operation,
+              [](int index) { return QStringLiteral("settings setup.operation %1").arg(index); });
+    addChoice(1, {QStringLiteral("Korean"), QStringLiteral("English"), QStringLiteral("Japanese")},
+              menu.setup.language,
+              [](int index) { return QStringLiteral("settings setup.language %1").arg(index); });
+    addChoice(2, {QStringLiteral("No alarm"), QStringLiteral("Arm"), QStringLiteral("Disarm")},
+              menu.setup.alarmMode, [](int index) {
+                  const QStringList words{QStringLiteral("none"), QStringLiteral("arm"),
+                                          QStringLiteral("disarm")};
+                  return QStringLiteral("alarm ") + words[index];
+              });
+}
+
+void Panel::addFaults() {
+    QGridLayout* group = addGroup(QStringLiteral("Faults"));
+    const QStringList names{QStringLiteral("touch"), QStringLiteral("network"),
+                            QStringLiteral("tamper")};
+    QVector<QCheckBox*> boxes;
+    for (const QString& name : names) {
+        boxes.append(new QCheckBox(name));
+        group->addWidget(boxes.last(), 0, boxes.size() - 1);
+    }
+    for (QCheckBox* box : qAsConst(boxes)) {
+        connect(box, &QCheckBox::clicked, this, [this, boxes] {
+            QString line = QStringLiteral("fault");
+            for (const QCheckBox* each : boxes) {
+                if (each->isChecked())
+                    line += QLatin1Char(' ') + each->text();
+            }
+            give(line == QLatin1String("fault") ? QStringLiteral("fault none") : line);
+        });
+    }
+}

@@ -1,0 +1,238 @@
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QtTest>
+#include <memory>
+
+#include "cloud/command_folder.h"
+#include "cloud/event_reports.h"
+#include "cloud/management_commands.h"
+#include "cloud/rest_client.h"
+#include "cloud_test_support.h"
+#include "link/device_message.h"
+
+namespace {
+
+/// Keeps what a command does, in its order: frames as "code(p1,p2) payload", the rest by name.
+class FakeTerminal final : public ManagementHost {
+ public:
+    void SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2) override {
+        SendCommand(cmd, p1, p2, 0, nullptr);
+    }
+    void SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2, unsigned short len,
+                     const char* data) override {
+        log << QStringLiteral("%1(%2,%3)%4").arg(cmd).arg(p1).arg(p2).arg(len);
+        payloads << QByteArray(data, len);
+    }
+    bool linkUp() const override { return up; }
+    void GetGuiMenu(_gui_menu_* record) const override { *record = menu; }
+    void SetGuiMenu(const _gui_menu_* record) override {
+        menu = *record;
+        log << QStringLiteral("menu");
+    }
+    void SetGuiUser(const _gui_user_* record) override {
+        user = *record;
+        log << QStringLiteral("user");
+    }
+    int changeWindow(const QString& title) override {
+        log << title;
+        return 0;
+    }
+    void showPopupText(const QString& key) override { log << key; }
+    void startEnrolment() override { log << QStringLiteral("enrol"); }
+    void initRestCall() override { log << QStringLiteral("timers"); }
+    void setIp(const AddressBlock&) override { log << QStringLiteral("ip"); }
+
+    QString takeLog() { return std::exchange(log, {}).join(QLatin1Char(' ')); }
+
+    bool up = true;
+    _gui_menu_ menu{};
+    _gui_user_ user{};
+    QStringList log;
+    QList<QByteArray> payloads;
+};
+
+template <typename Record>
+Record recordOf(const QByteArray& payload) {
+    Record record;
+    std::memcpy(&record, payload.constData(), sizeof record);
+    return record;
+}
+
+}  // namespace
+
+class CloudManagementTest : public QObject {
+    Q_OBJECT
+
+ private:
+    QTemporaryDir root_;
+    std::unique_ptr<FakeHost> cloud_;
+    std::unique_ptr<FakeTerminal> terminal_;
+    std::unique_ptr<ManagementCommands> commands_;
+
+ private slots:
+    void initTestCase() { qputenv("ZEL_ROOT", root_.path().toLocal8Bit()); }
+    void init() {
+        cloud_ = std::make_unique<FakeHost>();
+        terminal_ = std::make_unique<FakeTerminal>();
+        commands_ = std::make_unique<ManagementCommands>(*cloud_, *terminal_);
+        QDir(root_.path() + QStringLiteral("/mnt")).removeRecursively();
+    }
+
+    void clockIsSetFromAnyPlausibleTime() {
+        const auto set = [this](const char* date, const char* time) {
+            commands_->setTime(
+                QVariant::fromValue(FR01_Parameter{QLatin1String(date), QLatin1String(time)}));
+        };
+        set("2031-12-24", "23:59:58");
+        QCOMPARE(terminal_->takeLog(), QStringLiteral("1953(1,0)6"));
+        QCOMPARE(terminal_->payloads.last(), QByteArray("\x1f\x0c\x18\x17\x3b\x3a"));
+        set("2031-2-30", "23:59:58");
+        set("2031-12-24", "");
+        set("2031-12-24", "23:59:60");
+        set("24-12-2031", "23:59:58");
+        commands_->setTime(QVariant(5));
+        QCOMPARE(terminal_->takeLog(), QString());
+    }
+
+    void systemActionsSendTheirCommands_data() {
+        QTest::addColumn<QString>("word");
+        QTest::addColumn<QString>("frame");
+        QTest::newRow("reboot") << "rebootDevice"
+                                << "1958(0,0)0";
+        QTest::newRow("log") << "deleteLogData"
+                             << "1957(0,0)0";
+        QTest::newRow("settings") << "deleteSettingData"
+                                  << "1957(1,0)0";
+        QTest::newRow("all") << "deleteAllData"
+                             << "1957(2,0)0";
+        QTest::newRow("users") << "deleteAllUsers"
+                               << "ListItem_Synchronizing 1932(3,1)0";
+        QTest::newRow("general") << "deleteGeneralUsers"
+                                 << "ListItem_Synchronizing 1932(0,1)0";
+        QTest::newRow("face only") << "deleteFaceonlyUsers"
+                                   << "ListItem_Synchronizing 1932(4,1)0";
+        QTest::newRow("admin") << "deleteAdmin"
+                               << "ListItem_Synchronizing 1932(1,1)0";
+    }
+    void systemActionsSendTheirCommands() {
+        QFETCH(QString, word);
+        QFETCH(QString, frame);
+        commands_->setSystem(QVariant::fromValue(SystemEvent_Parameter{word}));
+        QCOMPARE(terminal_->takeLog(), QStringLiteral("stayWindow %1 liveWindow").arg(frame));
+    }
+
+    void deviceSettingsGoOutInOrder() {
+        terminal_->menu.sound.volume = 6;
+        Device_Setup_Parameter setup;
+        setup.time = QStringLiteral("2031-12-24 23:59:58");
+        setup.managerPort = 8081;
+        setup.bytes.push_back({offsetof(_gui_menu_, screen.brightness), 9});
+        commands_->setDevice(QVariant::fromValue(setup));
+        QCOMPARE(terminal_->takeLog(),
+                 QStringLiteral("1981(2,0)27 1953(1,0)6 1982(1,0)7 1950(1,0)5 1951(1,0)7 "
+                                "1954(1,0)3 ip 1986(4,0)23 menu timers"));
+        QCOMPARE(recordOf<ScreenBlock>(terminal_->payloads[4]).brightness, 9);
+        QCOMPARE(recordOf<SoundBlock>(terminal_->payloads[5]).volume, 6);
+        QCOMPARE(int(recordOf<AddressBlock>(terminal_->payloads[6]).managerPort), 8081);
+        QCOMPARE(terminal_->menu.screen.brightness, 9);
+    }
+
+    void usersAreAskedForDeletedStoredAndEnrolled() {
+        const auto card = QVariant::fromValue(FR33_3_Parameter{QStringLiteral("1234567")});
+        DoReceiveUserData user;
+        user.cardNo = QStringLiteral("1234567");
+        user.name = QString(60, QChar(0xAC00));
+        user.authType = QStringLiteral("300");
+        user.userLevel = QStringLiteral("2");
+        user.picture = QStringLiteral("1234567.jpg");
+
+        commands_->openDoor();
+        commands_->getUser(card);
+        commands_->deleteUser(card);
+        commands_->enrolUser(QVariant::fromValue(user));
+        commands_->runKioskEnrolMode(QVariant::fromValue(user));
+        QCOMPARE(terminal_->takeLog(),
+                 QStringLiteral("2036(0,0)0 2026(0,0)16 stayWindow ListItem_Synchronizing "
+                                "1931(1,0)16 liveWindow 1927(0,0)486 user menu enrol"));
+        QCOMPARE(terminal_->payloads[1], QByteArray("1234567") + QByteArray(9, '\0'));
+        const auto record = recordOf<_gui_user_>(terminal_->payloads[3]);
+        QCOMPARE(fieldText(record.name), QString(33, QChar(0xAC00)));
+        QCOMPARE(fieldText(record.userId), user.cardNo);
+        QCOMPARE(fieldText(record.picture), user.picture);
+        QCOMPARE(record.authMethod, 2);
+        QCOMPARE(record.level, 2);
+        QCOMPARE(record.facePresent, 1);
+        QCOMPARE(record.origin, 1);
+        QCOMPARE(terminal_->user.origin, 2);
+
+        for (const auto slot : {&ManagementCommands::getUser, &ManagementCommands::deleteUser,
+                                &ManagementCommands::enrolUser, &ManagementCommands::setDevice,
+                                &ManagementCommands::setSystem})
+            (commands_.get()->*slot)(QVariant(QStringLiteral("nothing")));
+        QCOMPARE(terminal_->takeLog(), QString());
+    }
+
+    void foldersAreTakenOldestFirstWhileTheLinkIsUp() {
+        CommandFolder writer;
+        DoReceiveUserData user;
+        user.cardNo = QStringLiteral("1234567");
+        QVERIFY(writer.writeAdd(user, "jpg"));
+        QVERIFY(writer.writeDelete(user.cardNo));
+        QDir().mkpath(CommandFolder::directory() + QStringLiteral("logo"));
+        terminal_->up = false;
+        QCOMPARE(commands_->runCommandFolder(), 0);
+        terminal_->up = true;
+        QCOMPARE(commands_->runCommandFolder(), 1);
+        QCOMPARE(commands_->runCommandFolder(), 1);
+        QCOMPARE(commands_->runCommandFolder(), 0);
+        const auto taken = cloud_->takeCommands();
+        QCOMPARE(taken.size(), 2);
+        QCOMPARE(taken[0].first, 4);
+        QCOMPARE(taken[0].second.value<DoReceiveUserData>().picture, QStringLiteral("1234567.jpg"));
+        QCOMPARE(taken[1].first, 6);
+        QCOMPARE(taken[1].second.value<FR33_3_Parameter>().cardNo, user.cardNo);
+        QCOMPARE(QDir(CommandFolder::directory())
+                     .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+                 QStringList({QStringLiteral("1234567.jpg"), QStringLiteral("logo")}));
+    }
+
+    void confirmedReportsGoBackToTheController() {
+        QDir().mkpath(CommandFolder::directory());
+        QFile picture(CommandFolder::directory() + QStringLiteral("face.jpg"));
+        QVERIFY(picture.open(QIODevice::WriteOnly));
+        picture.write("abc");
+        picture.close();
+        GUI_LOGDATA event{};
+        event.number = 77;
+        event.year = 31;
+        event.month = event.day = 2;
+        setFieldText(event.visiblePicture, QStringLiteral("face.jpg"));
+        setFieldText(event.infraredPicture, QStringLiteral("../Images/face.jpg"));
+        const FR21_Parameter report = event_reports::accessEvent(event);
+        QCOMPARE(report.visImg, QStringLiteral("YWJj"));
+        QCOMPARE(report.infImg, QString());
+        QCOMPARE(report.authTime, QStringLiteral("2031-02-02 00:00:00"));
+
+        const auto complete = [this](int command, int code, const QVariant& data) {
+            commands_->completed(QVariant::fromValue(ProcIDX{command, 0, code, data}));
+        };
+        complete(RestClass::kUserInOutLog, 9999, QVariant::fromValue(report));
+        complete(RestClass::kUserDeleted, 1000, QVariant::fromValue(FR36_Parameter{}));
+        complete(RestClass::kUserEnroll, 1000, QVariant());
+        QCOMPARE(terminal_->takeLog(), QString());
+        complete(RestClass::kUserInOutLog, 1000, QVariant::fromValue(report));
+        info_s enrolled{};
+        setFieldText(enrolled.user.userId, QStringLiteral("A1"));
+        complete(RestClass::kUserEnroll, 2000,
+                 QVariant::fromValue(event_reports::enrolledUser(enrolled)));
+        QCOMPARE(terminal_->takeLog(), QStringLiteral("2044(0,0)68 2042(0,0)140"));
+        QCOMPARE(quint32(recordOf<EventReported>(terminal_->payloads[0]).number), 77u);
+        const auto reported = recordOf<UserReported>(terminal_->payloads[1]);
+        QCOMPARE(fieldText(reported.userId), QStringLiteral("A1"));
+        QCOMPARE(int(reported.resultCode), 2000);
+    }
+};
+
+QTEST_GUILESS_MAIN(CloudManagementTest)
+#include "cloud_management_test.moc"
