@@ -50,7 +50,8 @@ void OperationSettingsForm::connectForm(TopBar* bar, ScrollList* list,
     times_ = times;
     for (const TimeField& time : times) {
         InputField* field = time.field;
-        connect(field, &InputField::editRequested, this, [this, field] { editTime(field); });
+        connect(field, &InputField::editRequested, this,
+                [this, field] { makeRoomForKeypad(field); });
         connect(field, &InputField::editingFinished, list, [list] { list->setCoveredHeight(0); });
     }
 }
@@ -64,13 +65,11 @@ void OperationSettingsForm::windowInEvent() {
     list_->verticalScrollBar()->setValue(0);
 }
 
-void OperationSettingsForm::editTime(InputField* field) {
-    MainWindow* shell = MainWindow::getMainWindow();
+void OperationSettingsForm::makeRoomForKeypad(const InputField* field) {
     // Done with the field edited before: its end uncovers the list.
-    shell->removeTouchKey();
+    MainWindow::getMainWindow()->removeTouchKey();
     list_->setCoveredHeight(TouchKeyForm::kHeight);
     list_->reveal(field->parentWidget());
-    shell->showTouchKey(field);
 }
 
 void OperationSettingsForm::choose(Combo* combo, int choice) {
