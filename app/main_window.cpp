@@ -230,6 +230,8 @@ void MainWindow::shellMessage(const DeviceMessage& message) {
             setSystemStatus(
                 message.p1, message.p2,
                 message.length > 0 ? static_cast<unsigned char>(message.payload[0]) : 0);
+            if (const auto report = message.record<StatusReport>())
+                records_.setMealCount(report->meals);
             break;
         case command::Settings:
         case command::SettingsChanged:
