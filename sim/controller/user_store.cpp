@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "link/device_message.h"
-#include "sim/controller/portrait.h"
+#include "sim/common/portrait.h"
 
 namespace {
 
