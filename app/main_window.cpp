@@ -19,6 +19,7 @@
 #include "app/screen_factory.h"
 #include "app/status_popup.h"
 #include "app/window_form.h"
+#include "base/clock.h"
 #include "base/device_paths.h"
 #include "cloud/event_reports.h"
 #include "cloud/parameters.h"
@@ -399,7 +400,7 @@ void MainWindow::ShowCommandPopup(int command, int p1, int, const char*) {
         dialog = noticeDialog_;
     ScriptHandler::Script stamp = getScript(QStringLiteral("Arg_EventTime"));
     stamp.script = popup->kind == CommandPopups::Kind::Notice
-                       ? QDateTime::currentDateTime().toString(stamp.script)
+                       ? Clock::now().toString(stamp.script)
                        : QString();
     dialog->setSecondText(stamp);
     showPopupText(dialog, QLatin1String(popup->key), popup->isError);

@@ -14,7 +14,7 @@
 #include "screens/recognize/input_admin_password.h"
 #include "screens/recognize/meal_count_form.h"
 #include "sim/controller/controller_sim.h"
-#include "tests/support/device_root.h"
+#include "sim/device_root.h"
 #include "ui/combo.h"
 #include "ui/input_field.h"
 #include "ui/list_row.h"
