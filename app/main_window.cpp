@@ -12,7 +12,6 @@
 #include <utility>
 
 #include "app/command_popups.h"
-#include "app/fonts.h"
 #include "app/management_link.h"
 #include "app/menu_timer.h"
 #include "app/message_dispatch.h"
@@ -20,6 +19,7 @@
 #include "app/screen_factory.h"
 #include "app/status_popup.h"
 #include "app/window_form.h"
+#include "base/clock.h"
 #include "base/device_paths.h"
 #include "cloud/event_reports.h"
 #include "cloud/parameters.h"
@@ -38,7 +38,6 @@ MainWindow* theMainWindow = nullptr;
 
 /// How long the end of the process waits for the last frames to leave, in milliseconds.
 constexpr int kFlushTime = 500;
-constexpr int kThirdLanguage = 2;
 constexpr int kMaxSpokenText = 128;
 constexpr int kLogFullAutoClose = 10000;
 constexpr int kNoticeAutoClose = 5000;
@@ -64,12 +63,7 @@ MainWindow::MainWindow(QWidget* parent)
     if (QGuiApplication::platformName() != QLatin1String("eglfs"))
         setFixedSize(Theme::kScreenWidth, Theme::kScreenHeight);
 
-    Fonts::installBase();
-    scripts_ = new ScriptHandler(this, QStringLiteral("/zel1/script_list.json"));
-    // No language is untitled, as a rule: the first one is in force until settings arrive.
-    if (scripts_->setScript(QString()) != 0)
-        scripts_->setScript(getLanguageList().value(0));
-
+    languages_ = new Languages(this);
     status_ = new SystemStatus([this] { return records_.menu(); },
                                [this] { return management_->connected(); }, this);
     menuTimer_ = new MenuTimer([this] { return records_.menu(); }, this);
@@ -96,6 +90,7 @@ MainWindow::MainWindow(QWidget* parent)
     touchKey_ = new TouchKeyForm(this);
     touchKey_->hide();
     applyScriptToKeypad();
+    connect(languages_, &Languages::changed, this, &MainWindow::applyScriptToKeypad);
 
     link_->open(DevicePaths::linkPort());
 
@@ -235,6 +230,8 @@ void MainWindow::shellMessage(const DeviceMessage& message) {
             setSystemStatus(
                 message.p1, message.p2,
                 message.length > 0 ? static_cast<unsigned char>(message.payload[0]) : 0);
+            if (const auto report = message.record<StatusReport>())
+                records_.setMealCount(report->meals);
             break;
         case command::Settings:
         case command::SettingsChanged:
@@ -283,7 +280,10 @@ void MainWindow::shellMessage(const DeviceMessage& message) {
 void MainWindow::settingsReceived(const _gui_menu_& record) {
     const NetworkBlock before = records_.menu().network;
     records_.setMenu(record);
-    applyLanguageOfSettings();
+    setReaderMode(static_cast<ReaderMode>(record.setup.readerMode));
+    setServiceMode(static_cast<ServiceMode>(record.setup.serviceMode));
+    setAlarmMode(static_cast<AlarmMode>(record.setup.alarmMode));
+    languages_->apply(record.setup.language);
     if (!settingsArrived_ || std::memcmp(&before, &record.network, sizeof before) != 0)
         initRestCall();
     settingsArrived_ = true;
@@ -400,7 +400,7 @@ void MainWindow::ShowCommandPopup(int command, int p1, int, const char*) {
         dialog = noticeDialog_;
     ScriptHandler::Script stamp = getScript(QStringLiteral("Arg_EventTime"));
     stamp.script = popup->kind == CommandPopups::Kind::Notice
-                       ? QDateTime::currentDateTime().toString(stamp.script)
+                       ? Clock::now().toString(stamp.script)
                        : QString();
     dialog->setSecondText(stamp);
     showPopupText(dialog, QLatin1String(popup->key), popup->isError);
@@ -454,40 +454,13 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 
 // --- Languages -----------------------------------------------------------------------------
 
-void MainWindow::applyLanguageOfSettings() {
-    const int number = records_.menu().setup.language;
-    if (number == language_ || number >= getLanguageList().size())
-        return;
-    // Not the user's change of language: nothing is removed for it.
-    if (number == kThirdLanguage)
-        Fonts::installJapanese();
-    setScript(number);
-}
-
-void MainWindow::setScript(int languageNumber) {
-    language_ = languageNumber;
-    scripts_->setScript(getLanguageList().at(languageNumber));
-    applyScriptToKeypad();
+void MainWindow::changeLanguage(int languageNumber) {
+    languages_->change(languageNumber);
 }
 
 void MainWindow::applyScriptToKeypad() {
     touchKey_->applyScripts([this](const QString& key) { return getScript(key); });
-    touchKey_->setHangulFirst(language_ == 0);
-}
-
-void MainWindow::changeLanguage(int languageNumber) {
-    if (languageNumber < 0 || languageNumber >= getLanguageList().size())
-        return;
-    if (languageNumber == kThirdLanguage) {
-        QFontDatabase::removeAllApplicationFonts();
-        Fonts::installJapanese();
-    } else {
-        Fonts::removeJapanese();
-        QFontDatabase::removeAllApplicationFonts();
-    }
-    // The base family serves every language; without it the panel would have no font at all.
-    Fonts::registerBase();
-    setScript(languageNumber);
+    touchKey_->setHangulFirst(languages_->number() == 0);
 }
 
 // --- Status --------------------------------------------------------------------------------

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <QFontDatabase>
 #include <QMainWindow>
 #include <QVariant>
 #include <memory>
 
+#include "app/languages.h"
 #include "app/record_store.h"
 #include "app/system_status.h"
 #include "app/window_registry.h"
@@ -89,6 +89,10 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     _gui_menu_ menuRecord() const { return records_.menu(); }
     /// Whether the controller has sent its settings since the start.
     bool settingsArrived() const { return settingsArrived_; }
+    /// Files of the device's data folder: the call number, the location, the pictures.
+    QString callNumberPath() const { return callNumberPath_; }
+    QString locationPath() const { return locationPath_; }
+    QString imageDirectory() const { return imageDirectory_; }
     /// Seconds until the standby screen asks for burn-in protection; 0 never.
     int getSleepMode() const;
 
@@ -131,11 +135,11 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
 
     // --- Languages -------------------------------------------------------------------------
     ScriptHandler::Script getScript(const QString& key) const override {
-        return scripts_->getScript(key);
+        return languages_->scripts().getScript(key);
     }
-    QStringList getLanguageList() const { return scripts_->getLanguageList(); }
-    QString getScriptFontFamily() const { return scripts_->getFontFamily(); }
-    int scriptRevision() const override { return scripts_->revision(); }
+    QStringList getLanguageList() const { return languages_->titles(); }
+    QString getScriptFontFamily() const { return languages_->scripts().getFontFamily(); }
+    int scriptRevision() const override { return languages_->scripts().revision(); }
     /// Switches to the language @p languageNumber at the user's wish; a number that the list does
     /// not have changes nothing. Screens take the new texts when they are next shown.
     void changeLanguage(int languageNumber);
@@ -214,8 +218,6 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     void connectManagement();
     void settingsReceived(const _gui_menu_& record);
     void checkBootchecker();
-    void applyLanguageOfSettings();
-    void setScript(int languageNumber);
     void applyScriptToKeypad();
     void shellMessage(const DeviceMessage& message);
     void quitByController();
@@ -230,11 +232,10 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     const QString callNumberPath_;
     const QString locationPath_;
     const QString imageDirectory_;
-    QFontDatabase fontDatabase_;
     std::unique_ptr<Ui::MainWindow> ui_;
 
     WindowRegistry windows_;
-    ScriptHandler* scripts_ = nullptr;
+    Languages* languages_ = nullptr;
     MenuTimer* menuTimer_ = nullptr;
     SystemStatus* status_ = nullptr;
     MessageDispatch* dispatch_ = nullptr;
@@ -251,7 +252,6 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     ReaderMode readerMode_ = ReaderMode::In;
     ServiceMode serviceMode_ = ServiceMode::InService;
     AlarmMode alarmMode_ = AlarmMode::None;
-    int language_ = 0;
     bool settingsArrived_ = false;
     bool shownOnce_ = false;
     bool factoryActive_ = false;

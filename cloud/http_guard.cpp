@@ -74,6 +74,11 @@ class GuardedParser : public Http::RequestParser {
     }
 };
 
+void endSending(const std::weak_ptr<Tcp::Peer>& weakPeer) {
+    if (const auto peer = weakPeer.lock())
+        ::shutdown(peer->fd(), SHUT_WR);
+}
+
 }  // namespace
 
 /// What the guard knows about one connection. It lives as long as the library's own record of the
@@ -106,6 +111,7 @@ class HttpGuard::Connection {
 
     const std::shared_ptr<Http::RequestParser> parser = std::make_shared<GuardedParser>();
     bool refused = false;
+    bool last = false;  // no request follows the present one
     std::size_t discarded = 0;
     int unsentAnswers = 0;
 
@@ -158,7 +164,7 @@ void HttpGuard::onInput(const char* data, std::size_t size,
     }
 }
 
-void HttpGuard::handle(const Http::Request& request, const Connection& connection,
+void HttpGuard::handle(const Http::Request& request, Connection& connection,
                        const std::shared_ptr<Tcp::Peer>& peer) {
     // A well-behaved client reads an answer before it asks again.
     if (connection.unsentAnswers > 0) {
@@ -173,6 +179,7 @@ void HttpGuard::handle(const Http::Request& request, const Connection& connectio
     Http::ResponseWriter response(request.version(), transport(), this, peer);
     response.headers().add<Http::Header::AccessControlAllowOrigin>("*");
     const auto wish = request.headers().tryGet<Http::Header::Connection>();
+    connection.last = !wish || wish->control() != Http::ConnectionControl::KeepAlive;
     response.headers().add<Http::Header::Connection>(wish ? wish->control()
                                                           : Http::ConnectionControl::Close);
     peer->setIdle(false);
@@ -190,7 +197,12 @@ void HttpGuard::send(Http::ResponseWriter& response, Http::Code code, const char
         return;
     const std::shared_ptr<Connection> connection = Connection::of(peer);
     ++connection->unsentAnswers;
-    const auto sent = [connection](ssize_t) { --connection->unsentAnswers; };
+    const std::weak_ptr<Tcp::Peer> weakPeer = peer;
+    const auto sent = [connection, weakPeer](ssize_t) {
+        --connection->unsentAnswers;
+        if (connection->last)
+            endSending(weakPeer);
+    };
     response.send(code, body, size).then(sent, Pistache::Async::IgnoreException);
 }
 
@@ -204,9 +216,6 @@ void HttpGuard::refuse(Http::Code code, const std::shared_ptr<Tcp::Peer>& peer) 
     response.headers().add<Http::Header::AccessControlAllowOrigin>("*");
     response.headers().add<Http::Header::Connection>(Http::ConnectionControl::Close);
     const std::weak_ptr<Tcp::Peer> weakPeer = peer;
-    const auto sent = [weakPeer](ssize_t) {
-        if (const auto there = weakPeer.lock())
-            ::shutdown(there->fd(), SHUT_WR);
-    };
+    const auto sent = [weakPeer](ssize_t) { endSending(weakPeer); };
     response.send(code, "", 0).then(sent, Pistache::Async::IgnoreException);
 }

@@ -1,6 +1,7 @@
 #include "screens/recognize/stay_window.h"
 
 #include "app/main_window.h"
+#include "base/clock.h"
 #include "link/command_code.h"
 #include "ui_stay_window.h"
 
@@ -51,7 +52,7 @@ void StayWindow::loadPictures() {
 }
 
 void StayWindow::showTime() {
-    ui_->standbyView->setTime(QDateTime::currentDateTime());
+    ui_->standbyView->setTime(Clock::now());
 }
 
 void StayWindow::setSleepTimerReset() {
