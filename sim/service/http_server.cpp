@@ -115,6 +115,11 @@ HttpServer::HttpServer(Handler handler, QObject* parent)
     connect(&server_, &QTcpServer::newConnection, this, &HttpServer::acceptConnection);
 }
 
+HttpServer::~HttpServer() {
+    // They count themselves out here.
+    qDeleteAll(QObjectList(children()));
+}
+
 bool HttpServer::listen(quint16 port) {
     return server_.listen(QHostAddress(QHostAddress::LocalHost), port);
 }

@@ -30,6 +30,7 @@ class HttpServer : public QObject {
     using Handler = std::function<HttpAnswer(const HttpMessage& request)>;
 
     HttpServer(Handler handler, QObject* parent);
+    ~HttpServer() override;
 
     /// Listens on @p port, 0 for a free one. False when the port cannot be had.
     bool listen(quint16 port);
