@@ -35,6 +35,9 @@ class WindowForm : public QWidget {
     /// The management service asks for what the screen's enrol button starts.
     virtual void enrolRequested() {}
 
+    /// The terminal's operating mode has changed while this screen is the active one.
+    virtual void workModeChanged() {}
+
     /// Builds the form if it is not there yet and brings its texts up to date.
     void ensureForm();
     bool isFormBuilt() const { return formBuilt_; }

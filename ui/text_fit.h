@@ -3,7 +3,6 @@
 #include <QColor>
 #include <QFont>
 #include <QRect>
-#include <functional>
 
 #include "ui/script_handler.h"
 
@@ -45,7 +44,8 @@ constexpr Rule kMethod{{{20, 1}, {18, 2}}};
 void draw(QPainter* painter, const QRect& box, Qt::Alignment alignment,
           const ScriptHandler::Script& text, const Rule& rule, QFont::Weight weight, QRgb color);
 
-/// @p text without its own size: that of a rule counts. For a text that was written for another role.
+/// @p text without its own size: that of a rule counts. For a text that was written for another
+/// role.
 ScriptHandler::Script roleSized(ScriptHandler::Script text);
 
 /// The width of @p text on one line in the rule's first size.
@@ -53,15 +53,5 @@ int width(const ScriptHandler::Script& text, const Rule& rule, QFont::Weight wei
 
 /// The font of the rule's first step.
 QFont font(const ScriptHandler::Script& text, const Rule& rule, QFont::Weight weight);
-
-/// One text as it was written.
-struct Written {
-    QString text;  ///< the whole text
-    QRect box;     ///< in the coordinates of the painter's device
-    int size;      ///< in pixels
-    bool cut;      ///< it had to be shortened
-};
-/// Is told of every text that is written, for checks of whole screens; empty ends it.
-void setObserver(std::function<void(const Written&)> observer);
 
 }  // namespace TextFit
