@@ -12,7 +12,8 @@ class QPainter;
 /// Writes texts of any language into boxes of a fixed size. A text that is too long for its box
 /// gives way in the steps of its rule: smaller, on more lines, and at last with an ellipsis.
 ///
-/// Markup in a text only breaks its lines here; other tags are dropped.
+/// Markup in a text only breaks its lines here; other tags are dropped. Texts that people have
+/// entered are not looked at for markup: their rules say so.
 namespace TextFit {
 
 /// A pixel size, and how many lines of it the box has room for.
@@ -25,6 +26,7 @@ struct Step {
 /// when it has one, and no later step is larger.
 struct Rule {
     Step steps[3];
+    bool verbatim = false;  ///< no script's text: shown letter by letter
 };
 
 constexpr Rule kTitle{{{26, 1}, {22, 2}}};
@@ -37,8 +39,11 @@ constexpr Rule kWideTile{{{20, 2}, {18, 3}}};
 constexpr Rule kToggle{{{20, 1}, {18, 1}}};
 constexpr Rule kValue{{{22, 1}}};
 constexpr Rule kChip{{{20, 1}}};
-constexpr Rule kName{{{40, 1}, {32, 1}}};
+constexpr Rule kName{{{40, 1}, {32, 1}}, true};
+constexpr Rule kIdNumber{{{26, 1}, {22, 1}}, true};
 constexpr Rule kBand{{{32, 1}, {28, 2}}};
+constexpr Rule kConfirmation{{{32, 2}, {28, 2}}};
+constexpr Rule kCaption{{{20, 1}, {18, 1}}};
 constexpr Rule kMethod{{{20, 1}, {18, 2}}};
 
 /// Writes @p text into @p box.
