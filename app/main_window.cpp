@@ -59,7 +59,9 @@ MainWindow::MainWindow(QWidget* parent)
     }
     ui_->setupUi(this);
     // The panel's plug-in makes the window as large as the screen; elsewhere it has a frame.
-    if (QGuiApplication::platformName() != QLatin1String("eglfs"))
+    if (onPanel())
+        setAttribute(Qt::WA_TranslucentBackground);
+    else
         setFixedSize(Theme::kScreenWidth, Theme::kScreenHeight);
 
     Fonts::installBase();
@@ -117,6 +119,10 @@ MainWindow::~MainWindow() {
 
 MainWindow* MainWindow::getMainWindow() {
     return theMainWindow;
+}
+
+bool MainWindow::onPanel() {
+    return QGuiApplication::platformName() == QLatin1String("eglfs");
 }
 
 void MainWindow::installPictures() {
@@ -218,12 +224,12 @@ void MainWindow::shellMessage(const DeviceMessage& message) {
             setSystemStatus(
                 message.p1, message.p2,
                 message.length > 0 ? static_cast<unsigned char>(message.payload[0]) : 0);
+            if (const auto report = message.record<StatusReport>())
+                records_.setMealCount(report->meals);
             break;
         case command::Settings:
         case command::SettingsChanged:
-            records_.setMenu(*message.record<_gui_menu_>());
-            settingsArrived_ = true;
-            applyLanguageOfSettings();
+            takeSettings(*message.record<_gui_menu_>());
             break;
         case command::ControllerEvent:
             lastControllerEvent_ = {message.command, message.p1, message.p2, 0, nullptr};
@@ -249,6 +255,20 @@ void MainWindow::shellMessage(const DeviceMessage& message) {
             ShowCommandPopup(message.command, message.p1, message.p2, message.payload);
             break;
     }
+}
+
+void MainWindow::takeSettings(const _gui_menu_& settings) {
+    records_.setMenu(settings);
+    settingsArrived_ = true;
+    const std::uint8_t alarm = settings.setup.alarmMode;
+    alarmMode_ = alarm <= static_cast<int>(AlarmMode::Disarm) ? static_cast<AlarmMode>(alarm)
+                                                              : AlarmMode::None;
+    readerMode_ = settings.setup.readerMode == 0 ? ReaderMode::In : ReaderMode::Out;
+    serviceMode_ =
+        settings.setup.serviceMode == 0 ? ServiceMode::InService : ServiceMode::OutOfService;
+    applyLanguageOfSettings();
+    if (WindowForm* active = windows_.active())
+        active->settingsChanged();
 }
 
 void MainWindow::quitByController() {
@@ -435,6 +455,8 @@ void MainWindow::changeLanguage(int languageNumber) {
 
 void MainWindow::setSystemStatus(int status, int, int) {
     status_->setStatus(status);
+    if (WindowForm* active = windows_.active())
+        active->workStateChanged();
 }
 
 int MainWindow::getSystemStatus() const {

@@ -46,6 +46,9 @@ class MainWindow : public QMainWindow, public CloudHost, public WindowShell {
 
     /// The one main window; null before it is made and once it is being destroyed.
     static MainWindow* getMainWindow();
+    /// Whether this is the terminal's own display, where the camera's picture lies under the
+    /// window and shows wherever nothing is painted.
+    static bool onPanel();
 
     // --- Device link -----------------------------------------------------------------------
     /// Sends a frame without payload; dropped unless the link has been reported up.
@@ -98,6 +101,10 @@ class MainWindow : public QMainWindow, public CloudHost, public WindowShell {
     AlarmMode getAlarmMode() const { return alarmMode_; }
     void setWorkMode(WorkMode mode);
     WorkMode getWorkMode() const;
+    /// Whether the next recognition compares with one person, whose number was entered (1), or
+    /// with all (0).
+    void setState1N1(int state) { state1N1_ = state; }
+    int getState1N1() const { return state1N1_; }
 
     // --- Screens ---------------------------------------------------------------------------
     /// 0 done, 1 no such window, -1 refused.
@@ -192,6 +199,7 @@ class MainWindow : public QMainWindow, public CloudHost, public WindowShell {
     void createDialogs();
     void startRestClient();
     void checkBootchecker();
+    void takeSettings(const _gui_menu_& settings);
     void applyLanguageOfSettings();
     void setScript(int languageNumber);
     void applyScriptToKeypad();
@@ -229,6 +237,7 @@ class MainWindow : public QMainWindow, public CloudHost, public WindowShell {
     ReaderMode readerMode_ = ReaderMode::In;
     ServiceMode serviceMode_ = ServiceMode::InService;
     AlarmMode alarmMode_ = AlarmMode::None;
+    int state1N1_ = 0;
     int language_ = 0;
     bool restConnected_ = false;
     bool settingsArrived_ = false;

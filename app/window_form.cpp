@@ -41,6 +41,12 @@ void WindowForm::setParam(QVariant param) {
 
 void WindowForm::deviceAnswer(const DeviceMessage&) {}
 
+void WindowForm::workStateChanged() {}
+
+void WindowForm::settingsChanged() {
+    ensureForm();
+}
+
 void WindowForm::ensureForm() {
     if (!formBuilt_) {
         formBuilt_ = true;
