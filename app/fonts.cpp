@@ -24,6 +24,8 @@ void link(QLatin1String name) {
 }
 
 void add(QLatin1String name) {
+    // A font that is added to a database not yet filled is read once more when it is filled.
+    const QFontDatabase filled;
     QFontDatabase::addApplicationFont(DevicePaths::at(QString(kLinks) + name));
 }
 

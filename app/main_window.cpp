@@ -12,15 +12,17 @@
 #include <utility>
 
 #include "app/command_popups.h"
-#include "app/fonts.h"
+#include "app/management_link.h"
 #include "app/menu_timer.h"
 #include "app/message_dispatch.h"
+#include "app/network_setup.h"
 #include "app/screen_factory.h"
 #include "app/status_popup.h"
 #include "app/window_form.h"
+#include "base/clock.h"
 #include "base/device_paths.h"
+#include "cloud/event_reports.h"
 #include "cloud/parameters.h"
-#include "cloud/rest_client.h"
 #include "link/command_code.h"
 #include "ui/dialog_form.h"
 #include "ui/key_click.h"
@@ -36,7 +38,6 @@ MainWindow* theMainWindow = nullptr;
 
 /// How long the end of the process waits for the last frames to leave, in milliseconds.
 constexpr int kFlushTime = 500;
-constexpr int kThirdLanguage = 2;
 constexpr int kMaxSpokenText = 128;
 constexpr int kLogFullAutoClose = 10000;
 constexpr int kNoticeAutoClose = 5000;
@@ -64,14 +65,9 @@ MainWindow::MainWindow(QWidget* parent)
     else
         setFixedSize(Theme::kScreenWidth, Theme::kScreenHeight);
 
-    Fonts::installBase();
-    scripts_ = new ScriptHandler(this, QStringLiteral("/zel1/script_list.json"));
-    // No language is untitled, as a rule: the first one is in force until settings arrive.
-    if (scripts_->setScript(QString()) != 0)
-        scripts_->setScript(getLanguageList().value(0));
-
+    languages_ = new Languages(this);
     status_ = new SystemStatus([this] { return records_.menu(); },
-                               [this] { return restConnected_; }, this);
+                               [this] { return management_->connected(); }, this);
     menuTimer_ = new MenuTimer([this] { return records_.menu(); }, this);
     dispatch_ = new MessageDispatch(windows_, this);
     link_ = new DeviceLink([this](quint16 command, quint8, quint8, quint16 length,
@@ -96,20 +92,23 @@ MainWindow::MainWindow(QWidget* parent)
     touchKey_ = new TouchKeyForm(this);
     touchKey_->hide();
     applyScriptToKeypad();
+    connect(languages_, &Languages::changed, this, &MainWindow::applyScriptToKeypad);
 
     link_->open(DevicePaths::linkPort());
 
     connect(&windows_, &WindowRegistry::changing, this, &MainWindow::signal_changeWindow);
     connect(this, &MainWindow::signal_changeWindow, this, &MainWindow::changeWindowShowEvent);
     createDialogs();
-    startRestClient();
+    management_ = new ManagementLink(*this, *this, this);
+    management_->start();
+    connectManagement();
 }
 
 MainWindow::~MainWindow() {
     ui_.reset();
     link_->close(kFlushTime);
     // Joins the thread that serves HTTP, which may call back until then.
-    delete std::exchange(restClient_, nullptr);
+    delete std::exchange(management_, nullptr);
     KeyClick::setHandler(nullptr);
     // The screens go while everything that they use is still there.
     windows_.deleteAll();
@@ -151,18 +150,31 @@ void MainWindow::createDialogs() {
     noticeDialog_->setObjectName(QStringLiteral("noticeDialog"));
 }
 
-void MainWindow::startRestClient() {
-    restClient_ = new RestClass(*this, this);
-    restClient_->start(QThread::InheritPriority);
-    connect(&downloads_, &DownloadManager::emitFilePath, this, &MainWindow::fwFileDownloadStart);
-    connect(&downloads_, QOverload<>::of(&DownloadManager::finished), this,
+void MainWindow::connectManagement() {
+    connect(this, &MainWindow::signal_restReceive_FR33_3, this,
+            &MainWindow::sendCommand_ReceiveNetUserDelete);
+    connect(this, &MainWindow::signal_restReceive_FR33_2, this,
+            &MainWindow::sendCommand_ReceiveNetUserGet);
+    connect(this, &MainWindow::signal_receiveNetUserEnroll, this,
+            &MainWindow::sendCommand_ReceiveNetUserEnroll);
+    connect(&management_->downloads(), &DownloadManager::emitFilePath, this,
+            &MainWindow::fwFileDownloadStart);
+    connect(&management_->downloads(), QOverload<>::of(&DownloadManager::finished), this,
             &MainWindow::fileDownloadComplete);
+    connect(this, &MainWindow::signal_receiveDoorOpen, this, &MainWindow::sendCommand_DoorOpen);
+    connect(this, &MainWindow::signal_restCall_FR37, this,
+            &MainWindow::sendCommand_RunKioskEnrollMode);
+    connect(this, &MainWindow::signal_restSetTime, this, &MainWindow::sendCommand_SetTime);
+    connect(this, &MainWindow::signal_restCall_FR59, this,
+            &MainWindow::sendCommand_ReceiveNetDeviceSetting);
+    connect(this, &MainWindow::signal_restCall_FR61, this,
+            &MainWindow::sendCommand_ReceiveNetSystemSetting);
+    connect(this, &MainWindow::signal_restCall_FR51, management_, &ManagementLink::reportVisitor);
+    connect(status_, &SystemStatus::connectWanted, management_, &ManagementLink::connectNow);
     connect(status_, &SystemStatus::connectionCheckWanted, this, [this] {
-        restClient_->SendCommand(RestClass::kConnectionCheck, QVariant());
+        management_->checkNow();
         checkingForUnsentData();
     });
-    connect(status_, &SystemStatus::connectWanted, this,
-            [this] { restClient_->SendCommand(RestClass::kConnect, QVariant()); });
 }
 
 // --- Device link ---------------------------------------------------------------------------
@@ -229,7 +241,7 @@ void MainWindow::shellMessage(const DeviceMessage& message) {
             break;
         case command::Settings:
         case command::SettingsChanged:
-            takeSettings(*message.record<_gui_menu_>());
+            settingsReceived(*message.record<_gui_menu_>());
             break;
         case command::ControllerEvent:
             lastControllerEvent_ = {message.command, message.p1, message.p2, 0, nullptr};
@@ -248,6 +260,20 @@ void MainWindow::shellMessage(const DeviceMessage& message) {
         case command::TextSpoken:
             EnrollPlaySoundTts(0, nullptr);
             break;
+        case command::AccessEvent:
+            if (const auto event = message.record<GUI_LOGDATA>())
+                sendUserInoutData(&*event);
+            ShowCommandPopup(message.command, message.p1, message.p2, message.payload);
+            break;
+        case command::UserEnrolled:
+            if (const auto info = message.record<info_s>())
+                sendUserEnrollData(&*info);
+            break;
+        case command::VisitorCall:
+            if (const auto call = message.record<VisitorCallReport>())
+                emit signal_restCall_FR51(
+                    QVariant::fromValue(event_reports::visitor(fieldText(call->visiblePicture))));
+            break;
         case command::ControllerNote:
             qCDebug(appLog, "controller note %d %d", message.p1, message.p2);
             break;
@@ -257,16 +283,16 @@ void MainWindow::shellMessage(const DeviceMessage& message) {
     }
 }
 
-void MainWindow::takeSettings(const _gui_menu_& settings) {
-    records_.setMenu(settings);
+void MainWindow::settingsReceived(const _gui_menu_& record) {
+    const NetworkBlock before = records_.menu().network;
+    records_.setMenu(record);
+    setReaderMode(static_cast<ReaderMode>(record.setup.readerMode));
+    setServiceMode(static_cast<ServiceMode>(record.setup.serviceMode));
+    setAlarmMode(static_cast<AlarmMode>(record.setup.alarmMode));
+    languages_->apply(record.setup.language);
+    if (!settingsArrived_ || std::memcmp(&before, &record.network, sizeof before) != 0)
+        initRestCall();
     settingsArrived_ = true;
-    const std::uint8_t alarm = settings.setup.alarmMode;
-    alarmMode_ = alarm <= static_cast<int>(AlarmMode::Disarm) ? static_cast<AlarmMode>(alarm)
-                                                              : AlarmMode::None;
-    readerMode_ = settings.setup.readerMode == 0 ? ReaderMode::In : ReaderMode::Out;
-    serviceMode_ =
-        settings.setup.serviceMode == 0 ? ServiceMode::InService : ServiceMode::OutOfService;
-    applyLanguageOfSettings();
     if (WindowForm* active = windows_.active())
         active->settingsChanged();
 }
@@ -370,15 +396,36 @@ void MainWindow::ClosePopup() {
 }
 
 void MainWindow::ShowCommandPopup(int command, int p1, int, const char*) {
-    const CommandPopups::Text* text = CommandPopups::find(command, p1);
-    if (text == nullptr)
+    const CommandPopups::Popup* popup = CommandPopups::find(command, p1);
+    if (popup == nullptr)
         return;
-    popupForm_->setIcon(text->isError ? DialogForm::Icon::Error : DialogForm::Icon::Info);
-    popupForm_->setText(getScript(QLatin1String(text->key)));
-    popupForm_->setOkText(getScript(QStringLiteral("TopMenu_OK")));
-    popupForm_->show();
-    if (text->isError)
+    if (popup->screen != nullptr)
+        changeWindow(QLatin1String(popup->screen));
+    DialogForm* dialog = popupForm_;
+    if (popup->kind == CommandPopups::Kind::Question)
+        dialog = logFullDialog_;
+    else if (popup->kind == CommandPopups::Kind::Notice)
+        dialog = noticeDialog_;
+    ScriptHandler::Script stamp = getScript(QStringLiteral("Arg_EventTime"));
+    stamp.script = popup->kind == CommandPopups::Kind::Notice
+                       ? Clock::now().toString(stamp.script)
+                       : QString();
+    dialog->setSecondText(stamp);
+    showPopupText(dialog, QLatin1String(popup->key), popup->isError);
+    if (popup->isError)
         PlaySound(kErrorSound);
+}
+
+void MainWindow::showPopupText(DialogForm* dialog, const QString& key, bool isError) {
+    const bool asks = dialog == logFullDialog_;
+    dialog->setIcon(isError ? DialogForm::Icon::Error
+                            : (asks ? DialogForm::Icon::Question : DialogForm::Icon::Info));
+    dialog->setText(getScript(key));
+    dialog->setOkText(getScript(QStringLiteral("TopMenu_OK")));
+    if (asks)
+        dialog->setCancelText(getScript(QStringLiteral("TopMenu_Cancel")));
+    dialog->show();
+    dialog->raise();
 }
 
 void MainWindow::deleteWarnMaxLog() {
@@ -415,40 +462,13 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 
 // --- Languages -----------------------------------------------------------------------------
 
-void MainWindow::applyLanguageOfSettings() {
-    const int number = records_.menu().setup.language;
-    if (number == language_ || number >= getLanguageList().size())
-        return;
-    // Not the user's change of language: nothing is removed for it.
-    if (number == kThirdLanguage)
-        Fonts::installJapanese();
-    setScript(number);
-}
-
-void MainWindow::setScript(int languageNumber) {
-    language_ = languageNumber;
-    scripts_->setScript(getLanguageList().at(languageNumber));
-    applyScriptToKeypad();
+void MainWindow::changeLanguage(int languageNumber) {
+    languages_->change(languageNumber);
 }
 
 void MainWindow::applyScriptToKeypad() {
     touchKey_->applyScripts([this](const QString& key) { return getScript(key); });
-    touchKey_->setHangulFirst(language_ == 0);
-}
-
-void MainWindow::changeLanguage(int languageNumber) {
-    if (languageNumber < 0 || languageNumber >= getLanguageList().size())
-        return;
-    if (languageNumber == kThirdLanguage) {
-        QFontDatabase::removeAllApplicationFonts();
-        Fonts::installJapanese();
-    } else {
-        Fonts::removeJapanese();
-        QFontDatabase::removeAllApplicationFonts();
-    }
-    // The base family serves every language; without it the panel would have no font at all.
-    Fonts::registerBase();
-    setScript(languageNumber);
+    touchKey_->setHangulFirst(languages_->number() == 0);
 }
 
 // --- Status --------------------------------------------------------------------------------
@@ -527,11 +547,86 @@ void MainWindow::parsingRestCommand(int command, QVariant parameter) {
     }
 }
 
-void MainWindow::completedRestCommand(QVariant) {}
+void MainWindow::updateRestConnectStatus(bool up) {
+    management_->setConnected(up);
+}
+
+void MainWindow::completedRestCommand(QVariant procIdx) {
+    management_->commands().completed(procIdx);
+}
+
+void MainWindow::initRestCall() {
+    management_->restart();
+}
+
+void MainWindow::setIp(const AddressBlock& own) {
+    NetworkSetup::apply(own);
+}
+
+void MainWindow::startEnrolment() {
+    if (WindowForm* live = getWindow(QStringLiteral("liveWindow")))
+        live->enrolRequested();
+}
+
+void MainWindow::showPopupText(const QString& key) {
+    showPopupText(popupForm_, key, false);
+}
+
+RestClass* MainWindow::restClient() const {
+    return management_->client();
+}
 
 void MainWindow::downloadFileURL(const QVariant& parameter) {
     if (parameter.canConvert<FR44_Parameter>())
-        downloads_.append(QUrl(parameter.value<FR44_Parameter>().address));
+        management_->downloads().append(QUrl(parameter.value<FR44_Parameter>().address));
+}
+
+void MainWindow::sendUserInoutData(const GUI_LOGDATA* event) {
+    management_->reportAccess(*event);
+}
+
+void MainWindow::sendUserEnrollData(const info_s* info) {
+    management_->reportEnrolment(*info);
+}
+
+void MainWindow::receiveOpenDoor() {
+    emit signal_receiveDoorOpen(0);
+}
+
+void MainWindow::sendCommand_ReceiveNetUserGet(const QVariant& parameter) {
+    management_->commands().getUser(parameter);
+}
+
+void MainWindow::sendCommand_ReceiveNetUserDelete(const QVariant& parameter) {
+    management_->commands().deleteUser(parameter);
+}
+
+void MainWindow::sendCommand_ReceiveNetUserEnroll(const QVariant& parameter) {
+    management_->commands().enrolUser(parameter);
+}
+
+void MainWindow::sendCommand_DoorOpen(const QVariant&) {
+    management_->commands().openDoor();
+}
+
+void MainWindow::sendCommand_RunKioskEnrollMode(const QVariant& parameter) {
+    management_->commands().runKioskEnrolMode(parameter);
+}
+
+void MainWindow::sendCommand_SetTime(const QVariant& parameter) {
+    management_->commands().setTime(parameter);
+}
+
+void MainWindow::sendCommand_ReceiveNetDeviceSetting(const QVariant& parameter) {
+    management_->commands().setDevice(parameter);
+}
+
+void MainWindow::sendCommand_ReceiveNetSystemSetting(const QVariant& parameter) {
+    management_->commands().setSystem(parameter);
+}
+
+void MainWindow::userRestChkrResult() {
+    management_->takeCommandFolder();
 }
 
 void MainWindow::fwFileDownloadStart(const QString& path) {
@@ -539,8 +634,5 @@ void MainWindow::fwFileDownloadStart(const QString& path) {
 }
 
 void MainWindow::fileDownloadComplete() {
-    if (QFile::exists(downloads_.getFilePath()))
-        QFile::rename(downloads_.getFilePath(), downloads_.getArchivePath());
-    // Told in any case; a controller that finds no archive does nothing.
-    SendCommand(command::UpdateFirmware, 0, 0);
+    management_->commands().finishDownload(management_->downloads());
 }

@@ -1,16 +1,16 @@
 #pragma once
 
-#include <QFontDatabase>
 #include <QMainWindow>
 #include <QVariant>
 #include <memory>
 
+#include "app/languages.h"
 #include "app/record_store.h"
 #include "app/system_status.h"
 #include "app/window_registry.h"
 #include "app/window_shell.h"
 #include "cloud/cloud_host.h"
-#include "cloud/download_manager.h"
+#include "cloud/management_host.h"
 #include "link/device_link.h"
 #include "link/device_message.h"
 #include "ui/script_handler.h"
@@ -21,6 +21,7 @@ class MainWindow;
 class DialogForm;
 class InputField;
 class MenuTimer;
+class ManagementLink;
 class MessageDispatch;
 class RestClass;
 class StatusPopup;
@@ -37,7 +38,7 @@ enum class AlarmMode { None = 0, Arm = 1, Disarm = 2 };
 /// screens need. It owns the parts and hands every call on to the one that does the work.
 ///
 /// GUI thread only, but for GetGuiMenu(), settings() and parsingRestCommand().
-class MainWindow : public QMainWindow, public CloudHost, public WindowShell {
+class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, public WindowShell {
     Q_OBJECT
 
  public:
@@ -52,10 +53,11 @@ class MainWindow : public QMainWindow, public CloudHost, public WindowShell {
 
     // --- Device link -----------------------------------------------------------------------
     /// Sends a frame without payload; dropped unless the link has been reported up.
-    void SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2);
+    void SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2) override;
     /// Sends a frame; dropped unless the socket is connected. @p data may be null with @p len 0.
     void SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2, unsigned short len,
-                     const char* data);
+                     const char* data) override;
+    bool linkUp() const override { return link_->connected(); }
     /// Sends a frame whose payload is a packed record.
     template <typename Record>
     void SendRecord(unsigned short cmd, unsigned char p1, unsigned char p2, const Record& record) {
@@ -79,10 +81,10 @@ class MainWindow : public QMainWindow, public CloudHost, public WindowShell {
     // --- Records ---------------------------------------------------------------------------
     /// Whole-record copies out of and into the terminal's own. GetGuiMenu may be called from any
     /// thread.
-    void GetGuiMenu(_gui_menu_* record) const { *record = records_.menu(); }
-    void SetGuiMenu(const _gui_menu_* record) { records_.setMenu(*record); }
+    void GetGuiMenu(_gui_menu_* record) const override { *record = records_.menu(); }
+    void SetGuiMenu(const _gui_menu_* record) override { records_.setMenu(*record); }
     void GetGuiUser(_gui_user_* record) const { *record = records_.user(); }
-    void SetGuiUser(const _gui_user_* record) { records_.setUser(*record); }
+    void SetGuiUser(const _gui_user_* record) override { records_.setUser(*record); }
     void GetUserLog(GUI_USERLOG* record) const { *record = records_.userLog(); }
     void SetUserLog(const GUI_USERLOG* record) { records_.setUserLog(*record); }
     void GetMealCount(MEAL_COUNT* record) const { *record = records_.mealCount(); }
@@ -90,6 +92,10 @@ class MainWindow : public QMainWindow, public CloudHost, public WindowShell {
     _gui_menu_ menuRecord() const { return records_.menu(); }
     /// Whether the controller has sent its settings since the start.
     bool settingsArrived() const { return settingsArrived_; }
+    /// Files of the device's data folder: the call number, the location, the pictures.
+    QString callNumberPath() const { return callNumberPath_; }
+    QString locationPath() const { return locationPath_; }
+    QString imageDirectory() const { return imageDirectory_; }
     /// Seconds until the standby screen asks for burn-in protection; 0 never.
     int getSleepMode() const;
 
@@ -108,7 +114,7 @@ class MainWindow : public QMainWindow, public CloudHost, public WindowShell {
 
     // --- Screens ---------------------------------------------------------------------------
     /// 0 done, 1 no such window, -1 refused.
-    int changeWindow(const QString& title);
+    int changeWindow(const QString& title) override;
     int changeWindow(const QString& title, const QVariant& param);
     WindowForm* getWindow(const QString& title) const { return windows_.find(title); }
     WindowForm* getActivateWindowForm() const { return windows_.active(); }
@@ -136,11 +142,11 @@ class MainWindow : public QMainWindow, public CloudHost, public WindowShell {
 
     // --- Languages -------------------------------------------------------------------------
     ScriptHandler::Script getScript(const QString& key) const override {
-        return scripts_->getScript(key);
+        return languages_->scripts().getScript(key);
     }
-    QStringList getLanguageList() const { return scripts_->getLanguageList(); }
-    QString getScriptFontFamily() const { return scripts_->getFontFamily(); }
-    int scriptRevision() const override { return scripts_->revision(); }
+    QStringList getLanguageList() const { return languages_->titles(); }
+    QString getScriptFontFamily() const { return languages_->scripts().getFontFamily(); }
+    int scriptRevision() const override { return languages_->scripts().revision(); }
     /// Switches to the language @p languageNumber at the user's wish; a number that the list does
     /// not have changes nothing. Screens take the new texts when they are next shown.
     void changeLanguage(int languageNumber);
@@ -156,14 +162,33 @@ class MainWindow : public QMainWindow, public CloudHost, public WindowShell {
     /// Turns a management command into its signal, whose slot runs in the GUI thread. A number
     /// that has none does nothing. Any thread.
     void parsingRestCommand(int command, QVariant parameter) override;
-    void updateRestConnectStatus(bool up) override { restConnected_ = up; }
+    void updateRestConnectStatus(bool up) override;
     void completedRestCommand(QVariant procIdx) override;
-    RestClass* restClient() const { return restClient_; }
+    void initRestCall() override;
+    void setIp(const AddressBlock& own) override;
+    void startEnrolment() override;
+    void showPopupText(const QString& key) override;
+    RestClass* restClient() const;
+    ManagementLink* managementLink() const { return management_; }
     /// Queues the firmware address of an FR44_Parameter.
     void downloadFileURL(const QVariant& parameter);
+    /// Reports an access event or an enrolment to the management service, if it is in use.
+    void sendUserInoutData(const GUI_LOGDATA* event);
+    void sendUserEnrollData(const info_s* info);
+    /// Opens the door once, for a request from inside the terminal.
+    void receiveOpenDoor();
 
  public slots:
     void changeWindowShowEvent(const QString& title);
+    void sendCommand_ReceiveNetUserGet(const QVariant& parameter);
+    void sendCommand_ReceiveNetUserDelete(const QVariant& parameter);
+    void sendCommand_ReceiveNetUserEnroll(const QVariant& parameter);
+    void sendCommand_DoorOpen(const QVariant& parameter);
+    void sendCommand_RunKioskEnrollMode(const QVariant& parameter);
+    void sendCommand_SetTime(const QVariant& parameter);
+    void sendCommand_ReceiveNetDeviceSetting(const QVariant& parameter);
+    void sendCommand_ReceiveNetSystemSetting(const QVariant& parameter);
+    void userRestChkrResult();
     void fwFileDownloadStart(const QString& path);
     void fileDownloadComplete();
 
@@ -197,14 +222,13 @@ class MainWindow : public QMainWindow, public CloudHost, public WindowShell {
     void installPictures();
     void initWindowList();
     void createDialogs();
-    void startRestClient();
+    void connectManagement();
+    void settingsReceived(const _gui_menu_& record);
     void checkBootchecker();
-    void takeSettings(const _gui_menu_& settings);
-    void applyLanguageOfSettings();
-    void setScript(int languageNumber);
     void applyScriptToKeypad();
     void shellMessage(const DeviceMessage& message);
     void quitByController();
+    void showPopupText(DialogForm* dialog, const QString& key, bool isError);
     void showFaults(const QStringList& keys, bool anyBit);
     void menuTimeout(const QString& returnTitle);
     void deleteWarnMaxLog();
@@ -212,15 +236,13 @@ class MainWindow : public QMainWindow, public CloudHost, public WindowShell {
 
     // In the order in which they may be destroyed, last first.
     RecordStore records_;
-    DownloadManager downloads_;
     const QString callNumberPath_;
     const QString locationPath_;
     const QString imageDirectory_;
-    QFontDatabase fontDatabase_;
     std::unique_ptr<Ui::MainWindow> ui_;
 
     WindowRegistry windows_;
-    ScriptHandler* scripts_ = nullptr;
+    Languages* languages_ = nullptr;
     MenuTimer* menuTimer_ = nullptr;
     SystemStatus* status_ = nullptr;
     MessageDispatch* dispatch_ = nullptr;
@@ -231,15 +253,13 @@ class MainWindow : public QMainWindow, public CloudHost, public WindowShell {
     DialogForm* popupForm_ = nullptr;
     DialogForm* logFullDialog_ = nullptr;
     DialogForm* noticeDialog_ = nullptr;
-    RestClass* restClient_ = nullptr;
+    ManagementLink* management_ = nullptr;
 
     DeviceMessage lastControllerEvent_;
     ReaderMode readerMode_ = ReaderMode::In;
     ServiceMode serviceMode_ = ServiceMode::InService;
     AlarmMode alarmMode_ = AlarmMode::None;
     int state1N1_ = 0;
-    int language_ = 0;
-    bool restConnected_ = false;
     bool settingsArrived_ = false;
     bool shownOnce_ = false;
     bool factoryActive_ = false;

@@ -37,6 +37,9 @@ class WindowForm : public QWidget {
     /// to date, since the language is one of them.
     virtual void settingsChanged();
 
+    /// The management service asks for what the screen's enrol button starts.
+    virtual void enrolRequested() {}
+
     /// Builds the form if it is not there yet and brings its texts up to date.
     void ensureForm();
     bool isFormBuilt() const { return formBuilt_; }

@@ -26,8 +26,9 @@ WindowRegistry::Result WindowRegistry::change(const QString& title, const QVaria
     // The window counts as active while it comes up, since what it does then may depend on it.
     active_ = next;
     activeIndex_ = windows_.indexOf(next);
-    next->show();
+    // Raised first: what it opens as it comes up, such as the keypad, lies above it.
     next->raise();
+    next->show();
     // A dialog that is up stays the topmost.
     if (DialogOverlay* dialog = DialogOverlay::current(next))
         dialog->raise();

@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QNetworkAccessManager>
 #include <QNetworkProxy>
 #include <QNetworkReply>
 #include <QRegularExpression>
@@ -35,9 +36,7 @@ QString nameOf(const QUrl& url) {
 }  // namespace
 
 DownloadManager::DownloadManager(QObject* parent)
-    : QObject(parent), basePath_(DevicePaths::at(QStringLiteral("/mnt/data/input/"))) {
-    manager_.setProxy(QNetworkProxy::NoProxy);
-}
+    : QObject(parent), basePath_(DevicePaths::at(QStringLiteral("/mnt/data/input/"))) {}
 
 DownloadManager::~DownloadManager() {
     if (reply_ == nullptr)
@@ -86,6 +85,14 @@ void DownloadManager::clearOldFiles(const QUrl& url) {
         QFile::remove(basePath_ + name);
 }
 
+QNetworkAccessManager& DownloadManager::network() {
+    if (!network_) {
+        network_ = std::make_unique<QNetworkAccessManager>();
+        network_->setProxy(QNetworkProxy::NoProxy);
+    }
+    return *network_;
+}
+
 void DownloadManager::startNextDownload() {
     if (reply_ != nullptr)
         return;
@@ -104,7 +111,7 @@ void DownloadManager::startNextDownload() {
         QNetworkRequest request(url);
         request.setTransferTimeout(silenceLimit_);
         writeError_.clear();
-        reply_ = manager_.get(request);
+        reply_ = network().get(request);
         reply_->setReadBufferSize(kReadAhead);
         connect(reply_, &QNetworkReply::downloadProgress, this, &DownloadManager::downloadProgress);
         connect(reply_, &QNetworkReply::finished, this, &DownloadManager::downloadFinished);
@@ -121,7 +128,7 @@ void DownloadManager::downloadReadyRead() {
     if (!writeError_.isEmpty())
         return;
     if (output_.write(piece) != piece.size() || !output_.flush()) {
-        writeError_ = output_.errorString();
+        writeError_ = output_.fileName() + QStringLiteral(" cannot be written");
         reply_->abort();
     }
 }

@@ -2,12 +2,13 @@
 
 #include <QElapsedTimer>
 #include <QFile>
-#include <QNetworkAccessManager>
 #include <QObject>
 #include <QQueue>
 #include <QString>
 #include <QUrl>
+#include <memory>
 
+class QNetworkAccessManager;
 class QNetworkReply;
 
 /// Fetches files over HTTP into the terminal's input folder, one after the other.
@@ -54,6 +55,7 @@ class DownloadManager : public QObject {
     void progress(qint64 received, qint64 total, const QString& speed);
 
  private:
+    QNetworkAccessManager& network();
     void startNextDownload();
     void downloadProgress(qint64 received, qint64 total);
     void downloadFinished();
@@ -61,7 +63,8 @@ class DownloadManager : public QObject {
     QString saveFileName(const QUrl& url) const;
     void clearOldFiles(const QUrl& url);
 
-    QNetworkAccessManager manager_;
+    // Made for the first download: with it come threads and plug-ins that most days never need.
+    std::unique_ptr<QNetworkAccessManager> network_;
     const QString basePath_;
     QQueue<QUrl> queue_;
     QNetworkReply* reply_ = nullptr;

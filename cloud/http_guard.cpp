@@ -74,6 +74,11 @@ class GuardedParser : public Http::RequestParser {
     }
 };
 
+void endSending(const std::weak_ptr<Tcp::Peer>& weakPeer) {
+    if (const auto peer = weakPeer.lock())
+        ::shutdown(peer->fd(), SHUT_WR);
+}
+
 }  // namespace
 
 /// What the guard knows about one connection. It lives as long as the library's own record of the
@@ -104,7 +109,9 @@ class HttpGuard::Connection {
     }
     std::size_t held() const { return held_; }
 
+    const std::shared_ptr<Http::RequestParser> parser = std::make_shared<GuardedParser>();
     bool refused = false;
+    bool last = false;  // no request follows the present one
     std::size_t discarded = 0;
     int unsentAnswers = 0;
 
@@ -116,8 +123,9 @@ class HttpGuard::Connection {
 HttpGuard::HttpGuard(std::shared_ptr<Pistache::Rest::Router> router) : router_(std::move(router)) {}
 
 void HttpGuard::onConnection(const std::shared_ptr<Tcp::Peer>& peer) {
-    peer->putData(ParserData, std::shared_ptr<Http::RequestParser>(new GuardedParser));
-    peer->putData(kConnectionData, std::make_shared<Connection>(totals_));
+    const auto connection = std::make_shared<Connection>(totals_);
+    peer->putData(ParserData, connection->parser);
+    peer->putData(kConnectionData, connection);
     if (totals_->connections > kMaxConnections)
         ::shutdown(peer->fd(), SHUT_RDWR);
 }
@@ -131,7 +139,7 @@ void HttpGuard::onInput(const char* data, std::size_t size,
             ::shutdown(peer->fd(), SHUT_RDWR);
         return;
     }
-    const std::shared_ptr<Http::RequestParser> parser = getParser(peer);
+    Http::RequestParser* const parser = connection->parser.get();
     try {
         connection->hold(size);
         if (totals_->held > kMaxHeld)
@@ -148,7 +156,7 @@ void HttpGuard::onInput(const char* data, std::size_t size,
         const Http::Request request = std::move(parser->request);
         parser->reset();
         connection->release();
-        handle(request, peer);
+        handle(request, *connection, peer);
     } catch (const Http::HttpError& error) {
         refuse(static_cast<Http::Code>(error.code()), peer);
     } catch (const std::exception&) {
@@ -156,9 +164,10 @@ void HttpGuard::onInput(const char* data, std::size_t size,
     }
 }
 
-void HttpGuard::handle(const Http::Request& request, const std::shared_ptr<Tcp::Peer>& peer) {
+void HttpGuard::handle(const Http::Request& request, Connection& connection,
+                       const std::shared_ptr<Tcp::Peer>& peer) {
     // A well-behaved client reads an answer before it asks again.
-    if (Connection::of(peer)->unsentAnswers > 0) {
+    if (connection.unsentAnswers > 0) {
         ::shutdown(peer->fd(), SHUT_RDWR);
         return;
     }
@@ -169,9 +178,10 @@ void HttpGuard::handle(const Http::Request& request, const std::shared_ptr<Tcp::
 
     Http::ResponseWriter response(request.version(), transport(), this, peer);
     response.headers().add<Http::Header::AccessControlAllowOrigin>("*");
-    const auto connection = request.headers().tryGet<Http::Header::Connection>();
-    response.headers().add<Http::Header::Connection>(connection ? connection->control()
-                                                                : Http::ConnectionControl::Close);
+    const auto wish = request.headers().tryGet<Http::Header::Connection>();
+    connection.last = !wish || wish->control() != Http::ConnectionControl::KeepAlive;
+    response.headers().add<Http::Header::Connection>(wish ? wish->control()
+                                                          : Http::ConnectionControl::Close);
     peer->setIdle(false);
     onRequest(request, std::move(response));
 }
@@ -187,7 +197,12 @@ void HttpGuard::send(Http::ResponseWriter& response, Http::Code code, const char
         return;
     const std::shared_ptr<Connection> connection = Connection::of(peer);
     ++connection->unsentAnswers;
-    const auto sent = [connection](ssize_t) { --connection->unsentAnswers; };
+    const std::weak_ptr<Tcp::Peer> weakPeer = peer;
+    const auto sent = [connection, weakPeer](ssize_t) {
+        --connection->unsentAnswers;
+        if (connection->last)
+            endSending(weakPeer);
+    };
     response.send(code, body, size).then(sent, Pistache::Async::IgnoreException);
 }
 
@@ -195,15 +210,12 @@ void HttpGuard::refuse(Http::Code code, const std::shared_ptr<Tcp::Peer>& peer) 
     const std::shared_ptr<Connection> connection = Connection::of(peer);
     connection->refused = true;
     connection->release();
-    getParser(peer)->reset();
+    connection->parser->reset();
 
     Http::ResponseWriter response(Http::Version::Http11, transport(), this, peer);
     response.headers().add<Http::Header::AccessControlAllowOrigin>("*");
     response.headers().add<Http::Header::Connection>(Http::ConnectionControl::Close);
     const std::weak_ptr<Tcp::Peer> weakPeer = peer;
-    const auto sent = [weakPeer](ssize_t) {
-        if (const auto there = weakPeer.lock())
-            ::shutdown(there->fd(), SHUT_WR);
-    };
+    const auto sent = [weakPeer](ssize_t) { endSending(weakPeer); };
     response.send(code, "", 0).then(sent, Pistache::Async::IgnoreException);
 }

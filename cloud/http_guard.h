@@ -47,7 +47,7 @@ class HttpGuard : public Pistache::Http::Handler {
     void onConnection(const std::shared_ptr<Pistache::Tcp::Peer>& peer) override;
     void onInput(const char* data, std::size_t size,
                  const std::shared_ptr<Pistache::Tcp::Peer>& peer) override;
-    void handle(const Pistache::Http::Request& request,
+    void handle(const Pistache::Http::Request& request, Connection& connection,
                 const std::shared_ptr<Pistache::Tcp::Peer>& peer);
     void refuse(Pistache::Http::Code code, const std::shared_ptr<Pistache::Tcp::Peer>& peer);
 

@@ -8,13 +8,15 @@ void Device_Setup_Parameter::applyTo(_gui_menu_& settings) const {
     auto* const record = reinterpret_cast<std::uint8_t*>(&settings);
     for (const Byte& byte : bytes)
         record[byte.offset] = byte.value;
-    settings.setup.deviceNumber = deviceNumber.value_or(settings.setup.deviceNumber);
+    if (deviceNumber)
+        settings.setup.deviceNumber = *deviceNumber;
     if (adminPassword)
         setFieldText(settings.setup.adminPassword, *adminPassword);
     AddressBlock& own = settings.network.own;
     if (managerAddress)
         std::memcpy(own.managerAddress, managerAddress->data(), sizeof own.managerAddress);
-    own.managerPort = managerPort.value_or(own.managerPort);
+    if (managerPort)
+        own.managerPort = *managerPort;
 }
 
 void registerCloudTypes() {

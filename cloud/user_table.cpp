@@ -26,11 +26,13 @@ bool UserTable::sqlOpen_ex() {
                                   SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX, nullptr) == SQLITE_OK;
     if (opened) {
         sqlite3_busy_timeout(handle_, kBusyTimeout);
-        // Fails on a file that is no database and, after the time-out, on a locked one.
-        opened = sqlite3_exec(
-                     handle_,
-                     "PRAGMA synchronous=OFF;PRAGMA count_changes=OFF;PRAGMA temp_store=memory;",
-                     nullptr, nullptr, nullptr) == SQLITE_OK;
+        // Fails on a file that is no database and, after the time-out, on a locked one. The table
+        // is read once from front to end: a cache of it would only cost memory.
+        const auto run = [this](const char* sql) {
+            return sqlite3_exec(handle_, sql, nullptr, nullptr, nullptr) == SQLITE_OK;
+        };
+        opened = run("PRAGMA synchronous=OFF;PRAGMA count_changes=OFF;PRAGMA temp_store=memory;") &&
+                 run("PRAGMA cache_size=32;");
     }
     if (!opened) {
         qCWarning(cloudLog, "user table not opened: %s", sqlite3_errmsg(handle_));

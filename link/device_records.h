@@ -325,7 +325,7 @@ struct ClockTime {
     std::uint8_t second;
 };
 
-/// Payload of SystemStatus; older controllers send none.
+/// Payload of SystemStatus. A report may come without one and then is about the status alone.
 struct StatusReport {
     std::uint8_t armed;  // 1: the site is armed
     std::uint8_t reserved[3];
@@ -349,7 +349,7 @@ struct RecognitionResult {
     char name[100];
     std::uint8_t result;           // 0 accepted, 1 no access time, 2 not permitted, 3 registered,
                                    // 4 meal already taken
-    std::uint8_t authMethod;       // as the user's
+    std::uint8_t authMethod;       // 0 by card, 1 by face
     std::uint8_t level;            // as the user's
     std::uint8_t rights;           // as the user's
     std::uint8_t score;            // percent, 0 for a card

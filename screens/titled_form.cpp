@@ -10,6 +10,10 @@ TitledForm::TitledForm(QWidget* parent, const QString& title, const QString& bac
 void TitledForm::connectForm(TopBar* bar) {
     connect(bar, &TopBar::backTouched, this, &TitledForm::prevButtonTouch);
     connect(bar, &TopBar::homeTouched, this, &TitledForm::homeButtonTouch);
+    const QString forwardTarget = bar->property("forwardTarget").toString();
+    if (!forwardTarget.isEmpty())
+        connect(bar, &TopBar::forwardTouched, this,
+                [forwardTarget] { MainWindow::getMainWindow()->changeWindow(forwardTarget); });
     const QList<WidgetButton*> buttons = findChildren<WidgetButton*>();
     for (WidgetButton* button : buttons) {
         const QString target = button->property("target").toString();

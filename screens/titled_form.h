@@ -15,7 +15,8 @@ class TitledForm : public WindowForm {
 
  protected:
     /// To be called by createForm() when the form is there. Connects @p bar, and every touchable
-    /// widget with a dynamic property "target" to the screen of that title.
+    /// widget with a dynamic property "target" to the screen of that title; the bar's own way
+    /// forward is its property "forwardTarget".
     void connectForm(TopBar* bar);
     /// Where the bar's buttons lead; a screen with more to do when it is left overrides them.
     virtual void prevButtonTouch();

@@ -134,7 +134,7 @@ class CloudManagementTest : public QObject {
                                 "1954(1,0)3 ip 1986(4,0)23 menu timers"));
         QCOMPARE(recordOf<ScreenBlock>(terminal_->payloads[4]).brightness, 9);
         QCOMPARE(recordOf<SoundBlock>(terminal_->payloads[5]).volume, 6);
-        QCOMPARE(recordOf<AddressBlock>(terminal_->payloads[6]).managerPort, 8081);
+        QCOMPARE(int(recordOf<AddressBlock>(terminal_->payloads[6]).managerPort), 8081);
         QCOMPARE(terminal_->menu.screen.brightness, 9);
     }
 
@@ -227,10 +227,10 @@ class CloudManagementTest : public QObject {
         complete(RestClass::kUserEnroll, 2000,
                  QVariant::fromValue(event_reports::enrolledUser(enrolled)));
         QCOMPARE(terminal_->takeLog(), QStringLiteral("2044(0,0)68 2042(0,0)140"));
-        QCOMPARE(recordOf<EventReported>(terminal_->payloads[0]).number, 77u);
+        QCOMPARE(quint32(recordOf<EventReported>(terminal_->payloads[0]).number), 77u);
         const auto reported = recordOf<UserReported>(terminal_->payloads[1]);
         QCOMPARE(fieldText(reported.userId), QStringLiteral("A1"));
-        QCOMPARE(reported.resultCode, 2000);
+        QCOMPARE(int(reported.resultCode), 2000);
     }
 };
 

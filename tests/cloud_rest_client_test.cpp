@@ -147,7 +147,7 @@ class CloudRestClientTest : public QObject {
         const QJsonObject card = info.value(QStringLiteral("cardInfo")).toObject();
         QCOMPARE(card.value(QStringLiteral("cardNo")).toString(), event.cardNo);
         QCOMPARE(card.value(QStringLiteral("nationCd")).toString(), QStringLiteral("kr"));
-        QCOMPARE(lastCompleted().data.value<FR21_Parameter>().record.number, 77u);
+        QCOMPARE(quint32(lastCompleted().data.value<FR21_Parameter>().record.number), 77u);
 
         host_->selfCheck = kTamperFault | kCameraFault;
         client_->SendCommand(RestClass::kConnectionCheck, {});

@@ -8,8 +8,8 @@
 #include "link/device_records.h"
 #include "link/frame.h"
 #include "link/frame_parser.h"
+#include "sim/common/line_buffer.h"
 #include "sim/controller/controller_sim.h"
-#include "sim/controller/line_buffer.h"
 #include "sim/controller/work_status.h"
 
 namespace {

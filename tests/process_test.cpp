@@ -12,7 +12,7 @@
 #include "link/command_code.h"
 #include "link/device_records.h"
 #include "link/frame.h"
-#include "support/device_root.h"
+#include "sim/device_root.h"
 
 namespace {
 

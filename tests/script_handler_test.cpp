@@ -3,7 +3,7 @@
 #include <QtTest>
 
 #include "base/device_paths.h"
-#include "support/device_root.h"
+#include "sim/device_root.h"
 #include "ui/script_handler.h"
 #include "ui/styler.h"
 

@@ -6,7 +6,7 @@
 #include <QWindow>
 #include <memory>
 
-#include "tests/support/device_root.h"
+#include "sim/device_root.h"
 #include "ui/dialog_form.h"
 #include "ui/theme.h"
 #include "ui/wait_form.h"

@@ -5,7 +5,7 @@
 #include <functional>
 #include <memory>
 
-#include "tests/support/device_root.h"
+#include "sim/device_root.h"
 #include "ui/input_field.h"
 #include "ui/theme.h"
 #include "ui/touch_key.h"

@@ -64,11 +64,11 @@ void DialogForm::setIcon(Icon icon) {
 }
 
 void DialogForm::setOkText(const ScriptHandler::Script& script) {
-    ok_->setScript(script);
+    ok_->setScript(TextFit::roleSized(script));
 }
 
 void DialogForm::setCancelText(const ScriptHandler::Script& script) {
-    cancel_->setScript(script);
+    cancel_->setScript(TextFit::roleSized(script));
 }
 
 void DialogForm::setDanger(bool on) {

@@ -43,7 +43,11 @@ void InputField::setText(const QString& text) {
 
 void InputField::insert(const QString& text) {
     preedit_.clear();
-    setTyped(typed_ + filtered(text, maxLength() - typed_.size()));
+    update();
+    const QString kept = startsOver_ ? QString() : typed_;
+    const QString added = filtered(text, maxLength() - kept.size());
+    if (!added.isEmpty())
+        setTyped(kept + added);
 }
 
 void InputField::backspace() {
@@ -92,6 +96,7 @@ void InputField::setEditing(bool editing) {
     if (editing_ == editing)
         return;
     editing_ = editing;
+    startsOver_ = editing_ && allowed_ == TimeRange && typed_.size() == maxLength();
     if (!editing_ && !preedit_.isEmpty())
         insert(QString(preedit_));
     update();
@@ -140,6 +145,7 @@ QString InputField::filtered(const QString& text, int room) const {
 }
 
 void InputField::setTyped(const QString& typed) {
+    startsOver_ = false;
     update();
     if (typed_ == typed)
         return;

@@ -30,7 +30,8 @@ class InputField : public WidgetButton, public Scripted {
     QString text() const;
     /// Replaces the text by the allowed characters of @p text, cut at the maximum length.
     void setText(const QString& text);
-    /// Appends the allowed characters of @p text, as far as there is room.
+    /// Appends the allowed characters of @p text, as far as there is room. The first ones typed
+    /// into a whole time range since the keypad came up take the place of the range.
     void insert(const QString& text);
     /// Takes the composition away, or else the last character.
     void backspace();
@@ -85,4 +86,5 @@ class InputField : public WidgetButton, public Scripted {
     Characters allowed_ = Any;
     bool password_ = false;
     bool editing_ = false;
+    bool startsOver_ = false;
 };

@@ -60,6 +60,10 @@ int MessageOverlay::arrangeMessage(QWidget* picture) {
     return y;
 }
 
+QString MessageOverlay::family() const {
+    return text_->font().family();
+}
+
 void MessageOverlay::setLine(QLabel* line, ScriptHandler::Script script) {
     script.script.replace(QLatin1Char('\n'), QLatin1String("<br>"));
     Styler::setText(line, script);

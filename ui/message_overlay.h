@@ -21,6 +21,8 @@ class MessageOverlay : public DialogOverlay {
     /// Places the texts and, above them, @p picture (72 by 72 pixels) unless it is hidden. Returns
     /// where the last of them ends.
     int arrangeMessage(QWidget* picture);
+    /// The typeface of the text.
+    QString family() const;
 
  private:
     void setLine(QLabel* line, ScriptHandler::Script script);

@@ -19,12 +19,6 @@ constexpr int kListBottom = 16;
 constexpr int kTextLeft = 24;  // of the card
 constexpr int kRadio = 36;
 
-/// The entries are written for a row and a field; here they are larger.
-ScriptHandler::Script roleSized(ScriptHandler::Script text) {
-    text.size = 0;
-    return text;
-}
-
 /// One choice.
 class PickItem : public WidgetButton {
  public:
@@ -74,7 +68,7 @@ class PickHead : public QWidget {
 
 PickList::PickList(QWidget* owner, const ScriptHandler::Script& title,
                    const QVector<ScriptHandler::Script>& items, int current)
-    : DismissibleOverlay(owner) {
+    : DismissibleOverlay(owner), list_(new ScrollList(card())) {
     setObjectName(QStringLiteral("PickList"));
     const int content = items.size() * kItemHeight;
     // A list that scrolls shows half an item more, so that one sees that it goes on.
@@ -82,17 +76,16 @@ PickList::PickList(QWidget* owner, const ScriptHandler::Script& title,
         items.size() > kItemsAtOnce ? kItemsAtOnce * kItemHeight + kItemHeight / 2 : content;
     cardHeight_ = kHeadHeight + kPadding + visible + kListBottom;
 
-    auto* head = new PickHead(roleSized(title), card());
+    auto* head = new PickHead(TextFit::roleSized(title), card());
     head->setGeometry(1, 0, kCardWidth - 2, kHeadHeight + 1);
-    auto* list = new ScrollList(card());
-    list->setGround(Theme::kDialog);
-    list->setIndicatorMargin(0);
-    list->setGeometry(kPadding, kHeadHeight + kPadding, kCardWidth - kPadding - 1, visible);
+    list_->setGround(Theme::kDialog);
+    list_->setIndicatorMargin(0);
+    list_->setGeometry(kPadding, kHeadHeight + kPadding, kCardWidth - kPadding - 1, visible);
     auto* rows = new QWidget;
     rows->resize(kItemWidth, content);
-    list->setWidget(rows);
+    list_->setWidget(rows);
     for (int i = 0; i < items.size(); ++i) {
-        auto* item = new PickItem(roleSized(items.at(i)), rows);
+        auto* item = new PickItem(TextFit::roleSized(items.at(i)), rows);
         item->setObjectName(QStringLiteral("item%1").arg(i));
         item->setGeometry(0, i * kItemHeight, kItemWidth, kItemHeight);
         item->setSelected(i == current);
@@ -101,6 +94,13 @@ PickList::PickList(QWidget* owner, const ScriptHandler::Script& title,
             emit picked(i);
         });
         if (i == current)
-            list->reveal(item);
+            chosen_ = item;
     }
+}
+
+void PickList::showEvent(QShowEvent* event) {
+    DismissibleOverlay::showEvent(event);
+    // Until it is shown the list does not know how much of it can be seen.
+    if (chosen_ != nullptr)
+        list_->reveal(chosen_);
 }

@@ -5,6 +5,8 @@
 #include "ui/dismissible_overlay.h"
 #include "ui/script_handler.h"
 
+class ScrollList;
+
 /// The choices of a Combo as a list in the middle of the window. Scrolls when there are more than
 /// eight.
 class PickList : public DismissibleOverlay {
@@ -21,7 +23,10 @@ class PickList : public DismissibleOverlay {
 
  protected:
     int arrange() override { return cardHeight_; }
+    void showEvent(QShowEvent* event) override;
 
  private:
+    ScrollList* list_;
+    QWidget* chosen_ = nullptr;
     int cardHeight_;
 };

@@ -147,6 +147,11 @@ void draw(QPainter* painter, const QRect& box, Qt::Alignment alignment,
                        layout.font.pixelSize(), layout.cut});
 }
 
+ScriptHandler::Script roleSized(ScriptHandler::Script text) {
+    text.size = 0;
+    return text;
+}
+
 int width(const ScriptHandler::Script& text, const Rule& rule, QFont::Weight weight) {
     const QFontMetricsF metrics(font(text, rule, weight));
     qreal widest = 0;

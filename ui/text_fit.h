@@ -50,6 +50,9 @@ constexpr Rule kMethod{{{20, 1}, {18, 2}}};
 void draw(QPainter* painter, const QRect& box, Qt::Alignment alignment,
           const ScriptHandler::Script& text, const Rule& rule, QFont::Weight weight, QRgb color);
 
+/// @p text without its own size: that of a rule counts. For a text that was written for another role.
+ScriptHandler::Script roleSized(ScriptHandler::Script text);
+
 /// The width of @p text on one line in the rule's first size.
 int width(const ScriptHandler::Script& text, const Rule& rule, QFont::Weight weight);
 

@@ -3,7 +3,8 @@
 #include <QColor>
 #include <QFont>
 
-/// The terminal's colours and measures, in one place. docs/design.md shows what they are used for.
+/// The terminal's colours and measures, in one place; the widgets of this folder are drawn with
+/// them alone.
 ///
 /// Two rules carry the look: what is pressed is raised (lighter fill, no border), what holds a
 /// value is recessed (darkest fill, thin outline).

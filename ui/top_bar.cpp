@@ -129,6 +129,9 @@ void TopBar::paintEvent(QPaintEvent*) {
     painter.fillRect(rect(), Theme::color(Theme::kBar));
     painter.fillRect(0, height() - 1, width(), 1, Theme::color(Theme::kLine));
     const int left = isActionVisible(Back) ? Theme::kBarHeight : kMargin;
-    TextFit::draw(&painter, {left, 0, titleRight_ - left, height()}, Qt::AlignLeft, title_.entry(),
-                  TextFit::kTitle, QFont::Medium, Theme::kStrong);
+    // Some screens are titled with the text of the row that leads to them.
+    const bool own = title_.entry().type == QLatin1String("Title");
+    TextFit::draw(&painter, {left, 0, titleRight_ - left, height()}, Qt::AlignLeft,
+                  own ? title_.entry() : TextFit::roleSized(title_.entry()), TextFit::kTitle,
+                  QFont::Medium, Theme::kStrong);
 }

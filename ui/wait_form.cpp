@@ -29,7 +29,6 @@ WaitForm::WaitForm(QWidget* parent)
     bar_->setInDialog(true);
     percent_->setObjectName(QStringLiteral("waitPercent"));
     percent_->setAlignment(Qt::AlignCenter);
-    percent_->setFont(Theme::font(font().family(), 26, QFont::Bold));
     QPalette ink = percent_->palette();
     ink.setColor(QPalette::WindowText, Theme::color(Theme::kAccent));
     percent_->setPalette(ink);
@@ -50,6 +49,7 @@ int WaitForm::arrange() {
         y += kBarGap;
         bar_->setGeometry(kSide, y, kInnerWidth, kBarHeight);
         y += kBarHeight + kPercentGap;
+        percent_->setFont(Theme::font(family(), 26, QFont::Bold));
         percent_->setGeometry(kSide, y, kInnerWidth, kPercentHeight);
         y += kPercentHeight;
     }

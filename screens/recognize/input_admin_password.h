@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QDeadlineTimer>
+#include <QTimer>
 #include <memory>
 
 #include "screens/titled_form.h"
@@ -8,7 +10,8 @@ namespace Ui {
 class InputAdminPassword;
 }
 
-/// Asks for the administrator's password before the menu.
+/// Asks for the administrator's password before the menu. Three wrong ones in a row lock the entry
+/// for a while, which leaving the screen does not shorten.
 class InputAdminPassword : public TitledForm {
     Q_OBJECT
 
@@ -16,9 +19,22 @@ class InputAdminPassword : public TitledForm {
     InputAdminPassword(QWidget* parent, const QString& title);
     ~InputAdminPassword() override;
 
+    void windowInEvent() override;
+    void windowOutEvent() override;
+    /// How long the entry is locked, in milliseconds; 30 seconds unless a test cannot wait.
+    void setLockTime(int ms) { lockTime_ = ms; }
+
  protected:
     void createForm() override;
 
  private:
+    void okButtonTouch();
+    void refuse();
+    void showEntry();
+
     std::unique_ptr<Ui::InputAdminPassword> ui_;
+    int wrong_ = 0;
+    int lockTime_ = 30000;
+    QDeadlineTimer lockedUntil_;
+    QTimer countdown_;
 };

@@ -1,12 +1,13 @@
 #include "screens/recognize/live_view.h"
 
-#include <QDate>
 #include <QPaintEvent>
 #include <QPainter>
 
 #include "app/main_window.h"
+#include "base/clock.h"
 #include "base/device_paths.h"
 #include "link/command_code.h"
+#include "screens/recognize/meal_count_form.h"
 #include "screens/recognize/recognize_window.h"
 #include "screens/recognize/stay_window.h"
 #include "screens/recognize/work_state.h"
@@ -51,6 +52,7 @@ void LiveView::createForm() {
     ui_->strip->setPalette(veil);
     ui_->strip->setAutoFillBackground(true);
     showBanner(false);
+    connect(ui_->noti_layer, &WidgetButton::touched, this, [this] { MealCountForm::open(this); });
     connect(ui_->callButton, &WidgetButton::touched, this, &LiveView::doorRing);
     connect(ui_->keypadButton, &WidgetButton::touched, this, &LiveView::inputSub);
     connect(ui_->enrollButton, &WidgetButton::touched, this, &LiveView::enrollButtonTouch);
@@ -85,6 +87,7 @@ void LiveView::showSettings() {
     ui_->callButton->setVisible(settings.setup.visitorCall == 1);
     ui_->keypadButton->setVisible(settings.setup.authMethod == kFaceAndId);
     ui_->enrollButton->setVisible(settings.registration.on == 1);
+    ui_->noti_layer->setTouchable(MealCountForm::isOffered(settings));
     workStateChanged();
     setLiveShowTimerReset();
 }
@@ -103,7 +106,7 @@ void LiveView::updateWorkState(int mode) {
     const MainWindow* shell = MainWindow::getMainWindow();
     const auto workMode = static_cast<WorkMode>(mode);
     const auto banner =
-        WorkState::banner(workMode, shell->menuRecord(), QDate::currentDate().dayOfWeek());
+        WorkState::banner(workMode, shell->menuRecord(), Clock::now().date().dayOfWeek());
     if (!banner) {
         // Nothing but the door is in use then: there is nothing to tell.
         if (workMode == WorkMode::AccessOnly)
@@ -180,7 +183,7 @@ void LiveView::verified() {
     const QString title = QStringLiteral("recognizeWindow");
     const AlarmMode alarm = shell->getAlarmMode();
     auto* result = qobject_cast<RecognizeWindow*>(shell->getWindow(title));
-    if (result != nullptr && alarm != AlarmMode::None)
+    if (result != nullptr && (alarm == AlarmMode::Arm || alarm == AlarmMode::Disarm))
         result->setArmEvent(RecognizeWindow::EVENT_TYPE::Alarm, RecognizeWindow::ARM_BTN_TYPE::Ok,
                             alarm == AlarmMode::Arm ? ArmState::Armed : ArmState::Disarmed);
     shell->changeWindow(title);

@@ -2,6 +2,7 @@
 
 #include <QPainter>
 
+#include "base/clock.h"
 #include "screens/recognize/animation_play_widget.h"
 #include "ui/text_line.h"
 #include "ui/theme.h"
@@ -46,7 +47,7 @@ void OkForm::setContent(const QStringList& pictures, const ScriptHandler::Script
     mark_->play(pictures, kFrameTime, false);
     text_->setScript(text);
     family_ = text.fontFamily;
-    time_ = QDateTime::currentDateTime();
+    time_ = Clock::now();
     update();
 }
 

@@ -12,7 +12,7 @@ namespace {
 // Where things stand, in pixels. The hour's digits are heavier than the minute's, so that the two
 // lines are told apart from a distance.
 constexpr int kDigitSize = 230;
-constexpr int kDigitsRight = 354;
+constexpr int kDigitsRight = 351;
 constexpr int kHourBaseline = 306;
 constexpr int kMinuteBaseline = 517;
 constexpr int kHalfDayLeft = 360;
@@ -22,7 +22,7 @@ constexpr QRect kMinutes(0, 330, 480, 210);
 constexpr QRect kDate(0, 572, 480, 48);
 constexpr QRect kHint(24, 688, 432, 72);
 constexpr int kHintIcon = 36;
-constexpr int kHintGap = 8;
+constexpr int kHintGap = 12;
 constexpr QPoint kLogo(24, 24);
 constexpr QSize kLogoSize(240, 72);
 
@@ -45,8 +45,9 @@ void StandbyView::setTime(const QDateTime& now) {
 
 void StandbyView::setBackground(const QPixmap& picture) {
     ownBackground_ = picture.isNull();
+    // The own one is loaded when it is seen: while the terminal starts, the boot screen hides it.
     background_ = ownBackground_
-                      ? Pictures::icon(QStringLiteral("stay_default.png"))
+                      ? QPixmap()
                       : picture.scaled(Theme::kScreenWidth, Theme::kScreenHeight,
                                        Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation);
     update();
@@ -84,6 +85,8 @@ void StandbyView::paintEvent(QPaintEvent* event) {
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
 
     painter.fillRect(event->rect(), Theme::color(Theme::kBackground));
+    if (ownBackground_ && background_.isNull())
+        background_ = Pictures::icon(QStringLiteral("stay_default.png"));
     if (!background_.isNull()) {
         const QRect place(QPoint(0, 0), background_.size());
         painter.drawPixmap(place.translated(rect().center() - place.center()), background_);

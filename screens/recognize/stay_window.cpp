@@ -1,6 +1,7 @@
 #include "screens/recognize/stay_window.h"
 
 #include "app/main_window.h"
+#include "base/clock.h"
 #include "link/command_code.h"
 #include "link/device_message.h"
 #include "screens/standby_pictures.h"
@@ -90,7 +91,7 @@ void StayWindow::loadPictures() {
 }
 
 void StayWindow::showTime() {
-    ui_->standbyView->setTime(QDateTime::currentDateTime());
+    ui_->standbyView->setTime(Clock::now());
 }
 
 void StayWindow::setSleepTimerReset() {

@@ -26,7 +26,8 @@ void ZelMenuForm::createForm() {
 
 bool ZelMenuForm::eventFilter(QObject* watched, QEvent* event) {
     // The bar's buttons keep their touches to themselves; what arrives here is the title's.
-    if (event->type() == QEvent::MouseButtonPress)
+    // The second of two quick taps comes as a double click.
+    if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick)
         titleTapped();
     return TitledForm::eventFilter(watched, event);
 }

@@ -8,7 +8,6 @@
 #include <QSaveFile>
 #include <QTimer>
 
-#include "sim/controller/line_buffer.h"
 #include "sim/controller/subjects.h"
 
 Q_LOGGING_CATEGORY(simLog, "zel.sim", QtInfoMsg)
@@ -30,10 +29,7 @@ ControllerSim::ControllerSim(quint16 linkPort, quint16 controlPort, const QStrin
     for (const auto& subject : subjects_) {
         for (const auto& [code, handler] : subject->requests())
             requests_[code].append(handler);
-        for (const Subject::Word& word : subject->words()) {
-            Q_ASSERT(!words_.contains(word.word));
-            words_.insert(word.word, word.handler);
-        }
+        words_.add(*subject);
     }
     loadState();
 
@@ -67,30 +63,6 @@ void ControllerSim::handleFrame(const Request& request) {
     const QVector<Subject::RequestHandler> handlers = requests_.value(request.code);
     for (const Subject::RequestHandler& handler : handlers)
         handler(request);
-}
-
-QString ControllerSim::execute(const QString& line) {
-    if (line.size() > LineBuffer::kMaxLine)
-        return Subject::failed(QStringLiteral("the line is too long"));
-    const QString text = line.trimmed();
-    if (text.isEmpty())
-        return {};
-    const QString word = text.section(QLatin1Char(' '), 0, 0);
-    if (word == QLatin1String("help"))
-        return help();
-    const auto handler = words_.constFind(word);
-    if (handler == words_.cend())
-        return Subject::failed(QStringLiteral("no such word, 'help' lists them"));
-    return (*handler)(text.mid(word.size()).trimmed());
-}
-
-QString ControllerSim::help() const {
-    QString list;
-    for (const auto& subject : subjects_) {
-        for (const Subject::Word& word : subject->words())
-            list += word.word + QLatin1Char(' ') + word.usage + QLatin1Char('\n');
-    }
-    return list + Subject::done();
 }
 
 QString ControllerSim::statePath() const {

@@ -7,7 +7,8 @@
 #include <memory>
 #include <vector>
 
-#include "sim/controller/control_port.h"
+#include "sim/common/control_port.h"
+#include "sim/common/words.h"
 #include "sim/controller/device.h"
 #include "sim/controller/subject.h"
 #include "sim/controller/terminal_link.h"
@@ -40,7 +41,7 @@ class ControllerSim : public QObject {
     /// Carries out one line of words, as from the console or the control port, and returns the
     /// answer: possibly several lines, the last of which begins with "ok" or "error". Nothing for
     /// an empty line.
-    QString execute(const QString& line);
+    QString execute(const QString& line) { return words_.execute(line); }
 
     /// What the terminal was told last.
     const _gui_menu_& settings() const { return device_.settings(); }
@@ -53,7 +54,6 @@ class ControllerSim : public QObject {
 
  private:
     void handleFrame(const Request& request);
-    QString help() const;
     QString statePath() const;
     void loadState();
     void storeState();
@@ -63,6 +63,6 @@ class ControllerSim : public QObject {
     Device device_;
     std::vector<std::unique_ptr<Subject>> subjects_;
     QHash<quint16, QVector<Subject::RequestHandler>> requests_;
-    QHash<QString, Subject::WordHandler> words_;
+    WordTable words_;
     bool storePending_ = false;
 };

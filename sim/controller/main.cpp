@@ -1,41 +1,15 @@
-#include <unistd.h>
-
 #include <QApplication>
 #include <QCommandLineParser>
-#include <QSocketNotifier>
 #include <algorithm>
 #include <cstdio>
 #include <memory>
 
 #include "base/device_paths.h"
+#include "sim/common/console.h"
 #include "sim/controller/controller_sim.h"
-#include "sim/controller/line_buffer.h"
 #include "sim/controller/panel.h"
 
 namespace {
-
-/// Feeds the console's lines to the simulated controller. The end of the input is not the end of
-/// the program, which may run in the background.
-void readConsole(ControllerSim& controller) {
-    auto* notifier = new QSocketNotifier(STDIN_FILENO, QSocketNotifier::Read, &controller);
-    auto lines = std::make_shared<LineBuffer>();
-    QObject::connect(
-        notifier, &QSocketNotifier::activated, &controller, [notifier, lines, &controller] {
-            char bytes[4096];
-            const ssize_t got = ::read(STDIN_FILENO, bytes, sizeof bytes);
-            if (got <= 0) {
-                notifier->setEnabled(false);
-                return;
-            }
-            lines->feed(QByteArray(bytes, static_cast<int>(got)),
-                        [&controller](const QByteArray& line) {
-                            const QString answer = controller.execute(QString::fromUtf8(line));
-                            if (!answer.isEmpty())
-                                std::puts(qUtf8Printable(answer));
-                            std::fflush(stdout);
-                        });
-        });
-}
 
 constexpr char kPanelOption[] = "--panel";
 
@@ -54,6 +28,7 @@ std::unique_ptr<QCoreApplication> makeApplication(int& argc, char* argv[]) {
 }  // namespace
 
 int main(int argc, char* argv[]) {
+    const Console console;
     const std::unique_ptr<QCoreApplication> application = makeApplication(argc, argv);
     QCommandLineParser arguments;
     arguments.setApplicationDescription(
@@ -85,7 +60,8 @@ int main(int argc, char* argv[]) {
     std::fflush(stdout);
     QObject::connect(&controller, &ControllerSim::quitRequested, application.get(),
                      &QCoreApplication::quit);
-    readConsole(controller);
+    console.read([&controller](const QString& line) { return controller.execute(line); },
+                 &controller);
 
     std::unique_ptr<Panel> panel;
     if (arguments.isSet(withPanel)) {

@@ -5,8 +5,8 @@
 
 #include "link/command_code.h"
 #include "link/device_message.h"
+#include "sim/common/portrait.h"
 #include "sim/controller/device.h"
-#include "sim/controller/portrait.h"
 #include "sim/controller/subjects.h"
 #include "sim/controller/work_status.h"
 

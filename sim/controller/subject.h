@@ -9,6 +9,8 @@
 #include <functional>
 #include <optional>
 
+#include "sim/common/words.h"
+
 class Device;
 
 /// One frame from the terminal.
@@ -33,18 +35,9 @@ struct Request {
 /// control words it adds and its part of the stored state. A subject registers itself in its
 /// constructor; subjects.cpp lists them all. Subjects share the Device and do not know each other;
 /// a request may concern several, which then answer in the order of the list.
-class Subject {
+class Subject : public WordSet {
  public:
     using RequestHandler = std::function<void(const Request& request)>;
-    /// Gets what follows the word, without blanks around it, and returns the answer: done(),
-    /// done(text) or failed(text).
-    using WordHandler = std::function<QString(const QString& arguments)>;
-
-    struct Word {
-        QString word;
-        QString usage;  // for people: arguments and effect
-        WordHandler handler;
-    };
 
     explicit Subject(Device& device) : device_(device) {}
     virtual ~Subject() = default;
@@ -59,19 +52,12 @@ class Subject {
     virtual void restore(const QJsonObject& state) { Q_UNUSED(state) }
 
     const QVector<QPair<quint16, RequestHandler>>& requests() const { return requests_; }
-    const QVector<Word>& words() const { return words_; }
-
-    /// The last line of every answer begins with "ok" or "error".
-    static QString done(const QString& text = {});
-    static QString failed(const QString& why);
 
  protected:
     void onRequest(quint16 code, RequestHandler handler);
-    void onWord(const char* word, const char* usage, WordHandler handler);
 
     Device& device_;
 
  private:
     QVector<QPair<quint16, RequestHandler>> requests_;
-    QVector<Word> words_;
 };

@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "link/device_message.h"
-#include "sim/controller/portrait.h"
+#include "sim/common/portrait.h"
 
 namespace {
 
@@ -73,7 +73,7 @@ void UserStore::addFirstUsers(const QString& dataFolder) {
         ++look;
         store(user);
     }
-    portrait::save(dataFolder, QLatin1String(portrait::kVisitor), look);
+    portrait::saveSnapshot(dataFolder, QLatin1String(portrait::kVisitor), look);
 }
 
 std::optional<_gui_user_> UserStore::first(SqliteStatement& query) {

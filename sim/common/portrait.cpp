@@ -1,5 +1,6 @@
-#include "sim/controller/portrait.h"
+#include "sim/common/portrait.h"
 
+#include <QBuffer>
 #include <QColor>
 #include <QDir>
 #include <QImage>
@@ -10,6 +11,8 @@ namespace {
 
 constexpr QSize kPhoto{320, 384};
 constexpr QSize kThumbnail{136, 136};
+constexpr char kFormat[] = "JPG";
+constexpr int kQuality = 88;
 
 struct Look {
     QRgb ground;
@@ -65,21 +68,36 @@ QImage draw(const Look& look) {
     return image;
 }
 
+const Look& lookOf(int number) {
+    return kLooks[static_cast<std::size_t>(number) % std::size(kLooks)];
+}
+
 void write(const QImage& image, const QString& folder, const QString& userId) {
     QDir().mkpath(folder);
-    image.save(folder + QLatin1Char('/') + userId + QStringLiteral(".jpg"), "JPG", 88);
+    image.save(folder + QLatin1Char('/') + userId + QStringLiteral(".jpg"), kFormat, kQuality);
 }
 
 }  // namespace
 
 namespace portrait {
 
+QByteArray jpeg(int look) {
+    QBuffer buffer;
+    draw(lookOf(look)).save(&buffer, kFormat, kQuality);
+    return buffer.data();
+}
+
 void save(const QString& dataFolder, const QString& userId, int look) {
-    const QImage photo = draw(kLooks[static_cast<std::size_t>(look) % std::size(kLooks)]);
+    const QImage photo = draw(lookOf(look));
     write(photo, dataFolder + QStringLiteral("/user"), userId);
     const QImage square = photo.copy(0, 20, kPhoto.width(), kPhoto.width());
     write(square.scaled(kThumbnail, Qt::IgnoreAspectRatio, Qt::SmoothTransformation),
           dataFolder + QStringLiteral("/thumb"), userId);
+    saveSnapshot(dataFolder, userId, look);
+}
+
+void saveSnapshot(const QString& dataFolder, const QString& name, int look) {
+    write(draw(lookOf(look)), dataFolder + QStringLiteral("/Images"), name);
 }
 
 }  // namespace portrait

@@ -1,4 +1,4 @@
-#include "sim/controller/line_buffer.h"
+#include "sim/common/line_buffer.h"
 
 #include <algorithm>
 

@@ -1,11 +1,11 @@
-#include "sim/controller/control_port.h"
+#include "sim/common/control_port.h"
 
 #include <QHostAddress>
 #include <QTcpSocket>
 #include <memory>
 #include <utility>
 
-#include "sim/controller/line_buffer.h"
+#include "sim/common/line_buffer.h"
 
 namespace {
 

@@ -1,0 +1,48 @@
+#include "app/languages.h"
+
+#include <QFontDatabase>
+
+#include "app/fonts.h"
+
+namespace {
+
+constexpr int kJapanese = 2;  // has display fonts of its own
+
+}  // namespace
+
+Languages::Languages(QObject* parent) : QObject(parent) {
+    Fonts::installBase();
+    scripts_ = new ScriptHandler(this, QStringLiteral("/zel1/script_list.json"));
+    // A list may mark its standard language with an empty title; ours does not.
+    if (scripts_->setScript(QString()) != 0)
+        scripts_->setScript(titles().value(0));
+}
+
+void Languages::apply(int number) {
+    if (number == number_ || !exists(number))
+        return;
+    if (number == kJapanese)
+        Fonts::installJapanese();
+    load(number);
+}
+
+void Languages::change(int number) {
+    if (!exists(number))
+        return;
+    if (number == kJapanese) {
+        QFontDatabase::removeAllApplicationFonts();
+        Fonts::installJapanese();
+    } else {
+        Fonts::removeJapanese();
+        QFontDatabase::removeAllApplicationFonts();
+    }
+    // The base family serves every language; without it the panel would have no font at all.
+    Fonts::registerBase();
+    load(number);
+}
+
+void Languages::load(int number) {
+    number_ = number;
+    scripts_->setScript(titles().at(number));
+    emit changed();
+}

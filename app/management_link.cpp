@@ -1,0 +1,88 @@
+#include "app/management_link.h"
+
+#include "cloud/cloud_host.h"
+#include "cloud/event_reports.h"
+#include "cloud/parameters.h"
+#include "cloud/rest_client.h"
+
+namespace {
+
+constexpr int kInUse = 1;
+/// Seconds where the settings give no period.
+constexpr int kConnectPeriod = 30;
+constexpr int kCheckPeriod = 60;
+
+int milliseconds(int seconds, int standard) {
+    return (seconds > 0 ? seconds : standard) * 1000;
+}
+
+}  // namespace
+
+ManagementLink::ManagementLink(CloudHost& cloud, ManagementHost& host, QObject* parent)
+    : QObject(parent), cloud_(cloud), commands_(cloud, host), client_(new RestClass(cloud, this)) {
+    folderTimer_.setSingleShot(true);
+    connect(&folderTimer_, &QTimer::timeout, this, &ManagementLink::takeCommandFolder);
+    connect(&connectTimer_, &QTimer::timeout, this, [this] {
+        if (!connected_)
+            connectNow();
+    });
+    connect(&checkTimer_, &QTimer::timeout, this, [this] {
+        if (connected_)
+            checkNow();
+    });
+}
+
+ManagementLink::~ManagementLink() {
+    delete client_;
+}
+
+void ManagementLink::start() {
+    client_->start(QThread::InheritPriority);
+    folderTimer_.start(kFolderInterval);
+}
+
+bool ManagementLink::inUse() const {
+    return cloud_.settings().network.useManager == kInUse;
+}
+
+void ManagementLink::restart() {
+    connectTimer_.stop();
+    checkTimer_.stop();
+    if (!inUse())
+        return;
+    connected_ = false;
+    const NetworkBlock network = cloud_.settings().network;
+    connectTimer_.start(milliseconds(network.connectPeriod, kConnectPeriod));
+    checkTimer_.start(milliseconds(network.checkPeriod, kCheckPeriod));
+}
+
+void ManagementLink::connectNow() {
+    client_->SendCommand(RestClass::kConnect, QVariant());
+}
+
+void ManagementLink::checkNow() {
+    client_->SendCommand(RestClass::kConnectionCheck, QVariant());
+}
+
+void ManagementLink::takeCommandFolder() {
+    commands_.runCommandFolder();
+    // One per period, whether there was one or not.
+    folderTimer_.start(kFolderInterval);
+}
+
+void ManagementLink::reportAccess(const GUI_LOGDATA& event) {
+    if (inUse())
+        client_->SendCommand(RestClass::kUserInOutLog,
+                             QVariant::fromValue(event_reports::accessEvent(event)));
+}
+
+void ManagementLink::reportEnrolment(const info_s& info) {
+    if (inUse())
+        client_->SendCommand(RestClass::kUserEnroll,
+                             QVariant::fromValue(event_reports::enrolledUser(info)));
+}
+
+void ManagementLink::reportVisitor(const QVariant& visitor) {
+    if (inUse())
+        client_->runFR51(visitor);
+}

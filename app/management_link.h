@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+#include <QVariant>
+#include <functional>
+
+#include "cloud/download_manager.h"
+#include "cloud/management_commands.h"
+#include "link/device_records.h"
+
+class CloudHost;
+class ManagementHost;
+class RestClass;
+
+/// The terminal's side of the management service: the REST client with the thread that serves HTTP,
+/// the timers that keep the contact, the command folders, the downloads and the reports of what
+/// happens at the door. GUI thread only.
+class ManagementLink : public QObject {
+    Q_OBJECT
+
+ public:
+    /// Milliseconds between looks for a command folder.
+    static constexpr int kFolderInterval = 2000;
+
+    /// Both hosts outlive the object.
+    ManagementLink(CloudHost& cloud, ManagementHost& host, QObject* parent);
+    /// Joins the thread that serves HTTP, which may call the cloud host until then.
+    ~ManagementLink() override;
+
+    /// Starts the thread and the look-out for command folders.
+    void start();
+
+    /// Whether the management service has been reached.
+    bool connected() const { return connected_; }
+    void setConnected(bool connected) { connected_ = connected; }
+    /// Starts the contact anew, with the address and the periods of the settings in force.
+    void restart();
+    /// Tries to connect now, or checks the connection.
+    void connectNow();
+    void checkNow();
+
+    /// Takes one pending command folder, if there is one.
+    void takeCommandFolder();
+
+    /// Reports to the service, when it is in use. What it does not confirm stays with the device
+    /// controller, which offers it again.
+    void reportAccess(const GUI_LOGDATA& event);
+    void reportEnrolment(const info_s& info);
+    void reportVisitor(const QVariant& visitor);
+
+    RestClass* client() const { return client_; }
+    DownloadManager& downloads() { return downloads_; }
+    ManagementCommands& commands() { return commands_; }
+
+ private:
+    bool inUse() const;
+
+    CloudHost& cloud_;
+    ManagementCommands commands_;
+    DownloadManager downloads_;
+    RestClass* client_;
+    QTimer connectTimer_;
+    QTimer checkTimer_;
+    QTimer folderTimer_;
+    bool connected_ = false;
+};

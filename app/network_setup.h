@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QStringList>
+
+struct AddressBlock;
+
+/// The machine's own address.
+namespace NetworkSetup {
+
+/// The shell commands that give the machine the address of @p own; none when it makes no sense
+/// (an address of 0 without DHCP, a mask with holes).
+QStringList commands(const AddressBlock& own);
+
+/// Runs them. Under a root other than "/" the machine is somebody's own: what would be done is
+/// only logged.
+void apply(const AddressBlock& own);
+
+}  // namespace NetworkSetup

@@ -1,0 +1,133 @@
+#include "tools/gallery/stage.h"
+
+#include <QCoreApplication>
+#include <QMouseEvent>
+
+#include "app/message_dispatch.h"
+#include "base/clock.h"
+#include "link/command_code.h"
+#include "sim/controller/device.h"
+#include "ui/dialog_overlay.h"
+#include "ui/scripted.h"
+#include "ui/spinner.h"
+#include "ui/widget_button.h"
+
+namespace {
+
+/// An index of the menu time-outs: never.
+constexpr int kNever = 3;
+
+quint16 freePort() {
+    QTcpServer probe;
+    probe.listen(QHostAddress::LocalHost);
+    return probe.serverPort();
+}
+
+/// Lets layouts and deferred calls have their effect; no timer runs out meanwhile.
+void settle() {
+    QCoreApplication::sendPostedEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+}  // namespace
+
+Stage::Stage() : settings_(factorySettings()) {
+    settings_.screen.menuTimeout = kNever;
+    settings_.screen.sleepMode = 0;
+    // Holding the port keeps the terminal from reaching a controller that is none of ours.
+    controller_.listen(QHostAddress::LocalHost);
+    qputenv("ZEL_LINK_PORT", QByteArray::number(controller_.serverPort()));
+    qputenv("ZEL_REST_PORT", QByteArray::number(freePort()));
+    restart();
+}
+
+Stage::~Stage() = default;
+
+void Stage::restart() {
+    clear();
+    window_.reset();
+    window_ = std::make_unique<MainWindow>();
+    window_->sendTestPacket(command::Settings, sizeof settings_,
+                            reinterpret_cast<const char*>(&settings_));
+    window_->show();
+}
+
+void Stage::restart(int language) {
+    settings_.setup.language = static_cast<quint8>(language);
+    restart();
+}
+
+void Stage::setTime(const QDateTime& time) {
+    Clock::fix(time);
+    window_->hide();
+    window_->show();
+}
+
+void Stage::clear() {
+    Clock::fix(QDateTime(QDate(2026, 3, 9), QTime(8, 52)));
+    if (!window_)
+        return;
+    if (DialogOverlay* dialog = DialogOverlay::current(window_.get()))
+        dialog->hide();
+    window_->removeTouchKey();
+    for (const QPointer<QWidget>& widget : qAsConst(added_))
+        delete widget;
+    added_.clear();
+    settle();
+}
+
+void Stage::open(const QString& title) {
+    clear();
+    // A screen comes up only when another one was there.
+    if (window_->getActivateWindowForm()->getTitle() == title)
+        window_->changeWindow(title == QLatin1String("stayWindow") ? QStringLiteral("liveWindow")
+                                                                   : QStringLiteral("stayWindow"));
+    window_->changeWindow(title);
+}
+
+QImage Stage::picture() {
+    settle();
+    const QList<Spinner*> spinners = window_->findChildren<Spinner*>();
+    for (Spinner* spinner : spinners) {
+        if (!spinner->isVisible())
+            continue;
+        spinner->hide();
+        spinner->show();
+    }
+    QImage image(window_->size(), QImage::Format_RGB32);
+    image.fill(Qt::black);
+    window_->render(&image);
+    return image;
+}
+
+void Stage::receive(unsigned short code, unsigned char p1, const QByteArray& payload) {
+    window_->findChild<MessageDispatch*>()->dispatch(
+        {code, p1, 0, static_cast<quint16>(payload.size()), payload.constData()});
+}
+
+ScriptHandler::Script Stage::script(const char* key) const {
+    return window_->getScript(QLatin1String(key));
+}
+
+void Stage::showAdded() {
+    Scripted::applyBelow(window_->getActivateWindowForm(),
+                         [this](const QString& key) { return window_->getScript(key); });
+    for (const QPointer<QWidget>& widget : qAsConst(added_))
+        widget->show();
+}
+
+void Stage::touch(const QString& name) {
+    const QList<WidgetButton*> buttons = window_->findChildren<WidgetButton*>(name);
+    for (WidgetButton* button : buttons) {
+        if (!button->isVisible())
+            continue;
+        const QPointF finger = button->rect().center();
+        for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+            QMouseEvent event(type, finger, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+            QCoreApplication::sendEvent(button, &event);
+        }
+        settle();
+        return;
+    }
+    qFatal("there is no button %s to touch", qUtf8Printable(name));
+}

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <QImage>
+#include <QPointer>
+#include <QTcpServer>
+#include <memory>
+
+#include "app/main_window.h"
+#include "app/window_form.h"
+#include "link/device_records.h"
+#include "sim/device_root.h"
+
+/// The real terminal in a device root of its own, with a stopped clock and a device controller that
+/// says nothing, so that what is brought about on it looks the same each time.
+///
+/// One at a time in a process, made after the application object and before DevicePaths is used.
+class Stage {
+ public:
+    Stage();
+    ~Stage();
+
+    MainWindow& window() { return *window_; }
+    const DeviceRoot& root() const { return root_; }
+    /// Where the terminal's connection arrives when the event loop runs.
+    QTcpServer& controller() { return controller_; }
+
+    /// Starts the terminal anew, as after power-on, in the language that it had.
+    void restart();
+    /// The same in the language of that number.
+    void restart(int language);
+    int language() const { return settings_.setup.language; }
+    /// Sets the stopped clock, until open() is called.
+    void setTime(const QDateTime& time);
+    /// Shows the screen @p title as it comes up, with nothing in front of it.
+    void open(const QString& title);
+    /// What the window shows, with everything that turns or blinks at its beginning.
+    QImage picture();
+
+    /// Hands the terminal a frame of the device controller.
+    void receive(unsigned short code, unsigned char p1 = 0, const QByteArray& payload = {});
+    /// The text of @p key in the language in force.
+    ScriptHandler::Script script(const char* key) const;
+    /// Puts a widget on the active screen, or a dialog in front of it, until open() is called.
+    template <class Widget>
+    Widget* add(const QRect& place = {}) {
+        auto* widget = new Widget(window_->getActivateWindowForm());
+        added_.append(widget);
+        if (place.isValid())
+            widget->setGeometry(place);
+        return widget;
+    }
+    /// Gives the screen's widgets their texts and shows what was added.
+    void showAdded();
+    /// Touches the button @p name.
+    void touch(const QString& name);
+
+ private:
+    void clear();
+
+    DeviceRoot root_;
+    QTcpServer controller_;
+    _gui_menu_ settings_;  // what the controller would tell
+    std::unique_ptr<MainWindow> window_;
+    QList<QPointer<QWidget>> added_;
+};
