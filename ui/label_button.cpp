@@ -11,8 +11,8 @@ namespace {
 constexpr int kPadding = 18;
 constexpr int kIconGap = 8;
 // Stacked: where the icon and the text have their place, from the top.
-constexpr int kStackedIconTop = 12;
-constexpr int kStackedTextTop = 54;
+constexpr int kStackedIconTop = 11;
+constexpr int kStackedTextTop = 53;
 constexpr int kStackedTextHeight = 34;
 constexpr int kStackedSide = 4;
 constexpr int kSmallHeight = 64;  // lower buttons have the smaller text

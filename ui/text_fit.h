@@ -25,7 +25,7 @@ struct Step {
 /// The steps to try, first one first; a size of 0 ends them. The first size is the script's own
 /// when it has one, and no later step is larger.
 struct Rule {
-    Step steps[3];
+    Step steps[4];
     bool verbatim = false;  ///< no script's text: shown letter by letter
 };
 
@@ -39,10 +39,11 @@ constexpr Rule kWideTile{{{20, 2}, {18, 3}}};
 constexpr Rule kToggle{{{20, 1}, {18, 1}}};
 constexpr Rule kValue{{{22, 1}}};
 constexpr Rule kChip{{{20, 1}}};
-constexpr Rule kName{{{40, 1}, {32, 1}}, true};
+// The longest name, 32 letters wide as they may be, takes the last step.
+constexpr Rule kName{{{40, 1}, {32, 1}, {24, 2}, {18, 3}}, true};
 constexpr Rule kIdNumber{{{26, 1}, {22, 1}}, true};
 constexpr Rule kBand{{{32, 1}, {28, 2}}};
-constexpr Rule kConfirmation{{{32, 2}, {28, 2}}};
+constexpr Rule kConfirmation{{{32, 1}, {26, 2}}};
 constexpr Rule kCaption{{{20, 1}, {18, 1}}};
 constexpr Rule kMethod{{{20, 1}, {18, 2}}};
 
@@ -50,7 +51,8 @@ constexpr Rule kMethod{{{20, 1}, {18, 2}}};
 void draw(QPainter* painter, const QRect& box, Qt::Alignment alignment,
           const ScriptHandler::Script& text, const Rule& rule, QFont::Weight weight, QRgb color);
 
-/// @p text without its own size: that of a rule counts. For a text that was written for another role.
+/// @p text without its own size: that of a rule counts. For a text that was written for another
+/// role.
 ScriptHandler::Script roleSized(ScriptHandler::Script text);
 
 /// The width of @p text on one line in the rule's first size.

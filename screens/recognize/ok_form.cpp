@@ -10,7 +10,7 @@
 namespace {
 
 constexpr QRect kMark(136, 32, 160, 160);
-constexpr QRect kText(16, 192, 400, 84);
+constexpr QRect kText(16, 190, 400, 80);
 constexpr int kFrameTime = 70;  // milliseconds
 
 constexpr int kLineTop = 276;

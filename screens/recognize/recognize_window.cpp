@@ -72,6 +72,10 @@ void RecognizeWindow::createForm() {
     showLower({});
 }
 
+void RecognizeWindow::scriptsApplied() {
+    viewStateMode();
+}
+
 void RecognizeWindow::showEvent(QShowEvent* event) {
     WindowForm::showEvent(event);
     MainWindow* shell = MainWindow::getMainWindow();

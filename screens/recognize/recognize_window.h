@@ -56,6 +56,7 @@ class RecognizeWindow : public WindowForm {
 
  protected:
     void createForm() override;
+    void scriptsApplied() override;
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
 

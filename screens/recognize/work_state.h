@@ -19,11 +19,11 @@ struct Attendance {
 };
 /// In the order in which they are offered: in, out, break, return.
 constexpr Attendance kAttendance[] = {
-    {WorkMode::In, 16, "Button_In", "Info_Authenticated_Complet_In", "in_40_accent.png"},
-    {WorkMode::Out, 17, "Button_Out", "Info_Authenticated_Complet_Out", "out_40_accent.png"},
-    {WorkMode::Break, 18, "Button_OutDuty", "Info_Authenticated_Complet_Break",
+    {WorkMode::In, 16, "Info_WorkIn", "Info_Authenticated_Complet_In", "in_40_accent.png"},
+    {WorkMode::Out, 17, "Info_WorkOut", "Info_Authenticated_Complet_Out", "out_40_accent.png"},
+    {WorkMode::Break, 18, "Info_WorkBreak", "Info_Authenticated_Complet_Break",
      "break_40_accent.png"},
-    {WorkMode::Return, 19, "Button_InDuty", "Info_Authenticated_Complet_Return",
+    {WorkMode::Return, 19, "Info_WorkReturn", "Info_Authenticated_Complet_Return",
      "return_40_accent.png"},
 };
 /// The event of a mode or of a key; null when there is none.
