@@ -2,9 +2,12 @@
 
 #include <QFile>
 #include <QFontDatabase>
+#include <QLoggingCategory>
 #include <QStringList>
 
 #include "base/device_paths.h"
+
+Q_LOGGING_CATEGORY(fontLog, "zel.app.fonts", QtInfoMsg)
 
 namespace {
 
@@ -26,7 +29,8 @@ void link(QLatin1String name) {
 void add(QLatin1String name) {
     // A font that is added to a database not yet filled is read once more when it is filled.
     const QFontDatabase filled;
-    QFontDatabase::addApplicationFont(DevicePaths::at(QString(kLinks) + name));
+    if (QFontDatabase::addApplicationFont(DevicePaths::at(QString(kLinks) + name)) < 0)
+        qCWarning(fontLog, "font %s cannot be had", name.data());
 }
 
 }  // namespace

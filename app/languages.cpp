@@ -21,8 +21,9 @@ Languages::Languages(QObject* parent) : QObject(parent) {
 void Languages::apply(int number) {
     if (number == number_ || !exists(number))
         return;
-    if (number == kJapanese)
+    if (number == kJapanese && !japaneseFonts_)
         Fonts::installJapanese();
+    japaneseFonts_ = japaneseFonts_ || number == kJapanese;
     load(number);
 }
 
@@ -38,6 +39,7 @@ void Languages::change(int number) {
     }
     // The base family serves every language; without it the panel would have no font at all.
     Fonts::registerBase();
+    japaneseFonts_ = number == kJapanese;
     load(number);
 }
 

@@ -35,4 +35,5 @@ class Languages : public QObject {
 
     ScriptHandler* scripts_;
     int number_ = 0;
+    bool japaneseFonts_ = false;  // are registered
 };

@@ -4,6 +4,7 @@
 #include <QCloseEvent>
 #include <QDateTime>
 #include <QFile>
+#include <QFileInfo>
 #include <QHoverEvent>
 #include <QLoggingCategory>
 #include <algorithm>
@@ -11,11 +12,11 @@
 #include <iterator>
 #include <utility>
 
-#include "app/command_popups.h"
 #include "app/management_link.h"
 #include "app/menu_timer.h"
 #include "app/message_dispatch.h"
 #include "app/network_setup.h"
+#include "app/report_popups.h"
 #include "app/screen_factory.h"
 #include "app/status_popup.h"
 #include "app/window_form.h"
@@ -24,7 +25,6 @@
 #include "cloud/event_reports.h"
 #include "cloud/parameters.h"
 #include "link/command_code.h"
-#include "ui/dialog_form.h"
 #include "ui/key_click.h"
 #include "ui/theme.h"
 #include "ui/touch_key_form.h"
@@ -39,8 +39,6 @@ MainWindow* theMainWindow = nullptr;
 /// How long the end of the process waits for the last frames to leave, in milliseconds.
 constexpr int kFlushTime = 500;
 constexpr int kMaxSpokenText = 128;
-constexpr int kLogFullAutoClose = 10000;
-constexpr int kNoticeAutoClose = 5000;
 constexpr int kErrorSound = 203;
 /// By the settings' sleep choice, in seconds.
 constexpr int kSleepTimes[] = {0, 30, 60, 180, 300, 600};
@@ -80,8 +78,7 @@ MainWindow::MainWindow(QWidget* parent)
     link_->clearReceiveState();
     changeWindow(QStringLiteral("stayWindow"));
     statusPopup_ = new StatusPopup([this](const QString& key) { return getScript(key); }, this);
-    connect(menuTimer_, &MenuTimer::timedOut, this, &MainWindow::menuTimeout);
-    connect(status_, &SystemStatus::faultsChanged, this, &MainWindow::showFaults);
+    connect(menuTimer_, &MenuTimer::timedOut, this, &MainWindow::MenuTimeout);
     connect(dispatch_, &MessageDispatch::shellMessage, this, &MainWindow::shellMessage);
 
     setAttribute(Qt::WA_Hover);
@@ -106,6 +103,8 @@ MainWindow::MainWindow(QWidget* parent)
 
 MainWindow::~MainWindow() {
     ui_.reset();
+    // Its worker winds up while the link is being flushed.
+    management_->stop();
     link_->close(kFlushTime);
     // Joins the thread that serves HTTP, which may call back until then.
     delete std::exchange(management_, nullptr);
@@ -125,6 +124,9 @@ bool MainWindow::onPanel() {
 }
 
 void MainWindow::installPictures() {
+    const QString folder = DevicePaths::at(QStringLiteral("/usr/img"));
+    if (!QFileInfo(folder).isDir() || !QFileInfo(folder).isWritable())
+        qCWarning(appLog, "%s cannot be written, there will be no pictures", qPrintable(folder));
     DevicePaths::runShell(QStringLiteral("rm /usr/img/* "));
     DevicePaths::runShell(QStringLiteral("ln -s /zel1/image/img/* /usr/img/ "));
 }
@@ -134,20 +136,11 @@ void MainWindow::initWindowList() {
 }
 
 void MainWindow::createDialogs() {
-    popupForm_ = new DialogForm(this);
-    popupForm_->setObjectName(QStringLiteral("popupForm"));
-    popupForm_->setButtonType(DialogForm::OkButton);
-    popupForm_->checkWindowChange(true);
-    connect(this, &MainWindow::signal_changeWindow, popupForm_, &DialogForm::windowChanged);
-
-    logFullDialog_ = new DialogForm(this, kLogFullAutoClose);
-    logFullDialog_->setObjectName(QStringLiteral("logFullDialog"));
-    logFullDialog_->setButtonType(DialogForm::OkCancelButtons);
-    connect(logFullDialog_, &DialogForm::touchOk, this, &MainWindow::deleteWarnMaxLog);
-    connect(logFullDialog_, &DialogForm::closePopup, this, &MainWindow::cancelWarnMaxLog);
-
-    noticeDialog_ = new DialogForm(this, kNoticeAutoClose);
-    noticeDialog_->setObjectName(QStringLiteral("noticeDialog"));
+    popups_ = new ReportPopups([this](const QString& key) { return getScript(key); }, this);
+    connect(this, &MainWindow::signal_changeWindow, popups_, &ReportPopups::windowChanged);
+    connect(status_, &SystemStatus::faultsChanged, popups_, &ReportPopups::showFaults);
+    connect(popups_, &ReportPopups::errorShown, this, [this] { PlaySound(kErrorSound); });
+    connect(popups_, &ReportPopups::deleteLogsWanted, this, &MainWindow::deleteWarnMaxLog);
 }
 
 void MainWindow::connectManagement() {
@@ -361,7 +354,7 @@ void MainWindow::StopMenuTimer() {
     menuTimer_->stop();
 }
 
-void MainWindow::menuTimeout(const QString& returnTitle) {
+void MainWindow::MenuTimeout(const QString& returnTitle) {
     SendCloseMessage(command::kClosedByMenuTimeout);
     changeWindow(returnTitle);
 }
@@ -396,44 +389,17 @@ void MainWindow::ClosePopup() {
 }
 
 void MainWindow::ShowCommandPopup(int command, int p1, int, const char*) {
-    const CommandPopups::Popup* popup = CommandPopups::find(command, p1);
-    if (popup == nullptr)
-        return;
-    if (popup->screen != nullptr)
-        changeWindow(QLatin1String(popup->screen));
-    DialogForm* dialog = popupForm_;
-    if (popup->kind == CommandPopups::Kind::Question)
-        dialog = logFullDialog_;
-    else if (popup->kind == CommandPopups::Kind::Notice)
-        dialog = noticeDialog_;
-    ScriptHandler::Script stamp = getScript(QStringLiteral("Arg_EventTime"));
-    stamp.script = popup->kind == CommandPopups::Kind::Notice
-                       ? Clock::now().toString(stamp.script)
-                       : QString();
-    dialog->setSecondText(stamp);
-    showPopupText(dialog, QLatin1String(popup->key), popup->isError);
-    if (popup->isError)
-        PlaySound(kErrorSound);
+    const QString screen = popups_->show(command, p1);
+    if (!screen.isEmpty())
+        changeWindow(screen);
 }
 
-void MainWindow::showPopupText(DialogForm* dialog, const QString& key, bool isError) {
-    const bool asks = dialog == logFullDialog_;
-    dialog->setIcon(isError ? DialogForm::Icon::Error
-                            : (asks ? DialogForm::Icon::Question : DialogForm::Icon::Info));
-    dialog->setText(getScript(key));
-    dialog->setOkText(getScript(QStringLiteral("TopMenu_OK")));
-    if (asks)
-        dialog->setCancelText(getScript(QStringLiteral("TopMenu_Cancel")));
-    dialog->show();
-    dialog->raise();
+DialogForm* MainWindow::getPopupForm() const {
+    return popups_->popupForm();
 }
 
 void MainWindow::deleteWarnMaxLog() {
     SendCommand(command::DeleteFullLogs, 0, 0);
-}
-
-void MainWindow::cancelWarnMaxLog() {
-    logFullDialog_->hide();
 }
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
@@ -475,8 +441,9 @@ void MainWindow::applyScriptToKeypad() {
 
 void MainWindow::setSystemStatus(int status, int, int) {
     status_->setStatus(status);
-    if (WindowForm* active = windows_.active())
-        active->workStateChanged();
+    WindowForm* active = getActivateWindowForm();
+    if (active != nullptr && active->getTitle() == QLatin1String("liveWindow"))
+        active->workModeChanged();
 }
 
 int MainWindow::getSystemStatus() const {
@@ -485,25 +452,6 @@ int MainWindow::getSystemStatus() const {
 
 void MainWindow::dev_selfChkrResult() {
     status_->evaluateSelfCheck();
-}
-
-void MainWindow::showFaults(const QStringList& keys, bool anyBit) {
-    popupForm_->hide();
-    if (!anyBit)
-        return;
-    ScriptHandler::Script text;
-    QStringList lines;
-    for (const QString& key : keys) {
-        text = getScript(key);
-        lines.append(text.script);
-    }
-    text.script = lines.join(QLatin1Char('\n'));
-    popupForm_->setIcon(DialogForm::Icon::Error);
-    popupForm_->setText(text);
-    popupForm_->setButtonType(DialogForm::OkButton);
-    popupForm_->setOkText(getScript(QStringLiteral("TopMenu_OK")));
-    popupForm_->show();
-    popupForm_->raise();
 }
 
 std::uint32_t MainWindow::selfCheckWord() const {
@@ -569,7 +517,7 @@ void MainWindow::startEnrolment() {
 }
 
 void MainWindow::showPopupText(const QString& key) {
-    showPopupText(popupForm_, key, false);
+    popups_->showNotice(key);
 }
 
 RestClass* MainWindow::restClient() const {

@@ -23,6 +23,7 @@ class InputField;
 class MenuTimer;
 class ManagementLink;
 class MessageDispatch;
+class ReportPopups;
 class RestClass;
 class StatusPopup;
 class TouchKeyForm;
@@ -136,7 +137,7 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
 
     void ShowPopup(int key, int seconds);
     void ClosePopup();
-    DialogForm* getPopupForm() const { return popupForm_; }
+    DialogForm* getPopupForm() const;
     /// Shows what the controller says of @p command with @p p1, if that has a text.
     void ShowCommandPopup(int command, int p1, int p2, const char* payload);
 
@@ -228,11 +229,8 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     void applyScriptToKeypad();
     void shellMessage(const DeviceMessage& message);
     void quitByController();
-    void showPopupText(DialogForm* dialog, const QString& key, bool isError);
-    void showFaults(const QStringList& keys, bool anyBit);
-    void menuTimeout(const QString& returnTitle);
+    void MenuTimeout(const QString& returnTitle);
     void deleteWarnMaxLog();
-    void cancelWarnMaxLog();
 
     // In the order in which they may be destroyed, last first.
     RecordStore records_;
@@ -248,11 +246,9 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     MessageDispatch* dispatch_ = nullptr;
     DeviceLink* link_ = nullptr;
     StatusPopup* statusPopup_ = nullptr;
+    ReportPopups* popups_ = nullptr;
     TouchWatcher* touchWatcher_ = nullptr;
     TouchKeyForm* touchKey_ = nullptr;
-    DialogForm* popupForm_ = nullptr;
-    DialogForm* logFullDialog_ = nullptr;
-    DialogForm* noticeDialog_ = nullptr;
     ManagementLink* management_ = nullptr;
 
     DeviceMessage lastControllerEvent_;

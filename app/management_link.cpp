@@ -41,6 +41,10 @@ void ManagementLink::start() {
     folderTimer_.start(kFolderInterval);
 }
 
+void ManagementLink::stop() {
+    client_->stop();
+}
+
 bool ManagementLink::inUse() const {
     return cloud_.settings().network.useManager == kInUse;
 }

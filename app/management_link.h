@@ -31,6 +31,9 @@ class ManagementLink : public QObject {
     /// Starts the thread and the look-out for command folders.
     void start();
 
+    /// Lets the thread wind up; the destructor waits for it.
+    void stop();
+
     /// Whether the management service has been reached.
     bool connected() const { return connected_; }
     void setConnected(bool connected) { connected_ = connected; }

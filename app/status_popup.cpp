@@ -25,7 +25,7 @@ StatusPopup::StatusPopup(std::function<ScriptHandler::Script(const QString&)> sc
                          QWidget* window)
     : QObject(window), scripts_(std::move(scripts)), window_(window) {
     timer_.setSingleShot(true);
-    connect(&timer_, &QTimer::timeout, this, &StatusPopup::timeoutEvent);
+    connect(&timer_, &QTimer::timeout, this, &StatusPopup::PopupTimeout);
 }
 
 void StatusPopup::show(int key, int seconds) {
@@ -51,10 +51,10 @@ void StatusPopup::show(int key, int seconds) {
 
 void StatusPopup::close() {
     if (shown_)
-        timeoutEvent();
+        PopupTimeout();
 }
 
-void StatusPopup::timeoutEvent() {
+void StatusPopup::PopupTimeout() {
     timer_.stop();
     key_ = 0;
     seconds_ = 0;

@@ -28,7 +28,7 @@ class StatusPopup : public QObject {
     int seconds() const { return seconds_; }
 
  private:
-    void timeoutEvent();
+    void PopupTimeout();
 
     const std::function<ScriptHandler::Script(const QString&)> scripts_;
     QWidget* const window_;

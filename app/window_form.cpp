@@ -41,8 +41,6 @@ void WindowForm::setParam(QVariant param) {
 
 void WindowForm::deviceAnswer(const DeviceMessage&) {}
 
-void WindowForm::workStateChanged() {}
-
 void WindowForm::settingsChanged() {
     ensureForm();
 }

@@ -31,14 +31,15 @@ class WindowForm : public QWidget {
     /// Takes a frame of the device controller that is meant for this screen. What a screen does
     /// not know it ignores.
     virtual void deviceAnswer(const DeviceMessage& message);
-    /// Called on the active screen when the controller has reported the operating status.
-    virtual void workStateChanged();
     /// Called on the active screen when the controller has sent its settings. Brings the texts up
     /// to date, since the language is one of them.
     virtual void settingsChanged();
 
     /// The management service asks for what the screen's enrol button starts.
     virtual void enrolRequested() {}
+
+    /// The terminal's operating mode has changed while this screen is the active one.
+    virtual void workModeChanged() {}
 
     /// Builds the form if it is not there yet and brings its texts up to date.
     void ensureForm();

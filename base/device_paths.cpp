@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <QStringList>
+#include <csignal>
 #include <cstdlib>
 
 namespace {
@@ -65,8 +66,15 @@ QString shellCommand(const QString& command) {
 }
 
 void runShell(const QString& command) {
+    // system() ignores these two while it runs, and with that drops one that is being held back.
+    sigset_t pending;
+    ::sigpending(&pending);
     const int ignored = std::system(QFile::encodeName(shellCommand(command)).constData());
     Q_UNUSED(ignored)
+    for (const int number : {SIGINT, SIGQUIT}) {
+        if (::sigismember(&pending, number) == 1)
+            ::raise(number);
+    }
 }
 
 quint16 linkPort() {

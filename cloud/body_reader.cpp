@@ -21,7 +21,7 @@ QString BodyReader::text(const char* key, int maxBytes) {
     const QJsonValue value = object_.value(QLatin1String(key));
     if (value.isUndefined())
         return {};
-    const QString text = value.toString();
+    QString text = value.toString();
     // Half a surrogate pair could not be stored and read back.
     if (!value.isString() || !text.isValidUtf16() || text.toUtf8().size() > maxBytes)
         fault();

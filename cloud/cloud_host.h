@@ -26,7 +26,7 @@ class CloudHost {
     virtual std::uint32_t selfCheckWord() const = 0;
 
  protected:
-    ~CloudHost() = default;
+    virtual ~CloudHost() = default;
 };
 
 /// Bits of the controller's self-check word that the management service is told of.

@@ -17,7 +17,7 @@ namespace {
 
 const QLatin1String kArchiveName("zel01.tar.bz2");
 /// What the connection may hold ahead of the disk.
-constexpr qint64 kReadAhead = 1024 * 1024;
+constexpr qint64 kReadAhead = qint64{1024} * 1024;
 
 bool isRedirect(int status) {
     return status == 301 || status == 302 || status == 303 || status == 305 || status == 307 ||
@@ -63,7 +63,7 @@ void DownloadManager::append(const QUrl& url) {
 }
 
 QString DownloadManager::saveFileName(const QUrl& url) const {
-    const QString path = basePath_ + nameOf(url);
+    QString path = basePath_ + nameOf(url);
     // The archive's name counts as taken even when it is free: it belongs to complete files.
     if (path != getArchivePath() && !QFileInfo::exists(path))
         return path;

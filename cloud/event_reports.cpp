@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr qint64 kMaxPicture = 1024 * 1024;
+constexpr qint64 kMaxPicture = qint64{1024} * 1024;
 
 QString pictureText(const QString& name) {
     QFile file(CommandFolder::directory() + name);

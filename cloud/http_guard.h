@@ -15,17 +15,17 @@ class HttpGuard : public Pistache::Http::Handler {
     HTTP_PROTOTYPE(HttpGuard)
 
     /// The largest body that reaches a route, in bytes.
-    static constexpr std::size_t kMaxBody = 2 * 1024 * 1024;
+    static constexpr std::size_t kMaxBody = std::size_t{2} * 1024 * 1024;
     /// The largest request line and headers together. The library's own limit is on a whole
     /// request, so it has to leave room for both.
-    static constexpr std::size_t kMaxHead = 16 * 1024;
+    static constexpr std::size_t kMaxHead = std::size_t{16} * 1024;
     static constexpr std::size_t kMaxRequest = kMaxHead + kMaxBody;
     /// Paths are short; the router matches them with a recursion that long ones would exhaust.
     static constexpr std::size_t kMaxPath = 256;
     /// Open connections; further ones are closed at once.
     static constexpr int kMaxConnections = 128;
     /// Bytes of requests not yet whole, over all connections.
-    static constexpr std::size_t kMaxHeld = 16 * 1024 * 1024;
+    static constexpr std::size_t kMaxHeld = std::size_t{16} * 1024 * 1024;
 
     explicit HttpGuard(std::shared_ptr<Pistache::Rest::Router> router);
 

@@ -19,7 +19,7 @@ namespace {
 constexpr unsigned int kServerThreads = 1;
 constexpr int kMinSerialLength = 11;
 /// The largest answer that is read; those of the service are a few hundred bytes.
-constexpr qint64 kMaxAnswer = 64 * 1024;
+constexpr qint64 kMaxAnswer = qint64{64} * 1024;
 /// An answer that trickles in forever is as bad as none: a request ends after this many transfer
 /// time-outs in any case.
 constexpr int kMaxTimeouts = 3;

@@ -86,7 +86,7 @@ class SignalsBlocked {
 
 RestServer::RestServer(Pistache::Address address, CloudHost& host)
     : host_(host),
-      address_(std::move(address)),
+      address_(address),
       endpoint_(std::make_shared<Http::Endpoint>(address_)),
       router_(std::make_shared<Rest::Router>()) {}
 

@@ -24,9 +24,9 @@ DeviceLink::DeviceLink(FrameParser::Handler handler, QObject* parent)
       socket_(new QTcpSocket(this)),
       parser_(std::move(handler)) {
     reconnectTimer_->setInterval(kReconnectInterval);
-    connect(reconnectTimer_, &QTimer::timeout, this, &DeviceLink::reconnectHost);
+    connect(reconnectTimer_, &QTimer::timeout, this, &DeviceLink::ReconnectHost);
     connect(socket_, &QTcpSocket::readyRead, this, &DeviceLink::processReceivePacket);
-    connect(socket_, &QTcpSocket::connected, this, &DeviceLink::socketConnectedEvent);
+    connect(socket_, &QTcpSocket::connected, this, &DeviceLink::socketConnected);
     connect(socket_, &QTcpSocket::disconnected, this, &DeviceLink::socketDisconnected);
     connect(socket_, &QTcpSocket::errorOccurred, this, [this](QAbstractSocket::SocketError) {
         // An attempt that fails never reports a disconnection of its own.
@@ -49,8 +49,9 @@ void DeviceLink::close(int flushTime) {
     reconnectTimer_->stop();
     socket_->disconnect(this);
     connected_ = false;
+    parser_.reset();
     const QDeadlineTimer deadline(flushTime);
-    while (socketConnected() && socket_->bytesToWrite() > 0 && !deadline.hasExpired()) {
+    while (isSocketConnected() && socket_->bytesToWrite() > 0 && !deadline.hasExpired()) {
         if (!socket_->waitForBytesWritten(static_cast<int>(deadline.remainingTime())))
             break;
     }
@@ -66,7 +67,7 @@ void DeviceLink::connectNow() {
     socket_->connectToHost(QHostAddress(QHostAddress::LocalHost), port_, QIODevice::ReadWrite);
 }
 
-void DeviceLink::socketConnectedEvent() {
+void DeviceLink::socketConnected() {
     reconnectTimer_->stop();
     if (connected_)
         return;
@@ -86,7 +87,7 @@ void DeviceLink::socketDisconnected() {
         reconnectTimer_->start();
 }
 
-void DeviceLink::reconnectHost() {
+void DeviceLink::ReconnectHost() {
     if (connected_)
         reconnectTimer_->stop();
     else
@@ -113,11 +114,12 @@ void DeviceLink::send(quint16 command, quint8 p1, quint8 p2) {
 }
 
 void DeviceLink::send(quint16 command, quint8 p1, quint8 p2, quint16 length, const char* data) {
-    if (!socketConnected())
+    if (!isSocketConnected())
         return;
     const QByteArray frame = Frame::build(command, p1, p2, length, data);
     if (frame.isEmpty())
-        qCWarning(linkLog, "command %d not sent: no frame carries %d bytes", command, length);
+        qCWarning(linkLog, "command %d not sent: %d bytes from nowhere or too many", command,
+                  length);
     else
         write(frame);
 }

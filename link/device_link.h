@@ -40,7 +40,7 @@ class DeviceLink : public QObject {
     /// Whether the link has been reported up.
     bool connected() const { return connected_; }
     /// Whether the socket is connected.
-    bool socketConnected() const { return socket_->state() == QAbstractSocket::ConnectedState; }
+    bool isSocketConnected() const { return socket_->state() == QAbstractSocket::ConnectedState; }
     /// The two parameter bytes of the frame header received last.
     quint8 firstParameter() const { return parser_.firstParameter(); }
     quint8 secondParameter() const { return parser_.secondParameter(); }
@@ -49,9 +49,9 @@ class DeviceLink : public QObject {
 
  private:
     void processReceivePacket();
-    void socketConnectedEvent();
+    void socketConnected();
     void socketDisconnected();
-    void reconnectHost();
+    void ReconnectHost();
     void connectNow();
     void write(const QByteArray& frame);
 

@@ -9,6 +9,7 @@ FrameParser::FrameParser(Handler handler) : handler_(std::move(handler)) {}
 void FrameParser::reset() {
     state_ = State::StartMark;
     payloadIndex_ = 0;
+    stopped_ = true;
 }
 
 void FrameParser::deliver() {
@@ -23,7 +24,8 @@ void FrameParser::consume(std::size_t count) {
     std::size_t position = payloadIndex_;
     const std::size_t end = position + std::min(count, writeSpace());
 
-    while (position < end) {
+    stopped_ = false;
+    while (position < end && !stopped_) {
         if (state_ == State::Payload) {
             const std::size_t piece =
                 std::min<std::size_t>(length_ - payloadIndex_, end - position);

@@ -32,7 +32,7 @@ class FrameParser {
     /// writeSpace() is cut to it.
     void consume(std::size_t count);
 
-    /// Forgets a half-received frame.
+    /// Forgets a half-received frame and, inside a delivery, the bytes behind it.
     void reset();
 
     /// The two parameter bytes of the header read last.
@@ -60,6 +60,7 @@ class FrameParser {
     std::uint8_t p1_ = 0;
     std::uint8_t p2_ = 0;
     std::uint16_t length_ = 0;
+    bool stopped_ = false;          // reset() was called inside a delivery
     std::size_t payloadIndex_ = 0;  // bytes of the present payload, at the buffer's beginning
     std::array<char, Frame::kMaxFrameSize> buffer_{};
 };

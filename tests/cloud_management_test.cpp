@@ -95,31 +95,26 @@ class CloudManagementTest : public QObject {
         QCOMPARE(terminal_->takeLog(), QString());
     }
 
-    void systemActionsSendTheirCommands_data() {
-        QTest::addColumn<QString>("word");
-        QTest::addColumn<QString>("frame");
-        QTest::newRow("reboot") << "rebootDevice"
-                                << "1958(0,0)0";
-        QTest::newRow("log") << "deleteLogData"
-                             << "1957(0,0)0";
-        QTest::newRow("settings") << "deleteSettingData"
-                                  << "1957(1,0)0";
-        QTest::newRow("all") << "deleteAllData"
-                             << "1957(2,0)0";
-        QTest::newRow("users") << "deleteAllUsers"
-                               << "ListItem_Synchronizing 1932(3,1)0";
-        QTest::newRow("general") << "deleteGeneralUsers"
-                                 << "ListItem_Synchronizing 1932(0,1)0";
-        QTest::newRow("face only") << "deleteFaceonlyUsers"
-                                   << "ListItem_Synchronizing 1932(4,1)0";
-        QTest::newRow("admin") << "deleteAdmin"
-                               << "ListItem_Synchronizing 1932(1,1)0";
-    }
     void systemActionsSendTheirCommands() {
-        QFETCH(QString, word);
-        QFETCH(QString, frame);
-        commands_->setSystem(QVariant::fromValue(SystemEvent_Parameter{word}));
-        QCOMPARE(terminal_->takeLog(), QStringLiteral("stayWindow %1 liveWindow").arg(frame));
+        const auto actionOf = [this](const char* word) {
+            commands_->setSystem(QVariant::fromValue(SystemEvent_Parameter{QLatin1String(word)}));
+            return terminal_->takeLog();
+        };
+        const auto shown = [](const char* frame) {
+            return QStringLiteral("stayWindow %1 liveWindow").arg(QLatin1String(frame));
+        };
+        const auto shownBusy = [](const char* frame) {
+            return QStringLiteral("stayWindow ListItem_Synchronizing %1 liveWindow")
+                .arg(QLatin1String(frame));
+        };
+        QCOMPARE(actionOf("rebootDevice"), shown("1958(0,0)0"));
+        QCOMPARE(actionOf("deleteLogData"), shown("1957(0,0)0"));
+        QCOMPARE(actionOf("deleteSettingData"), shown("1957(1,0)0"));
+        QCOMPARE(actionOf("deleteAllData"), shown("1957(2,0)0"));
+        QCOMPARE(actionOf("deleteAllUsers"), shownBusy("1932(3,1)0"));
+        QCOMPARE(actionOf("deleteGeneralUsers"), shownBusy("1932(0,1)0"));
+        QCOMPARE(actionOf("deleteFaceonlyUsers"), shownBusy("1932(4,1)0"));
+        QCOMPARE(actionOf("deleteAdmin"), shownBusy("1932(1,1)0"));
     }
 
     void deviceSettingsGoOutInOrder() {

@@ -185,6 +185,15 @@ class CloudRestClientTest : public QObject {
         QCOMPARE(client_->SendCommand(RestClass::kConnectionCheck, {}), 0);
     }
 
+    void addressesAreTheKernels() {
+        const QString loopback = QStringLiteral("lo");
+        QCOMPARE(NetworkHelper::getIPAddress(loopback), QStringLiteral("127.0.0.1"));
+        QCOMPARE(NetworkHelper::getMask(loopback), QStringLiteral("255.0.0.0"));
+        QCOMPARE(NetworkHelper::getMacAddress(loopback), QStringLiteral("000000000000"));
+        QCOMPARE(NetworkHelper::getGateway(loopback), QString());
+        QCOMPARE(NetworkHelper::getIPAddress(QStringLiteral("no such interface")), QString());
+    }
+
     void numbersWithoutARequestAreFreeAgain() {
         QCOMPARE(client_->SendCommand(99, {}), 0);
         QCoreApplication::processEvents();

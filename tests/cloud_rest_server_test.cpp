@@ -3,10 +3,8 @@
 #include <QTemporaryDir>
 #include <QThread>
 #include <QtTest>
-#include <atomic>
 #include <csignal>
 #include <memory>
-#include <thread>
 
 #include "cloud/http_guard.h"
 #include "cloud/rest_client.h"
@@ -248,25 +246,6 @@ class CloudRestServerTest : public QObject {
             client.reset();
             QVERIFY2(time.elapsed() < 500, qPrintable(QString::number(time.elapsed())));
         }
-    }
-
-    void stoppingEndsServiceUnderLoad() {
-        serve();
-        std::atomic<bool> done{false};
-        std::vector<std::thread> clients;
-        for (int i = 0; i < 4; ++i)
-            clients.emplace_back([&done] {
-                while (!done)
-                    exchange(port, post("/x", QByteArray(100000, 'a')), 200);
-            });
-        QThread::msleep(100);
-        QElapsedTimer time;
-        time.start();
-        client_.reset();
-        QVERIFY(time.elapsed() < 500);
-        done = true;
-        for (std::thread& client : clients)
-            client.join();
     }
 
     void aTakenPortIsWaitedFor() {

@@ -290,15 +290,6 @@ class CloudRoutesTest : public QObject {
                                          QStringLiteral("240101120000002_mod_123456")}));
     }
 
-    void aFullDiskLeavesNothing() {
-        QDir().mkpath(root_.path() + QStringLiteral("/mnt/data"));
-        QFile inTheWay(root_.path() + QStringLiteral("/mnt/data/Images"));
-        QVERIFY(inTheWay.open(QIODevice::WriteOnly));
-        CommandFolder writer;
-        QVERIFY(!writer.writeAdd({}, {}));
-        QVERIFY(!writer.writeDelete(QStringLiteral("A1")));
-    }
-
     void usersPresentAreListed() {
         QCOMPARE(readTable().count, 0);
         QVERIFY(!QFile::exists(root_.path() + QStringLiteral("/mnt/data/db_user2")));

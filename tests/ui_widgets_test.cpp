@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 #include <QtTest>
 
+#include "tests/support/text_recorder.h"
 #include "ui/check_box.h"
 #include "ui/code_entry.h"
 #include "ui/combo.h"
@@ -74,7 +75,6 @@ class UiWidgetsTest : public QObject {
     }
     void cleanup() {
         KeyClick::setHandler({});
-        TextFit::setObserver({});
         window_.reset();
     }
 
@@ -459,30 +459,33 @@ void UiWidgetsTest::fieldComposes() {
 }
 
 void UiWidgetsTest::textsGiveWay() {
-    QImage image(480, 72, QImage::Format_RGB32);
-    QPainter painter(&image);
-    TextFit::Written written;
-    TextFit::setObserver([&written](const TextFit::Written& text) { written = text; });
-    const auto title = [&](const char* text, int width) {
-        TextFit::draw(&painter, {0, 0, width, 72}, Qt::AlignLeft, sameText(u(text)),
-                      TextFit::kTitle, QFont::Medium, qRgb(255, 255, 255));
-        return written;
+    struct Written {
+        int size;
+        bool cut;
     };
+    const auto write = [](const ScriptHandler::Script& text, int width) {
+        TextRecorder recorder(QSize(480, 72));
+        QPainter painter(&recorder);
+        TextFit::draw(&painter, {0, 0, width, 72}, Qt::AlignLeft, text, TextFit::kTitle,
+                      QFont::Medium, qRgb(255, 255, 255));
+        const TextRecorder::Text last = recorder.texts().last();
+        return Written{last.size, last.text.endsWith(QChar(0x2026))};
+    };
+    const auto title = [&](const char* text, int width) { return write(sameText(u(text)), width); };
     QCOMPARE(title("Settings", 300).size, 26);
     QCOMPARE(title("Attendance and canteen settings", 200).size, 22);
-    QVERIFY(!written.cut);
+    QVERIFY(!title("Attendance and canteen settings", 200).cut);
     QCOMPARE(title("First line<br>second line", 300).size, 22);
     // Without spaces a text may break anywhere rather than be cut.
     QCOMPARE(title("勤怠モード設定と食堂設定の管理", 200).size, 22);
-    QVERIFY(!written.cut);
+    QVERIFY(!title("勤怠モード設定と食堂設定の管理", 200).cut);
     QVERIFY(!title("사용자등급선택및출입구역설정", 200).cut);
     QVERIFY(title("Attendance and canteen settings of every single terminal", 200).cut);
 
     ScriptHandler::Script small = sameText(u("Settings"));
     small.size = 18;
-    TextFit::draw(&painter, {0, 0, 300, 72}, Qt::AlignLeft, small, TextFit::kTitle, QFont::Medium,
-                  qRgb(255, 255, 255));
-    QCOMPARE(written.size, 18);
+    QCOMPARE(write(small, 300).size, 18);
+    QCOMPARE(write(TextFit::roleSized(small), 300).size, 26);
 }
 
 QTEST_MAIN(UiWidgetsTest)

@@ -49,13 +49,13 @@ class ListRow : public WidgetButton, public Scripted {
     void setIconColumn(int width);
 
     void applyScripts(const Lookup& lookup) override;
+    bool isTouchable() const override { return mark_ != NoMark; }
     QSize sizeHint() const override;
 
  protected:
     bool event(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
-    bool isTouchable() const override { return mark_ != NoMark; }
 
  private:
     QWidget* control() const;

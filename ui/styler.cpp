@@ -1,5 +1,6 @@
 #include "ui/styler.h"
 
+#include <QApplication>
 #include <QLabel>
 #include <QStringList>
 #include <utility>
@@ -9,6 +10,13 @@ namespace {
 QString body(const QString& height, const QString& text) {
     return QStringLiteral("<html><head/><body style=' line-height:%1%;'>%2</body></html>")
         .arg(height, text);
+}
+
+/// The label's font in the application's own family, which a script's text may have changed.
+QFont ownFont(const QLabel* label) {
+    QFont font = label->font();
+    font.setFamily(QApplication::font().family());
+    return font;
 }
 
 QFont withTypography(QFont font, int size, qreal letter) {
@@ -41,13 +49,13 @@ void Styler::setText(QLabel* label, const ss& style) {
 }
 
 QString Styler::getText(QLabel* label, const ss& style) {
-    label->setFont(withTypography(label->font(), style.size, style.letter));
+    label->setFont(withTypography(ownFont(label), style.size, style.letter));
     makeRichText(label);
     return body(QString::number(style.height), QString::fromUtf8(style.text));
 }
 
 void Styler::setFont(QLabel* label, const ss& style) {
-    label->setFont(withTypography(label->font(), style.size, style.letter));
+    label->setFont(withTypography(ownFont(label), style.size, style.letter));
     label->setTextInteractionFlags(Qt::NoTextInteraction);
 }
 

@@ -18,15 +18,9 @@ constexpr float kTight = 88;
 /// The glyphs of the terminal's fonts sit low in their line: how far to raise them, in ems.
 constexpr qreal kLift = 0.045;
 
-std::function<void(const TextFit::Written&)>& theObserver() {
-    static std::function<void(const TextFit::Written&)> observer;
-    return observer;
-}
-
 struct Layout {
     QFont font;
     QStringList lines;
-    bool cut = false;
 };
 
 QString plain(const QString& text, const TextFit::Rule& rule) {
@@ -110,7 +104,6 @@ Layout lay(const ScriptHandler::Script& script, const TextFit::Rule& rule, QFont
     const QString rest = QStringList(layout.lines.mid(kept - 1)).join(QLatin1Char(' '));
     layout.lines = layout.lines.mid(0, kept - 1);
     layout.lines.append(metrics.elidedText(rest, Qt::ElideRight, width));
-    layout.cut = true;
     return layout;
 }
 
@@ -142,9 +135,6 @@ void draw(QPainter* painter, const QRect& box, Qt::Alignment alignment,
         painter->drawText(QPointF(qRound(x), qRound(baseline)), line);
         baseline += pitch;
     }
-    if (theObserver())
-        theObserver()({text.script, painter->combinedTransform().mapRect(box),
-                       layout.font.pixelSize(), layout.cut});
 }
 
 ScriptHandler::Script roleSized(ScriptHandler::Script text) {
@@ -163,10 +153,6 @@ int width(const ScriptHandler::Script& text, const Rule& rule, QFont::Weight wei
 
 QFont font(const ScriptHandler::Script& text, const Rule& rule, QFont::Weight weight) {
     return sized(text, firstSize(text, rule), weight);
-}
-
-void setObserver(std::function<void(const Written&)> observer) {
-    theObserver() = std::move(observer);
 }
 
 }  // namespace TextFit

@@ -3,7 +3,6 @@
 #include <QColor>
 #include <QFont>
 #include <QRect>
-#include <functional>
 
 #include "ui/script_handler.h"
 
@@ -60,15 +59,5 @@ int width(const ScriptHandler::Script& text, const Rule& rule, QFont::Weight wei
 
 /// The font of the rule's first step.
 QFont font(const ScriptHandler::Script& text, const Rule& rule, QFont::Weight weight);
-
-/// One text as it was written.
-struct Written {
-    QString text;  ///< the whole text
-    QRect box;     ///< in the coordinates of the painter's device
-    int size;      ///< in pixels
-    bool cut;      ///< it had to be shortened
-};
-/// Is told of every text that is written, for checks of whole screens; empty ends it.
-void setObserver(std::function<void(const Written&)> observer);
 
 }  // namespace TextFit

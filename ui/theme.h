@@ -54,10 +54,11 @@ inline QColor color(QRgb rgba) {
     return QColor::fromRgba(rgba);
 }
 
-/// A font of the language's family; weight as QFont::Weight, size in pixels.
+/// A font of the language's family; weight as QFont::Weight, size in pixels. A text that no script
+/// gives a size gets one that can be read.
 inline QFont font(const QString& family, int pixelSize, QFont::Weight weight = QFont::Normal) {
     QFont made(family);
-    made.setPixelSize(pixelSize);
+    made.setPixelSize(pixelSize > 0 ? pixelSize : 24);
     made.setWeight(weight);
     return made;
 }

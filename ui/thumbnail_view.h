@@ -19,11 +19,11 @@ class ThumbnailView : public WidgetButton {
     bool isEnlargeable() const { return enlargeable_; }
     void setEnlargeable(bool enlargeable) { enlargeable_ = enlargeable; }
 
+    bool isTouchable() const override { return enlargeable_ && hasPhoto(); }
     QSize sizeHint() const override;
 
  protected:
     void paintEvent(QPaintEvent* event) override;
-    bool isTouchable() const override { return enlargeable_ && hasPhoto(); }
 
  private:
     QPixmap photo_;

@@ -348,10 +348,14 @@ void TouchKeyForm::endSyllable() {
         field_->insert(field_->preedit());
 }
 
-void TouchKeyForm::endEditing() {
+void TouchKeyForm::moveBack() {
     if (moved_)
         moved_->move(moved_->x(), moved_->y() + movedBy_);
     moved_.clear();
+}
+
+void TouchKeyForm::endEditing() {
+    moveBack();
     composer_.flush();
     InputField* field = field_;
     if (!field)
@@ -363,6 +367,7 @@ void TouchKeyForm::endEditing() {
 }
 
 void TouchKeyForm::revealField() {
+    moveBack();  // the field may be touched again while it is being edited
     const int end = field_->mapTo(parentWidget(), QPoint(0, field_->height())).y() + kFieldMargin;
     movedBy_ = qMin(end - y(), height());
     if (movedBy_ <= 0)

@@ -67,6 +67,7 @@ class TouchKeyForm : public QWidget, public Scripted {
 
     void endEditing();
     void revealField();
+    void moveBack();
 
     QPointer<InputField> field_;
     HangulComposer composer_;

@@ -29,6 +29,8 @@ class WidgetButton : public QWidget {
     bool autoRepeat() const { return autoRepeat_; }
     void setAutoRepeat(bool repeat) { autoRepeat_ = repeat; }
 
+    /// Whether touches have an effect at all; what is not touchable shows none.
+    virtual bool isTouchable() const { return true; }
     /// Whether a finger is on it now.
     bool isDown() const { return down_; }
     /// Forgets the finger that is on it: its release will not count. For a list that starts to
@@ -47,8 +49,6 @@ class WidgetButton : public QWidget {
     void changeEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
-    /// Whether touches have an effect at all; what is not touchable shows none.
-    virtual bool isTouchable() const { return true; }
     /// Where the finger came down or was lifted, in the widget's own coordinates.
     QPoint touchPoint() const { return touchPoint_; }
     /// The ground of a row or tile in its present state.

@@ -23,11 +23,11 @@ void BootingForm::createForm() {
 }
 
 BootingForm::Upgrade BootingForm::takeUpgradeResult() {
-    if (QFile::remove(DevicePaths::at(QStringLiteral("/mnt/data/fw_upgrade_ok"))))
+    const bool done = QFile::remove(DevicePaths::at(QStringLiteral("/mnt/data/fw_upgrade_ok")));
+    const bool failed = QFile::remove(DevicePaths::at(QStringLiteral("/mnt/data/fw_upgrade_fail")));
+    if (done)
         return Upgrade::Done;
-    if (QFile::remove(DevicePaths::at(QStringLiteral("/mnt/data/fw_upgrade_fail"))))
-        return Upgrade::Failed;
-    return Upgrade::None;
+    return failed ? Upgrade::Failed : Upgrade::None;
 }
 
 void BootingForm::scriptsApplied() {

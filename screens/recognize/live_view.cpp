@@ -88,7 +88,7 @@ void LiveView::showSettings() {
     ui_->keypadButton->setVisible(settings.setup.authMethod == kFaceAndId);
     ui_->enrollButton->setVisible(settings.registration.on == 1);
     ui_->noti_layer->setTouchable(MealCountForm::isOffered(settings));
-    workStateChanged();
+    workModeChanged();
     setLiveShowTimerReset();
 }
 
@@ -97,7 +97,7 @@ void LiveView::settingsChanged() {
     showSettings();
 }
 
-void LiveView::workStateChanged() {
+void LiveView::workModeChanged() {
     const MainWindow* shell = MainWindow::getMainWindow();
     updateWorkState(static_cast<int>(WorkState::shown(shell->getWorkMode(), shell->menuRecord())));
 }

@@ -22,7 +22,7 @@ class LiveView : public WindowForm {
     ~LiveView() override;
 
     void deviceAnswer(const DeviceMessage& message) override;
-    void workStateChanged() override;
+    void workModeChanged() override;
     void settingsChanged() override;
 
     /// Shows the banner of an operating mode by its number. Without one of its own the banner

@@ -29,7 +29,6 @@ class MealRow : public QWidget {
 
     void setName(const ScriptHandler::Script& name) {
         name_ = name;
-        name_.size = 0;  // the script's size is that of other places
         update();
     }
     void setCount(const QString& count) {

@@ -44,6 +44,7 @@ void wait(Stage& stage, int percent) {
 void keypad(Stage& stage, InputField::Characters characters, const char* keys,
             const char* option = "") {
     auto* field = stage.add<InputField>(QRect(16, 720, 448, 56));
+    field->setObjectName(QStringLiteral("keypadField"));
     field->setAllowedCharacters(characters);
     stage.showAdded();
     stage.window().showTouchKey(field);

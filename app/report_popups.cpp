@@ -1,0 +1,155 @@
+#include "app/report_popups.h"
+
+#include <QDateTime>
+#include <utility>
+
+#include "base/clock.h"
+#include "link/command_code.h"
+#include "ui/dialog_form.h"
+
+namespace {
+
+constexpr int kLogFullAutoClose = 10000;  // milliseconds
+constexpr int kNoticeAutoClose = 5000;
+constexpr int kAnyOther = -1;
+
+enum class Kind {
+    Result,    // on the shared popup dialog, until it is closed
+    Notice,    // closes by itself, stamped with the date and time
+    Question,  // asks whether logs may be deleted
+};
+
+struct Report {
+    int command;
+    int p1;
+    Kind kind;
+    const char* key;
+    bool isError;
+    const char* screen = nullptr;  // to change to first
+};
+
+// The first row that fits counts.
+constexpr Report kReports[] = {
+    {command::EnrolmentRefused, 1, Kind::Result, "Error_MaxUsersExcceeded", true},
+    {command::EnrolmentRefused, 2, Kind::Result, "Error_EnrollingUsers", true},
+    {command::EnrolmentRefused, kAnyOther, Kind::Result, "Error_NoResponse", true},
+    {command::UserDeleteResult, 0, Kind::Result, "ListItem_UserDeleted", false},
+    {command::UserDeleteResult, kAnyOther, Kind::Result, "ListItem_FailedDeleted", true},
+    {command::FirmwareUpdateAnswer, 0, Kind::Result, "ListItem_FwRestart", false,
+     "upgradingWindow"},
+    {command::FirmwareUpdateAnswer, kAnyOther, Kind::Result, "ListItem_FwUpgradeFailed", true,
+     "stayWindow"},
+    {command::LogStoreReport, 0, Kind::Result, "ListItem_LogStoreEmptied", false},
+    {command::LogStoreReport, 1, Kind::Question, "ListItem_LogStoreNearlyFull", false},
+    {command::AccessEvent, 0, Kind::Notice, "Info_AccessEvent", false},
+};
+
+const Report* find(int command, int p1) {
+    for (const Report& report : kReports) {
+        if (report.command == command && (report.p1 == p1 || report.p1 == kAnyOther))
+            return &report;
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+ReportPopups::ReportPopups(std::function<ScriptHandler::Script(const QString&)> scripts,
+                           QWidget* window)
+    : QObject(window),
+      scripts_(std::move(scripts)),
+      popup_(new DialogForm(window)),
+      logFull_(new DialogForm(window, kLogFullAutoClose)),
+      notice_(new DialogForm(window, kNoticeAutoClose)) {
+    popup_->setObjectName(QStringLiteral("popupForm"));
+    popup_->setButtonType(DialogForm::OkButton);
+    popup_->checkWindowChange(true);
+    logFull_->setObjectName(QStringLiteral("logFullDialog"));
+    logFull_->setButtonType(DialogForm::OkCancelButtons);
+    notice_->setObjectName(QStringLiteral("noticeDialog"));
+
+    connect(logFull_, &DialogForm::touchOk, this, &ReportPopups::deleteLogsWanted);
+    for (DialogForm* dialog : {popup_, logFull_, notice_}) {
+        connect(dialog, &DialogForm::touchOk, this, [this, dialog] { dialogClosed(dialog); });
+        if (dialog != popup_)
+            connect(dialog, &DialogForm::closePopup, this,
+                    [this, dialog] { dialogClosed(dialog); });
+    }
+}
+
+void ReportPopups::windowChanged() {
+    popup_->windowChanged();
+}
+
+QString ReportPopups::show(int command, int p1) {
+    const Report* report = find(command, p1);
+    if (report == nullptr)
+        return {};
+    switch (report->kind) {
+        case Kind::Result:
+            present(popup_, QLatin1String(report->key), report->isError);
+            break;
+        case Kind::Notice: {
+            ScriptHandler::Script stamp = scripts_(QStringLiteral("Arg_EventTime"));
+            stamp.script = Clock::now().toString(stamp.script);
+            notice_->setSecondText(stamp);
+            present(notice_, QLatin1String(report->key), report->isError);
+            break;
+        }
+        case Kind::Question:
+            present(logFull_, QLatin1String(report->key), report->isError);
+            break;
+    }
+    return QLatin1String(report->screen);
+}
+
+void ReportPopups::showNotice(const QString& key) {
+    notice_->setSecondText({});
+    present(notice_, key, false);
+}
+
+void ReportPopups::present(DialogForm* dialog, const QString& key, bool isError) {
+    if (dialog == popup_)
+        popupShowsFaults_ = false;
+    DialogForm::Icon icon = DialogForm::Icon::Info;
+    if (isError)
+        icon = DialogForm::Icon::Error;
+    else if (dialog == logFull_)
+        icon = DialogForm::Icon::Question;
+    dialog->setIcon(icon);
+    dialog->setText(scripts_(key));
+    dialog->setOkText(scripts_(QStringLiteral("TopMenu_OK")));
+    dialog->setCancelText(scripts_(QStringLiteral("TopMenu_Cancel")));
+    dialog->show();
+    dialog->raise();
+    if (isError)
+        emit errorShown();
+}
+
+void ReportPopups::showFaults(const QStringList& keys, bool anyFault) {
+    popup_->hide();
+    faults_ = keys;
+    popupShowsFaults_ = anyFault;
+    if (!anyFault)
+        return;
+    ScriptHandler::Script text;
+    QStringList lines;
+    for (const QString& key : keys) {
+        text = scripts_(key);
+        lines.append(text.script);
+    }
+    text.script = lines.join(QLatin1Char('\n'));
+    popup_->setIcon(DialogForm::Icon::Error);
+    popup_->setText(text);
+    popup_->setButtonType(DialogForm::OkButton);
+    popup_->setOkText(scripts_(QStringLiteral("TopMenu_OK")));
+    popup_->show();
+    popup_->raise();
+}
+
+void ReportPopups::dialogClosed(DialogForm* dialog) {
+    if (dialog == popup_ && popupShowsFaults_)
+        faults_.clear();
+    else if (!faults_.isEmpty())
+        showFaults(faults_, true);
+}

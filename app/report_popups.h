@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QObject>
+#include <QStringList>
+#include <functional>
+
+#include "ui/script_handler.h"
+
+class DialogForm;
+class QWidget;
+
+/// The three dialogs of the shell, and what they say of the controller's own reports. Faults that
+/// another dialog has hidden come back when that one is closed, until the user has closed them.
+/// GUI thread only.
+class ReportPopups : public QObject {
+    Q_OBJECT
+
+ public:
+    ReportPopups(std::function<ScriptHandler::Script(const QString&)> scripts, QWidget* window);
+
+    /// The popup dialog that screens share. It goes away with its screen.
+    DialogForm* popupForm() const { return popup_; }
+
+    /// Shows what there is to say of @p command with the first parameter @p p1. Returns the screen
+    /// to change to for it, empty for none.
+    QString show(int command, int p1);
+    /// Shows the text of @p key for some seconds, whatever screen comes up meanwhile.
+    void showNotice(const QString& key);
+    /// Shows the faults of @p keys; takes them back when @p anyFault is not set.
+    void showFaults(const QStringList& keys, bool anyFault);
+
+ public slots:
+    void windowChanged();
+
+ signals:
+    /// A popup that tells of an error has come up.
+    void errorShown();
+    /// The user agrees that old logs are deleted.
+    void deleteLogsWanted();
+
+ private:
+    void present(DialogForm* dialog, const QString& key, bool isError);
+    void dialogClosed(DialogForm* dialog);
+
+    const std::function<ScriptHandler::Script(const QString&)> scripts_;
+    DialogForm* popup_;
+    DialogForm* logFull_;
+    DialogForm* notice_;
+    QStringList faults_;  // not closed by the user yet
+    bool popupShowsFaults_ = false;
+};

@@ -1,0 +1,378 @@
+#include <QAbstractScrollArea>
+#include <QLabel>
+#include <QSet>
+#include <QTextDocument>
+#include <QWindow>
+#include <QtTest>
+#include <memory>
+
+#include "base/device_paths.h"
+#include "link/device_link.h"
+#include "tests/support/text_recorder.h"
+#include "tools/gallery/gallery_states.h"
+#include "tools/gallery/stage.h"
+#include "ui/combo.h"
+#include "ui/dialog_overlay.h"
+#include "ui/input_field.h"
+#include "ui/pictures.h"
+#include "ui/scroll_list.h"
+#include "ui/theme.h"
+#include "ui/top_bar.h"
+#include "ui/touch_key_form.h"
+
+namespace {
+
+constexpr int kSmallestText = 18;
+constexpr int kLowestTouch = 56;
+constexpr int kNarrowestTouch = 48;
+
+const char* const kTitles =
+    "bootWindow stayWindow liveWindow zelMenuWindow usbMenuWindow networkMenuWindow pingWindow "
+    "tcpIpWindow ddnsWindow enviWindow enviFaceWindow enviScreenWindow enviScreen_StayWindow "
+    "enviscreen_imageselect enviSoundWindow enviSound_Alarm enviSound_RecogFail "
+    "usbUploadFileSelector userMenuWindow workMenuWindow foodMenuWindow userEnrollMenuWindow "
+    "userEnroll_qualWindow userEnroll_cardTagWindow userEnroll_reCardTagWindow setupDefaultWindow "
+    "setupMenuWindow userEnroll_IDWindow userEnroll_FaceWindow info_readerWindow info_conWindow "
+    "recognizeWindow inputSubWindow user_searchWindow userSearch_cardWindow userSearch_faceWindow "
+    "userSearch_idWindow userSearch_InfoWindow userGroupInfoWindow info_logSearchWindow "
+    "userInfo_uploadWindow info_logListWindow info_keyDataWindow UsbOutLogWindow "
+    "factoryMenuWindow f_pwrTestWindow f_lcdTestWindow f_lcdTouchTestWindow f_lcdPixelTestWindow "
+    "f_soundTestWindow f_ledTestWindow f_ioTestWindow f_tofTestWindow f_lightTestWindow "
+    "f_netTestWindow f_camTestWindow f_cardTestWindow f_verTestWindow f_rtcTestWindow "
+    "f_macRegTestWindow f_memoryTestWindow upgradingWindow cloudWindow InputAdminPassword "
+    "colorTestWindow setupRegistModeWindow InputDestinationForm";
+
+/// A text on the screen and the widget that shows it.
+struct ShownText : TextRecorder::Text {
+    QWidget* widget;
+};
+
+/// Renders a widget with all its children and notes who draws which text.
+class Reader : public QObject {
+ public:
+    explicit Reader(QWidget* root) : recorder_(root->size()) {
+        qApp->installEventFilter(this);
+        root->render(&recorder_, QPoint(), QRegion(), QWidget::DrawChildren);
+        attribute();
+    }
+    QVector<ShownText> texts;
+
+ protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Paint) {
+            attribute();
+            painting_ = static_cast<QWidget*>(watched);
+        }
+        return false;
+    }
+
+ private:
+    void attribute() {
+        for (int i = texts.size(); i < recorder_.texts().size(); ++i)
+            texts.append({recorder_.texts().at(i), painting_});
+    }
+
+    TextRecorder recorder_;
+    QWidget* painting_ = nullptr;
+};
+
+/// One layer of what is to be seen, looked at in its own coordinates: nothing in it may be
+/// unreadable, be out of reach, or get into the way of something else.
+class Layer {
+ public:
+    /// @p covered is what another layer hides of it.
+    Layer(const QString& name, QWidget* root, const QRect& covered)
+        : name_(name), root_(root), covered_(covered), texts_(Reader(root).texts) {
+        const QList<WidgetButton*> buttons = root->findChildren<WidgetButton*>();
+        for (WidgetButton* button : buttons) {
+            if (button->isVisible() && button->isEnabled() && button->isTouchable() &&
+                !seen(button).isEmpty() && !covered.intersects(place(button)))
+                buttons_.append(button);
+        }
+    }
+
+    QStringList faults() {
+        for (int i = 0; i < texts_.size(); ++i)
+            lookAtText(i);
+        for (int i = 0; i < buttons_.size(); ++i)
+            lookAtButton(i);
+        const QList<QWidget*> widgets = root_->findChildren<QWidget*>();
+        for (QWidget* widget : widgets) {
+            if (widget->isVisible())
+                lookAtContent(widget);
+        }
+        return faults_;
+    }
+
+ private:
+    QRect place(const QWidget* widget) const {
+        return {widget->mapTo(root_, QPoint()), widget->size()};
+    }
+    /// What is not cut off by the widgets that it lies in.
+    QRect seen(const QWidget* widget) const {
+        QRect rect = root_->rect();
+        for (const QWidget* one = widget; one != root_; one = one->parentWidget())
+            rect &= place(one);
+        return rect;
+    }
+    void fault(const QWidget* widget, const QString& what) {
+        faults_.append(QStringLiteral("%1: %2 (%3): %4")
+                           .arg(name_, widget->objectName(),
+                                QLatin1String(widget->metaObject()->className()), what));
+    }
+
+    /// More than by the rounding of edges.
+    static bool meet(const QRect& one, const QRect& other) {
+        const QRect common = one & other;
+        return common.width() > 1 && common.height() > 1;
+    }
+
+    void lookAtText(int number) {
+        const ShownText& text = texts_.at(number);
+        const QRect ink = text.ink & seen(text.widget);
+        if (ink.isEmpty() || covered_.intersects(ink))
+            return;
+        const auto about = [&](const char* what) {
+            fault(text.widget, QStringLiteral("\"%1\" %2").arg(text.text, QLatin1String(what)));
+        };
+        if (text.size < kSmallestText)
+            about("is too small");
+        // A chosen value may be any length; it is cut and can be seen whole in its list.
+        if (text.text.contains(QChar(0x2026)) && qobject_cast<Combo*>(text.widget) == nullptr)
+            about("is cut");
+        const auto* field = qobject_cast<InputField*>(text.widget);
+        const bool scrolls = field != nullptr && field->isEditing();
+        if (!scrolls && !place(text.widget).adjusted(-1, -1, 1, 1).contains(text.ink))
+            about("does not fit");
+        for (int i = 0; i < number; ++i) {
+            if (meet(ink, texts_.at(i).ink & seen(texts_.at(i).widget)))
+                about(qUtf8Printable(QStringLiteral("overlaps \"%1\"").arg(texts_.at(i).text)));
+        }
+        for (const WidgetButton* button : qAsConst(buttons_)) {
+            if (button != text.widget && !button->isAncestorOf(text.widget) &&
+                meet(ink, seen(button)))
+                about(qUtf8Printable(QStringLiteral("overlaps ") + button->objectName()));
+        }
+    }
+
+    void lookAtButton(int number) {
+        const WidgetButton* button = buttons_.at(number);
+        const QRect area = place(button);
+        if (button->objectName().isEmpty() ||
+            button->objectName() == QLatin1String(button->metaObject()->className()))
+            fault(button, QStringLiteral("has no name"));
+        if (area.height() < kLowestTouch || area.width() < kNarrowestTouch)
+            fault(button,
+                  QStringLiteral("is too small: %1x%2").arg(area.width()).arg(area.height()));
+        if (!root_->rect().contains(area) && !isInList(button))
+            fault(button, QStringLiteral("is not wholly on the screen"));
+        for (int i = 0; i < number; ++i) {
+            const WidgetButton* other = buttons_.at(i);
+            if (!other->isAncestorOf(button) && !button->isAncestorOf(other) &&
+                seen(other).intersects(seen(button)))
+                fault(button, QStringLiteral("overlaps ") + other->objectName());
+        }
+    }
+
+    bool isInList(const QWidget* widget) const {
+        while (widget != root_) {
+            widget = widget->parentWidget();
+            if (qobject_cast<const QAbstractScrollArea*>(widget) != nullptr)
+                return true;
+        }
+        return false;
+    }
+
+    /// Texts and pictures that are not there, and labels that do not hold theirs.
+    void lookAtContent(QWidget* widget) {
+        QList<QByteArray> names = widget->dynamicPropertyNames();
+        for (int i = 0; i < widget->metaObject()->propertyCount(); ++i)
+            names.append(widget->metaObject()->property(i).name());
+        for (const QByteArray& name : qAsConst(names)) {
+            const QStringList values = widget->property(name.constData()).toStringList();
+            for (const QString& value : values) {
+                const bool missing =
+                    (name.toLower().contains("key") &&
+                     MainWindow::getMainWindow()->getScript(value).script.isEmpty()) ||
+                    (name == "iconName" && Pictures::icon(value).isNull());
+                if (!value.isEmpty() && missing)
+                    fault(widget, QStringLiteral("lacks ") + value);
+            }
+        }
+        const auto* label = qobject_cast<QLabel*>(widget);
+        if (label == nullptr || !label->pixmap(Qt::ReturnByValue).isNull())
+            return;
+        const QSize room = label->contentsRect().size();
+        QTextDocument document;
+        document.setDocumentMargin(0);
+        document.setDefaultFont(label->font());
+        document.setHtml(label->text());
+        document.setTextWidth(label->wordWrap() ? room.width() : -1);
+        const QSize needed(qCeil(document.idealWidth()), qCeil(document.size().height()));
+        if (document.isEmpty())
+            fault(label, QStringLiteral("is empty"));
+        else if (needed.width() > room.width() + 1 || needed.height() > room.height() + 1)
+            fault(label, QStringLiteral("needs %1x%2 and has %3x%4")
+                             .arg(needed.width())
+                             .arg(needed.height())
+                             .arg(room.width())
+                             .arg(room.height()));
+    }
+
+    const QString name_;
+    QWidget* const root_;
+    const QRect covered_;
+    const QVector<ShownText> texts_;
+    QVector<WidgetButton*> buttons_;
+    QStringList faults_;
+};
+
+}  // namespace
+
+class ScreensWalkTest : public QObject {
+    Q_OBJECT
+
+ private slots:
+    void initTestCase() { stage = std::make_unique<Stage>(); }
+    void cleanupTestCase() { stage.reset(); }
+
+    void registryIsComplete() {
+        QCOMPARE(titles(), QString::fromLatin1(kTitles).split(QLatin1Char(' ')));
+    }
+
+    void everythingCanBeReadAndTouched_data() {
+        QTest::addColumn<int>("language");
+        QTest::newRow("Korean") << 0;
+        QTest::newRow("English") << 1;
+        QTest::newRow("Japanese") << 2;
+    }
+
+    void everythingCanBeReadAndTouched() {
+        QFETCH(int, language);
+        stage->restart(language);
+        const QVector<GalleryState> states = galleryStates(window());
+        QStringList faults;
+        QSet<QString> screens;
+        for (const GalleryState& state : states) {
+            state.show(*stage);
+            stage->picture();
+            screens.insert(window().getActivateWindowForm()->getTitle());
+            faults += faultsOf(state.file);
+        }
+        // One message holds only the first few.
+        for (const QString& fault : qAsConst(faults))
+            qWarning("%s", qUtf8Printable(fault));
+        QVERIFY(faults.isEmpty());
+        QCOMPARE(screens.size(), titles().size());
+    }
+
+    void barsLeadSomewhere() {
+        const QSet<QString> withoutBar{QStringLiteral("bootWindow"), QStringLiteral("stayWindow"),
+                                       QStringLiteral("liveWindow")};
+        for (const QString& title : titles()) {
+            stage->open(title);
+            const auto* bar = active()->findChild<TopBar*>();
+            QVERIFY2(bar != nullptr || withoutBar.contains(title), qPrintable(title));
+            if (bar == nullptr)
+                continue;
+            QVERIFY2(bar->isBackVisible() || bar->isHomeVisible(), qPrintable(title));
+            for (const TopBar::Action action : {TopBar::Back, TopBar::Home}) {
+                if (bar->button(action) == nullptr || bar->button(action)->isHidden())
+                    continue;
+                stage->open(title);
+                click(bar->button(action));
+                QVERIFY2(active()->getTitle() != title, qPrintable(title));
+                QCOMPARE(visibleScreens(), QStringList(active()->getTitle()));
+            }
+            if (bar->isHomeVisible())
+                QCOMPARE(active()->getTitle(), QStringLiteral("stayWindow"));
+        }
+    }
+
+    void menusLeadToTheirScreens() {
+        int ways = 0;
+        for (const QString& title : titles()) {
+            stage->open(title);
+            const QList<WidgetButton*> buttons = active()->findChildren<WidgetButton*>();
+            for (WidgetButton* button : buttons) {
+                const QString target = button->property("target").toString();
+                if (target.isEmpty())
+                    continue;
+                stage->open(title);
+                click(button);
+                QCOMPARE(active()->getTitle(), target);
+                QCOMPARE(visibleScreens(), QStringList(target));
+                ++ways;
+            }
+        }
+        QVERIFY(ways > 40);
+    }
+
+    void everyScreenOutlivesTheLink() {
+        auto* link = window().findChild<DeviceLink*>();
+        for (const QString& title : titles()) {
+            stage->open(title);
+            QTRY_VERIFY(link->connected());
+            while (stage->controller().hasPendingConnections())
+                delete stage->controller().nextPendingConnection();
+            QTRY_VERIFY(!link->connected());
+            QCOMPARE(visibleScreens(), QStringList(title));
+            click(active());
+            // Rather than wait for the next attempt.
+            link->open(DevicePaths::linkPort());
+        }
+    }
+
+ private:
+    MainWindow& window() { return stage->window(); }
+    WindowForm* active() { return window().getActivateWindowForm(); }
+
+    QStringList titles() {
+        QStringList all;
+        for (const WindowForm* screen : window().windowList())
+            all.append(screen->getTitle());
+        return all;
+    }
+    QStringList visibleScreens() {
+        QStringList visible;
+        for (const WindowForm* screen : window().windowList()) {
+            if (screen->isVisible())
+                visible.append(screen->getTitle());
+        }
+        return visible;
+    }
+
+    /// A finger's tap in the middle of @p widget.
+    void click(const QWidget* widget) {
+        QTest::mouseClick(window().windowHandle(), Qt::LeftButton, {},
+                          widget->mapTo(&window(), widget->rect().center()));
+        QCoreApplication::processEvents();
+    }
+
+    QStringList faultsOf(const QString& name) {
+        QStringList faults;
+        QVector<QWidget*> layers{DialogOverlay::current(&window())};
+        QRect covered;
+        if (layers.first() == nullptr) {
+            layers = {active()};
+            auto* keypad = window().findChild<TouchKeyForm*>();
+            if (keypad->isVisible()) {
+                covered = keypad->geometry().translated(-active()->pos());
+                faults += Layer(name, keypad, QRect()).faults();
+            }
+        }
+        const QList<ScrollList*> lists = layers.first()->findChildren<ScrollList*>();
+        for (const ScrollList* list : lists) {
+            if (list->isVisible())
+                layers.append(list->widget());
+        }
+        for (QWidget* layer : qAsConst(layers))
+            faults += Layer(name, layer, layer == layers.first() ? covered : QRect()).faults();
+        return faults;
+    }
+
+    std::unique_ptr<Stage> stage;
+};
+
+QTEST_MAIN(ScreensWalkTest)
+#include "screens_walk_test.moc"
