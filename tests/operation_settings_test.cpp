@@ -1,7 +1,6 @@
 #include <QLabel>
 #include <QPointer>
 #include <QRegularExpression>
-#include <QSet>
 #include <QTcpServer>
 #include <QWindow>
 #include <QtTest>
@@ -15,12 +14,12 @@
 #include "screens/recognize/meal_count_form.h"
 #include "sim/controller/controller_sim.h"
 #include "sim/device_root.h"
+#include "tests/support/text_recorder.h"
 #include "ui/combo.h"
 #include "ui/input_field.h"
 #include "ui/list_row.h"
 #include "ui/plus_minus.h"
 #include "ui/scroll_list.h"
-#include "ui/text_fit.h"
 
 /// The settings of attendance and of meals, as a finger on the panel and the controller see them.
 class OperationSettingsTest : public QObject {
@@ -394,14 +393,12 @@ void OperationSettingsTest::mealCountsAreShown() {
     QVERIFY(open("liveWindow"));
     window_->sendTestPacket(command::SystemStatus, sizeof report,
                             reinterpret_cast<const char*>(&report));
-    QSet<QString> written;
-    TextFit::setObserver([&written](const TextFit::Written& text) { written.insert(text.text); });
     MealCountForm::open(window_->getActivateWindowForm());
-    window_->grab();
-    TextFit::setObserver({});
+    TextRecorder recorder(window_->size());
+    window_->render(&recorder);
     for (const char* text :
          {"Breakfast", "Lunch", "Dinner", "Supper", "128", "4294967295", "7", "56", "OK"})
-        QVERIFY2(written.contains(QLatin1String(text)), text);
+        QVERIFY2(recorder.has(QLatin1String(text)), text);
     QPointer<QWidget> popup = find("mealCountForm");
     tap("mealCountOkButton");
     QTRY_VERIFY(!popup);

@@ -64,8 +64,13 @@ void InputAdminPassword::refuse() {
         lockedUntil_.setRemainingTime(lockTime_);
         showEntry();
     } else {
-        Styler::setText(ui_->messageLabel, shell->getScript(QStringLiteral("Info_WrongPassword")));
+        say(shell->getScript(QStringLiteral("Info_WrongPassword")));
     }
+}
+
+void InputAdminPassword::say(const ScriptHandler::Script& message) {
+    Styler::setText(ui_->messageLabel, message);
+    ui_->messageLabel->show();
 }
 
 void InputAdminPassword::showEntry() {
@@ -75,12 +80,13 @@ void InputAdminPassword::showEntry() {
     ui_->topBar->button(TopBar::Forward)->setEnabled(left == 0);
     if (left == 0) {
         ui_->messageLabel->clear();
+        ui_->messageLabel->hide();
         shell->showTouchKey(ui_->passwordField);
         return;
     }
     // Counts the seconds down, each one as it ends.
     ScriptHandler::Script message = shell->getScript(QStringLiteral("Info_PasswordLocked"));
     message.script = message.script.arg((left + 999) / 1000);
-    Styler::setText(ui_->messageLabel, message);
+    say(message);
     countdown_.start((left - 1) % 1000 + 1);
 }

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "screens/titled_form.h"
+#include "ui/script_handler.h"
 
 namespace Ui {
 class InputAdminPassword;
@@ -30,6 +31,7 @@ class InputAdminPassword : public TitledForm {
  private:
     void okButtonTouch();
     void refuse();
+    void say(const ScriptHandler::Script& message);
     void showEntry();
 
     std::unique_ptr<Ui::InputAdminPassword> ui_;

@@ -13,7 +13,7 @@
 namespace DoorStates {
 namespace {
 
-constexpr int kMarkDrawn = 400;  // milliseconds
+constexpr int kMarkDrawn = 200;  // milliseconds
 
 template <typename Record>
 QByteArray bytes(const Record& record) {

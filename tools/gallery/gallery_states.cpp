@@ -1,12 +1,16 @@
 #include "tools/gallery/gallery_states.h"
 
+#include <QScrollBar>
+
 #include "link/command_code.h"
+#include "screens/recognize/operation_settings_form.h"
 #include "tools/gallery/door_states.h"
 #include "tools/gallery/stage.h"
 #include "ui/combo.h"
 #include "ui/dialog_form.h"
 #include "ui/input_field.h"
 #include "ui/list_row.h"
+#include "ui/scroll_list.h"
 #include "ui/wait_form.h"
 
 namespace {
@@ -54,19 +58,32 @@ void keypad(Stage& stage, InputField::Characters characters, const char* keys,
         stage.touch(QStringLiteral("key_") + name);
 }
 
-void comboList(Stage& stage, int items) {
+/// A combo with more choices than its list shows at once.
+void longComboList(Stage& stage) {
     auto* row = stage.add<ListRow>(QRect(16, 88, 448, 76));
     row->setTextKey(QStringLiteral("Button_AlarmSound"));
     auto* combo = new Combo(row);
     combo->setObjectName(QStringLiteral("soundCombo"));
     combo->setTitleKey(QStringLiteral("Button_AlarmSound"));
     QStringList keys;
-    for (int i = 0; i < items; ++i)
+    for (int i = 0; i < 20; ++i)
         keys.append(QStringLiteral("Button_RecogFailSound"));
     combo->setItemKeys(keys);
-    combo->setCurrentIndex(1);
+    combo->setCurrentIndex(12);
     stage.showAdded();
     stage.touch(combo->objectName());
+}
+
+void listEnd(Stage& stage) {
+    QScrollBar* bar = stage.active<QWidget>()->findChild<ScrollList*>()->verticalScrollBar();
+    bar->setValue(bar->maximum());
+}
+
+void wrongPassword(Stage& stage, int times) {
+    for (int i = 0; i < times; ++i) {
+        stage.touch(QStringLiteral("key_1"));
+        stage.touch(QStringLiteral("forwardButton"));
+    }
 }
 
 using namespace DoorStates;
@@ -149,10 +166,20 @@ constexpr NamedState kStates[] = {
      [](Stage& stage) { stage.receive(command::UserDeleteResult, 1); }},
     {"tcpIpWindow", "keypad-address",
      [](Stage& stage) { keypad(stage, InputField::Address, "1 9 2 ."); }},
-    {"enviSound_Alarm", "combo-list", [](Stage& stage) { comboList(stage, 4); }},
-    {"enviSound_Alarm", "combo-long-list", [](Stage& stage) { comboList(stage, 20); }},
-    {"workMenuWindow", "keypad-time",
-     [](Stage& stage) { keypad(stage, InputField::TimeRange, "0 8 3 0"); }},
+    {"enviSound_Alarm", "long-list", longComboList},
+    {"workMenuWindow", "end", listEnd},
+    {"workMenuWindow", "mode-list", [](Stage& stage) { stage.touch(QStringLiteral("modeCombo")); }},
+    {"workMenuWindow", "keypad",
+     [](Stage& stage) { stage.touch(QStringLiteral("weekdayInTime")); }},
+    {"workMenuWindow", "keypad-low-field",
+     [](Stage& stage) { stage.touch(QStringLiteral("saturdayOutTime")); }},
+    {"workMenuWindow", "error",
+     [](Stage& stage) { stage.active<OperationSettingsForm>()->ShowPopup(10, 0); }},
+    {"workMenuWindow", "saved",
+     [](Stage& stage) { stage.active<OperationSettingsForm>()->ShowPopup(7, 0); }},
+    {"foodMenuWindow", "end", listEnd},
+    {"foodMenuWindow", "duplicate-use-list",
+     [](Stage& stage) { stage.touch(QStringLiteral("duplicateUseCombo")); }},
     {"userSearch_idWindow", "keypad-digits",
      [](Stage& stage) { keypad(stage, InputField::Digits, "", "010"); }},
     {"userSearch_InfoWindow", "keypad-first-page",
@@ -169,6 +196,9 @@ constexpr NamedState kStates[] = {
      [](Stage& stage) { keypad(stage, InputField::Latin, "symbols"); }},
     {"userSearch_InfoWindow", "keypad-more-symbols",
      [](Stage& stage) { keypad(stage, InputField::Latin, "symbols shift"); }},
+    {"InputAdminPassword", "wrong", [](Stage& stage) { wrongPassword(stage, 1); }},
+    // Two more, and the entry stays locked.
+    {"InputAdminPassword", "locked", [](Stage& stage) { wrongPassword(stage, 2); }},
 };
 
 }  // namespace
