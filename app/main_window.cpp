@@ -58,7 +58,9 @@ MainWindow::MainWindow(QWidget* parent)
     }
     ui_->setupUi(this);
     // The panel's plug-in makes the window as large as the screen; elsewhere it has a frame.
-    if (QGuiApplication::platformName() != QLatin1String("eglfs"))
+    if (onPanel())
+        setAttribute(Qt::WA_TranslucentBackground);
+    else
         setFixedSize(Theme::kScreenWidth, Theme::kScreenHeight);
 
     languages_ = new Languages(this);
@@ -115,6 +117,10 @@ MainWindow::~MainWindow() {
 
 MainWindow* MainWindow::getMainWindow() {
     return theMainWindow;
+}
+
+bool MainWindow::onPanel() {
+    return QGuiApplication::platformName() == QLatin1String("eglfs");
 }
 
 void MainWindow::installPictures() {
@@ -280,6 +286,8 @@ void MainWindow::settingsReceived(const _gui_menu_& record) {
     if (!settingsArrived_ || std::memcmp(&before, &record.network, sizeof before) != 0)
         initRestCall();
     settingsArrived_ = true;
+    if (WindowForm* active = windows_.active())
+        active->settingsChanged();
 }
 
 void MainWindow::quitByController() {

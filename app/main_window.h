@@ -48,6 +48,9 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
 
     /// The one main window; null before it is made and once it is being destroyed.
     static MainWindow* getMainWindow();
+    /// Whether this is the terminal's own display, where the camera's picture lies under the
+    /// window and shows wherever nothing is painted.
+    static bool onPanel();
 
     // --- Device link -----------------------------------------------------------------------
     /// Sends a frame without payload; dropped unless the link has been reported up.
@@ -105,6 +108,10 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     AlarmMode getAlarmMode() const { return alarmMode_; }
     void setWorkMode(WorkMode mode);
     WorkMode getWorkMode() const;
+    /// Whether the next recognition compares with one person, whose number was entered (1), or
+    /// with all (0).
+    void setState1N1(int state) { state1N1_ = state; }
+    int getState1N1() const { return state1N1_; }
 
     // --- Screens ---------------------------------------------------------------------------
     /// 0 done, 1 no such window, -1 refused.
@@ -248,6 +255,7 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     ReaderMode readerMode_ = ReaderMode::In;
     ServiceMode serviceMode_ = ServiceMode::InService;
     AlarmMode alarmMode_ = AlarmMode::None;
+    int state1N1_ = 0;
     bool settingsArrived_ = false;
     bool shownOnce_ = false;
     bool factoryActive_ = false;

@@ -41,6 +41,10 @@ void WindowForm::setParam(QVariant param) {
 
 void WindowForm::deviceAnswer(const DeviceMessage&) {}
 
+void WindowForm::settingsChanged() {
+    ensureForm();
+}
+
 void WindowForm::ensureForm() {
     if (!formBuilt_) {
         formBuilt_ = true;

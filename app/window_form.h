@@ -31,6 +31,9 @@ class WindowForm : public QWidget {
     /// Takes a frame of the device controller that is meant for this screen. What a screen does
     /// not know it ignores.
     virtual void deviceAnswer(const DeviceMessage& message);
+    /// Called on the active screen when the controller has sent its settings. Brings the texts up
+    /// to date, since the language is one of them.
+    virtual void settingsChanged();
 
     /// The management service asks for what the screen's enrol button starts.
     virtual void enrolRequested() {}

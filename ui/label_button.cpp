@@ -10,6 +10,11 @@ namespace {
 
 constexpr int kPadding = 18;
 constexpr int kIconGap = 8;
+// Stacked: where the icon and the text have their place, from the top.
+constexpr int kStackedIconTop = 11;
+constexpr int kStackedTextTop = 53;
+constexpr int kStackedTextHeight = 34;
+constexpr int kStackedSide = 4;
 constexpr int kSmallHeight = 64;  // lower buttons have the smaller text
 
 }  // namespace
@@ -50,6 +55,11 @@ void LabelButton::setLimited(bool limited) {
     if (limited_ == limited)
         return;
     limited_ = limited;
+    update();
+}
+
+void LabelButton::setStacked(bool stacked) {
+    stacked_ = stacked;
     update();
 }
 
@@ -122,6 +132,17 @@ void LabelButton::paintEvent(QPaintEvent*) {
     const QRgb ink = inkColor();
     if (text_.isEmpty()) {
         Paint::glyph(&painter, box, icon_, ink);
+        return;
+    }
+    if (stacked_) {
+        Paint::glyph(
+            &painter,
+            {box.x(), box.y() + kStackedIconTop, box.width(), Pictures::icon(icon_).height()},
+            icon_, ink);
+        TextFit::draw(&painter,
+                      {box.x() + kStackedSide, box.y() + kStackedTextTop,
+                       box.width() - 2 * kStackedSide, kStackedTextHeight},
+                      Qt::AlignHCenter, text_.entry(), TextFit::kCaption, weight(), ink);
         return;
     }
     QRect line = box.adjusted(kPadding / 2, 0, -kPadding / 2, 0);

@@ -12,6 +12,7 @@ class LabelButton : public WidgetButton, public Scripted {
     Q_PROPERTY(Role role READ role WRITE setRole)
     Q_PROPERTY(int margin READ margin WRITE setMargin)
     Q_PROPERTY(bool limited READ isLimited WRITE setLimited)
+    Q_PROPERTY(bool stacked READ isStacked WRITE setStacked)
 
  public:
     enum Role {
@@ -43,6 +44,9 @@ class LabelButton : public WidgetButton, public Scripted {
     /// Looks disabled, but is not: the value it changes is at its end.
     bool isLimited() const { return limited_; }
     void setLimited(bool limited);
+    /// The icon stands over the text instead of before it, for buttons 96 pixels high.
+    bool isStacked() const { return stacked_; }
+    void setStacked(bool stacked);
 
     void applyScripts(const Lookup& lookup) override;
     QSize sizeHint() const override;
@@ -62,4 +66,5 @@ class LabelButton : public WidgetButton, public Scripted {
     Role role_ = Neutral;
     int margin_ = 0;
     bool limited_ = false;
+    bool stacked_ = false;
 };

@@ -1,11 +1,41 @@
 #include "ui/pictures.h"
 
+#include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
+#include <QImageReader>
 #include <QLoggingCategory>
 #include <QPixmapCache>
 
 #include "base/device_paths.h"
 
 Q_LOGGING_CATEGORY(pictureLog, "zel.ui.pictures", QtInfoMsg)
+
+namespace {
+
+/// No picture of a person or of a screen comes near these.
+constexpr qint64 kMaxFile = 8 * 1024 * 1024;
+constexpr int kMaxSide = 4096;
+
+QPixmap read(const QString& path, const QSize& size) {
+    QImageReader reader(path);
+    reader.setDecideFormatFromContent(true);
+    reader.setAutoTransform(true);
+    const QByteArray format = reader.format();
+    const QSize full = reader.size();
+    // Other formats may point to further files.
+    if ((format != "jpeg" && format != "png" && format != "bmp") || full.isEmpty() ||
+        full.width() > kMaxSide || full.height() > kMaxSide)
+        return {};
+    const bool turned = reader.transformation() & QImageIOHandler::TransformationRotate90;
+    const QSize covering =
+        full.scaled(turned ? size.transposed() : size, Qt::KeepAspectRatioByExpanding);
+    if (covering.width() < full.width())
+        reader.setScaledSize(covering);
+    return QPixmap::fromImage(reader.read());
+}
+
+}  // namespace
 
 namespace Pictures {
 
@@ -21,6 +51,30 @@ QPixmap file(const QString& devicePath) {
         qCInfo(pictureLog, "no picture %s", qPrintable(devicePath));
     // A missing one is remembered too, so that it is looked for and logged once.
     QPixmapCache::insert(devicePath, picture);
+    return picture;
+}
+
+QPixmap foreign(const QString& deviceFolder, const QString& name, const QSize& size) {
+    if (name.isEmpty() || name.contains(QLatin1Char('/')) || name.startsWith(QLatin1Char('.')))
+        return {};
+    const QFileInfo folder(DevicePaths::at(deviceFolder));
+    const QFileInfo info(QDir(folder.filePath()), name);
+    if (!info.isFile() || info.canonicalPath() != folder.canonicalFilePath() ||
+        info.size() > kMaxFile)
+        return {};
+    const QString key = QStringLiteral("%1/%2/%3/%4x%5")
+                            .arg(info.canonicalFilePath())
+                            .arg(info.lastModified().toMSecsSinceEpoch())
+                            .arg(info.size())
+                            .arg(size.width())
+                            .arg(size.height());
+    QPixmap picture;
+    if (QPixmapCache::find(key, &picture))
+        return picture;
+    picture = read(info.filePath(), size);
+    if (picture.isNull())
+        qCInfo(pictureLog, "no picture in %s", qPrintable(info.filePath()));
+    QPixmapCache::insert(key, picture);
     return picture;
 }
 

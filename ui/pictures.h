@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QPixmap>
+#include <QSize>
 #include <QString>
 
 /// The pictures of the user interface, as they lie on the device. GUI thread only.
@@ -12,5 +13,10 @@ QPixmap icon(const QString& name);
 
 /// The picture at @p devicePath, kept like icon().
 QPixmap file(const QString& devicePath);
+
+/// A picture that did not come with the terminal: the file @p name of @p deviceFolder, scaled down
+/// as far as it still covers @p size. A null pixmap for anything but a plain picture file that
+/// lies in the folder itself, however @p name is made up. Kept until the file changes.
+QPixmap foreign(const QString& deviceFolder, const QString& name, const QSize& size);
 
 }  // namespace Pictures

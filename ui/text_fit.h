@@ -11,7 +11,8 @@ class QPainter;
 /// Writes texts of any language into boxes of a fixed size. A text that is too long for its box
 /// gives way in the steps of its rule: smaller, on more lines, and at last with an ellipsis.
 ///
-/// Markup in a text only breaks its lines here; other tags are dropped.
+/// Markup in a text only breaks its lines here; other tags are dropped. Texts that people have
+/// entered are not looked at for markup: their rules say so.
 namespace TextFit {
 
 /// A pixel size, and how many lines of it the box has room for.
@@ -23,7 +24,8 @@ struct Step {
 /// The steps to try, first one first; a size of 0 ends them. The first size is the script's own
 /// when it has one, and no later step is larger.
 struct Rule {
-    Step steps[3];
+    Step steps[4];
+    bool verbatim = false;  ///< no script's text: shown letter by letter
 };
 
 constexpr Rule kTitle{{{26, 1}, {22, 2}}};
@@ -36,8 +38,12 @@ constexpr Rule kWideTile{{{20, 2}, {18, 3}}};
 constexpr Rule kToggle{{{20, 1}, {18, 1}}};
 constexpr Rule kValue{{{22, 1}}};
 constexpr Rule kChip{{{20, 1}}};
-constexpr Rule kName{{{40, 1}, {32, 1}}};
+// The longest name, 32 letters wide as they may be, takes the last step.
+constexpr Rule kName{{{40, 1}, {32, 1}, {24, 2}, {18, 3}}, true};
+constexpr Rule kIdNumber{{{26, 1}, {22, 1}}, true};
 constexpr Rule kBand{{{32, 1}, {28, 2}}};
+constexpr Rule kConfirmation{{{32, 1}, {26, 2}}};
+constexpr Rule kCaption{{{20, 1}, {18, 1}}};
 constexpr Rule kMethod{{{20, 1}, {18, 2}}};
 
 /// Writes @p text into @p box.

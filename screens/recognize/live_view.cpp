@@ -1,22 +1,248 @@
 #include "screens/recognize/live_view.h"
 
+#include <QPaintEvent>
+#include <QPainter>
+
 #include "app/main_window.h"
-#include "link/device_message.h"
+#include "base/clock.h"
+#include "base/device_paths.h"
+#include "link/command_code.h"
+#include "screens/recognize/meal_count_form.h"
+#include "screens/recognize/recognize_window.h"
+#include "screens/recognize/stay_window.h"
+#include "screens/recognize/work_state.h"
+#include "ui/dialog_form.h"
+#include "ui/pictures.h"
+#include "ui/theme.h"
 #include "ui_live_view.h"
 
-LiveView::LiveView(QWidget* parent, const QString& title) : WindowForm(parent, title) {}
+namespace {
+
+/// Seconds that the live view stays without a face when the settings do not say.
+constexpr int kLiveTime = 20;
+constexpr int kDoorDialogTime = 10000;  // milliseconds
+
+constexpr quint8 kDoorRing = 36;  // RecognitionKey
+constexpr quint8 kByCard = 0;     // second parameter of RecognitionFailed
+constexpr quint8 kEnrolment = 2;  // RecognitionMode
+constexpr int kEnrolFromLiveView = 5;
+
+// The log has a line about the semicolon behind the braces; the sheet works all the same.
+constexpr char kPictureSheet[] = "#noti_layer{background-image: url(%1);};";
+constexpr char kPlainSheet[] =
+    "#noti_layer{background : qlineargradient(x1:0, y1:0, x2:1, y2:0, stop:0 #16383c, "
+    "stop:1 #162130);}";
+
+}  // namespace
+
+LiveView::LiveView(QWidget* parent, const QString& title) : WindowForm(parent, title) {
+    liveTimer_.setSingleShot(true);
+    connect(&liveTimer_, &QTimer::timeout, this, &LiveView::liveEnd);
+}
 
 LiveView::~LiveView() = default;
 
 void LiveView::createForm() {
+    // The camera's picture must show through.
+    setAutoFillBackground(false);
     ui_ = std::make_unique<Ui::LiveView>();
     ui_->setupUi(this);
+    QPalette veil = ui_->strip->palette();
+    veil.setColor(QPalette::Window, Theme::color(Theme::kVeil));
+    ui_->strip->setPalette(veil);
+    ui_->strip->setAutoFillBackground(true);
+    showBanner(false);
+    connect(ui_->noti_layer, &WidgetButton::touched, this, [this] { MealCountForm::open(this); });
+    connect(ui_->callButton, &WidgetButton::touched, this, &LiveView::doorRing);
+    connect(ui_->keypadButton, &WidgetButton::touched, this, &LiveView::inputSub);
+    connect(ui_->enrollButton, &WidgetButton::touched, this, &LiveView::enrollButtonTouch);
     connect(ui_->menuButton, &WidgetButton::touched, this, &LiveView::homeButtonTouch);
+
+    doorDialog_ = new DialogForm(this, kDoorDialogTime);
+    doorDialog_->setObjectName(QStringLiteral("doorDialog"));
+    doorDialog_->setIcon(DialogForm::Icon::Info);
+}
+
+void LiveView::showEvent(QShowEvent* event) {
+    WindowForm::showEvent(event);
+    MainWindow* shell = MainWindow::getMainWindow();
+    shell->SendCommand(command::LivePicture, 1, 0);
+    // Its own time and not the menus' ends it, since a face that is there is no touch.
+    shell->StopMenuTimer();
+    showSettings();
+    // The result is to come at once when it comes.
+    if (WindowForm* result = shell->getWindow(QStringLiteral("recognizeWindow")))
+        QTimer::singleShot(0, result, &WindowForm::ensureForm);
+}
+
+void LiveView::hideEvent(QHideEvent* event) {
+    WindowForm::hideEvent(event);
+    liveTimer_.stop();
+    ui_->trackingBox->clear();
+}
+
+void LiveView::showSettings() {
+    const _gui_menu_ settings = MainWindow::getMainWindow()->menuRecord();
+    constexpr quint8 kFaceAndId = 4;
+    ui_->callButton->setVisible(settings.setup.visitorCall == 1);
+    ui_->keypadButton->setVisible(settings.setup.authMethod == kFaceAndId);
+    ui_->enrollButton->setVisible(settings.registration.on == 1);
+    ui_->noti_layer->setTouchable(MealCountForm::isOffered(settings));
+    workModeChanged();
+    setLiveShowTimerReset();
+}
+
+void LiveView::settingsChanged() {
+    WindowForm::settingsChanged();
+    showSettings();
+}
+
+void LiveView::workModeChanged() {
+    const MainWindow* shell = MainWindow::getMainWindow();
+    updateWorkState(static_cast<int>(WorkState::shown(shell->getWorkMode(), shell->menuRecord())));
+}
+
+void LiveView::updateWorkState(int mode) {
+    const MainWindow* shell = MainWindow::getMainWindow();
+    const auto workMode = static_cast<WorkMode>(mode);
+    const auto banner =
+        WorkState::banner(workMode, shell->menuRecord(), Clock::now().date().dayOfWeek());
+    if (!banner) {
+        // Nothing but the door is in use then: there is nothing to tell.
+        if (workMode == WorkMode::AccessOnly)
+            showBanner(false);
+        return;
+    }
+    const QString sheet = banner->picture != nullptr
+                              ? QString(QLatin1String(kPictureSheet))
+                                    .arg(DevicePaths::at(QLatin1String("/zel1/image/") +
+                                                         QLatin1String(banner->picture)))
+                              : QString(QLatin1String(kPlainSheet));
+    if (ui_->noti_layer->styleSheet() != sheet)
+        ui_->noti_layer->setStyleSheet(sheet);
+
+    const auto script = [shell](const char* key) { return shell->getScript(QLatin1String(key)); };
+    if (banner->attendance == nullptr && banner->meal == nullptr) {
+        ui_->noti_layer->setContent({}, script("Info_TimeNotiBar_NoService"), {});
+    } else {
+        const bool meal = banner->meal != nullptr;
+        const QString word = script(meal ? banner->meal : banner->attendance->word).script;
+        ScriptHandler::Script line = script("Arg_WorkModeLine");
+        line.script = meal ? word : line.script.replace(QLatin1String("%1"), word);
+        ScriptHandler::Script range = script("Info_TimeNotiBar");
+        range.script.replace(QLatin1String("%1"), word);
+        range.script += QLatin1Char(' ') + WorkState::rangeText(banner->range);
+        ui_->noti_layer->setContent(meal ? QString() : QLatin1String(banner->attendance->icon),
+                                    line, range);
+    }
+    showBanner(true);
+}
+
+void LiveView::showBanner(bool shown) {
+    ui_->noti_layer->setVisible(shown);
+    const int top = shown ? ui_->noti_layer->height() : 0;
+    ui_->trackingBox->setVisiblePart({0, top, width(), ui_->strip->y() - top});
+}
+
+void LiveView::deviceAnswer(const DeviceMessage& message) {
+    switch (message.command) {
+        case command::TrackingBox:
+            if (const auto face = message.record<TrackedFace>())
+                setTrackingBox(*face);
+            break;
+        case command::RecognitionFailed:
+            // A face's failure comes with its box.
+            if (message.p2 == kByCard)
+                ui_->trackingBox->showCardFailure(message.p1);
+            setLiveShowTimerReset();
+            break;
+        case command::ShowLiveView:
+            setLiveShowTimerReset();
+            break;
+        default:
+            break;
+    }
+}
+
+void LiveView::setTrackingBox(const TrackedFace& face) {
+    ui_->trackingBox->setFace(face);
+    if (face.state != 0)
+        liveTimer_.start();
+}
+
+void LiveView::setLiveShowTimerReset() {
+    const int seconds = MainWindow::getMainWindow()->menuRecord().liveSeconds;
+    liveTimer_.start((seconds > 0 ? seconds : kLiveTime) * 1000);
+}
+
+void LiveView::verified() {
+    MainWindow* shell = MainWindow::getMainWindow();
+    // A card works at the standby screen too; the live view follows then.
+    if (auto* standby = qobject_cast<StayWindow*>(shell->getActivateWindowForm()))
+        standby->wake();
+    const QString title = QStringLiteral("recognizeWindow");
+    const AlarmMode alarm = shell->getAlarmMode();
+    auto* result = qobject_cast<RecognizeWindow*>(shell->getWindow(title));
+    if (result != nullptr && (alarm == AlarmMode::Arm || alarm == AlarmMode::Disarm))
+        result->setArmEvent(RecognizeWindow::EVENT_TYPE::Alarm, RecognizeWindow::ARM_BTN_TYPE::Ok,
+                            alarm == AlarmMode::Arm ? ArmState::Armed : ArmState::Disarmed);
+    shell->changeWindow(title);
+}
+
+void LiveView::liveEnd() {
+    MainWindow* shell = MainWindow::getMainWindow();
+    shell->changeWindow(QStringLiteral("stayWindow"));
+    shell->SendCommand(command::CameraRun, 0, 0);
+}
+
+void LiveView::doorRing() {
+    MainWindow* shell = MainWindow::getMainWindow();
+    shell->SendCommand(command::RecognitionKey, kDoorRing, 0);
+    doorDialog_->setText(shell->getScript(QStringLiteral("Dialog_VisitorDoorCalling")));
+    doorDialog_->setOkText(shell->getScript(QStringLiteral("TopMenu_OK")));
+    doorDialog_->show();
+    setLiveShowTimerReset();
+}
+
+void LiveView::inputSub() {
+    MainWindow* shell = MainWindow::getMainWindow();
+    shell->SendCommand(command::RecognitionMode, 0, 0);
+    shell->SendCommand(command::CameraRun, 0, 0);
+    shell->changeWindow(QStringLiteral("inputSubWindow"));
+}
+
+void LiveView::enrollButtonTouch() {
+    MainWindow* shell = MainWindow::getMainWindow();
+    _gui_user_ user{};
+    user.enrolMode = kEnrolFromLiveView;
+    shell->SetGuiUser(&user);
+    shell->SendCommand(command::LivePicture, 1, 0);
+    shell->SendCommand(command::RecognitionMode, kEnrolment, 0);
+    shell->SendCommand(command::CameraRun, 0, 0);
+    shell->SendCommand(command::CameraPictureStop, 0, 0);
+    shell->changeWindow(QStringLiteral("userEnroll_qualWindow"), kEnrolFromLiveView);
+    // The person enters no ID there; the screen is given one.
+    shell->SendCommand(command::StartEnrolment, 0, 0);
 }
 
 void LiveView::homeButtonTouch() {
     MainWindow* shell = MainWindow::getMainWindow();
+    // Whoever works in the menu is not to be recognised meanwhile.
+    shell->SendCommand(command::RecognitionMode, 0, 0);
+    shell->SendCommand(command::CameraRun, 0, 0);
     const bool locked = !fieldText(shell->menuRecord().setup.adminPassword).isEmpty();
     shell->changeWindow(locked ? QStringLiteral("InputAdminPassword")
                                : QStringLiteral("zelMenuWindow"));
+}
+
+void LiveView::mousePressEvent(QMouseEvent*) {
+    setLiveShowTimerReset();
+}
+
+void LiveView::paintEvent(QPaintEvent* event) {
+    if (MainWindow::onPanel())
+        return;
+    QPainter painter(this);
+    painter.setClipRegion(event->region());
+    painter.drawPixmap(0, 0, Pictures::icon(QStringLiteral("live_default.png")));
 }

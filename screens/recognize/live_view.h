@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QTimer>
 #include <memory>
 
 #include "app/window_form.h"
@@ -7,8 +8,12 @@
 namespace Ui {
 class LiveView;
 }
+class DialogForm;
+struct TrackedFace;
 
-/// The live view of the camera.
+/// The live view: the camera's picture with the box around the face, over it the banner of the
+/// operating mode, below it the buttons. On the panel the picture lies under the window and shows
+/// through; elsewhere a silhouette stands in for it.
 class LiveView : public WindowForm {
     Q_OBJECT
 
@@ -16,12 +21,42 @@ class LiveView : public WindowForm {
     LiveView(QWidget* parent, const QString& title);
     ~LiveView() override;
 
+    void deviceAnswer(const DeviceMessage& message) override;
+    void workModeChanged() override;
+    void settingsChanged() override;
+
+    /// Shows the banner of an operating mode by its number. Without one of its own the banner
+    /// stays as it was.
+    void updateWorkState(int mode);
+    void setTrackingBox(const TrackedFace& face);
+    /// Gives the live view its whole time again.
+    void setLiveShowTimerReset();
+    /// Somebody is known: to the result, whatever screen is up.
+    void verified();
+
+    /// Nobody is there: to the standby screen.
+    void liveEnd();
+    /// Calls for somebody to come to the door.
+    void doorRing();
+    /// To the entry of a number.
+    void inputSub();
+    /// To the enrolment of whoever stands there.
+    void enrollButtonTouch();
     /// To the administrator's menu, past the password if one is set.
     void homeButtonTouch();
 
  protected:
     void createForm() override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
 
  private:
+    void showSettings();
+    void showBanner(bool shown);
+
     std::unique_ptr<Ui::LiveView> ui_;
+    DialogForm* doorDialog_ = nullptr;
+    QTimer liveTimer_;
 };

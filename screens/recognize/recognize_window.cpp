@@ -1,14 +1,347 @@
 #include "screens/recognize/recognize_window.h"
 
+#include <QLabel>
+#include <algorithm>
+
+#include "app/main_window.h"
+#include "link/command_code.h"
+#include "link/device_message.h"
+#include "screens/recognize/live_view.h"
+#include "screens/recognize/work_state.h"
+#include "ui/pictures.h"
+#include "ui/theme.h"
 #include "ui_recognize_window.h"
 
+namespace {
+
+/// RecognitionResult::result
+enum Result { Accepted = 0, NoAccessTime = 1, NotPermitted = 2, Registered = 3, MealTaken = 4 };
+
+/// First parameters of RecognitionKey.
+constexpr quint8 kPayOne = 32;
+constexpr quint8 kPaySeveral = 33;
+constexpr quint8 kScreenHidden = 34;
+constexpr quint8 kPayCount = 35;
+
+constexpr int kMostMeals = 99;
+/// Seconds where the settings do not say.
+constexpr int kDefaultTime = 3;
+
+constexpr int kOkSound = 202;
+constexpr int kErrorSound = 203;
+
+// The buttons below: cancel alone, or beside the payment.
+constexpr QRect kCancelAlone(24, 704, 432, 72);
+constexpr QRect kCancelBesidePayment(24, 704, 160, 72);
+
+ScriptHandler::Script script(const char* key) {
+    return MainWindow::getMainWindow()->getScript(QLatin1String(key));
+}
+
+/// A text that somebody entered, without what would break a line.
+QString oneLine(const QString& text) {
+    return text.simplified();
+}
+
+}  // namespace
+
 RecognizeWindow::RecognizeWindow(QWidget* parent, const QString& title)
-    : TitledForm(parent, title, QStringLiteral("stayWindow")) {}
+    : WindowForm(parent, title) {
+    timer_.setSingleShot(true);
+    connect(&timer_, &QTimer::timeout, this, &RecognizeWindow::timerEnd);
+}
 
 RecognizeWindow::~RecognizeWindow() = default;
 
 void RecognizeWindow::createForm() {
     ui_ = std::make_unique<Ui::RecognizeWindow>();
     ui_->setupUi(this);
-    connectForm(ui_->topBar);
+    ui_->band->setAutoFillBackground(true);
+    connect(ui_->inOutButtons, &InOutButtonForm::inTouched, this, &RecognizeWindow::inButtonTouch);
+    connect(ui_->inOutButtons, &InOutButtonForm::outTouched, this,
+            &RecognizeWindow::outButtonTouch);
+    connect(ui_->inOutButtons, &InOutButtonForm::outDutyTouched, this,
+            &RecognizeWindow::outDutyButtonTouch);
+    connect(ui_->inOutButtons, &InOutButtonForm::inDutyTouched, this,
+            &RecognizeWindow::inDutyButtonTouch);
+    connect(ui_->plusButton, &WidgetButton::touched, this, &RecognizeWindow::plusButtonTouch);
+    connect(ui_->minusButton, &WidgetButton::touched, this, &RecognizeWindow::minusButtonTouch);
+    connect(ui_->paymentButton, &WidgetButton::touched, this, &RecognizeWindow::paymentButtonTouch);
+    connect(ui_->cancelButton, &WidgetButton::touched, this, &RecognizeWindow::cancelButtonTouch);
+    connect(ui_->menuButton, &WidgetButton::touched, this, &RecognizeWindow::menuButtonTouch);
+    showLower({});
+}
+
+void RecognizeWindow::scriptsApplied() {
+    viewStateMode();
+}
+
+void RecognizeWindow::showEvent(QShowEvent* event) {
+    WindowForm::showEvent(event);
+    MainWindow* shell = MainWindow::getMainWindow();
+    shell->SendCommand(command::LivePicture, 0, 0);
+    // Its own time and not the menus' ends it.
+    shell->StopMenuTimer();
+    startTimer(shell->menuRecord().resultSeconds);
+}
+
+void RecognizeWindow::hideEvent(QHideEvent* event) {
+    WindowForm::hideEvent(event);
+    timer_.stop();
+    MainWindow* shell = MainWindow::getMainWindow();
+    if (shell == nullptr)
+        return;
+    shell->SendCommand(command::RecognitionHidden, 0, 0);
+    if (!paymentDone_)
+        shell->SendCommand(command::RecognitionKey, kScreenHidden, 0);
+    // Nobody's data is to flash up before the next result.
+    ui_->nameLine->setText({});
+    ui_->idLine->setText({});
+    setThumbnail(0, {});
+    showLower({});
+}
+
+void RecognizeWindow::deviceAnswer(const DeviceMessage& message) {
+    if (message.command == command::ShowLiveView) {
+        timerEnd();
+        return;
+    }
+    const auto result = message.record<RecognitionResult>();
+    if (message.command != command::Recognised || !result)
+        return;
+    ensureForm();
+    result_ = *result;
+    arm_ = ArmState::None;
+    paymentDone_ = false;
+    const QString userId = fieldText(result_.userId);
+    setUserID(userId);
+    showPage();
+    setThumbnail(MainWindow::getMainWindow()->menuRecord().screen.showThumbnail, userId);
+    selectMenu();
+    if (LiveView* view = live())
+        view->verified();
+}
+
+void RecognizeWindow::setUserID(const QString& userId) {
+    MainWindow* shell = MainWindow::getMainWindow();
+    shell->setState1N1(0);
+    viewStateMode();
+    startTimer(shell->menuRecord().resultSeconds);
+
+    const bool positive = accepted() || result_.result == Registered;
+    QPalette colors = ui_->band->palette();
+    colors.setColor(QPalette::Window, Theme::color(positive ? Theme::kAccent : Theme::kDanger));
+    ui_->band->setPalette(colors);
+    ui_->bandIcon->setPixmap(
+        Pictures::icon(positive ? QStringLiteral("band_ok.png") : QStringLiteral("band_fail.png")));
+    ui_->resultLine->setInk(positive ? Theme::kOnAccent : Theme::kOnDanger);
+    ui_->resultLine->setScript(shell->getScript(resultKey()));
+    ui_->menuButton->setRole(positive ? LabelButton::Primary : LabelButton::Danger);
+    shell->PlaySound(positive ? kOkSound : kErrorSound);
+
+    const QString customerId = oneLine(fieldText(result_.customerId));
+    ui_->idLine->setText(customerId.isEmpty() ? oneLine(userId) : customerId);
+}
+
+void RecognizeWindow::showPage() {
+    paymentCount_ = asksPayment() ? 1 : 0;
+    updatePaymentCount();
+    ui_->nameLine->setText(oneLine(fieldText(result_.name)));
+    for (WidgetButton* button :
+         {ui_->plusButton, ui_->minusButton, ui_->paymentButton, ui_->cancelButton})
+        // A finger that came down for somebody else's result decides nothing.
+        button->cancelTouch();
+}
+
+void RecognizeWindow::setThumbnail(int show, const QString& userId) {
+    QPixmap picture;
+    if (show != 0) {
+        const QString name = userId + QLatin1String(".jpg");
+        for (const char* folder : {"/mnt/data/user/", "/mnt/data/thumb/"}) {
+            if (picture.isNull())
+                picture = Pictures::foreign(QLatin1String(folder), name, ui_->thumbnail->size());
+        }
+    }
+    ui_->thumbnail->setPhoto(picture);
+}
+
+void RecognizeWindow::selectMenu() {
+    const WorkState::Attendance* recorded = WorkState::attendanceOfKey(result_.attendanceEvent);
+    if (asksPayment()) {
+        ui_->cancelButton->setGeometry(kCancelBesidePayment);
+        showLower({ui_->paymentPanel, ui_->cancelButton, ui_->paymentButton});
+    } else if (accepted() && result_.askAttendance == 1) {
+        ui_->inOutButtons->reset();
+        ui_->cancelButton->setGeometry(kCancelAlone);
+        showLower({ui_->promptLine, ui_->inOutButtons, ui_->cancelButton});
+    } else if (accepted() && arm_ != ArmState::None) {
+        ui_->armModeOkForm->setState(arm_);
+        showLower({ui_->armModeOkForm});
+    } else if (accepted() && recorded != nullptr) {
+        ui_->inOutOkForm->setEvent(*recorded);
+        showLower({ui_->inOutOkForm});
+    } else {
+        if (accepted() || result_.result == Registered)
+            ui_->helloForm->welcome();
+        else
+            ui_->helloForm->refuse(result_.result);
+        showLower({ui_->helloForm});
+    }
+}
+
+void RecognizeWindow::setArmEvent(EVENT_TYPE event, ARM_BTN_TYPE button, ArmState state) {
+    if (event != EVENT_TYPE::Alarm || button != ARM_BTN_TYPE::Ok)
+        return;
+    arm_ = state;
+    viewStateMode();
+    selectMenu();
+}
+
+void RecognizeWindow::viewStateMode() {
+    const MainWindow* shell = MainWindow::getMainWindow();
+    const WorkMode mode = WorkState::shown(shell->getWorkMode(), shell->menuRecord());
+    QString icon = QStringLiteral("menu_user_24_accent.png");
+    QString text = script("Info_ModeAccess").script;
+    if (arm_ != ArmState::None && accepted()) {
+        icon = QStringLiteral("shield_24_accent.png");
+        text = script(arm_ == ArmState::Armed ? "Info_ModeArm" : "Info_ModeDisarm").script;
+    } else if (const char* meal = WorkState::mealName(mode)) {
+        icon = QStringLiteral("menu_meal_24_accent.png");
+        text = script(meal).script;
+    } else if (const WorkState::Attendance* event = WorkState::attendanceOf(mode)) {
+        icon = QStringLiteral("menu_attendance_24_accent.png");
+        text =
+            script("Arg_WorkMode").script.replace(QLatin1String("%1"), script(event->word).script);
+    }
+    ui_->stateChip->setIconName(icon);
+    ui_->stateChip->setText(text);
+}
+
+void RecognizeWindow::updatePaymentCount() {
+    ui_->countLine->setText(
+        script("Arg_logListInfoUID")
+            .script.replace(QLatin1String("%1"), QString::number(paymentCount_)));
+    ui_->minusButton->setLimited(paymentCount_ <= 1);
+    ui_->plusButton->setLimited(paymentCount_ >= kMostMeals);
+}
+
+// --- What the person chooses ---------------------------------------------------------------
+
+void RecognizeWindow::inButtonTouch() {
+    recordAttendance(WorkState::kAttendance[0]);
+}
+
+void RecognizeWindow::outButtonTouch() {
+    recordAttendance(WorkState::kAttendance[1]);
+}
+
+void RecognizeWindow::outDutyButtonTouch() {
+    recordAttendance(WorkState::kAttendance[2]);
+}
+
+void RecognizeWindow::inDutyButtonTouch() {
+    recordAttendance(WorkState::kAttendance[3]);
+}
+
+void RecognizeWindow::recordAttendance(const WorkState::Attendance& event) {
+    MainWindow* shell = MainWindow::getMainWindow();
+    shell->SendCommand(command::RecognitionKey, event.key, 0);
+    ui_->inOutOkForm->setEvent(event);
+    showLower({ui_->inOutOkForm});
+    startTimer(shell->menuRecord().attendanceDoneSeconds);
+}
+
+void RecognizeWindow::plusButtonTouch() {
+    changePaymentCount(paymentCount_ + 1);
+}
+
+void RecognizeWindow::minusButtonTouch() {
+    changePaymentCount(paymentCount_ - 1);
+}
+
+void RecognizeWindow::changePaymentCount(int count) {
+    MainWindow* shell = MainWindow::getMainWindow();
+    paymentCount_ = qBound(1, count, kMostMeals);
+    shell->SendCommand(command::RecognitionKey, kPayCount, 0);
+    updatePaymentCount();
+    startTimer(shell->menuRecord().resultSeconds);
+}
+
+void RecognizeWindow::paymentButtonTouch() {
+    MainWindow* shell = MainWindow::getMainWindow();
+    paymentDone_ = true;
+    shell->SendCommand(command::RecognitionKey, paymentCount_ == 1 ? kPayOne : kPaySeveral,
+                       static_cast<quint8>(paymentCount_));
+    ScriptHandler::Script done = script("Info_PaymentCompleted");
+    if (const char* meal = WorkState::mealName(shell->getWorkMode()))
+        done.script.replace(QLatin1String("%1"), script(meal).script);
+    done.script.replace(QLatin1String("%2"), QString::number(paymentCount_));
+    ui_->paymentOkForm->confirm(done);
+    showLower({ui_->paymentOkForm});
+    startTimer(shell->menuRecord().paymentDoneSeconds);
+}
+
+void RecognizeWindow::cancelButtonTouch() {
+    MainWindow::getMainWindow()->changeWindow(QStringLiteral("stayWindow"));
+}
+
+void RecognizeWindow::menuButtonTouch() {
+    if (LiveView* view = live())
+        view->homeButtonTouch();
+}
+
+void RecognizeWindow::timerEnd() {
+    MainWindow* shell = MainWindow::getMainWindow();
+    if (shell->getActivateWindowForm() == this)
+        shell->changeWindow(QStringLiteral("liveWindow"));
+}
+
+// --- Inside --------------------------------------------------------------------------------
+
+void RecognizeWindow::showLower(std::initializer_list<const QWidget*> shown) {
+    for (QWidget* part :
+         std::initializer_list<QWidget*>{ui_->promptLine, ui_->inOutButtons, ui_->paymentPanel,
+                                         ui_->paymentButton, ui_->cancelButton, ui_->helloForm,
+                                         ui_->inOutOkForm, ui_->armModeOkForm, ui_->paymentOkForm})
+        part->setVisible(std::find(shown.begin(), shown.end(), part) != shown.end());
+}
+
+void RecognizeWindow::startTimer(int seconds) {
+    timer_.start((seconds > 0 ? seconds : kDefaultTime) * 1000);
+}
+
+QString RecognizeWindow::resultKey() const {
+    const MainWindow* shell = MainWindow::getMainWindow();
+    switch (result_.result) {
+        case Accepted:
+            break;
+        case NoAccessTime:
+            return QStringLiteral("Info_NoAccessTime");
+        case Registered:
+            return QStringLiteral("Info_Registered");
+        case MealTaken:
+            return QStringLiteral("Info_MealTaken");
+        default:
+            return QStringLiteral("Info_NotPermitted");
+    }
+    if (result_.demo == 1)
+        return QStringLiteral("Info_Authenticated_TnA_DEMO");
+    const WorkMode mode = WorkState::shown(shell->getWorkMode(), shell->menuRecord());
+    return WorkState::attendanceOf(mode) != nullptr ? QStringLiteral("Info_Authenticated_TnA")
+                                                    : QStringLiteral("Info_Authenticated");
+}
+
+bool RecognizeWindow::accepted() const {
+    return result_.result == Accepted;
+}
+
+bool RecognizeWindow::asksPayment() const {
+    const MainWindow* shell = MainWindow::getMainWindow();
+    return accepted() && WorkState::isMealOperation(shell->menuRecord()) &&
+           shell->getWorkMode() != WorkMode::AccessOnly;
+}
+
+LiveView* RecognizeWindow::live() const {
+    return qobject_cast<LiveView*>(
+        MainWindow::getMainWindow()->getWindow(QStringLiteral("liveWindow")));
 }

@@ -1,24 +1,81 @@
 #pragma once
 
+#include <QTimer>
+#include <initializer_list>
 #include <memory>
 
-#include "screens/titled_form.h"
+#include "app/window_form.h"
+#include "link/device_records.h"
+#include "screens/recognize/arm_mode_ok_form.h"
 
 namespace Ui {
 class RecognizeWindow;
 }
+class LiveView;
+namespace WorkState {
+struct Attendance;
+}
 
-/// Result of one recognition.
-class RecognizeWindow : public TitledForm {
+/// The result of one recognition: who it was, what came of it, and what the person has to choose,
+/// if anything. It goes away by itself; a result that arrives meanwhile takes its place.
+class RecognizeWindow : public WindowForm {
     Q_OBJECT
 
  public:
+    /// What a result is about besides access.
+    enum class EVENT_TYPE { Access = 0, Alarm = 2 };
+    /// How the alarm's change is shown.
+    enum class ARM_BTN_TYPE { None = 0, Ok = 1 };
+
     RecognizeWindow(QWidget* parent, const QString& title);
     ~RecognizeWindow() override;
 
+    void deviceAnswer(const DeviceMessage& message) override;
+
+    /// Begins the result of the user @p userId: result text, operating mode, display time.
+    void setUserID(const QString& userId);
+    /// Shows who it is and forgets what an earlier result asked for.
+    void showPage();
+    /// Shows the picture of @p userId, a silhouette when there is none or @p show is 0.
+    void setThumbnail(int show, const QString& userId);
+    /// Offers what the person may choose, or confirms what has been done.
+    void selectMenu();
+    /// The result changes the alarm as well.
+    void setArmEvent(EVENT_TYPE event, ARM_BTN_TYPE button, ArmState state);
+
+    void inButtonTouch();
+    void outButtonTouch();
+    void outDutyButtonTouch();
+    void inDutyButtonTouch();
+    void plusButtonTouch();
+    void minusButtonTouch();
+    void paymentButtonTouch();
+    void cancelButtonTouch();
+    void menuButtonTouch();
+    void timerEnd();
+
  protected:
     void createForm() override;
+    void scriptsApplied() override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
  private:
+    void viewStateMode();
+    void updatePaymentCount();
+    void recordAttendance(const WorkState::Attendance& event);
+    void changePaymentCount(int count);
+    void showLower(std::initializer_list<const QWidget*> shown);
+    void startTimer(int seconds);
+    QString resultKey() const;
+    bool accepted() const;
+    bool asksPayment() const;
+    LiveView* live() const;
+
     std::unique_ptr<Ui::RecognizeWindow> ui_;
+    RecognitionResult result_{};
+    ArmState arm_ = ArmState::None;
+    int paymentCount_ = 0;
+    bool paymentDone_ = false;
+    QTimer timer_;
 };

@@ -60,6 +60,13 @@ void StandbyView::setLogo(const QPixmap& logo) {
     update(QRect(kLogo, kLogoSize));
 }
 
+void StandbyView::setDark(bool dark) {
+    if (dark_ == dark)
+        return;
+    dark_ = dark;
+    update();
+}
+
 void StandbyView::applyScripts(const Lookup& lookup) {
     hint_ = lookup(QStringLiteral("Info_TouchToStart"));
     date_ = lookup(QStringLiteral("Arg_LongDate"));
@@ -70,6 +77,10 @@ void StandbyView::applyScripts(const Lookup& lookup) {
 void StandbyView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setClipRegion(event->region());
+    if (dark_) {
+        painter.fillRect(event->rect(), Qt::black);
+        return;
+    }
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
 

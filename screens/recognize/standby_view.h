@@ -23,6 +23,10 @@ class StandbyView : public QWidget, public Scripted {
     /// Shows @p logo at the top left, scaled down to 240 by 72 if it is larger.
     void setLogo(const QPixmap& logo);
 
+    /// Shows nothing at all, to spare the panel. It can be touched all the same.
+    void setDark(bool dark);
+    bool isDark() const { return dark_; }
+
     void applyScripts(const Lookup& lookup) override;
 
  signals:
@@ -45,5 +49,6 @@ class StandbyView : public QWidget, public Scripted {
     ScriptHandler::Script hint_;
     ScriptHandler::Script date_;
     QLocale locale_;
+    bool dark_ = false;
     bool pressed_ = false;
 };

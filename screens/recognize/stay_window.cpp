@@ -3,6 +3,8 @@
 #include "app/main_window.h"
 #include "base/clock.h"
 #include "link/command_code.h"
+#include "link/device_message.h"
+#include "screens/standby_pictures.h"
 #include "ui_stay_window.h"
 
 namespace {
@@ -35,9 +37,7 @@ void StayWindow::showEvent(QShowEvent* event) {
     shell->StopMenuTimer();
     loadPictures();
     shell->SendCloseMessage(1);
-    showTime();
-    clockTimer_.start(kClockInterval);
-    setSleepTimerReset();
+    lightUp();
 }
 
 void StayWindow::hideEvent(QHideEvent* event) {
@@ -47,8 +47,47 @@ void StayWindow::hideEvent(QHideEvent* event) {
     sleepTimer_.stop();
 }
 
+void StayWindow::deviceAnswer(const DeviceMessage& message) {
+    if (!isVisible())
+        return;
+    MainWindow* shell = MainWindow::getMainWindow();
+    switch (message.command) {
+        case command::SleepScreen:
+            sleepTimeout();
+            break;
+        case command::WakeScreen:
+            shell->SendCommand(command::BurnInTimer, 1, 0);
+            lightUp();
+            break;
+        case command::ShowLiveView:
+            wake();
+            shell->changeWindow(QStringLiteral("liveWindow"));
+            break;
+        case command::RecognitionFailed:
+            // A card was refused; the live view tells why.
+            wake();
+            shell->changeWindow(QStringLiteral("liveWindow"));
+            shell->getActivateWindowForm()->deviceAnswer(message);
+            break;
+        default:
+            break;
+    }
+}
+
+void StayWindow::settingsChanged() {
+    WindowForm::settingsChanged();
+    loadPictures();
+    if (!ui_->standbyView->isDark())
+        setSleepTimerReset();
+}
+
 void StayWindow::loadPictures() {
-    ui_->standbyView->setBackground(QPixmap());
+    constexpr quint8 kChosenPicture = 1;
+    const ScreenBlock screen = MainWindow::getMainWindow()->menuRecord().screen;
+    ui_->standbyView->setBackground(screen.standbyMode == kChosenPicture
+                                        ? StandbyPictures::background(screen.standbyPicture)
+                                        : QPixmap());
+    ui_->standbyView->setLogo(StandbyPictures::logo());
 }
 
 void StayWindow::showTime() {
@@ -64,16 +103,31 @@ void StayWindow::setSleepTimerReset() {
 }
 
 void StayWindow::sleepTimeout() {
+    sleepTimer_.stop();
+    clockTimer_.stop();
+    ui_->standbyView->setDark(true);
     MainWindow::getMainWindow()->SendCommand(command::BurnInTimer, 0, 0);
+}
+
+void StayWindow::lightUp() {
+    ui_->standbyView->setDark(false);
+    showTime();
+    clockTimer_.start(kClockInterval);
+    setSleepTimerReset();
+}
+
+void StayWindow::wake() {
+    MainWindow* shell = MainWindow::getMainWindow();
+    shell->SendCommand(command::RecognitionMode, 1, 0);
+    shell->SendCommand(command::CameraRun, 1, 0);
+    shell->SendCommand(command::CameraPictureStart, 0, 0);
+    shell->SendCommand(command::BurnInTimer, 1, 0);
+    lightUp();
 }
 
 void StayWindow::centerTouch() {
     MainWindow* shell = MainWindow::getMainWindow();
     shell->PlaySound(kWakeSound);
-    shell->SendCommand(command::RecognitionMode, 1, 0);
-    shell->SendCommand(command::CameraRun, 1, 0);
-    shell->SendCommand(command::CameraPictureStart, 0, 0);
-    shell->SendCommand(command::BurnInTimer, 1, 0);
-    setSleepTimerReset();
+    wake();
     shell->changeWindow(QStringLiteral("liveWindow"));
 }

@@ -17,10 +17,15 @@ class StayWindow : public WindowForm {
     StayWindow(QWidget* parent, const QString& title);
     ~StayWindow() override;
 
+    void deviceAnswer(const DeviceMessage& message) override;
+    void settingsChanged() override;
+
     /// Shows the present time.
     void showTime();
     /// The panel has been touched: wakes the camera and goes to the live view.
     void centerTouch();
+    /// Lights the panel and starts camera and recognition, for the screen that comes next.
+    void wake();
     /// Starts the time to the burn-in protection anew.
     void setSleepTimerReset();
 
@@ -30,7 +35,9 @@ class StayWindow : public WindowForm {
     void hideEvent(QHideEvent* event) override;
 
  private:
+    /// Burn-in protection: nothing is shown until somebody comes.
     void sleepTimeout();
+    void lightUp();
     void loadPictures();
 
     std::unique_ptr<Ui::StayWindow> ui_;

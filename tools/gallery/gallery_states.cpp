@@ -3,8 +3,8 @@
 #include <QScrollBar>
 
 #include "link/command_code.h"
-#include "screens/recognize/meal_count_form.h"
 #include "screens/recognize/operation_settings_form.h"
+#include "tools/gallery/door_states.h"
 #include "tools/gallery/stage.h"
 #include "ui/combo.h"
 #include "ui/dialog_form.h"
@@ -79,20 +79,14 @@ void listEnd(Stage& stage) {
     bar->setValue(bar->maximum());
 }
 
-void mealCounts(Stage& stage) {
-    StatusReport report{};
-    report.meals = {128, 64, 7, 0};
-    stage.receive(command::SystemStatus, 0,
-                  QByteArray(reinterpret_cast<const char*>(&report), sizeof report));
-    MealCountForm::open(stage.active<QWidget>());
-}
-
 void wrongPassword(Stage& stage, int times) {
     for (int i = 0; i < times; ++i) {
         stage.touch(QStringLiteral("key_1"));
         stage.touch(QStringLiteral("forwardButton"));
     }
 }
+
+using namespace DoorStates;
 
 struct NamedState {
     const char* title;
@@ -118,6 +112,45 @@ constexpr NamedState kStates[] = {
      [](Stage& stage) { stage.receive(command::FirmwareUpdateAnswer, 0); }},
     {"stayWindow", "firmware-failed",
      [](Stage& stage) { stage.receive(command::FirmwareUpdateAnswer, 1); }},
+    {"stayWindow", "chosen-picture", chosenPicture},
+    {"stayWindow", "asleep", asleep},
+    {"liveWindow", "in", [](Stage& stage) { live(stage, Attendance, 1); }},
+    {"liveWindow", "in-saturday", [](Stage& stage) { live(stage, Attendance, 1, Saturday); }},
+    {"liveWindow", "out", [](Stage& stage) { live(stage, Attendance, 2); }},
+    {"liveWindow", "break", [](Stage& stage) { live(stage, Attendance, 3); }},
+    {"liveWindow", "return", liveReturnOnly},
+    {"liveWindow", "breakfast", [](Stage& stage) { live(stage, Meals, 1); }},
+    {"liveWindow", "lunch", [](Stage& stage) { liveWithAllButtons(stage, Meals, 2); }},
+    {"liveWindow", "dinner", [](Stage& stage) { live(stage, Meals, 3); }},
+    {"liveWindow", "supper", [](Stage& stage) { live(stage, Meals, 4); }},
+    {"liveWindow", "no-meal", [](Stage& stage) { live(stage, Meals, 0); }},
+    {"liveWindow", "meal-counts", mealCounts},
+    {"liveWindow", "tracking", [](Stage& stage) { face(stage, 1); }},
+    {"liveWindow", "recognised", [](Stage& stage) { face(stage, 2); }},
+    {"liveWindow", "unknown-face", [](Stage& stage) { face(stage, 3, 1); }},
+    {"liveWindow", "refused-face", [](Stage& stage) { face(stage, 3, 2); }},
+    {"liveWindow", "unknown-card", unknownCard},
+    {"liveWindow", "visitor-call", visitorCall},
+    {"recognizeWindow", "access", [](Stage& stage) { result(stage, 0, 0, Access, 0); }},
+    {"recognizeWindow", "access-without-picture",
+     [](Stage& stage) { result(stage, 2, 0, Access, 0); }},
+    {"recognizeWindow", "access-long-name", [](Stage& stage) { result(stage, 4, 0, Access, 0); }},
+    {"recognizeWindow", "no-access-time", [](Stage& stage) { result(stage, 5, 1, Access, 0); }},
+    {"recognizeWindow", "not-permitted", [](Stage& stage) { result(stage, 3, 2, Access, 0); }},
+    {"recognizeWindow", "registered", [](Stage& stage) { result(stage, 6, 3, Access, 0); }},
+    {"recognizeWindow", "meal-taken", [](Stage& stage) { result(stage, 1, 4, Meals, 2); }},
+    {"recognizeWindow", "demonstration", demonstration},
+    {"recognizeWindow", "question", [](Stage& stage) { question(stage, ""); }},
+    {"recognizeWindow", "question-in", [](Stage& stage) { question(stage, "inButton"); }},
+    {"recognizeWindow", "question-out", [](Stage& stage) { question(stage, "outButton"); }},
+    {"recognizeWindow", "question-break", [](Stage& stage) { question(stage, "outDutyButton"); }},
+    {"recognizeWindow", "question-return", [](Stage& stage) { question(stage, "inDutyButton"); }},
+    {"recognizeWindow", "out-recorded", [](Stage& stage) { recorded(stage, 17); }},
+    {"recognizeWindow", "meal", [](Stage& stage) { meal(stage, 2, 0, false); }},
+    {"recognizeWindow", "meal-several", [](Stage& stage) { meal(stage, 2, 1, false); }},
+    {"recognizeWindow", "meal-paid", [](Stage& stage) { meal(stage, 4, 1, true); }},
+    {"recognizeWindow", "armed", [](Stage& stage) { alarm(stage, 1); }},
+    {"recognizeWindow", "disarmed", [](Stage& stage) { alarm(stage, 2); }},
     {"zelMenuWindow", "dangerous-question", dangerousQuestion},
     {"zelMenuWindow", "wait", [](Stage& stage) { wait(stage, -1); }},
     {"zelMenuWindow", "wait-percent", [](Stage& stage) { wait(stage, 64); }},
@@ -131,7 +164,6 @@ constexpr NamedState kStates[] = {
      [](Stage& stage) { stage.receive(command::UserDeleteResult, 0); }},
     {"userMenuWindow", "not-deleted",
      [](Stage& stage) { stage.receive(command::UserDeleteResult, 1); }},
-    {"liveWindow", "meal-counts", mealCounts},
     {"tcpIpWindow", "keypad-address",
      [](Stage& stage) { keypad(stage, InputField::Address, "1 9 2 ."); }},
     {"enviSound_Alarm", "long-list", longComboList},

@@ -50,9 +50,18 @@ void Stage::restart() {
     clear();
     window_.reset();
     window_ = std::make_unique<MainWindow>();
-    window_->sendTestPacket(command::Settings, sizeof settings_,
-                            reinterpret_cast<const char*>(&settings_));
+    tellSettings(settings_);
     window_->show();
+}
+
+void Stage::tellSettings(const _gui_menu_& settings) {
+    window_->sendTestPacket(command::Settings, sizeof settings,
+                            reinterpret_cast<const char*>(&settings));
+}
+
+void Stage::changeSettings(const _gui_menu_& settings) {
+    settingsChanged_ = true;
+    tellSettings(settings);
 }
 
 void Stage::restart(int language) {
@@ -76,6 +85,13 @@ void Stage::clear() {
     for (const QPointer<QWidget>& widget : qAsConst(added_))
         delete widget;
     added_.clear();
+    // No report of faults is left to be evaluated.
+    receive(command::SelfCheck, 0, QByteArray(4, '\0'));
+    if (settingsChanged_) {
+        settingsChanged_ = false;
+        tellSettings(settings_);
+        receive(command::SystemStatus, 0);
+    }
     settle();
 }
 

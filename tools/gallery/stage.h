@@ -31,6 +31,10 @@ class Stage {
     int language() const { return settings_.setup.language; }
     /// Sets the stopped clock, until open() is called.
     void setTime(const QDateTime& time);
+    /// The settings that the terminal started with, and others that the controller tells it until
+    /// open() is called.
+    const _gui_menu_& settings() const { return settings_; }
+    void changeSettings(const _gui_menu_& settings);
     /// Shows the screen @p title as it comes up, with nothing in front of it.
     void open(const QString& title);
     /// What the window shows, with everything that turns or blinks at its beginning.
@@ -61,10 +65,12 @@ class Stage {
 
  private:
     void clear();
+    void tellSettings(const _gui_menu_& settings);
 
     DeviceRoot root_;
     QTcpServer controller_;
     _gui_menu_ settings_;  // what the controller would tell
+    bool settingsChanged_ = false;
     std::unique_ptr<MainWindow> window_;
     QList<QPointer<QWidget>> added_;
 };

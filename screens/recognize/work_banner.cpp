@@ -1,0 +1,52 @@
+#include "screens/recognize/work_banner.h"
+
+#include <QPainter>
+#include <QStyle>
+#include <QStyleOption>
+
+#include "ui/paint.h"
+#include "ui/text_fit.h"
+#include "ui/theme.h"
+
+namespace {
+
+constexpr QRect kDisc(24, 16, 72, 72);
+constexpr QRgb kDiscColor = 0xff0f2529;
+constexpr QRect kMode(116, 13, 348, 41);
+constexpr QRect kRange(116, 56, 348, 32);
+constexpr QRect kModeAlone(116, 13, 348, 78);
+constexpr TextFit::Rule kModeRule{{{28, 1}, {24, 1}, {22, 2}}};
+constexpr TextFit::Rule kModeAloneRule{{{28, 2}, {24, 2}}};
+constexpr TextFit::Rule kRangeRule{{{22, 1}, {18, 1}}};
+
+}  // namespace
+
+WorkBanner::WorkBanner(QWidget* parent) : WidgetButton(parent) {}
+
+void WorkBanner::setContent(const QString& icon, const ScriptHandler::Script& mode,
+                            const ScriptHandler::Script& range) {
+    icon_ = icon;
+    mode_ = mode;
+    range_ = range;
+    update();
+}
+
+void WorkBanner::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    // Not even a missing picture leaves the texts on the camera's picture.
+    painter.fillRect(rect(), Theme::color(Theme::kBar));
+    QStyleOption option;
+    option.initFrom(this);
+    style()->drawPrimitive(QStyle::PE_Widget, &option, &painter, this);
+    if (isDown())
+        painter.fillRect(rect(), Theme::color(Theme::kDim));
+    if (!icon_.isEmpty()) {
+        Paint::box(&painter, kDisc, kDisc.width() / 2.0, kDiscColor);
+        Paint::icon(&painter, kDisc, icon_);
+    }
+    const bool alone = range_.script.isEmpty();
+    TextFit::draw(&painter, alone ? kModeAlone : kMode, Qt::AlignLeft, mode_,
+                  alone ? kModeAloneRule : kModeRule, QFont::Bold, Theme::kStrong);
+    TextFit::draw(&painter, kRange, Qt::AlignLeft, range_, kRangeRule, QFont::Medium,
+                  Theme::kCaption);
+}
