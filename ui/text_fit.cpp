@@ -29,8 +29,10 @@ struct Layout {
     bool cut = false;
 };
 
-QString plain(const QString& text) {
-    return Qt::mightBeRichText(text) ? QTextDocumentFragment::fromHtml(text).toPlainText() : text;
+QString plain(const QString& text, const TextFit::Rule& rule) {
+    return !rule.verbatim && Qt::mightBeRichText(text)
+               ? QTextDocumentFragment::fromHtml(text).toPlainText()
+               : text;
 }
 
 QFont sized(const ScriptHandler::Script& text, int size, QFont::Weight weight) {
@@ -82,7 +84,7 @@ bool fitsInto(const QStringList& lines, const QFontMetricsF& metrics, qreal widt
 
 Layout lay(const ScriptHandler::Script& script, const TextFit::Rule& rule, QFont::Weight weight,
            int width) {
-    const QString text = plain(script.script);
+    const QString text = plain(script.script, rule);
     const int largest = firstSize(script, rule);
     Layout layout;
     int room = 1;
@@ -153,7 +155,7 @@ ScriptHandler::Script roleSized(ScriptHandler::Script text) {
 int width(const ScriptHandler::Script& text, const Rule& rule, QFont::Weight weight) {
     const QFontMetricsF metrics(font(text, rule, weight));
     qreal widest = 0;
-    const QStringList lines = plain(text.script).split(QLatin1Char('\n'));
+    const QStringList lines = plain(text.script, rule).split(QLatin1Char('\n'));
     for (const QString& line : lines)
         widest = qMax(widest, metrics.horizontalAdvance(line));
     return qCeil(widest);

@@ -12,7 +12,8 @@ class QPainter;
 /// Writes texts of any language into boxes of a fixed size. A text that is too long for its box
 /// gives way in the steps of its rule: smaller, on more lines, and at last with an ellipsis.
 ///
-/// Markup in a text only breaks its lines here; other tags are dropped.
+/// Markup in a text only breaks its lines here; other tags are dropped. Texts that people have
+/// entered are not looked at for markup: their rules say so.
 namespace TextFit {
 
 /// A pixel size, and how many lines of it the box has room for.
@@ -25,6 +26,7 @@ struct Step {
 /// when it has one, and no later step is larger.
 struct Rule {
     Step steps[3];
+    bool verbatim = false;  ///< no script's text: shown letter by letter
 };
 
 constexpr Rule kTitle{{{26, 1}, {22, 2}}};
@@ -40,12 +42,14 @@ constexpr Rule kChip{{{20, 1}}};
 constexpr Rule kName{{{40, 1}, {32, 1}}};
 constexpr Rule kBand{{{32, 1}, {28, 2}}};
 constexpr Rule kMethod{{{20, 1}, {18, 2}}};
+constexpr Rule kFileName{{{24, 1}}, true};
 
 /// Writes @p text into @p box.
 void draw(QPainter* painter, const QRect& box, Qt::Alignment alignment,
           const ScriptHandler::Script& text, const Rule& rule, QFont::Weight weight, QRgb color);
 
-/// @p text without its own size: that of a rule counts. For a text that was written for another role.
+/// @p text without its own size: that of a rule counts. For a text that was written for another
+/// role.
 ScriptHandler::Script roleSized(ScriptHandler::Script text);
 
 /// The width of @p text on one line in the rule's first size.
