@@ -325,6 +325,17 @@ struct ClockTime {
     std::uint8_t second;
 };
 
+/// Payload of UsbExport for the logs of some days: the first and the last one. Without days (all
+/// zero) when all logs are wanted.
+struct ExportDates {
+    std::uint8_t fromYear;  // since 2000
+    std::uint8_t fromMonth;
+    std::uint8_t fromDay;
+    std::uint8_t toYear;
+    std::uint8_t toMonth;
+    std::uint8_t toDay;
+};
+
 /// Payload of SystemStatus. A report may come without one and then is about the status alone.
 struct StatusReport {
     std::uint8_t armed;  // 1: the site is armed
@@ -425,6 +436,7 @@ static_assert(sizeof(UserReported) == 140);
 static_assert(sizeof(OperationSettings) == 18);
 static_assert(sizeof(OperationTimes) == 17);
 static_assert(sizeof(ClockTime) == 6);
+static_assert(sizeof(ExportDates) == 6);
 static_assert(sizeof(StatusReport) == 20);
 static_assert(sizeof(TrackedFace) == 10);
 static_assert(offsetof(TrackedFace, state) == 8);

@@ -138,6 +138,7 @@ class UiKeypadTest : public QObject {
         row("digits", InputField::Digits, true, "1");
         row("address", InputField::Address, true, "1 .");
         row("time range", InputField::TimeRange, true, "1");
+        row("date", InputField::Date, true, "1");
     }
 
     void offersThePagesOfTheField() {

@@ -9,19 +9,28 @@
 namespace {
 
 constexpr int kPadding = 19;
-constexpr int kTimeRangePadding = 6;
-constexpr int kTimeRangeDigits = 8;
+constexpr int kPatternPadding = 6;
+constexpr int kPatternDigits = 8;
 constexpr int kCaretHeight = 28;
 
-/// The digits of a time range with the signs between them: "hh:mm~hh:mm".
-QString asTimeRange(const QString& digits) {
-    static const QString kSigns = QStringLiteral(":~:");
-    QString text;
-    for (int i = 0; i < digits.size(); ++i) {
-        if (i > 0 && i % 2 == 0)
-            text += kSigns.at(i / 2 - 1);
-        text += digits.at(i);
+/// How the digits stand in a field with signs between them; null for other fields.
+const char* patternOf(InputField::Characters characters) {
+    switch (characters) {
+        case InputField::TimeRange:
+            return "00:00~00:00";
+        case InputField::Date:
+            return "0000-00-00";
+        default:
+            return nullptr;
     }
+}
+
+/// @p digits with the signs of @p pattern between them.
+QString withSigns(const QString& digits, const char* pattern) {
+    QString text;
+    int next = 0;
+    for (; *pattern != '\0' && next < digits.size(); ++pattern)
+        text += *pattern == '0' ? digits.at(next++) : QLatin1Char(*pattern);
     return text;
 }
 
@@ -33,7 +42,8 @@ InputField::InputField(QWidget* parent) : WidgetButton(parent) {
 }
 
 QString InputField::text() const {
-    return allowed_ == TimeRange ? asTimeRange(typed_) : typed_;
+    const char* pattern = patternOf(allowed_);
+    return pattern != nullptr ? withSigns(typed_, pattern) : typed_;
 }
 
 void InputField::setText(const QString& text) {
@@ -73,7 +83,7 @@ bool InputField::setPreedit(const QString& preedit) {
 }
 
 int InputField::maxLength() const {
-    return allowed_ == TimeRange ? qMin(maxLength_, kTimeRangeDigits) : maxLength_;
+    return patternOf(allowed_) != nullptr ? qMin(maxLength_, kPatternDigits) : maxLength_;
 }
 
 void InputField::setMaxLength(int length) {
@@ -96,7 +106,7 @@ void InputField::setEditing(bool editing) {
     if (editing_ == editing)
         return;
     editing_ = editing;
-    startsOver_ = editing_ && allowed_ == TimeRange && typed_.size() == maxLength();
+    startsOver_ = editing_ && patternOf(allowed_) != nullptr && typed_.size() == maxLength();
     if (!editing_ && !preedit_.isEmpty())
         insert(QString(preedit_));
     update();
@@ -110,7 +120,7 @@ void InputField::applyScripts(const Lookup& lookup) {
 }
 
 QSize InputField::sizeHint() const {
-    return {allowed_ == TimeRange ? 172 : 232, 56};
+    return {patternOf(allowed_) != nullptr ? 172 : 232, 56};
 }
 
 bool InputField::accepts(uint character) const {
@@ -126,6 +136,7 @@ bool InputField::accepts(uint character) const {
             Q_FALLTHROUGH();
         case Digits:
         case TimeRange:
+        case Date:
             return character >= '0' && character <= '9';
     }
     return false;
@@ -161,10 +172,10 @@ void InputField::paintEvent(QPaintEvent*) {
     ScriptHandler::Script shown = placeholder_.entry();
     const bool empty = typed_.isEmpty() && preedit_.isEmpty();
     const QRgb ink = !isEnabled() ? Theme::kOff : empty ? Theme::kHint : Theme::kStrong;
-    if (allowed_ == TimeRange) {
+    if (patternOf(allowed_) != nullptr) {
         if (!empty)
             shown.script = text();
-        TextFit::draw(&painter, rect().adjusted(kTimeRangePadding, 0, -kTimeRangePadding, 0),
+        TextFit::draw(&painter, rect().adjusted(kPatternPadding, 0, -kPatternPadding, 0),
                       Qt::AlignHCenter, shown, TextFit::kValue, QFont::Normal, ink);
         return;
     }

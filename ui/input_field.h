@@ -21,17 +21,18 @@ class InputField : public WidgetButton, public Scripted {
         Digits,     ///< 0 to 9
         Address,    ///< 0 to 9 and the dot
         TimeRange,  ///< 0 to 9, shown and read as "hh:mm~hh:mm"; eight digits at most
+        Date,       ///< 0 to 9, shown and read as "yyyy-MM-dd"; eight digits at most
     };
     Q_ENUM(Characters)
 
     explicit InputField(QWidget* parent = nullptr);
 
-    /// The text; of a time range with its colons and tilde as far as it is typed.
+    /// The text; of a time range or date with its signs as far as it is typed.
     QString text() const;
     /// Replaces the text by the allowed characters of @p text, cut at the maximum length.
     void setText(const QString& text);
     /// Appends the allowed characters of @p text, as far as there is room. The first ones typed
-    /// into a whole time range since the keypad came up take the place of the range.
+    /// into a whole time range or date since the keypad came up take its place.
     void insert(const QString& text);
     /// Takes the composition away, or else the last character.
     void backspace();
@@ -44,7 +45,7 @@ class InputField : public WidgetButton, public Scripted {
 
     const QString& placeholderKey() const { return placeholder_.key(); }
     void setPlaceholderKey(const QString& key) { placeholder_.setKey(key); }
-    /// In UTF-16 units; of a time range in digits, at most 8.
+    /// In UTF-16 units; of a time range or date in digits, at most 8.
     int maxLength() const;
     void setMaxLength(int length);
     Characters allowedCharacters() const { return allowed_; }

@@ -130,7 +130,7 @@ void ListRow::paintEvent(QPaintEvent*) {
 
     if (!icon_.isEmpty()) {
         Paint::glyph(&painter, {line.x(), line.y(), Pictures::icon(icon_).width(), line.height()},
-                     icon_, ink);
+                     icon_, positive_ && isEnabled() ? Theme::kAccent : ink);
         line.setLeft(line.x() + iconColumn_);
     }
     if (mark_ == Chevron) {

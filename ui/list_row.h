@@ -36,7 +36,7 @@ class ListRow : public WidgetButton, public Scripted {
     void setValueKey(const QString& key) { value_.setKey(key); }
     const QString& value() const { return value_.text(); }
     void setValue(const QString& value);
-    /// Shows the value as good: in the accent color behind a tick.
+    /// Shows the value as good: in the accent color behind a tick. The icon has that color too.
     bool isPositive() const { return positive_; }
     void setPositive(bool positive);
     Mark mark() const { return mark_; }

@@ -45,6 +45,7 @@ constexpr Rule kBand{{{32, 1}, {28, 2}}};
 constexpr Rule kConfirmation{{{32, 1}, {26, 2}}};
 constexpr Rule kCaption{{{20, 1}, {18, 1}}};
 constexpr Rule kMethod{{{20, 1}, {18, 2}}};
+constexpr Rule kFileName{{{24, 1}}, true};
 
 /// Writes @p text into @p box.
 void draw(QPainter* painter, const QRect& box, Qt::Alignment alignment,

@@ -172,6 +172,7 @@ QVector<TouchKeyForm::Page> TouchKeyForm::pages() const {
         case InputField::Digits:
         case InputField::Address:
         case InputField::TimeRange:
+        case InputField::Date:
             break;
     }
     return {Digits};

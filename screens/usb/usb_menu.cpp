@@ -1,9 +1,144 @@
 #include "screens/usb/usb_menu.h"
 
+#include <QTimer>
+#include <algorithm>
+#include <iterator>
+
+#include "app/main_window.h"
+#include "link/command_code.h"
+#include "screens/usb/usb_upload_file_selecter.h"
+#include "ui/theme.h"
+#include "ui/wait_form.h"
 #include "ui_usb_menu.h"
 
+namespace {
+
+constexpr int kCheckInterval = 5000;  // milliseconds
+constexpr int kPopupSeconds = 3;
+
+// Requests of UsbMount.
+constexpr unsigned char kMount = 0;
+constexpr unsigned char kCheck = 1;
+
+// States of UsbState.
+constexpr int kMounted = 0;
+constexpr int kPresent = 2;
+constexpr int kMounting = 10;
+
+// Results of exports, imports and upgrades.
+constexpr int kDone = 0;
+constexpr int kRunning = 10;
+
+constexpr int kWaitReading = 17;
+constexpr int kWaitPreparing = 21;
+constexpr int kWaitCopying = 22;
+constexpr int kWaitCompleting = 23;
+
+constexpr int kPopupImported = 1;
+constexpr int kPopupExported = 2;
+constexpr int kPopupInsert = 4;
+constexpr int kPopupRestart = 5;
+constexpr int kPopupUpgradeFailed = 6;
+constexpr int kPopupNotExported = 8;
+constexpr int kPopupNoFolder = 20;
+
+constexpr auto Error = DialogForm::Icon::Error;
+constexpr auto Pass = DialogForm::Icon::Pass;
+constexpr auto Warning = DialogForm::Icon::Warning;
+
+struct NumberedText {
+    int number;
+    const char* key;
+};
+
+constexpr NumberedText kWaits[] = {
+    {1, "ListItem_LogExportedUSB"},           {2, "ListItem_LogImportedUSB"},
+    {3, "ListItem_UserDataExportedUSB"},      {4, "ListItem_UserDataImportedUSB"},
+    {5, "ListItem_SettingDataExportedUSB"},   {6, "ListItem_SettingDataImportedUSB"},
+    {7, "ListItem_AllDataExportedUSB"},       {8, "ListItem_AllDataImportedUSB"},
+    {9, "ListItem_ImageExportedUSB"},         {10, "ListItem_ImageImportedUSB"},
+    {kWaitReading, "ListItem_ReadingUSB"},    {19, "ListItem_ReadingFile"},
+    {kWaitPreparing, "ListItem_Preparing"},   {kWaitCopying, "ListItem_Copying"},
+    {kWaitCompleting, "ListItem_Completing"}, {24, "ListItem_LogoImageImportedUSB"},
+};
+
+struct NumberedPopup {
+    int number;
+    PopupText text;
+};
+
+constexpr NumberedPopup kPopups[] = {
+    {kPopupImported, {"ListItem_TransmissionComplete", Pass}},
+    {kPopupExported, {"ListItem_TransmissionComplete", Pass}},
+    {3, {"ListItem_CannotAborTransmission", Warning}},
+    {kPopupInsert, {"ListItem_InsertUSB", Error}},
+    {kPopupRestart, {"ListItem_FwRestart", Pass}},
+    {kPopupUpgradeFailed, {"ListItem_FwUpgradeFailed", Error}},
+    {kPopupNotExported, {"ListItem_CannotExportFiles", Error}},
+    {10, {"ListItem_ExceededMaximumUsers", Error}},
+    {12, {"ListItem_ExceededMaximumAdmin", Error}},
+    {16, {"ListItem_ImportFailInvalidData", Error}},
+    {kPopupNoFolder, {"ListItem_UsbNotHaveZEL01Folder", Error}},
+    {22, {"ListItem_NoValidFileFound", Error}},
+};
+
+/// One number for another.
+struct Pair {
+    int from;
+    int to;
+};
+
+/// Wait texts by the kind of what has begun.
+constexpr Pair kExportWaits[] = {{1, 1}, {2, 3}, {3, 5}, {4, 7}, {9, 1}};
+constexpr Pair kImportWaits[] = {{1, 2}, {2, 4}, {3, 6}, {4, 8}, {5, 10}, {8, 24}};
+
+/// Popups by result; any other result asks for a stick.
+constexpr Pair kExportPopups[] = {{kDone, kPopupExported}, {2, kPopupNotExported}};
+constexpr Pair kImportPopups[] = {{kDone, kPopupImported}, {2, 10}, {4, 12}, {5, 16}, {6, 22}};
+
+template <std::size_t count>
+int lookUp(const Pair (&pairs)[count], int from, int otherwise) {
+    const auto* pair = std::find_if(std::begin(pairs), std::end(pairs),
+                                    [from](const Pair& one) { return one.from == from; });
+    return pair != std::end(pairs) ? pair->to : otherwise;
+}
+
+struct Export {
+    const char* action;
+    unsigned char kind;
+    unsigned char option;
+    bool takesLong;  // longer than a menu stays without a touch
+};
+
+constexpr Export kExports[] = {
+    {"log_download", 1, 1, true},
+    {"userInfo_download", 2, 0, true},
+    {"envi_download", 3, 0, false},
+    {"all_download", 4, 1, true},
+};
+
+ScriptHandler::Script withPercent(const char* key, int percent) {
+    ScriptHandler::Script text = MainWindow::getMainWindow()->getScript(QLatin1String(key));
+    text.script.replace(QLatin1String("%1"), QString::number(qMin(percent, 100)));
+    return text;
+}
+
+}  // namespace
+
 UsbMenu::UsbMenu(QWidget* parent, const QString& title)
-    : TitledForm(parent, title, QStringLiteral("zelMenuWindow")) {}
+    : TitledForm(parent, title, QStringLiteral("zelMenuWindow")),
+      mountCheckTimer_(new QTimer(this)),
+      presenceTimer_(new QTimer(this)),
+      popup_(this) {
+    mountCheckTimer_->setObjectName(QStringLiteral("mountCheckTimer"));
+    presenceTimer_->setObjectName(QStringLiteral("presenceTimer"));
+    for (QTimer* timer : {mountCheckTimer_, presenceTimer_}) {
+        timer->setSingleShot(true);
+        timer->setInterval(kCheckInterval);
+    }
+    connect(mountCheckTimer_, &QTimer::timeout, this, &UsbMenu::UsbCheckTimeout);
+    connect(presenceTimer_, &QTimer::timeout, this, &UsbMenu::UsbCheckMountTimeout);
+}
 
 UsbMenu::~UsbMenu() = default;
 
@@ -11,4 +146,271 @@ void UsbMenu::createForm() {
     ui_ = std::make_unique<Ui::UsbMenu>();
     ui_->setupUi(this);
     connectForm(ui_->topBar);
+    QPalette hint = ui_->insertLabel->palette();
+    hint.setColor(QPalette::WindowText, Theme::color(Theme::kHint));
+    ui_->insertLabel->setPalette(hint);
+    ui_->actions->hide();
+
+    connect(ui_->refreshButton, &LabelButton::touched, this, &UsbMenu::mount_usb);
+    connect(ui_->exportLogTile, &Tile::touched, this, &UsbMenu::outLogData);
+    const QList<Tile*> tiles = ui_->actions->findChildren<Tile*>();
+    for (const Tile* tile : tiles) {
+        const QString out = tile->property("exportAction").toString();
+        const QString in = tile->property("importAction").toString();
+        if (!out.isEmpty())
+            connect(tile, &Tile::touched, this, [this, out] { showDirSelecter(out); });
+        else if (!in.isEmpty())
+            connect(tile, &Tile::touched, this, [this, in] { showFileSelecter(in); });
+    }
+
+    waitForm_ = new WaitForm(this);
+    waitForm_->setObjectName(QStringLiteral("usbWaitForm"));
+}
+
+void UsbMenu::scriptsApplied() {
+    showStatus(!ui_->actions->isHidden());
+}
+
+void UsbMenu::windowInEvent() {
+    TitledForm::windowInEvent();
+    if (param().toBool()) {
+        UsbCheckMountTimeout();
+        return;
+    }
+    stickPresent_ = false;
+    hideActionButtons();
+    mount_usb();
+}
+
+void UsbMenu::hideEvent(QHideEvent* event) {
+    TitledForm::hideEvent(event);
+    waitForm_->hide();
+    presenceTimer_->stop();
+    // The other timer may run out; nobody waits for it any more.
+    mountCheckRunning_ = false;
+}
+
+// --- The stick -----------------------------------------------------------------------------
+
+void UsbMenu::mount_usb() {
+    MainWindow::getMainWindow()->SendCommand(command::UsbMount, kMount, 0, 0, nullptr);
+}
+
+void UsbMenu::UpdateUsbInfo(int state, int sub) {
+    switch (state) {
+        case kMounted:
+            if (sub != 1 && sub != 2) {
+                ShowPopup(kPopupNoFolder, kPopupSeconds);
+                break;
+            }
+            waitForm_->hide();
+            mountCheckRunning_ = false;
+            stickPresent_ = true;
+            mountCheckTimer_->stop();
+            showActionButtons();
+            break;
+        case kMounting:
+            ShowWait(kWaitReading);
+            mountCheckTimer_->start();
+            mountCheckRunning_ = true;
+            break;
+        case kPresent:
+            if (sub != 0)
+                showActionButtons();
+            else
+                hideActionButtons();
+            break;
+        default:
+            stickPresent_ = false;
+            hideActionButtons();
+            break;
+    }
+}
+
+void UsbMenu::UsbCheckTimeout() {
+    if (!mountCheckRunning_)
+        return;
+    mountCheckRunning_ = false;
+    if (stickPresent_)
+        waitForm_->hide();
+    else
+        ShowPopup(kPopupInsert, kPopupSeconds);
+}
+
+void UsbMenu::UsbCheckMountTimeout() {
+    MainWindow* shell = MainWindow::getMainWindow();
+    // What was going on will not be reported any more, and the user must get out.
+    if (!shell->linkUp())
+        waitForm_->hide();
+    shell->SendCommand(command::UsbMount, kCheck, 0, 0, nullptr);
+    presenceTimer_->start();
+}
+
+void UsbMenu::showActionButtons() {
+    showStatus(true);
+    ui_->insertLabel->hide();
+    ui_->actions->show();
+    presenceTimer_->start();
+}
+
+void UsbMenu::hideActionButtons() {
+    showStatus(false);
+    ui_->actions->hide();
+    ui_->insertLabel->show();
+    presenceTimer_->stop();
+}
+
+void UsbMenu::showStatus(bool stick) {
+    ui_->statusRow->setPositive(stick);
+    ui_->statusRow->setText(MainWindow::getMainWindow()
+                                ->getScript(stick ? QStringLiteral("ListItem_UsbConnected")
+                                                  : QStringLiteral("ListItem_UsbNotConnected"))
+                                .script);
+}
+
+// --- Exports and imports -------------------------------------------------------------------
+
+void UsbMenu::outLogData() {
+    MainWindow::getMainWindow()->changeWindow(QStringLiteral("UsbOutLogWindow"));
+}
+
+void UsbMenu::showDirSelecter(const QString& action) {
+    MainWindow* shell = MainWindow::getMainWindow();
+    for (const Export& one : kExports) {
+        if (action != QLatin1String(one.action))
+            continue;
+        shell->SendCommand(command::UsbExport, one.kind, one.option, 0, nullptr);
+        if (one.takesLong)
+            shell->StopMenuTimer();
+    }
+}
+
+void UsbMenu::showFileSelecter(const QString& action) {
+    if (action == QLatin1String("log_upload"))
+        askBeforeLogImport();
+    else
+        openFileSelecter(action);
+}
+
+void UsbMenu::askBeforeLogImport() {
+    MainWindow* shell = MainWindow::getMainWindow();
+    if (logWarning_ == nullptr) {
+        logWarning_ = new DialogForm(this);
+        logWarning_->setObjectName(QStringLiteral("logWarning"));
+        logWarning_->setButtonType(DialogForm::OkCancelButtons);
+        logWarning_->setIcon(Warning);
+        logWarning_->setDanger(true);
+        connect(logWarning_, &DialogForm::touchOk, this,
+                [this] { openFileSelecter(QStringLiteral("log_upload")); });
+    }
+    logWarning_->setText(shell->getScript(QStringLiteral("ListItem_RunDeleteOldLogs")));
+    logWarning_->setOkText(shell->getScript(QStringLiteral("TopMenu_OK")));
+    logWarning_->setCancelText(shell->getScript(QStringLiteral("TopMenu_Cancel")));
+    logWarning_->show();
+}
+
+void UsbMenu::openFileSelecter(const QString& action) {
+    MainWindow* shell = MainWindow::getMainWindow();
+    const QString title = QStringLiteral("usbUploadFileSelector");
+    if (auto* selecter = qobject_cast<UsbUploadFileSelecter*>(shell->getWindow(title)))
+        selecter->setCaller(action);
+    shell->changeWindow(title);
+}
+
+// --- Reports -------------------------------------------------------------------------------
+
+void UsbMenu::deviceAnswer(const DeviceMessage& message) {
+    switch (message.command) {
+        case command::UsbState:
+            UpdateUsbInfo(message.p1, message.p2);
+            break;
+        case command::UsbImported:
+            ShowUsbGetResult(message.p1, message.p2);
+            break;
+        case command::UsbExported:
+            ShowUsbSetResult(message.p1, message.p2);
+            break;
+        case command::FirmwareProgress:
+            ShowFwUpgrade(message.p1, message.p2);
+            break;
+        case command::UsbProgress:
+            ShowUsbProgress(message.p1, message.p2);
+            break;
+        case command::UsbSending:
+            showPercent(message.p1, message.p2);
+            break;
+        default:
+            break;
+    }
+}
+
+void UsbMenu::ShowUsbSetResult(int kind, int result) {
+    if (result == kRunning)
+        ShowWait(lookUp(kExportWaits, kind, 0));
+    else
+        ShowPopup(lookUp(kExportPopups, result, kPopupInsert), kPopupSeconds);
+}
+
+void UsbMenu::ShowUsbGetResult(int kind, int result) {
+    if (result == kRunning)
+        ShowWait(lookUp(kImportWaits, kind, 0));
+    else
+        ShowPopup(lookUp(kImportPopups, result, kPopupInsert), kPopupSeconds);
+}
+
+void UsbMenu::ShowUsbProgress(int phase, int percent) {
+    switch (phase) {
+        case 0:
+            ShowWait(kWaitPreparing);
+            break;
+        case 1:
+            lastPercent_ = percent;
+            ShowWait(kWaitCopying, lastPercent_);
+            break;
+        case 2:
+            ShowWait(kWaitCompleting, lastPercent_);
+            break;
+        default:
+            break;
+    }
+}
+
+void UsbMenu::showPercent(int phase, int percent) {
+    if (phase == 2) {
+        ShowWait(kWaitPreparing);
+    } else if (phase == 1) {
+        showWaitText(withPercent("ListItem_Sending", percent), -1);
+    }
+}
+
+void UsbMenu::ShowFwUpgrade(int state, int percent) {
+    if (state == kRunning) {
+        showWaitText(withPercent("ListItem_upgradingUSB", percent), -1);
+    } else if (state == kDone) {
+        ShowPopup(kPopupRestart, 0);
+    } else {
+        ShowPopup(kPopupUpgradeFailed, kPopupSeconds);
+    }
+}
+
+void UsbMenu::ShowWait(int number, int percent) {
+    for (const NumberedText& wait : kWaits) {
+        if (wait.number == number)
+            showWaitText(MainWindow::getMainWindow()->getScript(QLatin1String(wait.key)), percent);
+    }
+}
+
+void UsbMenu::showWaitText(const ScriptHandler::Script& text, int percent) {
+    waitForm_->setText(text);
+    waitForm_->setSecondText(
+        MainWindow::getMainWindow()->getScript(QStringLiteral("ListItem_DoNotRemoveUSB")));
+    waitForm_->setProgress(percent);
+    waitForm_->show();
+}
+
+void UsbMenu::ShowPopup(int number, int seconds) {
+    for (const NumberedPopup& popup : kPopups) {
+        if (popup.number == number)
+            popup_.show(popup.text, seconds);
+    }
 }

@@ -1,9 +1,35 @@
 #include "screens/usb/usb_out_log_date.h"
 
+#include "app/main_window.h"
+#include "base/clock.h"
+#include "link/command_code.h"
+#include "link/device_records.h"
 #include "ui_usb_out_log_date.h"
 
+namespace {
+
+constexpr unsigned char kLogsOfDays = 9;
+constexpr int kAllLogs = 0;  // of the range toggle
+constexpr int kFirstYear = 2000;
+constexpr int kLastYear = kFirstYear + 255;
+constexpr int kPopupSeconds = 3;
+
+const QString kFormat = QStringLiteral("yyyy-MM-dd");
+
+/// An invalid date when it is not whole, or not a day that a record can hold.
+QDate dateIn(const InputField* field) {
+    const QDate date = QDate::fromString(field->text(), kFormat);
+    return date.year() >= kFirstYear && date.year() <= kLastYear ? date : QDate();
+}
+
+std::uint8_t byte(int value) {
+    return static_cast<std::uint8_t>(value);
+}
+
+}  // namespace
+
 UsbOutLogDate::UsbOutLogDate(QWidget* parent, const QString& title)
-    : TitledForm(parent, title, QStringLiteral("usbMenuWindow")) {}
+    : TitledForm(parent, title, QStringLiteral("usbMenuWindow")), popup_(this) {}
 
 UsbOutLogDate::~UsbOutLogDate() = default;
 
@@ -11,4 +37,49 @@ void UsbOutLogDate::createForm() {
     ui_ = std::make_unique<Ui::UsbOutLogDate>();
     ui_->setupUi(this);
     connectForm(ui_->topBar);
+    connect(ui_->topBar, &TopBar::forwardTouched, this, &UsbOutLogDate::exportButtonTouch);
+    connect(ui_->rangeToggle, &Toggle::currentIndexChanged, this, &UsbOutLogDate::rangeTouch);
+}
+
+void UsbOutLogDate::windowInEvent() {
+    TitledForm::windowInEvent();
+    const QDate today = Clock::now().date();
+    ui_->fromField->setText(QDate(today.year(), today.month(), 1).toString(kFormat));
+    ui_->toField->setText(today.toString(kFormat));
+    ui_->rangeToggle->setCurrentIndex(1);
+    rangeTouch();
+}
+
+void UsbOutLogDate::rangeTouch() {
+    const bool someDays = ui_->rangeToggle->currentIndex() != kAllLogs;
+    ui_->fromField->setEnabled(someDays);
+    ui_->toField->setEnabled(someDays);
+}
+
+void UsbOutLogDate::exportButtonTouch() {
+    MainWindow* shell = MainWindow::getMainWindow();
+    shell->removeTouchKey();
+    const bool all = ui_->rangeToggle->currentIndex() == kAllLogs;
+    ExportDates dates{};
+    if (!all) {
+        const QDate from = dateIn(ui_->fromField);
+        const QDate to = dateIn(ui_->toField);
+        if (!from.isValid() || !to.isValid() || from > to) {
+            const bool order = from.isValid() && to.isValid();
+            popup_.show({order ? "ListItem_StartDateAfterEndDate" : "ListItem_CheckInputDate",
+                         DialogForm::Icon::Error},
+                        kPopupSeconds);
+            return;
+        }
+        dates = {byte(from.year() - kFirstYear), byte(from.month()), byte(from.day()),
+                 byte(to.year() - kFirstYear),   byte(to.month()),   byte(to.day())};
+    }
+    shell->SendRecord(command::UsbExport, kLogsOfDays, all ? 1 : 0, dates);
+    shell->changeWindow(QStringLiteral("usbMenuWindow"), true);
+    // A long copy is not to be cut off.
+    shell->StopMenuTimer();
+}
+
+void UsbOutLogDate::prevButtonTouch() {
+    MainWindow::getMainWindow()->changeWindow(QStringLiteral("usbMenuWindow"), true);
 }

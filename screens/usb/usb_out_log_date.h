@@ -2,13 +2,14 @@
 
 #include <memory>
 
+#include "screens/screen_popup.h"
 #include "screens/titled_form.h"
 
 namespace Ui {
 class UsbOutLogDate;
 }
 
-/// Dates between which logs are exported.
+/// The days whose logs are exported, or all of them.
 class UsbOutLogDate : public TitledForm {
     Q_OBJECT
 
@@ -16,9 +17,20 @@ class UsbOutLogDate : public TitledForm {
     UsbOutLogDate(QWidget* parent, const QString& title);
     ~UsbOutLogDate() override;
 
+    /// Starts with the present month up to today.
+    void windowInEvent() override;
+
+ public slots:
+    /// Asks for the export, unless the dates make no sense.
+    void exportButtonTouch();
+
  protected:
     void createForm() override;
+    void prevButtonTouch() override;
 
  private:
+    void rangeTouch();
+
     std::unique_ptr<Ui::UsbOutLogDate> ui_;
+    ScreenPopup popup_;
 };

@@ -70,6 +70,12 @@ Panel::Panel(ControllerSim& controller)
     addButton(reports, QStringLiteral("Live view"), QStringLiteral("live"));
     addButton(reports, QStringLiteral("Events"), QStringLiteral("logs"));
 
+    QGridLayout* usb = addGroup(QStringLiteral("USB stick"));
+    addButton(usb, QStringLiteral("In"), QStringLiteral("usb in"));
+    addButton(usb, QStringLiteral("Out"), QStringLiteral("usb out"));
+    addButton(usb, QStringLiteral("Without folder"), QStringLiteral("usb nofolder"));
+    addButton(usb, QStringLiteral("Next import fails"), QStringLiteral("usb import 5"));
+
     QGridLayout* link = addGroup(QStringLiteral("Link"));
     addButton(link, QStringLiteral("Drop"), QStringLiteral("drop"));
     addButton(link, QStringLiteral("Noise"), QStringLiteral("noise"));

@@ -7,5 +7,6 @@ std::vector<std::unique_ptr<Subject>> makeSubjects(Device& device) {
     subjects.push_back(makeSessionSubject(device));
     subjects.push_back(makeReportsSubject(device));
     subjects.push_back(makeRecognitionSubject(device));
+    subjects.push_back(makeUsbSubject(device));
     return subjects;
 }

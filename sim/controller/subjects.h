@@ -14,3 +14,4 @@ std::unique_ptr<Subject> makeReportsSubject(Device& device);
 std::unique_ptr<Subject> makeSessionSubject(Device& device);
 std::unique_ptr<Subject> makeSettingsSubject(Device& device);
 std::unique_ptr<Subject> makeStatusSubject(Device& device);
+std::unique_ptr<Subject> makeUsbSubject(Device& device);

@@ -88,6 +88,19 @@ void wrongPassword(Stage& stage, int times) {
 
 using namespace DoorStates;
 
+/// The USB menu with a stick.
+void withStick(Stage& stage) {
+    constexpr unsigned char kMounted = 0;
+    stage.receive(command::UsbState, kMounted, 1);
+}
+
+/// What the USB menu shows of something that goes on, or of its result.
+template <unsigned short code, unsigned char p1, unsigned char p2>
+void usbReport(Stage& stage) {
+    withStick(stage);
+    stage.receive(code, p1, p2);
+}
+
 struct NamedState {
     const char* title;
     const char* name;
@@ -154,6 +167,39 @@ constexpr NamedState kStates[] = {
     {"zelMenuWindow", "dangerous-question", dangerousQuestion},
     {"zelMenuWindow", "wait", [](Stage& stage) { wait(stage, -1); }},
     {"zelMenuWindow", "wait-percent", [](Stage& stage) { wait(stage, 64); }},
+    {"usbMenuWindow", "stick", withStick},
+    {"usbMenuWindow", "mounting", usbReport<command::UsbState, 10, 0>},
+    {"usbMenuWindow", "no-folder", [](Stage& stage) { stage.receive(command::UsbState, 0, 0); }},
+    {"usbMenuWindow", "export-begins", usbReport<command::UsbExported, 2, 10>},
+    {"usbMenuWindow", "copying", usbReport<command::UsbProgress, 1, 64>},
+    {"usbMenuWindow", "sending", usbReport<command::UsbSending, 1, 64>},
+    {"usbMenuWindow", "done", usbReport<command::UsbExported, 1, 0>},
+    {"usbMenuWindow", "not-exported", usbReport<command::UsbExported, 1, 2>},
+    {"usbMenuWindow", "stick-gone", usbReport<command::UsbImported, 2, 1>},
+    {"usbMenuWindow", "users-exceeded", usbReport<command::UsbImported, 2, 2>},
+    {"usbMenuWindow", "administrators-exceeded", usbReport<command::UsbImported, 2, 4>},
+    {"usbMenuWindow", "invalid-data", usbReport<command::UsbImported, 3, 5>},
+    {"usbMenuWindow", "no-valid-file", usbReport<command::UsbImported, 5, 6>},
+    {"usbMenuWindow", "upgrading", usbReport<command::FirmwareProgress, 10, 64>},
+    {"usbMenuWindow", "upgraded", usbReport<command::FirmwareProgress, 0, 0>},
+    {"usbMenuWindow", "upgrade-failed", usbReport<command::FirmwareProgress, 1, 0>},
+    {"usbMenuWindow", "before-log-import",
+     [](Stage& stage) {
+         withStick(stage);
+         stage.touch(QStringLiteral("importLogTile"));
+     }},
+    {"usbUploadFileSelector", "chosen",
+     [](Stage& stage) { stage.touch(QStringLiteral("fileRow4")); }},
+    {"usbUploadFileSelector", "folder",
+     [](Stage& stage) { stage.touch(QStringLiteral("fileRow1")); }},
+    {"usbUploadFileSelector", "empty-folder",
+     [](Stage& stage) { stage.touch(QStringLiteral("fileRow0")); }},
+    {"UsbOutLogWindow", "all", [](Stage& stage) { stage.touch(QStringLiteral("rangeToggle")); }},
+    {"UsbOutLogWindow", "keypad",
+     [](Stage& stage) {
+         stage.touch(QStringLiteral("fromField"));
+         stage.touch(QStringLiteral("key_2"));
+     }},
     {"userMenuWindow", "too-many-users",
      [](Stage& stage) { stage.receive(command::EnrolmentRefused, 1); }},
     {"userMenuWindow", "another-enrolment",

@@ -25,6 +25,17 @@ quint16 freePort() {
     return probe.serverPort();
 }
 
+/// What is on the USB stick.
+void layStick(const DeviceRoot& root) {
+    const QDir stick(root.path("/mnt/usb/ZEL01"));
+    stick.mkpath(QStringLiteral("backup"));
+    stick.mkpath(QStringLiteral("images"));
+    for (const char* file :
+         {"user_20260301.dat", "user_20260308.dat", "user_20260309.dat", "settings_20260301.dat",
+          "card_key.dat", "images/background.png", "images/logo.png"})
+        root.write((QByteArray("/mnt/usb/ZEL01/") + file).constData(), {});
+}
+
 /// Lets layouts and deferred calls have their effect; no timer runs out meanwhile.
 void settle() {
     QCoreApplication::sendPostedEvents();
@@ -37,6 +48,7 @@ Stage::Stage() : settings_(factorySettings()) {
     settings_.screen.menuTimeout = kNever;
     settings_.screen.sleepMode = 0;
     setFieldText(settings_.setup.adminPassword, QStringLiteral("0000"));
+    layStick(root_);
     // Holding the port keeps the terminal from reaching a controller that is none of ours.
     controller_.listen(QHostAddress::LocalHost);
     qputenv("ZEL_LINK_PORT", QByteArray::number(controller_.serverPort()));
@@ -122,6 +134,10 @@ QImage Stage::picture() {
 void Stage::receive(unsigned short code, unsigned char p1, const QByteArray& payload) {
     window_->findChild<MessageDispatch*>()->dispatch(
         {code, p1, 0, static_cast<quint16>(payload.size()), payload.constData()});
+}
+
+void Stage::receive(unsigned short code, unsigned char p1, unsigned char p2) {
+    window_->findChild<MessageDispatch*>()->dispatch({code, p1, p2, 0, nullptr});
 }
 
 ScriptHandler::Script Stage::script(const char* key) const {
