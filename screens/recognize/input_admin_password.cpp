@@ -64,7 +64,7 @@ void InputAdminPassword::refuse() {
         lockedUntil_.setRemainingTime(lockTime_);
         showEntry();
     } else {
-        Styler::setText(ui_->messageLabel, shell->getScript(QStringLiteral("Info_WrongPassword")));
+        showMessage(shell->getScript(QStringLiteral("Info_WrongPassword")));
     }
 }
 
@@ -74,13 +74,18 @@ void InputAdminPassword::showEntry() {
     ui_->passwordField->setEnabled(left == 0);
     ui_->topBar->button(TopBar::Forward)->setEnabled(left == 0);
     if (left == 0) {
-        ui_->messageLabel->clear();
+        showMessage({});
         shell->showTouchKey(ui_->passwordField);
         return;
     }
     // Counts the seconds down, each one as it ends.
     ScriptHandler::Script message = shell->getScript(QStringLiteral("Info_PasswordLocked"));
     message.script = message.script.arg((left + 999) / 1000);
-    Styler::setText(ui_->messageLabel, message);
+    showMessage(message);
     countdown_.start((left - 1) % 1000 + 1);
+}
+
+void InputAdminPassword::showMessage(const ScriptHandler::Script& message) {
+    Styler::setText(ui_->messageLabel, message);
+    ui_->messageLabel->setVisible(!message.script.isEmpty());
 }

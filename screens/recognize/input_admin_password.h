@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "screens/titled_form.h"
+#include "ui/script_handler.h"
 
 namespace Ui {
 class InputAdminPassword;
@@ -31,6 +32,7 @@ class InputAdminPassword : public TitledForm {
     void okButtonTouch();
     void refuse();
     void showEntry();
+    void showMessage(const ScriptHandler::Script& message);
 
     std::unique_ptr<Ui::InputAdminPassword> ui_;
     int wrong_ = 0;

@@ -1,11 +1,14 @@
 #include "tools/gallery/gallery_states.h"
 
+#include <QScrollBar>
+
 #include "link/command_code.h"
 #include "tools/gallery/stage.h"
 #include "ui/combo.h"
 #include "ui/dialog_form.h"
 #include "ui/input_field.h"
 #include "ui/list_row.h"
+#include "ui/scroll_list.h"
 #include "ui/wait_form.h"
 
 namespace {
@@ -68,6 +71,24 @@ void comboList(Stage& stage, int items) {
     stage.touch(combo->objectName());
 }
 
+void touches(Stage& stage, const char* names) {
+    const QStringList list = QString::fromUtf8(names).split(QLatin1Char(' '));
+    for (const QString& name : list)
+        stage.touch(name);
+}
+
+void scrollToEnd(Stage& stage) {
+    QScrollBar* bar =
+        stage.window().getActivateWindowForm()->findChild<ScrollList*>()->verticalScrollBar();
+    bar->setValue(bar->maximum());
+}
+
+void lockedPassword(Stage& stage) {
+    const auto* field = stage.window().getActivateWindowForm()->findChild<InputField*>();
+    while (field->isEnabled())
+        touches(stage, "key_1 forwardButton");
+}
+
 struct NamedState {
     const char* title;
     const char* name;
@@ -109,8 +130,22 @@ constexpr NamedState kStates[] = {
      [](Stage& stage) { keypad(stage, InputField::Address, "1 9 2 ."); }},
     {"enviSound_Alarm", "combo-list", [](Stage& stage) { comboList(stage, 4); }},
     {"enviSound_Alarm", "combo-long-list", [](Stage& stage) { comboList(stage, 20); }},
+    {"workMenuWindow", "end", scrollToEnd},
+    {"workMenuWindow", "manual",
+     [](Stage& stage) {
+         touches(stage, "modeCombo item1");
+         scrollToEnd(stage);
+     }},
+    {"workMenuWindow", "modes", [](Stage& stage) { touches(stage, "modeCombo"); }},
     {"workMenuWindow", "keypad-time",
-     [](Stage& stage) { keypad(stage, InputField::TimeRange, "0 8 3 0"); }},
+     [](Stage& stage) { touches(stage, "weekdayOutTime key_0 key_8 key_3 key_0"); }},
+    {"workMenuWindow", "half-a-time",
+     [](Stage& stage) { touches(stage, "weekdayOutTime key_0 forwardButton"); }},
+    {"workMenuWindow", "saving", [](Stage& stage) { touches(stage, "forwardButton"); }},
+    {"workMenuWindow", "saved",
+     [](Stage& stage) { stage.receive(command::OperationSettingsSaved); }},
+    {"foodMenuWindow", "end", scrollToEnd},
+    {"foodMenuWindow", "overlap", [](Stage& stage) { touches(stage, "forwardButton"); }},
     {"userSearch_idWindow", "keypad-digits",
      [](Stage& stage) { keypad(stage, InputField::Digits, "", "010"); }},
     {"userSearch_InfoWindow", "keypad-first-page",
@@ -127,6 +162,9 @@ constexpr NamedState kStates[] = {
      [](Stage& stage) { keypad(stage, InputField::Latin, "symbols"); }},
     {"userSearch_InfoWindow", "keypad-more-symbols",
      [](Stage& stage) { keypad(stage, InputField::Latin, "symbols shift"); }},
+    {"InputAdminPassword", "wrong",
+     [](Stage& stage) { touches(stage, "key_1 key_2 forwardButton key_3"); }},
+    {"InputAdminPassword", "locked", lockedPassword},
 };
 
 }  // namespace
