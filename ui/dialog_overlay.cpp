@@ -3,6 +3,7 @@
 #include <QEvent>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QVector>
 
 #include "ui/theme.h"
 #include "ui/widget_button.h"
@@ -24,10 +25,16 @@ class Card : public QWidget {
     }
 };
 
+/// The dialogs that are visible, so that nobody has to search all the widgets of all screens for
+/// one whenever the screen changes.
+QVector<DialogOverlay*>& shown() {
+    static QVector<DialogOverlay*> dialogs;
+    return dialogs;
+}
+
 DialogOverlay* visibleDialog(const QWidget* widget, const DialogOverlay* except) {
-    const auto dialogs = widget->window()->findChildren<DialogOverlay*>();
-    for (DialogOverlay* dialog : dialogs)
-        if (dialog != except && dialog->isVisible())
+    for (DialogOverlay* dialog : qAsConst(shown()))
+        if (dialog != except && dialog->window() == widget->window())
             return dialog;
     return nullptr;
 }
@@ -39,6 +46,10 @@ DialogOverlay::DialogOverlay(QWidget* parent) : QWidget(parent), card_(new Card(
     setAttribute(Qt::WA_NoMousePropagation);
     setFocusPolicy(Qt::StrongFocus);
     parent->installEventFilter(this);
+}
+
+DialogOverlay::~DialogOverlay() {
+    shown().removeOne(this);
 }
 
 DialogOverlay* DialogOverlay::current(const QWidget* widget) {
@@ -80,6 +91,7 @@ bool DialogOverlay::focusNextPrevChild(bool) {
 
 void DialogOverlay::hideEvent(QHideEvent* event) {
     if (!event->spontaneous()) {
+        shown().removeOne(this);
         // Hidden along with its screen: it must not come back with the screen.
         if (!isHidden())
             hide();
@@ -113,6 +125,7 @@ void DialogOverlay::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     if (event->spontaneous())
         return;
+    shown().append(this);
     if (DialogOverlay* other = visibleDialog(this, this)) {
         other->hide();
         other->replaced();

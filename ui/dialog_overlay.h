@@ -17,6 +17,7 @@ class DialogOverlay : public QWidget {
 
     /// @p parent is the window or screen to cover; it must not be null.
     explicit DialogOverlay(QWidget* parent);
+    ~DialogOverlay() override;
 
     /// The dialog that is visible in @p widget's top-level window, or null. Whoever raises a
     /// screen raises this one afterwards.

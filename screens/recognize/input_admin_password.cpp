@@ -64,8 +64,13 @@ void InputAdminPassword::refuse() {
         lockedUntil_.setRemainingTime(lockTime_);
         showEntry();
     } else {
-        showMessage(shell->getScript(QStringLiteral("Info_WrongPassword")));
+        say(shell->getScript(QStringLiteral("Info_WrongPassword")));
     }
+}
+
+void InputAdminPassword::say(const ScriptHandler::Script& message) {
+    Styler::setText(ui_->messageLabel, message);
+    ui_->messageLabel->show();
 }
 
 void InputAdminPassword::showEntry() {
@@ -74,18 +79,14 @@ void InputAdminPassword::showEntry() {
     ui_->passwordField->setEnabled(left == 0);
     ui_->topBar->button(TopBar::Forward)->setEnabled(left == 0);
     if (left == 0) {
-        showMessage({});
+        ui_->messageLabel->clear();
+        ui_->messageLabel->hide();
         shell->showTouchKey(ui_->passwordField);
         return;
     }
     // Counts the seconds down, each one as it ends.
     ScriptHandler::Script message = shell->getScript(QStringLiteral("Info_PasswordLocked"));
     message.script = message.script.arg((left + 999) / 1000);
-    showMessage(message);
+    say(message);
     countdown_.start((left - 1) % 1000 + 1);
-}
-
-void InputAdminPassword::showMessage(const ScriptHandler::Script& message) {
-    Styler::setText(ui_->messageLabel, message);
-    ui_->messageLabel->setVisible(!message.script.isEmpty());
 }

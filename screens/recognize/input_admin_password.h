@@ -31,8 +31,8 @@ class InputAdminPassword : public TitledForm {
  private:
     void okButtonTouch();
     void refuse();
+    void say(const ScriptHandler::Script& message);
     void showEntry();
-    void showMessage(const ScriptHandler::Script& message);
 
     std::unique_ptr<Ui::InputAdminPassword> ui_;
     int wrong_ = 0;

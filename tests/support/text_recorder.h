@@ -6,6 +6,7 @@
 #include <QString>
 #include <QTransform>
 #include <QVector>
+#include <algorithm>
 
 /// Keeps the texts that are painted on it, where a picture would keep pixels. A widget rendered on
 /// it tells what there is to be read on it, however it draws that.
@@ -20,6 +21,10 @@ class TextRecorder : public QPaintDevice {
     explicit TextRecorder(const QSize& size) : size_(size) {}
     QPaintEngine* paintEngine() const override { return &engine_; }
     const QVector<Text>& texts() const { return engine_.texts; }
+    bool has(const QString& text) const {
+        return std::any_of(texts().begin(), texts().end(),
+                           [&text](const Text& one) { return one.text == text; });
+    }
 
  protected:
     int metric(PaintDeviceMetric metric) const override {

@@ -3,6 +3,8 @@
 #include <QScrollBar>
 
 #include "link/command_code.h"
+#include "screens/recognize/meal_count_form.h"
+#include "screens/recognize/operation_settings_form.h"
 #include "tools/gallery/stage.h"
 #include "ui/combo.h"
 #include "ui/dialog_form.h"
@@ -56,37 +58,40 @@ void keypad(Stage& stage, InputField::Characters characters, const char* keys,
         stage.touch(QStringLiteral("key_") + name);
 }
 
-void comboList(Stage& stage, int items) {
+/// A combo with more choices than its list shows at once.
+void longComboList(Stage& stage) {
     auto* row = stage.add<ListRow>(QRect(16, 88, 448, 76));
     row->setTextKey(QStringLiteral("Button_AlarmSound"));
     auto* combo = new Combo(row);
     combo->setObjectName(QStringLiteral("soundCombo"));
     combo->setTitleKey(QStringLiteral("Button_AlarmSound"));
     QStringList keys;
-    for (int i = 0; i < items; ++i)
+    for (int i = 0; i < 20; ++i)
         keys.append(QStringLiteral("Button_RecogFailSound"));
     combo->setItemKeys(keys);
-    combo->setCurrentIndex(1);
+    combo->setCurrentIndex(12);
     stage.showAdded();
     stage.touch(combo->objectName());
 }
 
-void touches(Stage& stage, const char* names) {
-    const QStringList list = QString::fromUtf8(names).split(QLatin1Char(' '));
-    for (const QString& name : list)
-        stage.touch(name);
-}
-
-void scrollToEnd(Stage& stage) {
-    QScrollBar* bar =
-        stage.window().getActivateWindowForm()->findChild<ScrollList*>()->verticalScrollBar();
+void listEnd(Stage& stage) {
+    QScrollBar* bar = stage.active<QWidget>()->findChild<ScrollList*>()->verticalScrollBar();
     bar->setValue(bar->maximum());
 }
 
-void lockedPassword(Stage& stage) {
-    const auto* field = stage.window().getActivateWindowForm()->findChild<InputField*>();
-    while (field->isEnabled())
-        touches(stage, "key_1 forwardButton");
+void mealCounts(Stage& stage) {
+    StatusReport report{};
+    report.meals = {128, 64, 7, 0};
+    stage.receive(command::SystemStatus, 0,
+                  QByteArray(reinterpret_cast<const char*>(&report), sizeof report));
+    MealCountForm::open(stage.active<QWidget>());
+}
+
+void wrongPassword(Stage& stage, int times) {
+    for (int i = 0; i < times; ++i) {
+        stage.touch(QStringLiteral("key_1"));
+        stage.touch(QStringLiteral("forwardButton"));
+    }
 }
 
 struct NamedState {
@@ -126,26 +131,23 @@ constexpr NamedState kStates[] = {
      [](Stage& stage) { stage.receive(command::UserDeleteResult, 0); }},
     {"userMenuWindow", "not-deleted",
      [](Stage& stage) { stage.receive(command::UserDeleteResult, 1); }},
+    {"liveWindow", "meal-counts", mealCounts},
     {"tcpIpWindow", "keypad-address",
      [](Stage& stage) { keypad(stage, InputField::Address, "1 9 2 ."); }},
-    {"enviSound_Alarm", "combo-list", [](Stage& stage) { comboList(stage, 4); }},
-    {"enviSound_Alarm", "combo-long-list", [](Stage& stage) { comboList(stage, 20); }},
-    {"workMenuWindow", "end", scrollToEnd},
-    {"workMenuWindow", "manual",
-     [](Stage& stage) {
-         touches(stage, "modeCombo item1");
-         scrollToEnd(stage);
-     }},
-    {"workMenuWindow", "modes", [](Stage& stage) { touches(stage, "modeCombo"); }},
-    {"workMenuWindow", "keypad-time",
-     [](Stage& stage) { touches(stage, "weekdayOutTime key_0 key_8 key_3 key_0"); }},
-    {"workMenuWindow", "half-a-time",
-     [](Stage& stage) { touches(stage, "weekdayOutTime key_0 forwardButton"); }},
-    {"workMenuWindow", "saving", [](Stage& stage) { touches(stage, "forwardButton"); }},
+    {"enviSound_Alarm", "long-list", longComboList},
+    {"workMenuWindow", "end", listEnd},
+    {"workMenuWindow", "mode-list", [](Stage& stage) { stage.touch(QStringLiteral("modeCombo")); }},
+    {"workMenuWindow", "keypad",
+     [](Stage& stage) { stage.touch(QStringLiteral("weekdayInTime")); }},
+    {"workMenuWindow", "keypad-low-field",
+     [](Stage& stage) { stage.touch(QStringLiteral("saturdayOutTime")); }},
+    {"workMenuWindow", "error",
+     [](Stage& stage) { stage.active<OperationSettingsForm>()->ShowPopup(10, 0); }},
     {"workMenuWindow", "saved",
-     [](Stage& stage) { stage.receive(command::OperationSettingsSaved); }},
-    {"foodMenuWindow", "end", scrollToEnd},
-    {"foodMenuWindow", "overlap", [](Stage& stage) { touches(stage, "forwardButton"); }},
+     [](Stage& stage) { stage.active<OperationSettingsForm>()->ShowPopup(7, 0); }},
+    {"foodMenuWindow", "end", listEnd},
+    {"foodMenuWindow", "duplicate-use-list",
+     [](Stage& stage) { stage.touch(QStringLiteral("duplicateUseCombo")); }},
     {"userSearch_idWindow", "keypad-digits",
      [](Stage& stage) { keypad(stage, InputField::Digits, "", "010"); }},
     {"userSearch_InfoWindow", "keypad-first-page",
@@ -162,9 +164,9 @@ constexpr NamedState kStates[] = {
      [](Stage& stage) { keypad(stage, InputField::Latin, "symbols"); }},
     {"userSearch_InfoWindow", "keypad-more-symbols",
      [](Stage& stage) { keypad(stage, InputField::Latin, "symbols shift"); }},
-    {"InputAdminPassword", "wrong",
-     [](Stage& stage) { touches(stage, "key_1 key_2 forwardButton key_3"); }},
-    {"InputAdminPassword", "locked", lockedPassword},
+    {"InputAdminPassword", "wrong", [](Stage& stage) { wrongPassword(stage, 1); }},
+    // Two more, and the entry stays locked.
+    {"InputAdminPassword", "locked", [](Stage& stage) { wrongPassword(stage, 2); }},
 };
 
 }  // namespace

@@ -6,9 +6,11 @@
 #include "app/message_dispatch.h"
 #include "base/clock.h"
 #include "link/command_code.h"
+#include "link/device_message.h"
 #include "sim/controller/device.h"
 #include "ui/dialog_overlay.h"
 #include "ui/scripted.h"
+#include "ui/scroll_list.h"
 #include "ui/spinner.h"
 #include "ui/widget_button.h"
 
@@ -34,6 +36,7 @@ void settle() {
 Stage::Stage() : settings_(factorySettings()) {
     settings_.screen.menuTimeout = kNever;
     settings_.screen.sleepMode = 0;
+    setFieldText(settings_.setup.adminPassword, QStringLiteral("0000"));
     // Holding the port keeps the terminal from reaching a controller that is none of ours.
     controller_.listen(QHostAddress::LocalHost);
     qputenv("ZEL_LINK_PORT", QByteArray::number(controller_.serverPort()));
@@ -121,6 +124,10 @@ void Stage::touch(const QString& name) {
     for (WidgetButton* button : buttons) {
         if (!button->isVisible())
             continue;
+        for (QWidget* up = button; up != nullptr; up = up->parentWidget()) {
+            if (auto* list = qobject_cast<ScrollList*>(up))
+                list->reveal(button);
+        }
         const QPointF finger = button->rect().center();
         for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
             QMouseEvent event(type, finger, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);

@@ -40,6 +40,11 @@ class Stage {
     void receive(unsigned short code, unsigned char p1 = 0, const QByteArray& payload = {});
     /// The text of @p key in the language in force.
     ScriptHandler::Script script(const char* key) const;
+    /// The screen that is open.
+    template <class Screen>
+    Screen* active() const {
+        return static_cast<Screen*>(window_->getActivateWindowForm());
+    }
     /// Puts a widget on the active screen, or a dialog in front of it, until open() is called.
     template <class Widget>
     Widget* add(const QRect& place = {}) {
@@ -51,7 +56,7 @@ class Stage {
     }
     /// Gives the screen's widgets their texts and shows what was added.
     void showAdded();
-    /// Touches the button @p name.
+    /// Touches the button @p name, after scrolling to it.
     void touch(const QString& name);
 
  private:

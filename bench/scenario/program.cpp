@@ -1,0 +1,74 @@
+#include "bench/scenario/program.h"
+
+#include <time.h>
+
+#include <QDeadlineTimer>
+#include <QFile>
+
+namespace {
+
+constexpr int kPatience = 10000;  // milliseconds
+
+qint64 nanoseconds(clockid_t clock) {
+    timespec now{};
+    ::clock_gettime(clock, &now);
+    return now.tv_sec * 1000000000LL + now.tv_nsec;
+}
+
+}  // namespace
+
+Program::Program(const char* name, const QStringList& arguments) {
+    process_.setStandardInputFile(QProcess::nullDevice());
+    process_.setStandardErrorFile(QProcess::nullDevice());
+    started_ = nanoseconds(CLOCK_MONOTONIC);
+    process_.start(QStringLiteral(ZEL_BINARY_DIR "/bin/") + QLatin1String(name), arguments);
+    process_.waitForStarted();
+}
+
+Program::~Program() {
+    process_.terminate();
+    if (!process_.waitForFinished(kPatience))
+        process_.kill();
+}
+
+double Program::firstFrame() {
+    const QByteArray mark = "first frame ";
+    const QDeadlineTimer deadline(kPatience);
+    while (!deadline.hasExpired()) {
+        while (process_.canReadLine()) {
+            const QByteArray line = process_.readLine().trimmed();
+            if (line.startsWith(mark))
+                return static_cast<double>(line.mid(mark.size()).toLongLong() - started_) / 1e6;
+        }
+        if (!process_.waitForReadyRead(static_cast<int>(deadline.remainingTime())))
+            break;
+    }
+    return -1;
+}
+
+bool Program::runFor(int milliseconds) {
+    return !process_.waitForFinished(milliseconds) && process_.state() == QProcess::Running;
+}
+
+double Program::residentMemory() const {
+    return ::residentMemory(QString::number(process_.processId()));
+}
+
+double Program::cpuTime() const {
+    clockid_t clock{};
+    if (::clock_getcpuclockid(static_cast<pid_t>(process_.processId()), &clock) != 0)
+        return -1;
+    return static_cast<double>(nanoseconds(clock)) / 1e9;
+}
+
+double residentMemory(const QString& pid) {
+    QFile status(QStringLiteral("/proc/%1/status").arg(pid));
+    if (!status.open(QIODevice::ReadOnly))
+        return -1;
+    const QByteArray field = "VmRSS:";
+    for (QByteArray line = status.readLine(); !line.isEmpty(); line = status.readLine()) {
+        if (line.startsWith(field))
+            return line.mid(field.size()).trimmed().split(' ').first().toDouble() / 1024;
+    }
+    return -1;
+}

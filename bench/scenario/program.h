@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+
+/// A program of this build, running from construction to destruction with the environment of this
+/// process.
+class Program {
+ public:
+    Program(const char* name, const QStringList& arguments);
+    ~Program();
+
+    /// Milliseconds from the start to the first painted frame, or -1 when there was none within ten
+    /// seconds. Only for programs that first_frame.cpp is linked into.
+    double firstFrame();
+    /// Lets the program run for @p milliseconds; false when it has ended meanwhile.
+    bool runFor(int milliseconds);
+    /// Resident memory in MB, -1 when the program has ended.
+    double residentMemory() const;
+    /// CPU time of all its threads so far, in seconds; -1 when the program has ended.
+    double cpuTime() const;
+
+ private:
+    QProcess process_;
+    qint64 started_ = 0;  // CLOCK_MONOTONIC, nanoseconds
+};
+
+/// Resident memory in MB of the process @p pid ("self" for this one), -1 when there is none.
+double residentMemory(const QString& pid);

@@ -1,0 +1,13 @@
+#pragma once
+
+/// What is measured on whole programs rather than on single functions. Each prints its figures and
+/// returns whether all that it needs was there; whether a figure is good is for the reader to
+/// judge.
+
+/// Start to first painted frame, and resident memory, of the terminal and of a blank window.
+bool measureStart();
+/// What the standby screen costs while nothing happens, for a minute.
+bool measureIdle();
+/// Screen changes in this process: their time, and what 10,000 of them leave behind. Needs a
+/// QApplication.
+bool measureScreens();

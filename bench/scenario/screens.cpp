@@ -1,0 +1,216 @@
+#include <malloc.h>
+
+#include <QElapsedTimer>
+#include <QtTest>
+#include <algorithm>
+#include <cstdio>
+#include <vector>
+
+#include "app/main_window.h"
+#include "app/window_form.h"
+#include "bench/scenario/figures.h"
+#include "bench/scenario/program.h"
+#include "bench/scenario/scenarios.h"
+#include "link/command_code.h"
+#include "link/device_records.h"
+#include "sim/controller/device.h"
+#include "ui/top_bar.h"
+#include "ui/widget_button.h"
+
+namespace {
+
+constexpr int kRuns = 51;  // of each touch
+constexpr int kChanges = 10000;
+/// Until every cache holds what it is going to hold.
+constexpr int kWarmUpRounds = 20;
+/// An index of the menu time-outs: never.
+constexpr int kNever = 3;
+
+/// Tells whether a screen has been painted.
+class PaintWatch : public QObject {
+ public:
+    explicit PaintWatch(const QWidget* screen) : screen_(screen) { qApp->installEventFilter(this); }
+    /// Runs the event loop until the frame is complete.
+    void wait() const {
+        while (!painted_)
+            QCoreApplication::processEvents();
+    }
+
+ protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        // Where widgets cover a screen altogether, nothing of its own is painted.
+        if (event->type() == QEvent::Paint && !painted_) {
+            const auto* widget = qobject_cast<QWidget*>(watched);
+            painted_ = widget == screen_ || screen_->isAncestorOf(widget);
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+ private:
+    const QWidget* const screen_;
+    bool painted_ = false;
+};
+
+double milliseconds(const QElapsedTimer& timer) {
+    return static_cast<double>(timer.nsecsElapsed()) / 1e6;
+}
+
+/// Brings the screen @p title up, painted.
+void open(MainWindow& window, const QString& title) {
+    WindowForm* const screen = window.getWindow(title);
+    if (window.getActivateWindowForm() == screen)
+        return;
+    const PaintWatch watch(screen);
+    if (window.changeWindow(title) == 0)
+        watch.wait();
+    QCoreApplication::processEvents();
+}
+
+/// The first time that a screen is shown, its form is built.
+void measureFirstShowings(MainWindow& window) {
+    std::vector<double> times;
+    for (const WindowForm* screen : window.windowList()) {
+        if (screen->isFormBuilt())
+            continue;
+        QElapsedTimer timer;
+        timer.start();
+        open(window, screen->getTitle());
+        times.push_back(milliseconds(timer));
+    }
+    Figures::title("First showing of a screen, with its form built on the way");
+    Figures::row("screens", static_cast<double>(times.size()), "");
+    Figures::row("median", Figures::median(times), "ms");
+    Figures::row("longest", *std::max_element(times.begin(), times.end()), "ms");
+}
+
+/// A touchable place that leads from one screen to another.
+struct Way {
+    QString from;
+    QString to;
+    QPoint place;
+};
+
+/// The ways that the rows, tiles and title bars of all screens offer.
+std::vector<Way> findWays(MainWindow& window) {
+    std::vector<Way> ways;
+    for (WindowForm* screen : window.windowList()) {
+        open(window, screen->getTitle());
+        if (window.getActivateWindowForm() != screen)
+            continue;
+        const auto add = [&](const QWidget* button, const QString& target) {
+            if (button->isVisible() && button->isEnabled() && window.getWindow(target) != nullptr)
+                ways.push_back(
+                    {screen->getTitle(), target, button->mapTo(&window, button->rect().center())});
+        };
+        for (const WidgetButton* button : screen->findChildren<WidgetButton*>())
+            add(button, button->property("target").toString());
+    }
+    return ways;
+}
+
+/// Milliseconds from the moment a touch counts, when the finger is lifted, until the screen that it
+/// leads to has been painted; -1 when it leads elsewhere.
+double touch(MainWindow& window, const Way& way) {
+    QTest::mousePress(window.windowHandle(), Qt::LeftButton, Qt::NoModifier, way.place);
+    QCoreApplication::processEvents();
+    const PaintWatch watch(window.getWindow(way.to));
+    QElapsedTimer timer;
+    timer.start();
+    QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, Qt::NoModifier, way.place);
+    if (window.getActivateWindowForm()->getTitle() != way.to)
+        return -1;
+    watch.wait();
+    return milliseconds(timer);
+}
+
+/// Milliseconds that the whole of @p screen takes to be painted, without anything else.
+double repaint(QWidget* screen) {
+    // A screen's update takes in all its widgets but those that hide what is behind them.
+    QList<QWidget*> widgets{screen};
+    for (QWidget* widget : screen->findChildren<QWidget*>()) {
+        if (widget->autoFillBackground() || widget->testAttribute(Qt::WA_OpaquePaintEvent))
+            widgets.append(widget);
+    }
+    const PaintWatch watch(screen);
+    QElapsedTimer timer;
+    timer.start();
+    for (QWidget* widget : qAsConst(widgets))
+        widget->update();
+    watch.wait();
+    return milliseconds(timer);
+}
+
+void measureWays(MainWindow& window) {
+    std::vector<double> changes;
+    std::vector<double> paints;
+    std::vector<double> ratios;
+    QString worst;
+    double worstRatio = 0;
+    for (const Way& way : findWays(window)) {
+        std::vector<double> change;
+        std::vector<double> paint;
+        for (int run = 0; run < kRuns; ++run) {
+            open(window, way.from);
+            change.push_back(touch(window, way));
+            if (change.back() < 0)
+                break;
+            paint.push_back(repaint(window.getActivateWindowForm()));
+        }
+        if (paint.empty())
+            continue;
+        const double ratio = Figures::median(change) / Figures::median(paint);
+        changes.push_back(Figures::median(change));
+        paints.push_back(Figures::median(paint));
+        ratios.push_back(ratio);
+        if (ratio > worstRatio) {
+            worstRatio = ratio;
+            worst = way.from + QStringLiteral(" to ") + way.to;
+        }
+    }
+    Figures::title("Screen change, from touch to painted");
+    Figures::row("ways from screen to screen", static_cast<double>(ratios.size()), "");
+    Figures::row("change, median", Figures::median(changes), "ms");
+    Figures::row("painting the screen alone, median", Figures::median(paints), "ms");
+    Figures::row("ratio, median", Figures::median(ratios), "", "wanted: at most 2");
+    Figures::row(qUtf8Printable(QStringLiteral("ratio, ") + worst), worstRatio, "",
+                 "wanted: at most 2");
+}
+
+double allocated() {
+    const struct mallinfo2 info = ::mallinfo2();
+    return static_cast<double>(info.uordblks + info.hblkhd);
+}
+
+void measureGrowth(MainWindow& window) {
+    const QList<WindowForm*>& screens = window.windowList();
+    const auto change = [&](int number) {
+        open(window, screens.at(number % screens.size())->getTitle());
+    };
+    for (int number = 0; number < kWarmUpRounds * screens.size(); ++number)
+        change(number);
+    const double memoryBefore = residentMemory(QStringLiteral("self"));
+    const double before = allocated();
+    for (int number = 0; number < kChanges; ++number)
+        change(number);
+    const double after = allocated();
+    Figures::title("10,000 screen changes over all screens");
+    Figures::row("growth of what is allocated", after - before, "bytes", "wanted: none");
+    Figures::row("growth of resident memory", residentMemory(QStringLiteral("self")) - memoryBefore,
+                 "MB");
+}
+
+}  // namespace
+
+bool measureScreens() {
+    MainWindow window;
+    _gui_menu_ settings = factorySettings();
+    settings.screen.menuTimeout = kNever;
+    window.sendTestPacket(command::Settings, sizeof settings,
+                          reinterpret_cast<const char*>(&settings));
+    window.show();
+    QCoreApplication::processEvents();
+    measureFirstShowings(window);
+    measureWays(window);
+    measureGrowth(window);
+    return true;
+}

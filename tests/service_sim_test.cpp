@@ -1,0 +1,217 @@
+#include <QElapsedTimer>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QtTest>
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+#include "sim/service/call_text.h"
+#include "sim/service/service_sim.h"
+
+namespace {
+
+/// The terminal's side of a call, byte by byte in the test's hand.
+class Client {
+ public:
+    explicit Client(const ServiceSim& service) {
+        socket.connectToHost(QHostAddress(QHostAddress::LocalHost), service.port());
+    }
+    void send(const QByteArray& bytes) { socket.write(bytes); }
+    const QByteArray& received() { return received_ += socket.readAll(); }
+    bool closed() const { return socket.state() == QAbstractSocket::UnconnectedState; }
+
+    QTcpSocket socket;
+
+ private:
+    QByteArray received_;
+};
+
+QByteArray call(const QByteArray& name, const QByteArray& body, const QByteArray& token = {}) {
+    return "POST /cloud-service/rest-api/" + name + ".do HTTP/1.1\r\nACCESS_TOKEN: " + token +
+           "\r\ncontent-length: " + QByteArray::number(body.size()) + "\r\n\r\n" + body;
+}
+
+QJsonObject bodyOf(const QByteArray& answer) {
+    return QJsonDocument::fromJson(answer.mid(answer.indexOf("\r\n\r\n") + 4)).object();
+}
+
+}  // namespace
+
+class ServiceSimTest : public QObject {
+    Q_OBJECT
+
+ private:
+    std::unique_ptr<ServiceSim> service_;
+
+    QString word(const char* line) { return service_->execute(QString::fromUtf8(line)); }
+    /// The answer's body to a call on a connection of its own.
+    QJsonObject answerTo(const QByteArray& bytes) {
+        Client client(*service_);
+        client.send(bytes);
+        // An answer ends with the brace of its object.
+        const auto ended = [&] { return client.received().endsWith("}\n") || client.closed(); };
+        return QTest::qWaitFor(ended) ? bodyOf(client.received()) : QJsonObject();
+    }
+    QString codeOf(const QByteArray& bytes) {
+        return answerTo(bytes).value(QStringLiteral("resultCode")).toString();
+    }
+
+ private slots:
+    void init() {
+        service_ = std::make_unique<ServiceSim>(0, 0, TerminalAddress{QStringLiteral("::1"), 1});
+        QVERIFY(service_->listening());
+    }
+
+    void onlyTheRegisteredAreServed() {
+        QSignalSpy called(service_.get(), &ServiceSim::called);
+        const QJsonObject answer = answerTo(call("connect", R"({"access_token":"{x}"})"));
+        QCOMPARE(answer.value(QStringLiteral("resultCode")).toString(), QStringLiteral("1000"));
+        QVERIFY(QDateTime::fromString(answer.value(QStringLiteral("system_time")).toString(),
+                                      QStringLiteral("yyyy-MM-dd hh:mm:ss"))
+                    .isValid());
+        const QByteArray token = answer.value(QStringLiteral("access_token")).toString().toUtf8();
+        QCOMPARE(codeOf(call("connection-check", R"({"deviceInfo":{}})", token)),
+                 QStringLiteral("1000"));
+        QCOMPARE(codeOf(call("connection-check", R"({"deviceInfo":{}})", "other")),
+                 QStringLiteral("9999"));
+        QCOMPARE(codeOf(call("user-enroll", R"({"inoutInfo":{}})", token)), QStringLiteral("9999"));
+        QCOMPARE(codeOf(call("visitor-call", "[", token)), QStringLiteral("9999"));
+        QCOMPARE(called.count(), 5);
+        QCOMPARE(called[3][0].toString(), QStringLiteral("user-enroll"));
+    }
+
+    void requestsComeInAnyPieces() {
+        const QByteArray request = call("connect", R"({"access_token":"{x}"})");
+        Client client(*service_);
+        client.send(request + request + request.left(30));
+        QTRY_COMPARE(client.received().count("200 OK"), 2);
+        for (const char byte : request.mid(30)) {
+            client.send(QByteArray(1, byte));
+            client.socket.flush();
+        }
+        QTRY_COMPARE(client.received().count("200 OK"), 3);
+        QVERIFY(!client.closed());
+        client.send("GET /nothing HTTP/1.0\r\n\r\n");
+        QTRY_VERIFY(client.closed());
+        QVERIFY(client.received().contains("404"));
+    }
+
+    void misbehavesAsTold_data() {
+        QTest::addColumn<QByteArray>("word");
+        QTest::addColumn<QByteArray>("begin");
+        QTest::addColumn<bool>("closed");
+        QTest::newRow("answer") << QByteArray("answer 2003") << QByteArray("HTTP/1.1 200") << false;
+        QTest::newRow("refuse") << QByteArray("refuse") << QByteArray("HTTP/1.1 503") << false;
+        QTest::newRow("garbage") << QByteArray("garbage") << QByteArray("\0\xFF", 2) << true;
+        QTest::newRow("hang") << QByteArray("hang") << QByteArray() << false;
+        QTest::newRow("away") << QByteArray("away") << QByteArray() << true;
+    }
+    void misbehavesAsTold() {
+        QFETCH(QByteArray, word);
+        QFETCH(QByteArray, begin);
+        QFETCH(bool, closed);
+        const QByteArray request = call("connect", R"({"access_token":"{x}"})");
+        Client client(*service_);
+        QVERIFY(client.socket.waitForConnected());
+        client.send(request.left(50));
+        QCoreApplication::processEvents();
+        QCOMPARE(service_->execute(QString::fromUtf8(word)), QStringLiteral("ok"));
+        QSignalSpy called(service_.get(), &ServiceSim::called);
+        client.send(request.mid(50));
+        QTRY_COMPARE(called.count(), word == "away" ? 0 : 1);
+        QTRY_VERIFY(client.received().startsWith(begin));
+        QTRY_COMPARE(client.closed(), closed);
+        if (begin.isEmpty())
+            QVERIFY(client.received().isEmpty());
+        if (word.endsWith("2003"))
+            QCOMPARE(codeOf(request), QStringLiteral("2003"));
+        QCOMPARE(this->word("normal"), QStringLiteral("ok"));
+        QCOMPARE(codeOf(request), QStringLiteral("1000"));
+    }
+
+    void garbageIsHarmless() {
+        std::vector<std::unique_ptr<Client>> clients;
+        QByteArray noise;
+        for (int i = 0; i < 200000; ++i)
+            noise.append(static_cast<char>((i * 7919) >> 3));
+        const QByteArray head = "POST /cloud-service/rest-api/connect.do HTTP/1.1\r\n";
+        const QByteArray broken[] = {
+            noise,
+            QByteArray(20000, 'x'),
+            "\r\n\r\n",
+            "GET\r\n\r\n",
+            "GET / HTTP/1.1\r\nno colon\r\n\r\n",
+            head + "Content-Length: -1\r\n\r\n",
+            head + "Content-Length: 99999999999999999999\r\n\r\n",
+            head + "Content-Length: 9000000\r\n\r\n",
+            head + "Transfer-Encoding: chunked\r\n\r\n1\r\n{\r\n",
+        };
+        for (const QByteArray& bytes : broken) {
+            Client client(*service_);
+            client.send(bytes);
+            QTRY_VERIFY2(client.closed(), bytes.left(60).constData());
+        }
+        {
+            Client half(*service_);
+            half.send(head + "Content-Length: 500000\r\n\r\n{");
+            QTRY_COMPARE(half.socket.bytesToWrite(), qint64(0));
+        }
+        constexpr int kTooMany = 10;
+        // More connections than there is room for; when they are gone there is room again.
+        for (int i = 0; i < HttpServer::kMaxConnections + kTooMany; ++i)
+            clients.push_back(std::make_unique<Client>(*service_));
+        QTRY_COMPARE(std::count_if(clients.begin(), clients.end(),
+                                   [](const auto& client) { return client->closed(); }),
+                     kTooMany);
+        clients.clear();
+        QTRY_COMPARE(codeOf(call("connect", R"({"access_token":"{x}"})")), QStringLiteral("1000"));
+        // Deep enough to exhaust a recursion that nothing bounds.
+        QCOMPARE(codeOf(call("connect", QByteArray(1000000, '['))), QStringLiteral("9999"));
+    }
+
+    void firmwareComesAsFastAsTold() {
+        Client client(*service_);
+        QCOMPARE(word("slow 200000"), QStringLiteral("ok"));
+        QElapsedTimer time;
+        time.start();
+        client.send("GET /fw/zel01.tar.bz2 HTTP/1.1\r\nConnection: close\r\n\r\n");
+        QTRY_VERIFY(client.received().size() > 50000);
+        QVERIFY(time.elapsed() >= 200);
+        QVERIFY(!client.received().endsWith(ServiceCalls::firmware().right(100)));
+        QCOMPARE(word("slow 0"), QStringLiteral("ok"));
+        QTRY_VERIFY(client.closed());
+        QVERIFY(client.received().startsWith("HTTP/1.1 200"));
+        QVERIFY(client.received().endsWith("\r\n\r\n" + ServiceCalls::firmware()));
+    }
+
+    void wordsThatCannotBeDone() {
+        for (const char* line :
+             {"nonsense", "answer", "answer 99999", "answer +100", "slow", "slow -1", "slow x"})
+            QVERIFY2(word(line).startsWith(QLatin1String("error ")), line);
+        // There is no terminal here.
+        for (const char* line : {"door", "add 123456 x", "set", "post"})
+            QVERIFY2(word(line).startsWith(QLatin1String("error no terminal")), line);
+
+        word("away");
+        QTcpServer squatter;
+        QVERIFY(squatter.listen(QHostAddress::LocalHost, service_->port()));
+        QVERIFY(word("back").startsWith(QLatin1String("error ")));
+    }
+
+    void whatIsPrintedIsShortAndPlain() {
+        const QByteArray picture = QByteArray(30000, 'x').toBase64();
+        const QString text = call_text::shortBody("{\"info\":{\"visImg\":\"" + picture +
+                                                  "\",\"infImg\":\"\",\"name\":\"a\u009b31m\"," +
+                                                  "\"list\":[\"" + QByteArray(500, 'y') + "\"]}}");
+        QVERIFY2(text.contains(QLatin1String("30000 bytes")), qPrintable(text));
+        QVERIFY(text.contains(QLatin1String("a.31m")) && text.contains(QLatin1String("(500 ")));
+        QVERIFY(text.size() < 300);
+        QCOMPARE(call_text::shortBody("no\x1b[2Jjson\n"), QStringLiteral("no.[2Jjson."));
+    }
+};
+
+QTEST_GUILESS_MAIN(ServiceSimTest)
+#include "service_sim_test.moc"
