@@ -57,6 +57,7 @@ void RecognizeWindow::createForm() {
     ui_ = std::make_unique<Ui::RecognizeWindow>();
     ui_->setupUi(this);
     ui_->band->setAutoFillBackground(true);
+    ui_->bandIcon->setPixmap(Pictures::icon(QStringLiteral("band_ok.png")));
     connect(ui_->inOutButtons, &InOutButtonForm::inTouched, this, &RecognizeWindow::inButtonTouch);
     connect(ui_->inOutButtons, &InOutButtonForm::outTouched, this,
             &RecognizeWindow::outButtonTouch);

@@ -3,6 +3,7 @@
 #include <QScrollBar>
 
 #include "link/command_code.h"
+#include "link/device_records.h"
 #include "screens/recognize/operation_settings_form.h"
 #include "tools/gallery/door_states.h"
 #include "tools/gallery/stage.h"
@@ -118,7 +119,10 @@ constexpr NamedState kStates[] = {
     {"stayWindow", "faults", [](Stage& stage) { faults(stage, 0x54); }},
     {"stayWindow", "receiving-settings", [](Stage& stage) { stage.window().ShowPopup(1, 5); }},
     {"stayWindow", "network-failed", [](Stage& stage) { stage.window().ShowPopup(2, 5); }},
-    {"stayWindow", "access-event", [](Stage& stage) { stage.receive(command::AccessEvent); }},
+    {"stayWindow", "access-event",
+     [](Stage& stage) {
+         stage.receive(command::AccessEvent, 0, QByteArray(sizeof(GUI_LOGDATA), '\0'));
+     }},
     {"stayWindow", "logs-full", [](Stage& stage) { stage.receive(command::LogStoreReport, 1); }},
     {"stayWindow", "logs-deleted", [](Stage& stage) { stage.receive(command::LogStoreReport, 0); }},
     {"stayWindow", "firmware-updated",
