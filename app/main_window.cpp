@@ -139,6 +139,8 @@ void MainWindow::createDialogs() {
     popups_ = new ReportPopups([this](const QString& key) { return getScript(key); }, this);
     connect(this, &MainWindow::signal_changeWindow, popups_, &ReportPopups::windowChanged);
     connect(status_, &SystemStatus::faultsChanged, popups_, &ReportPopups::showFaults);
+    connect(popups_, &ReportPopups::screenWanted, this,
+            [this](const QString& title) { changeWindow(title); });
     connect(popups_, &ReportPopups::errorShown, this, [this] { PlaySound(kErrorSound); });
     connect(popups_, &ReportPopups::deleteLogsWanted, this, &MainWindow::deleteWarnMaxLog);
 }
@@ -389,9 +391,7 @@ void MainWindow::ClosePopup() {
 }
 
 void MainWindow::ShowCommandPopup(int command, int p1, int, const char*) {
-    const QString screen = popups_->show(command, p1);
-    if (!screen.isEmpty())
-        changeWindow(screen);
+    popups_->show(command, p1);
 }
 
 DialogForm* MainWindow::getPopupForm() const {

@@ -81,10 +81,13 @@ void ReportPopups::windowChanged() {
     popup_->windowChanged();
 }
 
-QString ReportPopups::show(int command, int p1) {
+void ReportPopups::show(int command, int p1) {
     const Report* report = find(command, p1);
     if (report == nullptr)
-        return {};
+        return;
+    // First, for the change takes the popup of the old screen away.
+    if (report->screen != nullptr)
+        emit screenWanted(QLatin1String(report->screen));
     switch (report->kind) {
         case Kind::Result:
             present(popup_, QLatin1String(report->key), report->isError);
@@ -100,7 +103,6 @@ QString ReportPopups::show(int command, int p1) {
             present(logFull_, QLatin1String(report->key), report->isError);
             break;
     }
-    return QLatin1String(report->screen);
 }
 
 void ReportPopups::showNotice(const QString& key) {

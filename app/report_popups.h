@@ -21,9 +21,9 @@ class ReportPopups : public QObject {
     /// The popup dialog that screens share. It goes away with its screen.
     DialogForm* popupForm() const { return popup_; }
 
-    /// Shows what there is to say of @p command with the first parameter @p p1. Returns the screen
-    /// to change to for it, empty for none.
-    QString show(int command, int p1);
+    /// Shows what there is to say of @p command with the first parameter @p p1, on the screen that
+    /// it belongs to.
+    void show(int command, int p1);
     /// Shows the text of @p key for some seconds, whatever screen comes up meanwhile.
     void showNotice(const QString& key);
     /// Shows the faults of @p keys; takes them back when @p anyFault is not set.
@@ -33,6 +33,8 @@ class ReportPopups : public QObject {
     void windowChanged();
 
  signals:
+    /// A popup is about to come up that belongs to the screen @p title.
+    void screenWanted(const QString& title);
     /// A popup that tells of an error has come up.
     void errorShown();
     /// The user agrees that old logs are deleted.
