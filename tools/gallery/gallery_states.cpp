@@ -21,9 +21,13 @@ void restartAfterUpgrade(Stage& stage, const char* marker) {
     stage.restart();
 }
 
+template <class Record>
+void receive(Stage& stage, unsigned short code, const Record& record) {
+    stage.receive(code, 0, QByteArray(reinterpret_cast<const char*>(&record), sizeof record));
+}
+
 void faults(Stage& stage, quint32 word) {
-    stage.receive(command::SelfCheck, 0,
-                  QByteArray(reinterpret_cast<const char*>(&word), sizeof word));
+    receive(stage, command::SelfCheck, word);
     stage.window().dev_selfChkrResult();
 }
 
@@ -120,13 +124,9 @@ constexpr NamedState kStates[] = {
     {"stayWindow", "receiving-settings", [](Stage& stage) { stage.window().ShowPopup(1, 5); }},
     {"stayWindow", "network-failed", [](Stage& stage) { stage.window().ShowPopup(2, 5); }},
     {"stayWindow", "access-event",
-     [](Stage& stage) {
-         stage.receive(command::AccessEvent, 0, QByteArray(sizeof(GUI_LOGDATA), '\0'));
-     }},
+     [](Stage& stage) { receive(stage, command::AccessEvent, GUI_LOGDATA{}); }},
     {"stayWindow", "logs-full", [](Stage& stage) { stage.receive(command::LogStoreReport, 1); }},
     {"stayWindow", "logs-deleted", [](Stage& stage) { stage.receive(command::LogStoreReport, 0); }},
-    {"stayWindow", "firmware-updated",
-     [](Stage& stage) { stage.receive(command::FirmwareUpdateAnswer, 0); }},
     {"stayWindow", "firmware-failed",
      [](Stage& stage) { stage.receive(command::FirmwareUpdateAnswer, 1); }},
     {"stayWindow", "chosen-picture", chosenPicture},
@@ -246,6 +246,8 @@ constexpr NamedState kStates[] = {
      [](Stage& stage) { keypad(stage, InputField::Latin, "symbols"); }},
     {"userSearch_InfoWindow", "keypad-more-symbols",
      [](Stage& stage) { keypad(stage, InputField::Latin, "symbols shift"); }},
+    {"upgradingWindow", "updated",
+     [](Stage& stage) { stage.receive(command::FirmwareUpdateAnswer, 0); }},
     {"InputAdminPassword", "wrong", [](Stage& stage) { wrongPassword(stage, 1); }},
     // Two more, and the entry stays locked.
     {"InputAdminPassword", "locked", [](Stage& stage) { wrongPassword(stage, 2); }},
