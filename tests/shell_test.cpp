@@ -1,0 +1,468 @@
+#include <QFileInfo>
+#include <QSignalSpy>
+#include <QWindow>
+#include <QtTest>
+#include <memory>
+
+#include "app/management_link.h"
+#include "app/menu_timer.h"
+#include "app/status_popup.h"
+#include "app/system_status.h"
+#include "link/device_link.h"
+#include "tests/cloud_test_support.h"
+#include "tests/support/driven_terminal.h"
+#include "tests/support/text_recorder.h"
+#include "ui/dialog_form.h"
+
+/// The shell around the screens, as a finger on the panel, the controller and the management
+/// service see it.
+class ShellTest : public QObject {
+    Q_OBJECT
+
+ private slots:
+    void initTestCase() { t = std::make_unique<DrivenTerminal>(); }
+    void init();
+    void cleanupTestCase() { t.reset(); }
+
+    void firstScreen_data();
+    void firstScreen();
+    void upgradeIsToldOnce_data();
+    void upgradeIsToldOnce();
+    void languageOfTheSettings();
+    void languageAtTheUsersWish();
+    void screensChangeOrNot();
+    void menuTimesOut();
+    void everyTouchKeepsTheScreen();
+    void factoryTests();
+    void faultsCome();
+    void reportsComeUp();
+    void statusPopupsClose();
+    void statusChoosesTheMode();
+    void theServiceIsSought();
+    void asksForWhatIsUnsent();
+    void aShortRecordIsIgnored();
+    void theLinkComesBack();
+    void ends_data();
+    void ends();
+
+ private:
+    MainWindow* window() { return t->window.get(); }
+    bool reads(const QString& text) {
+        TextRecorder recorder(window()->size());
+        window()->render(&recorder);
+        return recorder.has(text);
+    }
+
+    std::unique_ptr<DrivenTerminal> t;
+};
+
+void ShellTest::init() {
+    QFile::remove(t->root.path("/mnt/data/rebootchkr"));
+    t->root.write("/mnt/data/rebootchkr", {});
+    for (const char* words :
+         {"settings commissioned 1", "settings setup.language 0", "settings screen.menuTimeout 3",
+          "settings network.useManager 0", "settings setup.operation 1", "status 0", "fault none"})
+        QVERIFY2(t->tell(words), words);
+    QVERIFY(t->start());
+    QVERIFY(t->settle());
+    t->frames.clear();
+}
+
+void ShellTest::firstScreen_data() {
+    QTest::addColumn<bool>("rebooted");
+    QTest::addColumn<int>("commissioned");
+    QTest::addColumn<QString>("last");
+    QTest::newRow("planned restart") << true << 0 << QStringLiteral("stayWindow");
+    QTest::newRow("power-on") << false << 1 << QStringLiteral("stayWindow");
+    QTest::newRow("never set up") << false << 0 << QStringLiteral("setupMenuWindow");
+}
+
+void ShellTest::firstScreen() {
+    QFETCH(bool, rebooted);
+    QFETCH(int, commissioned);
+    if (!rebooted)
+        QVERIFY(QFile::remove(t->root.path("/mnt/data/rebootchkr")));
+    QVERIFY(t->tell(QStringLiteral("settings commissioned %1").arg(commissioned)));
+    QVERIFY(t->start());
+    QCOMPARE(t->title(), rebooted ? QStringLiteral("stayWindow") : QStringLiteral("bootWindow"));
+    QVERIFY(t->settle());
+    t->frames.clear();
+    QTRY_COMPARE(t->title(), QTest::currentDataTag() == QByteArray("planned restart")
+                                 ? QStringLiteral("stayWindow")
+                                 : (commissioned != 0 ? QStringLiteral("stayWindow")
+                                                      : QStringLiteral("setupMenuWindow")));
+    QVERIFY(t->settle());
+    if (!rebooted)
+        QCOMPARE(t->frames.mid(0, 3),
+                 QStringList({QStringLiteral("2011 0 0"), QStringLiteral("2003 1 0"),
+                              QStringLiteral("2010 0 0")}));
+    QVERIFY(!window()->findChild<MenuTimer*>()->isRunning());
+}
+
+void ShellTest::upgradeIsToldOnce_data() {
+    QTest::addColumn<QByteArray>("marker");
+    QTest::addColumn<QByteArray>("key");
+    QTest::newRow("done") << QByteArray("/mnt/data/fw_upgrade_ok")
+                          << QByteArray("Info_UpgradeDone");
+    QTest::newRow("failed") << QByteArray("/mnt/data/fw_upgrade_fail")
+                            << QByteArray("ListItem_FwUpgradeFailed");
+}
+
+void ShellTest::upgradeIsToldOnce() {
+    QFETCH(QByteArray, marker);
+    QFETCH(QByteArray, key);
+    QVERIFY(QFile::remove(t->root.path("/mnt/data/rebootchkr")));
+    t->root.write(marker.constData(), {});
+    for (const bool told : {true, false}) {
+        QVERIFY(t->start());
+        QCOMPARE(t->title(), QStringLiteral("bootWindow"));
+        QCOMPARE(reads(window()->getScript(QLatin1String(key)).script), told);
+        QVERIFY(!QFile::exists(t->root.path(marker.constData())));
+    }
+}
+
+void ShellTest::languageOfTheSettings() {
+    // A screen that is there already takes the new texts when it comes up next.
+    window()->changeWindow(QStringLiteral("enviWindow"));
+    QVERIFY(reads(QStringLiteral("환경 설정")));
+    window()->changeWindow(QStringLiteral("stayWindow"));
+    for (const auto& [number, text] :
+         {std::pair(1, "Environment"), std::pair(2, "環境設定"), std::pair(0, "환경 설정")}) {
+        QVERIFY(t->tell(QStringLiteral("settings setup.language %1").arg(number)));
+        QTRY_COMPARE(int(window()->menuRecord().setup.language), number);
+        window()->changeWindow(QStringLiteral("enviWindow"));
+        QVERIFY2(reads(QString::fromUtf8(text)), text);
+        window()->changeWindow(QStringLiteral("stayWindow"));
+    }
+    // A number that the list does not have leaves the language as it is.
+    QVERIFY(t->tell("settings setup.language 200"));
+    QTRY_COMPARE(int(window()->menuRecord().setup.language), 200);
+    QCOMPARE(window()->getScript(QStringLiteral("TopMenu_OK")).script, QStringLiteral("확인"));
+    // Nothing that the language may need later has been removed meanwhile.
+    QVERIFY(QFile::exists(t->root.path("/zel1/image/img/fonts/logotypejp_mp_m_1.1.ttf")));
+}
+
+void ShellTest::languageAtTheUsersWish() {
+    const auto link = [this](const char* name) {
+        return QFileInfo(t->root.path("/usr/lib/fonts/") + QLatin1String(name));
+    };
+    const auto file = [this](const char* name) {
+        return QFileInfo(t->root.path("/zel1/image/img/fonts/") + QLatin1String(name));
+    };
+    constexpr char kMedium[] = "logotypejp_mp_m_1.1.ttf";
+    constexpr char kBold[] = "logotypejp_mp_b_1.1.ttf";
+    QVERIFY(!link(kMedium).isSymLink());
+
+    window()->changeLanguage(3);
+    window()->changeLanguage(-1);
+    QCOMPARE(window()->getScriptFontFamily(), QStringLiteral("Noto Sans CJK KR"));
+    window()->changeLanguage(2);
+    QCOMPARE(window()->getScriptFontFamily(), QStringLiteral("Noto Sans CJK JP"));
+    for (const char* name : {kMedium, kBold})
+        QCOMPARE(link(name).symLinkTarget(), file(name).filePath());
+    QVERIFY(file(kMedium).exists() && file(kBold).exists());
+
+    // The files go, not the links, and only while the medium one is there.
+    QVERIFY(QFile::rename(file(kMedium).filePath(), t->root.path("/kept")));
+    window()->changeLanguage(1);
+    QVERIFY(file(kBold).exists());
+    QVERIFY(QFile::rename(t->root.path("/kept"), file(kMedium).filePath()));
+    window()->changeLanguage(0);
+    QVERIFY(!file(kMedium).exists() && !file(kBold).exists());
+    QVERIFY(link(kMedium).isSymLink() && link(kBold).isSymLink());
+    QCOMPARE(window()->getScript(QStringLiteral("TopMenu_OK")).script, QStringLiteral("확인"));
+    window()->changeWindow(QStringLiteral("enviWindow"));
+    QVERIFY(reads(QStringLiteral("환경 설정")));
+}
+
+void ShellTest::screensChangeOrNot() {
+    QSignalSpy changes(window(), &MainWindow::signal_changeWindow);
+    QCOMPARE(window()->changeWindow(QStringLiteral("stayWindow")), -1);
+    QCOMPARE(window()->changeWindow(QStringLiteral("StayWindow")), 1);
+    QCOMPARE(changes.count(), 0);
+    QVERIFY(window()->getActivateWindowForm()->isVisible());
+    window()->setChangeWindowFlag(false);
+    QCOMPARE(window()->changeWindow(QStringLiteral("enviWindow")), -1);
+    QCOMPARE(window()->changeWindow(QStringLiteral("StayWindow")), -1);
+    QCOMPARE(t->title(), QStringLiteral("stayWindow"));
+    window()->setChangeWindowFlag(true);
+    QCOMPARE(window()->changeWindow(QStringLiteral("enviWindow"), 7), 0);
+    QCOMPARE(t->title(), QStringLiteral("enviWindow"));
+    QCOMPARE(changes.count(), 1);
+    for (const WindowForm* screen : window()->windowList())
+        QCOMPARE(screen->isVisible(), screen == window()->getActivateWindowForm());
+}
+
+void ShellTest::menuTimesOut() {
+    const auto* timer = window()->findChild<MenuTimer*>();
+    for (const auto& [commissioned, choice, seconds] :
+         {std::tuple(1, 0, 10), std::tuple(1, 2, 30), std::tuple(1, 3, 0), std::tuple(1, 9, 0),
+          std::tuple(0, 0, 0)}) {
+        QVERIFY(t->tell(QStringLiteral("settings commissioned %1").arg(commissioned)));
+        QVERIFY(t->tell(QStringLiteral("settings screen.menuTimeout %1").arg(choice)));
+        QVERIFY(t->settle());
+        window()->changeWindow(QStringLiteral("enviWindow"));
+        QCOMPARE(timer->isRunning(), seconds > 0);
+        if (seconds > 0)
+            QCOMPARE(timer->seconds(), seconds);
+        window()->changeWindow(QStringLiteral("stayWindow"));
+        QVERIFY(!timer->isRunning());
+    }
+
+    QVERIFY(t->tell("settings commissioned 1"));
+    QVERIFY(t->settle());
+    window()->changeWindow(QStringLiteral("enviSoundWindow"));
+    QVERIFY(t->settle());
+    t->frames.clear();
+    window()->StartMenuTimer(1, QStringLiteral("liveWindow"));
+    QTRY_COMPARE(t->title(), QStringLiteral("liveWindow"));
+    QVERIFY(t->settle());
+    QCOMPARE(t->frames.value(0), QStringLiteral("1905 1 0"));
+}
+
+void ShellTest::everyTouchKeepsTheScreen() {
+    window()->changeWindow(QStringLiteral("zelMenuWindow"));
+    auto* tile = t->find("menuUserTile");
+    tile->setEnabled(false);  // a touch that leads nowhere is a touch all the same
+    const QPoint place = tile->mapTo(window(), tile->rect().center());
+    t->tap(place);  // the finger is there from now on, and does not move
+    window()->StartMenuTimer(1, QStringLiteral("stayWindow"));
+    for (int i = 0; i < 3; ++i) {
+        QTest::qWait(600);
+        t->tap(place);
+        QCOMPARE(t->title(), QStringLiteral("zelMenuWindow"));
+    }
+    // One long press: its end counts as well.
+    QTest::mousePress(window()->windowHandle(), Qt::LeftButton, {}, place);
+    QTest::qWait(600);
+    QTest::mouseRelease(window()->windowHandle(), Qt::LeftButton, {}, place);
+    QTest::qWait(600);
+    QCOMPARE(t->title(), QStringLiteral("zelMenuWindow"));
+    QTRY_COMPARE(t->title(), QStringLiteral("stayWindow"));
+}
+
+void ShellTest::factoryTests() {
+    const QPoint titleText(90, 36);
+    QVERIFY(t->tell("settings screen.menuTimeout 0"));
+    QTRY_COMPARE(int(window()->menuRecord().screen.menuTimeout), 0);
+    window()->changeWindow(QStringLiteral("zelMenuWindow"));
+    for (int i = 0; i < 4; ++i)
+        t->tap(titleText);
+    QTest::mouseClick(window()->windowHandle(), Qt::LeftButton, {}, QPoint(20, 790));
+    QCOMPARE(t->title(), QStringLiteral("zelMenuWindow"));
+    // Taps that follow quickly come as double clicks.
+    QTest::mouseDClick(window()->windowHandle(), Qt::LeftButton, {}, titleText);
+    QCOMPARE(t->title(), QStringLiteral("factoryMenuWindow"));
+
+    const auto* timer = window()->findChild<MenuTimer*>();
+    QVERIFY(!timer->isRunning());
+    t->tap("factoryLedRow");
+    QCOMPARE(t->title(), QStringLiteral("f_ledTestWindow"));
+    t->tap("homeButton");
+    // From then on no screen times out.
+    window()->changeWindow(QStringLiteral("zelMenuWindow"));
+    QVERIFY(!timer->isRunning());
+}
+
+void ShellTest::faultsCome() {
+    QVERIFY(t->tell("fault tamper touch network"));
+    QTRY_VERIFY(t->says("Popup_ErrTamper"));
+    const QString text = t->dialogText();
+    int last = -1;
+    for (const char* key : {"Popup_ErrCtouch", "Popup_ErrNetwork", "Popup_ErrTamper"}) {
+        const int at = text.indexOf(window()->getScript(QLatin1String(key)).script);
+        QVERIFY2(at > last, key);
+        last = at;
+    }
+    QVERIFY(t->find("dialogOkButton") != nullptr);
+    QVERIFY(t->find("dialogCancelButton") == nullptr);
+    QVERIFY(t->tell("fault network"));
+    QTRY_VERIFY(t->says("Popup_ErrNetwork") && !t->says("Popup_ErrTamper"));
+    QVERIFY(t->tell("fault none"));
+    QTRY_COMPARE(t->dialogText(), QString());
+
+    QVERIFY(t->tell("fault tamper"));
+    QTRY_VERIFY(t->says("Popup_ErrTamper"));
+    t->tap("dialogOkButton");
+    QCOMPARE(t->dialogText(), QString());
+    QCOMPARE(t->title(), QStringLiteral("stayWindow"));
+}
+
+void ShellTest::reportsComeUp() {
+    const QString event = QString(int(sizeof(GUI_LOGDATA)) * 2, QLatin1Char('0'));
+    const struct {
+        QString frame;
+        const char* key;
+        bool isError;
+        const char* screen = "enviWindow";
+    } reports[] = {
+        {QStringLiteral("2924 1 0"), "Error_MaxUsersExcceeded", true},
+        {QStringLiteral("2924 2 0"), "Error_EnrollingUsers", true},
+        {QStringLiteral("2924 9 0"), "Error_NoResponse", true},
+        {QStringLiteral("2931 0 0"), "ListItem_UserDeleted", false},
+        {QStringLiteral("2931 1 0"), "ListItem_FailedDeleted", true},
+        {QStringLiteral("3039 0 0"), "ListItem_LogStoreEmptied", false},
+        {QStringLiteral("3039 1 0"), "ListItem_LogStoreNearlyFull", false},
+        {QStringLiteral("3020 0 0 ") + event, "Info_AccessEvent", false},
+        {QStringLiteral("2990 0 0"), "ListItem_FwRestart", false, "upgradingWindow"},
+        {QStringLiteral("2990 1 0"), "ListItem_FwUpgradeFailed", true, "stayWindow"},
+    };
+    for (const auto& report : reports) {
+        window()->changeWindow(QStringLiteral("enviWindow"));
+        QVERIFY(t->settle());
+        t->frames.clear();
+        QVERIFY(t->tell(QStringLiteral("frame ") + report.frame));
+        QTRY_VERIFY2(t->says(report.key), report.key);
+        QCOMPARE(t->title(), QLatin1String(report.screen));
+        QVERIFY(t->settle());
+        QCOMPARE(t->sent("1908 0 0 cb 00") >= 0, report.isError);
+        t->tap("dialogOkButton");
+        QCOMPARE(t->dialogText(), QString());
+        QVERIFY(t->settle());
+        QCOMPARE(t->sent("2032 0 0") >= 0, report.frame == QLatin1String("3039 1 0"));
+    }
+}
+
+void ShellTest::statusPopupsClose() {
+    const auto* popup = window()->findChild<StatusPopup*>();
+    window()->ShowPopup(1, 1);
+    QVERIFY(t->says("Info_DownloadingSettingsManager"));
+    // It stays above a screen that comes up meanwhile.
+    window()->changeWindow(QStringLiteral("enviWindow"));
+    QVERIFY(t->says("Info_DownloadingSettingsManager"));
+    QVERIFY(popup->isShown());
+    QTRY_VERIFY(!popup->isShown());
+    QCOMPARE(popup->key(), 0);
+    window()->ShowPopup(2, 0);
+    QVERIFY(t->says("ListItem_NetworkConfigurationFailed"));
+    QCOMPARE(popup->key(), 2);
+    window()->ClosePopup();
+    QVERIFY(!popup->isShown());
+    window()->ShowPopup(3, 1);
+    QVERIFY(!popup->isShown());
+}
+
+void ShellTest::statusChoosesTheMode() {
+    for (const auto& [operation, status, mode] :
+         {std::tuple(1, 1, 1), std::tuple(1, 4, 4), std::tuple(1, 5, 0), std::tuple(2, 1, 6),
+          std::tuple(2, 4, 9), std::tuple(2, 0, 0)}) {
+        QVERIFY(t->tell(QStringLiteral("settings setup.operation %1").arg(operation)));
+        QVERIFY(t->tell(QStringLiteral("status %1").arg(status)));
+        QTRY_COMPARE(int(window()->getWorkMode()), mode);
+        QCOMPARE(window()->getSystemStatus(), status);
+    }
+    QCOMPARE(t->title(), QStringLiteral("stayWindow"));
+}
+
+void ShellTest::theServiceIsSought() {
+    FakeService service;
+    bool refuses = true;
+    service.answer = [&refuses](const FakeService::Request&) {
+        return FakeService::json(refuses ? R"({"resultCode":"9999"})" : R"({"resultCode":"1000"})");
+    };
+    const auto asked = [&service](const char* what) {
+        int count = 0;
+        for (const FakeService::Request& request : qAsConst(service.requests))
+            count += request.line.contains(what);
+        return count;
+    };
+    // A self-check means nothing to a service that is not in use.
+    QVERIFY(t->tell("settings network.own.managerAddress 127.0.0.1"));
+    QVERIFY(
+        t->tell(QStringLiteral("settings network.own.managerPort %1").arg(service.serverPort())));
+    QVERIFY(t->tell("settings network.connectPeriod 200"));
+    QVERIFY(t->tell("settings network.checkPeriod 200"));
+    QVERIFY(t->tell("fault none"));
+    QVERIFY(t->settle());
+    QCOMPARE(service.requests.size(), 0);
+
+    QVERIFY(t->tell("settings network.useManager 1"));
+    QVERIFY(t->tell("fault none"));
+    QTRY_COMPARE(asked("/connect.do"), 1);
+    // Again by itself until it is reached; then the connection is checked, and no more sought.
+    refuses = false;
+    QTRY_COMPARE_WITH_TIMEOUT(asked("/connect.do"), 2, SystemStatus::kRetryInterval + 3000);
+    QCOMPARE(asked("/connection-check.do"), 0);
+    QTRY_VERIFY(window()->findChild<ManagementLink*>()->connected());
+    t->frames.clear();
+    QVERIFY(t->tell("fault none"));
+    QTRY_COMPARE(asked("/connection-check.do"), 1);
+    QVERIFY(t->sends("2039 0 0"));
+    QVERIFY(t->sent("2040 0 0") >= 0 && t->sent("2040 0 0") < t->sent("2039 0 0"));
+    QCOMPARE(asked("/connect.do"), 2);
+}
+
+void ShellTest::asksForWhatIsUnsent() {
+    for (const char* screen : {"stayWindow", "f_ledTestWindow", "userEnroll_FaceWindow"}) {
+        window()->changeWindow(QLatin1String(screen));
+        for (const char* frame : {"frame 3021 0 0", "frame 3038 1 2 00"}) {
+            QVERIFY(t->settle());
+            t->frames.clear();
+            QVERIFY(t->tell(frame));
+            QVERIFY(t->sends("2039 0 0"));
+            QCOMPARE(t->frames,
+                     QStringList({QStringLiteral("2040 0 0"), QStringLiteral("2039 0 0")}));
+        }
+    }
+    // What else is answered at once.
+    t->frames.clear();
+    QVERIFY(t->tell("frame 3032 0 0"));
+    QVERIFY(t->sends("2039 0 0"));
+    QVERIFY(t->tell("frame 3033 0 0"));
+    QVERIFY(t->sends("2033 0 0"));
+}
+
+void ShellTest::aShortRecordIsIgnored() {
+    const _gui_menu_ before = window()->menuRecord();
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("2907.*379.*380")));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("2908.*0 .*380")));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("6003.*3 .*4")));
+    QVERIFY(t->tell(QStringLiteral("frame 2907 0 0 ") + QString(379 * 2, QLatin1Char('f'))));
+    QVERIFY(t->tell("frame 2908 0 0"));
+    QVERIFY(t->tell("frame 6003 0 0 ffffff"));
+    QVERIFY(t->settle());
+    const _gui_menu_ after = window()->menuRecord();
+    QCOMPARE(memcmp(&before, &after, sizeof before), 0);
+    QCOMPARE(t->dialogText(), QString());
+}
+
+void ShellTest::theLinkComesBack() {
+    window()->changeWindow(QStringLiteral("enviWindow"));
+    QVERIFY(t->tell("drop"));
+    QTRY_VERIFY(!t->sim.terminalConnected());
+    QVERIFY(t->tell("settings setup.language 1"));
+    t->tap("enviFaceTile");
+    QCOMPARE(t->title(), QStringLiteral("enviFaceWindow"));
+    t->frames.clear();
+    // Rather than wait for the next attempt.
+    window()->findChild<DeviceLink*>()->open(t->sim.port());
+    QVERIFY(t->sends("1901 0 0"));
+    QCOMPARE(t->sent("1901 0 0"), 0);
+    QTRY_COMPARE(int(window()->menuRecord().setup.language), 1);
+}
+
+void ShellTest::ends_data() {
+    QTest::addColumn<bool>("byController");
+    QTest::newRow("the controller's order") << true;
+    QTest::newRow("the window is closed") << false;
+}
+
+void ShellTest::ends() {
+    QFETCH(bool, byController);
+    window()->ShowPopup(1, 0);
+    window()->setChangeWindowFlag(false);
+    QTimer::singleShot(0, this, [this, byController] {
+        if (byController)
+            t->tell("quit-gui");
+        else
+            window()->close();
+    });
+    QTimer::singleShot(5000, this, [] { QCoreApplication::exit(1); });
+    QCOMPARE(QApplication::exec(), 0);
+    QVERIFY(!window()->isVisible());
+    if (byController)
+        QVERIFY(t->sends("1902 0 0"));
+}
+
+QTEST_MAIN(ShellTest)
+#include "shell_test.moc"

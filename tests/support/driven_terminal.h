@@ -1,0 +1,107 @@
+#pragma once
+
+#include <QApplication>
+#include <QLabel>
+#include <QTcpServer>
+#include <QtTest>
+#include <memory>
+
+#include "app/main_window.h"
+#include "app/window_form.h"
+#include "sim/controller/controller_sim.h"
+#include "sim/device_root.h"
+#include "ui/dialog_overlay.h"
+
+/// The real main window with a simulated controller at the other end of a real socket, in a device
+/// root of its own; driven by a finger on the window and by the controller's words. One per
+/// process.
+class DrivenTerminal {
+ public:
+    DrivenTerminal() : sim(0, 0, root.path("/mnt/data")) {
+        QObject::connect(&sim, &ControllerSim::frameReceived, &sim,
+                         [this](quint16 code, quint8 p1, quint8 p2, const QByteArray& payload) {
+                             QString frame = QStringLiteral("%1 %2 %3").arg(code).arg(p1).arg(p2);
+                             if (!payload.isEmpty())
+                                 frame += QLatin1Char(' ') + QLatin1String(payload.toHex(' '));
+                             frames.append(frame);
+                         });
+        QTcpServer free;
+        free.listen(QHostAddress::LocalHost);
+        qputenv("ZEL_LINK_PORT", QByteArray::number(sim.port()));
+        qputenv("ZEL_REST_PORT", QByteArray::number(free.serverPort()));
+    }
+
+    /// Starts the terminal, also anew; false when it does not come up and get its settings.
+    bool start() {
+        window.reset();
+        window = std::make_unique<MainWindow>();
+        window->show();
+        return QTest::qWaitForWindowExposed(window.get()) &&
+               QTest::qWaitFor([this] { return window->settingsArrived(); });
+    }
+    /// Has the controller carry words out; false when it knows better.
+    bool tell(const QString& words) {
+        return sim.execute(words).section(QLatin1Char('\n'), -1).startsWith(QLatin1String("ok"));
+    }
+    bool tell(const char* words) { return tell(QString::fromUtf8(words)); }
+    /// Waits until whatever either side has sent has arrived at the other.
+    bool settle() {
+        const QString last = QStringLiteral("1908 0 0 ff 7f");
+        QCoreApplication::processEvents();
+        frames.removeAll(last);
+        window->PlaySound(0x7fff);
+        const bool arrived = QTest::qWaitFor([&] { return frames.contains(last); });
+        frames.removeAll(last);
+        return arrived;
+    }
+    /// Waits until a frame has been sent that begins like this: code, parameters, payload.
+    bool sends(const char* frame) {
+        return QTest::qWaitFor([&] { return sent(frame) >= 0; });
+    }
+    /// Where the first such frame stands in the order of sending, -1 when there is none.
+    int sent(const char* frame) const {
+        for (int i = 0; i < frames.size(); ++i) {
+            if (frames.at(i).startsWith(QLatin1String(frame)))
+                return i;
+        }
+        return -1;
+    }
+
+    QString title() const { return window->getActivateWindowForm()->getTitle(); }
+    /// The visible widget named @p name.
+    template <class Widget = QWidget>
+    Widget* find(const char* name) const {
+        const QList<Widget*> found = window->findChildren<Widget*>(QLatin1String(name));
+        for (Widget* widget : found) {
+            if (widget->isVisible())
+                return widget;
+        }
+        return nullptr;
+    }
+    /// A finger's tap at @p place in the window.
+    void tap(const QPoint& place) {
+        QTest::mouseClick(window->windowHandle(), Qt::LeftButton, {}, place);
+        QCoreApplication::processEvents();
+    }
+    void tap(const char* name) {
+        const auto* widget = find(name);
+        tap(widget->mapTo(window.get(), widget->rect().center()));
+    }
+    /// What the dialog in front says; empty when there is none.
+    QString dialogText() const {
+        const auto* label = find<QLabel>("dialogText");
+        return label != nullptr ? label->text() : QString();
+    }
+    /// Whether it says the text of @p key, and can be seen.
+    bool says(const char* key) const {
+        const QString text = window->getScript(QLatin1String(key)).script;
+        const auto* dialog = DialogOverlay::current(window.get());
+        return dialog != nullptr && !text.isEmpty() && dialogText().contains(text) &&
+               dialog->isAncestorOf(window->childAt(window->rect().center()));
+    }
+
+    DeviceRoot root;
+    ControllerSim sim;
+    QStringList frames;  // from the terminal: "code p1 p2", payload in hexadecimal
+    std::unique_ptr<MainWindow> window;
+};
