@@ -8,11 +8,9 @@
 #include "tools/gallery/door_states.h"
 #include "tools/gallery/stage.h"
 #include "ui/combo.h"
-#include "ui/dialog_form.h"
 #include "ui/input_field.h"
 #include "ui/list_row.h"
 #include "ui/scroll_list.h"
-#include "ui/wait_form.h"
 
 namespace {
 
@@ -29,24 +27,6 @@ void receive(Stage& stage, unsigned short code, const Record& record) {
 void faults(Stage& stage, quint32 word) {
     receive(stage, command::SelfCheck, word);
     stage.window().dev_selfChkrResult();
-}
-
-void dangerousQuestion(Stage& stage) {
-    auto* dialog = stage.add<DialogForm>();
-    dialog->setButtonType(DialogForm::OkCancelButtons);
-    dialog->setIcon(DialogForm::Icon::Warning);
-    dialog->setDanger(true);
-    dialog->setText(stage.script("ListItem_LogStoreNearlyFull"));
-    dialog->setOkText(stage.script("TopMenu_OK"));
-    dialog->setCancelText(stage.script("TopMenu_Cancel"));
-    stage.showAdded();
-}
-
-void wait(Stage& stage, int percent) {
-    auto* dialog = stage.add<WaitForm>();
-    dialog->setText(stage.script("Info_DownloadingSettingsManager"));
-    dialog->setProgress(percent);
-    stage.showAdded();
 }
 
 /// The keypad at a field of its kind, after some keys have been touched.
@@ -168,9 +148,6 @@ constexpr NamedState kStates[] = {
     {"recognizeWindow", "meal-paid", [](Stage& stage) { meal(stage, 4, 1, true); }},
     {"recognizeWindow", "armed", [](Stage& stage) { alarm(stage, 1); }},
     {"recognizeWindow", "disarmed", [](Stage& stage) { alarm(stage, 2); }},
-    {"zelMenuWindow", "dangerous-question", dangerousQuestion},
-    {"zelMenuWindow", "wait", [](Stage& stage) { wait(stage, -1); }},
-    {"zelMenuWindow", "wait-percent", [](Stage& stage) { wait(stage, 64); }},
     {"usbMenuWindow", "stick", withStick},
     {"usbMenuWindow", "mounting", usbReport<command::UsbState, 10, 0>},
     {"usbMenuWindow", "no-folder", [](Stage& stage) { stage.receive(command::UsbState, 0, 0); }},

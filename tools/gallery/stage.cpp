@@ -140,10 +140,6 @@ void Stage::receive(unsigned short code, unsigned char p1, unsigned char p2) {
     window_->findChild<MessageDispatch*>()->dispatch({code, p1, p2, 0, nullptr});
 }
 
-ScriptHandler::Script Stage::script(const char* key) const {
-    return window_->getScript(QLatin1String(key));
-}
-
 void Stage::showAdded() {
     Scripted::applyBelow(window_->getActivateWindowForm(),
                          [this](const QString& key) { return window_->getScript(key); });

@@ -43,8 +43,6 @@ class Stage {
     /// Hands the terminal a frame of the device controller.
     void receive(unsigned short code, unsigned char p1 = 0, const QByteArray& payload = {});
     void receive(unsigned short code, unsigned char p1, unsigned char p2);
-    /// The text of @p key in the language in force.
-    ScriptHandler::Script script(const char* key) const;
     /// The screen that is open.
     template <class Screen>
     Screen* active() const {
