@@ -279,13 +279,17 @@ void MainWindow::shellMessage(const DeviceMessage& message) {
 }
 
 void MainWindow::settingsReceived(const _gui_menu_& record) {
-    const NetworkBlock before = records_.menu().network;
+    const _gui_menu_ before = records_.menu();
     records_.setMenu(record);
+    // The settings choose the numbering of the status that is in force.
+    if (before.setup.operation != record.setup.operation)
+        status_->setStatus(status_->status());
     setReaderMode(static_cast<ReaderMode>(record.setup.readerMode));
     setServiceMode(static_cast<ServiceMode>(record.setup.serviceMode));
     setAlarmMode(static_cast<AlarmMode>(record.setup.alarmMode));
     languages_->apply(record.setup.language);
-    if (!settingsArrived_ || std::memcmp(&before, &record.network, sizeof before) != 0)
+    if (!settingsArrived_ ||
+        std::memcmp(&before.network, &record.network, sizeof before.network) != 0)
         initRestCall();
     settingsArrived_ = true;
     if (WindowForm* active = windows_.active())

@@ -70,6 +70,7 @@ void RecognizeWindow::createForm() {
     connect(ui_->paymentButton, &WidgetButton::touched, this, &RecognizeWindow::paymentButtonTouch);
     connect(ui_->cancelButton, &WidgetButton::touched, this, &RecognizeWindow::cancelButtonTouch);
     connect(ui_->menuButton, &WidgetButton::touched, this, &RecognizeWindow::menuButtonTouch);
+    ui_->band->hide();
     showLower({});
 }
 
@@ -96,6 +97,7 @@ void RecognizeWindow::hideEvent(QHideEvent* event) {
     if (!paymentDone_)
         shell->SendCommand(command::RecognitionKey, kScreenHidden, 0);
     // Nobody's data is to flash up before the next result.
+    ui_->band->hide();
     ui_->nameLine->setText({});
     ui_->idLine->setText({});
     setThumbnail(0, {});
@@ -137,6 +139,7 @@ void RecognizeWindow::setUserID(const QString& userId) {
         Pictures::icon(positive ? QStringLiteral("band_ok.png") : QStringLiteral("band_fail.png")));
     ui_->resultLine->setInk(positive ? Theme::kOnAccent : Theme::kOnDanger);
     ui_->resultLine->setScript(shell->getScript(resultKey()));
+    ui_->band->show();
     ui_->menuButton->setRole(positive ? LabelButton::Primary : LabelButton::Danger);
     shell->PlaySound(positive ? kOkSound : kErrorSound);
 
