@@ -223,6 +223,9 @@ void UsbMenu::UpdateUsbInfo(int state, int sub) {
         default:
             stickPresent_ = false;
             hideActionButtons();
+            // Without a stick nothing goes on but the search for one.
+            if (!mountCheckRunning_)
+                waitForm_->hide();
             break;
     }
 }

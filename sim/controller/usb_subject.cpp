@@ -91,7 +91,7 @@ class UsbSubject : public Subject {
         });
         onWord("usb",
                "in|out|nofolder: the stick; export|import|firmware N: how the next one ends; pace "
-               "MS: time between two reports of progress",
+               "MS: time until a mount and between two reports of progress",
                [this](const QString& text) { return usb(text); });
 
         mountTimer_.setSingleShot(true);
@@ -156,7 +156,11 @@ class UsbSubject : public Subject {
         }
         stick_ = stick;
         device_.stateChanged();
-        reportPresence();
+        // One that comes is mounted at once.
+        if (stick_ == Stick::In)
+            device_.send(command::UsbState, kMounted, 1);
+        else
+            reportPresence();
         return done();
     }
 
@@ -189,6 +193,7 @@ class UsbSubject : public Subject {
         bool ok = false;
         const quint16 number = text.section(QLatin1Char(' '), 1).toUShort(&ok);
         if (ok && word == QLatin1String("pace")) {
+            mountTimer_.setInterval(number);
             progressTimer_.setInterval(number);
             return done();
         }
