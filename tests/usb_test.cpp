@@ -497,10 +497,14 @@ void UsbTest::namesOfFilesAreHarmless() {
     tap(row(QStringLiteral("odd")));
     TextRecorder recorder(window_->size());
     window_->render(&recorder);
+    // A line is painted in as many pieces as it needs fonts.
+    QString painted;
+    for (const TextRecorder::Text& text : recorder.texts())
+        painted += text.text;
     const QChar sign = QChar::ReplacementCharacter;
-    QVERIFY(recorder.has(names.at(0)));
-    QVERIFY(recorder.has(QStringLiteral("a%1b.dat").arg(sign)));
-    QVERIFY(recorder.has(QStringLiteral("back%1tad.exe").arg(sign)));
+    QVERIFY(painted.contains(names.at(0)));
+    QVERIFY(painted.contains(QStringLiteral("a%1b.dat").arg(sign)));
+    QVERIFY(painted.contains(QStringLiteral("back%1tad.exe").arg(sign)));
     const auto& texts = recorder.texts();
     QVERIFY(std::any_of(texts.begin(), texts.end(), [](const TextRecorder::Text& one) {
         return one.text.startsWith(QStringLiteral("www")) && one.text.endsWith(QChar(0x2026)) &&
