@@ -138,6 +138,7 @@ void MainWindow::initWindowList() {
 void MainWindow::createDialogs() {
     popups_ = new ReportPopups([this](const QString& key) { return getScript(key); }, this);
     connect(this, &MainWindow::signal_changeWindow, popups_, &ReportPopups::windowChanged);
+    connect(&windows_, &WindowRegistry::changed, popups_, &ReportPopups::windowRaised);
     connect(status_, &SystemStatus::faultsChanged, popups_, &ReportPopups::showFaults);
     connect(popups_, &ReportPopups::screenWanted, this,
             [this](const QString& title) { changeWindow(title); });
