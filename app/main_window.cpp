@@ -25,6 +25,7 @@
 #include "cloud/event_reports.h"
 #include "cloud/parameters.h"
 #include "link/command_code.h"
+#include "link/command_parameters.h"
 #include "ui/key_click.h"
 #include "ui/theme.h"
 #include "ui/touch_key_form.h"
@@ -39,7 +40,6 @@ MainWindow* theMainWindow = nullptr;
 /// How long the end of the process waits for the last frames to leave, in milliseconds.
 constexpr int kFlushTime = 500;
 constexpr int kMaxSpokenText = 128;
-constexpr int kErrorSound = 203;
 /// By the settings' sleep choice, in seconds.
 constexpr int kSleepTimes[] = {0, 30, 60, 180, 300, 600};
 
@@ -141,7 +141,7 @@ void MainWindow::createDialogs() {
     connect(status_, &SystemStatus::faultsChanged, popups_, &ReportPopups::showFaults);
     connect(popups_, &ReportPopups::screenWanted, this,
             [this](const QString& title) { changeWindow(title); });
-    connect(popups_, &ReportPopups::errorShown, this, [this] { PlaySound(kErrorSound); });
+    connect(popups_, &ReportPopups::errorShown, this, [this] { PlaySound(command::sound::Error); });
     connect(popups_, &ReportPopups::deleteLogsWanted, this, &MainWindow::deleteWarnMaxLog);
 }
 
@@ -361,7 +361,7 @@ void MainWindow::StopMenuTimer() {
 }
 
 void MainWindow::MenuTimeout(const QString& returnTitle) {
-    SendCloseMessage(command::kClosedByMenuTimeout);
+    SendCloseMessage(command::closed::ByMenuTimeout);
     changeWindow(returnTitle);
 }
 
