@@ -21,6 +21,7 @@
 #include "app/status_popup.h"
 #include "app/window_form.h"
 #include "base/clock.h"
+#include "base/device_folders.h"
 #include "base/device_paths.h"
 #include "cloud/event_reports.h"
 #include "cloud/parameters.h"
@@ -49,7 +50,7 @@ MainWindow::MainWindow(QWidget* parent)
     : QMainWindow(parent),
       callNumberPath_(DevicePaths::at(QStringLiteral("/mnt/data/callNumber.txt"))),
       locationPath_(DevicePaths::at(QStringLiteral("/mnt/data/location.txt"))),
-      imageDirectory_(DevicePaths::at(QStringLiteral("/mnt/data/Images/"))),
+      imageDirectory_(DevicePaths::at(QLatin1String(DeviceFolders::kImages))),
       ui_(std::make_unique<Ui::MainWindow>()) {
     installPictures();
     for (QWidget* widget : QApplication::topLevelWidgets()) {
