@@ -5,6 +5,7 @@
 
 #include "base/clock.h"
 #include "link/command_code.h"
+#include "link/command_parameters.h"
 #include "ui/dialog_form.h"
 #include "ui/notice_strip.h"
 
@@ -32,18 +33,22 @@ struct Report {
 
 // The first row that fits counts.
 constexpr Report kReports[] = {
-    {command::EnrolmentRefused, 1, Kind::Result, "Error_MaxUsersExcceeded", true},
-    {command::EnrolmentRefused, 2, Kind::Result, "Error_EnrollingUsers", true},
+    {command::EnrolmentRefused, command::refused::StoreFull, Kind::Result,
+     "Error_MaxUsersExcceeded", true},
+    {command::EnrolmentRefused, command::refused::EnrolmentRunning, Kind::Result,
+     "Error_EnrollingUsers", true},
     {command::EnrolmentRefused, kAnyOther, Kind::Result, "Error_NoResponse", true},
-    {command::UserDeleteResult, 0, Kind::Result, "ListItem_UserDeleted", false},
+    {command::UserDeleteResult, command::answer::Done, Kind::Result, "ListItem_UserDeleted", false},
     {command::UserDeleteResult, kAnyOther, Kind::Result, "ListItem_FailedDeleted", true},
-    {command::FirmwareUpdateAnswer, 0, Kind::Result, "ListItem_FwRestart", false,
-     "upgradingWindow"},
+    {command::FirmwareUpdateAnswer, command::answer::Done, Kind::Result, "ListItem_FwRestart",
+     false, "upgradingWindow"},
     {command::FirmwareUpdateAnswer, kAnyOther, Kind::Result, "ListItem_FwUpgradeFailed", true,
      "stayWindow"},
-    {command::LogStoreReport, 0, Kind::Result, "ListItem_LogStoreEmptied", false},
-    {command::LogStoreReport, 1, Kind::Question, "ListItem_LogStoreNearlyFull", false},
-    {command::AccessEvent, 0, Kind::Notice, "Info_AccessEvent", false},
+    {command::LogStoreReport, command::log_store::Emptied, Kind::Result, "ListItem_LogStoreEmptied",
+     false},
+    {command::LogStoreReport, command::log_store::NearlyFull, Kind::Question,
+     "ListItem_LogStoreNearlyFull", false},
+    {command::AccessEvent, command::event::New, Kind::Notice, "Info_AccessEvent", false},
 };
 
 const Report* find(int command, int p1) {

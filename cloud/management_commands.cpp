@@ -11,23 +11,15 @@
 #include "cloud/download_manager.h"
 #include "cloud/rest_client.h"
 #include "link/command_code.h"
+#include "link/command_parameters.h"
 #include "link/device_message.h"
+#include "link/record_values.h"
 
 namespace {
-
-/// First parameters that tell the controller where a command comes from.
-constexpr unsigned char kSetupByService = 2;
-constexpr unsigned char kNetworkByService = 4;
-constexpr unsigned char kByService = 1;
 
 /// Numbers of the commands of a command folder, in the host's numbering.
 constexpr int kEnrolUser = 4;
 constexpr int kDeleteUser = 6;
-
-constexpr std::uint8_t kFaceOrCard = 2;
-constexpr std::uint8_t kGeneralUser = 1;
-constexpr std::uint8_t kOriginService = 1;
-constexpr std::uint8_t kOriginKiosk = 2;
 
 struct SystemAction {
     const char* word;
@@ -38,13 +30,17 @@ struct SystemAction {
 
 constexpr SystemAction kSystemActions[] = {
     {"rebootDevice", command::Reboot, 0, 0},
-    {"deleteLogData", command::Initialise, 0, 0},
-    {"deleteSettingData", command::Initialise, 1, 0},
-    {"deleteAllData", command::Initialise, 2, 0},
-    {"deleteAllUsers", command::DeleteUserGroup, 3, kByService},
-    {"deleteGeneralUsers", command::DeleteUserGroup, 0, kByService},
-    {"deleteFaceonlyUsers", command::DeleteUserGroup, 4, kByService},
-    {"deleteAdmin", command::DeleteUserGroup, 1, kByService},
+    {"deleteLogData", command::Initialise, command::initialise::Logs, 0},
+    {"deleteSettingData", command::Initialise, command::initialise::Settings, 0},
+    {"deleteAllData", command::Initialise, command::initialise::Everything, 0},
+    {"deleteAllUsers", command::DeleteUserGroup, command::user_group::All,
+     command::ordered::ByService},
+    {"deleteGeneralUsers", command::DeleteUserGroup, command::user_group::General,
+     command::ordered::ByService},
+    {"deleteFaceonlyUsers", command::DeleteUserGroup, command::user_group::FaceOnly,
+     command::ordered::ByService},
+    {"deleteAdmin", command::DeleteUserGroup, command::user_group::Administrators,
+     command::ordered::ByService},
 };
 
 struct UserId {
@@ -69,8 +65,8 @@ _gui_user_ userRecord(const DoReceiveUserData& user, std::uint8_t origin) {
     setFieldText(record.userId, user.cardNo);
     setFieldText(record.customerId, user.cardNo);
     setFieldText(record.name, user.name);
-    record.authMethod = numberOr(user.authType, kFaceOrCard, 4);
-    record.level = numberOr(user.userLevel, kGeneralUser, 2);
+    record.authMethod = numberOr(user.authType, AuthMethod::FaceOrCard, AuthMethod::FaceAndId);
+    record.level = numberOr(user.userLevel, UserLevel::General, UserLevel::Visitor);
     record.facePresent = user.picture.isEmpty() ? 0 : 1;
     record.cardPresent = user.cardTemplate.isEmpty() ? 0 : 1;
     record.cardType = numberOr(user.cardType, 0, 255);
@@ -110,20 +106,21 @@ void ManagementCommands::deleteUser(const QVariant& parameter) {
         return;
     host_.changeWindow(QStringLiteral("stayWindow"));
     host_.showPopupText(QStringLiteral("ListItem_Synchronizing"));
-    send(command::DeleteUser, kByService, userId(parameter.value<FR33_3_Parameter>().cardNo));
+    send(command::DeleteUser, command::ordered::ByService,
+         userId(parameter.value<FR33_3_Parameter>().cardNo));
     host_.changeWindow(QStringLiteral("liveWindow"));
 }
 
 void ManagementCommands::enrolUser(const QVariant& parameter) {
     if (parameter.canConvert<DoReceiveUserData>())
         send(command::EnrolNetworkUser, 0,
-             userRecord(parameter.value<DoReceiveUserData>(), kOriginService));
+             userRecord(parameter.value<DoReceiveUserData>(), UserOrigin::Service));
 }
 
 void ManagementCommands::runKioskEnrolMode(const QVariant& parameter) {
     if (!parameter.canConvert<DoReceiveUserData>())
         return;
-    const _gui_user_ user = userRecord(parameter.value<DoReceiveUserData>(), kOriginKiosk);
+    const _gui_user_ user = userRecord(parameter.value<DoReceiveUserData>(), UserOrigin::Kiosk);
     host_.SetGuiUser(&user);
     _gui_menu_ settings;
     host_.GetGuiMenu(&settings);
@@ -149,7 +146,7 @@ void ManagementCommands::setTime(const QVariant& parameter) {
         static_cast<std::uint8_t>(date.day()),        static_cast<std::uint8_t>(time.hour()),
         static_cast<std::uint8_t>(time.minute()),     static_cast<std::uint8_t>(time.second()),
     };
-    send(command::SetClock, 1, clock);
+    send(command::SetClock, command::save::Settings, clock);
 }
 
 void ManagementCommands::setDevice(const QVariant& parameter) {
@@ -160,18 +157,18 @@ void ManagementCommands::setDevice(const QVariant& parameter) {
     host_.GetGuiMenu(&settings);
     setup.applyTo(settings);
 
-    send(command::SaveDeviceSetup, kSetupByService, settings.setup);
+    send(command::SaveDeviceSetup, command::save::SetupByService, settings.setup);
     if (!setup.time.isEmpty()) {
         const FR01_Parameter time{setup.time.section(QLatin1Char(' '), 0, 0),
                                   setup.time.section(QLatin1Char(' '), 1)};
         setTime(QVariant::fromValue(time));
     }
-    send(command::SaveRegistrationMode, 1, settings.registration);
-    send(command::SaveFaceSettings, 1, settings.face);
-    send(command::SaveScreenSettings, 1, settings.screen);
-    send(command::SaveSoundSettings, 1, settings.sound);
+    send(command::SaveRegistrationMode, command::save::Settings, settings.registration);
+    send(command::SaveFaceSettings, command::save::Settings, settings.face);
+    send(command::SaveScreenSettings, command::save::Settings, settings.screen);
+    send(command::SaveSoundSettings, command::save::Settings, settings.sound);
     host_.setIp(settings.network.own);
-    send(command::SaveNetwork, kNetworkByService, settings.network.own);
+    send(command::SaveNetwork, command::save::OwnNetworkByService, settings.network.own);
     host_.SetGuiMenu(&settings);
     host_.initRestCall();
 }
@@ -226,5 +223,5 @@ void ManagementCommands::completed(const QVariant& procIdx) {
 void ManagementCommands::finishDownload(const DownloadManager& downloads) {
     std::rename(QFile::encodeName(downloads.getFilePath()).constData(),
                 QFile::encodeName(downloads.getArchivePath()).constData());
-    host_.SendCommand(command::UpdateFirmware, 0, 0);
+    host_.SendCommand(command::UpdateFirmware, command::firmware::Downloaded, 0);
 }

@@ -13,6 +13,7 @@
 #include "cloud/network_helper.h"
 #include "cloud/rest_server.h"
 #include "link/device_message.h"
+#include "link/record_values.h"
 
 namespace {
 
@@ -73,7 +74,7 @@ QByteArray headerText(const QString& text) {
     return plain;
 }
 
-QString checkText(std::uint32_t word, SelfCheckFault fault) {
+QString checkText(std::uint32_t word, std::uint32_t fault) {
     return (word & fault) != 0 ? QStringLiteral("BAD") : QStringLiteral("GOOD");
 }
 
@@ -173,11 +174,11 @@ void RestClass::runFR01(const QVariant& sendData) {
 void RestClass::runFR03(const QVariant& sendData) {
     const std::uint32_t word = host_.selfCheckWord();
     const QJsonObject device{
-        {QStringLiteral("checkCamera"), checkText(word, kCameraFault)},
-        {QStringLiteral("checkCard"), checkText(word, kCardReaderFault)},
+        {QStringLiteral("checkCamera"), checkText(word, SelfCheckFault::kCamera)},
+        {QStringLiteral("checkCard"), checkText(word, SelfCheckFault::kCardReader)},
         {QStringLiteral("coverOpen"),
-         (word & kTamperFault) != 0 ? QStringLiteral("OPEN") : QStringLiteral("CLOSED")},
-        {QStringLiteral("checkMemory"), checkText(word, kMemoryFault)},
+         (word & SelfCheckFault::kTamper) != 0 ? QStringLiteral("OPEN") : QStringLiteral("CLOSED")},
+        {QStringLiteral("checkMemory"), checkText(word, SelfCheckFault::kMemory)},
     };
     post(QStringLiteral("cloud-service/rest-api/connection-check"),
          {{QStringLiteral("deviceInfo"), device}}, sendData, &RestClass::replyFinished_FR03);

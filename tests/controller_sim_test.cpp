@@ -299,7 +299,7 @@ void ControllerSimTest::statusFollowsThePeriods() {
     QFETCH(int, status);
     _gui_menu_ menu = factorySettings();
     menu.setup.operation = static_cast<quint8>(operation);
-    if (operation == work::kMeals) {
+    if (operation == Operation::Meals) {
         menu.operation.saveSimpleAccess = 1;  // dinner off
         menu.operation.weekdayIn = {7, 0, 9, 0};
         menu.operation.weekdayOut = {11, 30, 13, 30};

@@ -2,6 +2,7 @@
 #include <QStringList>
 
 #include "link/command_code.h"
+#include "link/command_parameters.h"
 #include "sim/controller/device.h"
 #include "sim/controller/settings_fields.h"
 #include "sim/controller/subjects.h"
@@ -9,13 +10,6 @@
 Q_LOGGING_CATEGORY(simSettingsLog, "zel.sim.settings", QtInfoMsg)
 
 namespace {
-
-constexpr quint8 kStored = 0;
-constexpr quint8 kRefused = 1;
-
-/// Network saves by where they come from: the management service sends only the terminal's own
-/// network.
-constexpr quint8 kNetworkByService = 4;
 
 OperationBlock withSettings(OperationBlock block, const OperationSettings& settings) {
     block.attendanceMode = settings.attendanceMode;
@@ -134,7 +128,7 @@ class SettingsSubject : public Subject {
     void saveNetwork(const Request& request) {
         _gui_menu_ menu = device_.settings();
         bool stored = false;
-        if (request.p1 == kNetworkByService) {
+        if (request.p1 == command::save::OwnNetworkByService) {
             if (const auto own = request.record<AddressBlock>()) {
                 menu.network.own = *own;
                 stored = true;
@@ -154,7 +148,7 @@ class SettingsSubject : public Subject {
                       command::name(request.code, command::Direction::ToController),
                       request.payload.size());
         if (answer != kNoAnswer)
-            device_.send(answer, stored ? kStored : kRefused);
+            device_.send(answer, stored ? command::answer::Done : command::answer::Failed);
     }
 
     QString settings(const QString& text) {
