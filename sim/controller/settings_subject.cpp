@@ -1,5 +1,6 @@
 #include <QLoggingCategory>
 #include <QStringList>
+#include <cstring>
 
 #include "link/command_code.h"
 #include "sim/controller/device.h"
@@ -13,9 +14,19 @@ namespace {
 constexpr quint8 kStored = 0;
 constexpr quint8 kRefused = 1;
 
-/// Network saves by where they come from: the management service sends only the terminal's own
-/// network.
+/// Network saves by where they come from: the management service sends less than the screens.
 constexpr quint8 kNetworkByService = 4;
+
+NetworkBlock withService(NetworkBlock block, const ServiceNetwork& network) {
+    block.useManager = network.useManager;
+    std::memcpy(block.own.address, network.address, sizeof network.address);
+    std::memcpy(block.own.mask, network.mask, sizeof network.mask);
+    std::memcpy(block.own.gateway, network.gateway, sizeof network.gateway);
+    std::memcpy(block.own.dns, network.dns, sizeof network.dns);
+    std::memcpy(block.own.managerAddress, network.managerAddress, sizeof network.managerAddress);
+    block.own.managerPort = network.managerPort;
+    return block;
+}
 
 OperationBlock withSettings(OperationBlock block, const OperationSettings& settings) {
     block.attendanceMode = settings.attendanceMode;
@@ -135,8 +146,8 @@ class SettingsSubject : public Subject {
         _gui_menu_ menu = device_.settings();
         bool stored = false;
         if (request.p1 == kNetworkByService) {
-            if (const auto own = request.record<AddressBlock>()) {
-                menu.network.own = *own;
+            if (const auto network = request.record<ServiceNetwork>()) {
+                menu.network = withService(menu.network, *network);
                 stored = true;
             }
         } else if (const auto network = request.record<NetworkBlock>()) {
