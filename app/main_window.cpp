@@ -512,7 +512,7 @@ void MainWindow::initRestCall() {
 }
 
 void MainWindow::setIp(const AddressBlock& own) {
-    NetworkSetup::apply(own);
+    NetworkSetup::apply(own, records_.menu().network.own);
 }
 
 void MainWindow::startEnrolment() {
