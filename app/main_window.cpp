@@ -583,6 +583,7 @@ void MainWindow::userRestChkrResult() {
 
 void MainWindow::fwFileDownloadStart(const QString& path) {
     qCInfo(appLog, "Start Download : %s", qPrintable(path));
+    changeWindow(QStringLiteral("upgradingWindow"), path);
 }
 
 void MainWindow::fileDownloadComplete() {
