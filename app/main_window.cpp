@@ -514,7 +514,7 @@ void MainWindow::initRestCall() {
 }
 
 void MainWindow::setIp(const AddressBlock& own) {
-    NetworkSetup::apply(own);
+    NetworkSetup::apply(own, records_.menu().network.own);
 }
 
 void MainWindow::startEnrolment() {
@@ -585,6 +585,7 @@ void MainWindow::userRestChkrResult() {
 
 void MainWindow::fwFileDownloadStart(const QString& path) {
     qCInfo(appLog, "Start Download : %s", qPrintable(path));
+    changeWindow(QStringLiteral("upgradingWindow"), path);
 }
 
 void MainWindow::fileDownloadComplete() {

@@ -4,9 +4,9 @@
 #include <QFile>
 #include <QTime>
 #include <cstdio>
+#include <cstring>
 
 #include "cloud/cloud_log.h"
-#include "cloud/command_folder.h"
 #include "cloud/decoded.h"
 #include "cloud/download_manager.h"
 #include "cloud/rest_client.h"
@@ -60,6 +60,23 @@ std::uint8_t numberOr(const QString& text, std::uint8_t standard, int most) {
     return ok && number >= 0 && number <= most ? static_cast<std::uint8_t>(number) : standard;
 }
 
+/// 1 lowest .. 5 highest; 0, as the terminal has it, for everything else.
+std::uint8_t convertSensitivity(const QString& text) {
+    return numberOr(text, 0, 5);
+}
+
+ServiceNetwork serviceNetwork(const NetworkBlock& block) {
+    ServiceNetwork network{};
+    network.useManager = block.useManager;
+    std::memcpy(network.address, block.own.address, sizeof network.address);
+    std::memcpy(network.mask, block.own.mask, sizeof network.mask);
+    std::memcpy(network.gateway, block.own.gateway, sizeof network.gateway);
+    std::memcpy(network.dns, block.own.dns, sizeof network.dns);
+    std::memcpy(network.managerAddress, block.own.managerAddress, sizeof network.managerAddress);
+    network.managerPort = block.own.managerPort;
+    return network;
+}
+
 _gui_user_ userRecord(const DoReceiveUserData& user, std::uint8_t origin) {
     _gui_user_ record{};
     setFieldText(record.userId, user.cardNo);
@@ -78,7 +95,7 @@ _gui_user_ userRecord(const DoReceiveUserData& user, std::uint8_t origin) {
     setFieldText(record.timeSchedule, user.timeSchedule);
     setFieldText(record.restrictTime, user.restrictTime);
     setFieldText(record.picture, user.picture);
-    record.sensitivity = numberOr(user.sensivity, 0, 5);
+    record.sensitivity = convertSensitivity(user.sensivity);
     record.origin = origin;
     return record;
 }
@@ -168,7 +185,7 @@ void ManagementCommands::setDevice(const QVariant& parameter) {
     send(command::SaveScreenSettings, command::save::Settings, settings.screen);
     send(command::SaveSoundSettings, command::save::Settings, settings.sound);
     host_.setIp(settings.network.own);
-    send(command::SaveNetwork, command::save::OwnNetworkByService, settings.network.own);
+    send(command::SaveNetwork, command::save::NetworkByService, serviceNetwork(settings.network));
     host_.SetGuiMenu(&settings);
     host_.initRestCall();
 }
@@ -188,24 +205,30 @@ void ManagementCommands::setSystem(const QVariant& parameter) {
     host_.changeWindow(QStringLiteral("liveWindow"));
 }
 
-int ManagementCommands::runCommandFolder() {
-    const auto command = CommandFolder::oldest();
-    if (!command || !host_.linkUp())
+int ManagementCommands::userRestChkrResult() {
+    if (!host_.linkUp())
         return 0;
-    if (command->kind == CommandFolder::Kind::Delete) {
-        qCInfo(cloudLog, "DEL Id : %s", qUtf8Printable(command->cardNo));
-        cloud_.parsingRestCommand(kDeleteUser,
-                                  QVariant::fromValue(FR33_3_Parameter{command->cardNo}));
-    } else {
-        qCInfo(cloudLog, "ADD Id : %s", qUtf8Printable(command->cardNo));
-        if (const auto user = CommandFolder::takeUser(*command))
-            cloud_.parsingRestCommand(kEnrolUser, QVariant::fromValue(*user));
-        else
-            qCWarning(cloudLog, "%s holds no user", qUtf8Printable(command->path));
-    }
+    const auto command = CommandFolder::oldest();
+    if (!command)
+        return 0;
+    addUserRestCommandDir(*command);
     CommandFolder::remove(*command);
     qCInfo(cloudLog, "return RestComm : 1");
     return 1;
+}
+
+void ManagementCommands::addUserRestCommandDir(const CommandFolder::Command& command) {
+    if (command.kind == CommandFolder::Kind::Delete) {
+        qCInfo(cloudLog, "DEL Id : %s", qUtf8Printable(command.cardNo));
+        cloud_.parsingRestCommand(kDeleteUser,
+                                  QVariant::fromValue(FR33_3_Parameter{command.cardNo}));
+        return;
+    }
+    qCInfo(cloudLog, "ADD Id : %s", qUtf8Printable(command.cardNo));
+    if (const auto user = CommandFolder::takeUser(command))
+        cloud_.parsingRestCommand(kEnrolUser, QVariant::fromValue(*user));
+    else
+        qCWarning(cloudLog, "%s holds no user", qUtf8Printable(command.path));
 }
 
 void ManagementCommands::completed(const QVariant& procIdx) {

@@ -260,21 +260,28 @@ void RestClass::runFR51(const QVariant& data) {
          {{QStringLiteral("inoutInfo"), info}}, data, nullptr);
 }
 
+QString RestClass::getManagerIP() const {
+    return NetworkHelper::dotted(settings_.network.own.managerAddress);
+}
+
+QString RestClass::getReaderIP() const {
+    return NetworkHelper::getIPAddress(QLatin1String(NetworkHelper::kInterface));
+}
+
+QString RestClass::getMacAddress() const {
+    return NetworkHelper::getMacAddress(QLatin1String(NetworkHelper::kInterface));
+}
+
 QString RestClass::getTargetURL() const {
-    const AddressBlock& own = settings_.network.own;
-    return QStringLiteral("http://%1.%2.%3.%4:%5/")
-        .arg(own.managerAddress[0])
-        .arg(own.managerAddress[1])
-        .arg(own.managerAddress[2])
-        .arg(own.managerAddress[3])
-        .arg(own.managerPort);
+    return QStringLiteral("http://%1:%2/")
+        .arg(getManagerIP())
+        .arg(settings_.network.own.managerPort);
 }
 
 QNetworkRequest RestClass::makeHeaderForm(const QUrl& url) const {
-    const QString interface = QLatin1String(NetworkHelper::kInterface);
     QString serial = fieldText(settings_.serial);
     if (serial.size() < kMinSerialLength)
-        serial = QStringLiteral("KD_5500_") + NetworkHelper::getMacAddress(interface);
+        serial = QStringLiteral("KD_5500_") + getMacAddress();
 
     QNetworkRequest request(url);
     request.setHeader(QNetworkRequest::ContentTypeHeader,
@@ -284,8 +291,7 @@ QNetworkRequest RestClass::makeHeaderForm(const QUrl& url) const {
     request.setRawHeader("reader_id", QByteArray::number(settings_.setup.deviceNumber));
     request.setRawHeader("serial", headerText(serial));
     request.setRawHeader("cust_id", headerText(fieldText(settings_.customerId)));
-    request.setRawHeader("reader_ipport",
-                         NetworkHelper::getIPAddress(interface).toLatin1() + ":80");
+    request.setRawHeader("reader_ipport", getReaderIP().toLatin1() + ":80");
     request.setRawHeader("access_token", headerText(serviceToken_));
     return request;
 }

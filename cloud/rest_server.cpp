@@ -13,6 +13,7 @@
 #include "cloud/cloud_host.h"
 #include "cloud/cloud_log.h"
 #include "cloud/http_guard.h"
+#include "cloud/network_helper.h"
 #include "cloud/parameters.h"
 #include "cloud/terminal_routes.h"
 #include "cloud/user_routes.h"
@@ -136,7 +137,11 @@ void RestServer::serve(Response& response, Permission permission, Work work) {
     QByteArray answer;
     try {
         settings_ = host_.settings();
-        if (permission == Permission::ManagerControl && settings_.managerControl != 1)
+        // What still waits for its turn must not hold the end up: each may wait for a disk or a
+        // lock.
+        if (stopping_)
+            answer = envelope(result::kUnknownError);
+        else if (permission == Permission::ManagerControl && settings_.managerControl != 1)
             answer = envelope(result::kNotAllowed);
         else
             answer = work();
@@ -182,8 +187,8 @@ void RestServer::doUserDataDelete(const Request& request, Response response) {
 
 void RestServer::doUpdateFW(const Request& request, Response response) {
     serve(response, Permission::NotNeeded, [&] {
-        return envelope(handOver(
-            kUpdateFirmware, terminal_routes::decodeFirmwareUpdate(bodyOf(request), settings_)));
+        return envelope(handOver(kUpdateFirmware, terminal_routes::decodeFirmwareUpdate(
+                                                      bodyOf(request), getManagerIP())));
     });
 }
 
@@ -249,6 +254,10 @@ void RestServer::doUserListInfo(const Request&, Response response) {
     });
 }
 
+QString RestServer::getManagerIP() const {
+    return NetworkHelper::dotted(settings_.network.own.managerAddress);
+}
+
 // --- Life ----------------------------------------------------------------------------------
 
 void RestServer::start() {
@@ -257,13 +266,13 @@ void RestServer::start() {
     endpoint_->setHandler(std::make_shared<HttpGuard>(router_));
     bool complained = false;
     std::unique_lock<std::mutex> lock(stopLock_);
-    while (!stopped_) {
+    while (!stopping_) {
         // The library's blocking call heeds a shutdown only once it waits for connections. Here all
         // calls into the library come from one thread, so a stop can never come too early.
         try {
             endpoint_->serveThreaded();
             qCInfo(cloudLog, "REST server listening on port %d", int(address_.port()));
-            stopSignal_.wait(lock, [this] { return stopped_; });
+            stopSignal_.wait(lock, [this] { return stopping_.load(); });
             endpoint_->shutdown();
         } catch (const std::exception& error) {
             if (!complained)
@@ -271,7 +280,7 @@ void RestServer::start() {
                           "REST server cannot listen on port %d (%s), trying every second",
                           int(address_.port()), error.what());
             complained = true;
-            stopSignal_.wait_for(lock, kRetryInterval, [this] { return stopped_; });
+            stopSignal_.wait_for(lock, kRetryInterval, [this] { return stopping_.load(); });
         }
     }
     endpoint_.reset();  // waits for the worker
@@ -280,7 +289,7 @@ void RestServer::start() {
 void RestServer::shutdown() {
     {
         const std::lock_guard<std::mutex> lock(stopLock_);
-        stopped_ = true;
+        stopping_ = true;
     }
     stopSignal_.notify_all();
 }

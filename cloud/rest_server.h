@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QJsonObject>
+#include <atomic>
 #include <condition_variable>
 #include <memory>
 #include <mutex>
@@ -55,6 +56,9 @@ class RestServer {
     void doRunRecognizeMode(const Request& request, Response response);
     void doUserListInfo(const Request& request, Response response);
 
+    /// The manager's address, dotted decimal.
+    QString getManagerIP() const;
+
     template <typename Work>
     void serve(Response& response, Permission permission, Work work);
     template <typename Value>
@@ -69,5 +73,5 @@ class RestServer {
 
     std::mutex stopLock_;
     std::condition_variable stopSignal_;
-    bool stopped_ = false;
+    std::atomic<bool> stopping_{false};
 };

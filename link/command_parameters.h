@@ -40,7 +40,7 @@ enum : std::uint8_t { New = 0, All = 1 };
 namespace save {
 enum : std::uint8_t { Settings = 1 };
 enum : std::uint8_t { SetupAtTerminal = 1, SetupByService = 2 };        // SaveDeviceSetup
-enum : std::uint8_t { TcpIp = 1, Cloud = 2, OwnNetworkByService = 4 };  // SaveNetwork
+enum : std::uint8_t { TcpIp = 1, Cloud = 2, NetworkByService = 4 };  // SaveNetwork
 }  // namespace save
 
 /// ChooseSound, first.

@@ -1,5 +1,6 @@
 #include <QLoggingCategory>
 #include <QStringList>
+#include <cstring>
 
 #include "link/command_code.h"
 #include "link/command_parameters.h"
@@ -10,6 +11,17 @@
 Q_LOGGING_CATEGORY(simSettingsLog, "zel.sim.settings", QtInfoMsg)
 
 namespace {
+
+NetworkBlock withService(NetworkBlock block, const ServiceNetwork& network) {
+    block.useManager = network.useManager;
+    std::memcpy(block.own.address, network.address, sizeof network.address);
+    std::memcpy(block.own.mask, network.mask, sizeof network.mask);
+    std::memcpy(block.own.gateway, network.gateway, sizeof network.gateway);
+    std::memcpy(block.own.dns, network.dns, sizeof network.dns);
+    std::memcpy(block.own.managerAddress, network.managerAddress, sizeof network.managerAddress);
+    block.own.managerPort = network.managerPort;
+    return block;
+}
 
 OperationBlock withSettings(OperationBlock block, const OperationSettings& settings) {
     block.attendanceMode = settings.attendanceMode;
@@ -128,9 +140,9 @@ class SettingsSubject : public Subject {
     void saveNetwork(const Request& request) {
         _gui_menu_ menu = device_.settings();
         bool stored = false;
-        if (request.p1 == command::save::OwnNetworkByService) {
-            if (const auto own = request.record<AddressBlock>()) {
-                menu.network.own = *own;
+        if (request.p1 == command::save::NetworkByService) {
+            if (const auto network = request.record<ServiceNetwork>()) {
+                menu.network = withService(menu.network, *network);
                 stored = true;
             }
         } else if (const auto network = request.record<NetworkBlock>()) {
