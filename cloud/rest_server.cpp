@@ -12,7 +12,6 @@
 
 #include "cloud/cloud_host.h"
 #include "cloud/cloud_log.h"
-#include "cloud/http_guard.h"
 #include "cloud/network_helper.h"
 #include "cloud/parameters.h"
 #include "cloud/terminal_routes.h"
@@ -43,7 +42,7 @@ enum Command {
     kSetTime = 18,
 };
 
-QByteArray bodyOf(const Rest::Request& request) {
+QByteArray bodyOf(const Http::Request& request) {
     const std::string& body = request.body();
     return QByteArray::fromRawData(body.data(), static_cast<int>(body.size()));
 }
@@ -111,8 +110,15 @@ void RestServer::init(unsigned int /*threads*/) {
 void RestServer::setupRoutes() {
     const auto bind = [this](const char* name,
                              void (RestServer::*handler)(const Request&, Response)) {
-        Rest::Routes::Post(*router_, std::string("/cloud-service/rest-api/") + name,
-                           Rest::Routes::bind(handler, this));
+        const std::string path = std::string("/cloud-service/rest-api/") + name;
+        routes_[path] = [this, handler](const Request& request, Response&& response) {
+            (this->*handler)(request, std::move(response));
+        };
+        Rest::Routes::Post(*router_, path,
+                           [this, handler](const Rest::Request& request, Response response) {
+                               (this->*handler)(request, std::move(response));
+                               return Rest::Route::Result::Ok;
+                           });
     };
     bind("user-data-send.do", &RestServer::doUserDataSend);
     bind("user-data-get.do", &RestServer::doUserDataInfo);
@@ -263,7 +269,7 @@ QString RestServer::getManagerIP() const {
 void RestServer::start() {
     const SignalsBlocked quiet;
     CommandFolder::removeUnfinished();
-    endpoint_->setHandler(std::make_shared<HttpGuard>(router_));
+    endpoint_->setHandler(std::make_shared<HttpGuard>(routes_, router_));
     bool complained = false;
     std::unique_lock<std::mutex> lock(stopLock_);
     while (!stopping_) {

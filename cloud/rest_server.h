@@ -12,6 +12,7 @@
 
 #include "cloud/command_folder.h"
 #include "cloud/decoded.h"
+#include "cloud/http_guard.h"
 #include "link/device_records.h"
 
 class CloudHost;
@@ -37,7 +38,7 @@ class RestServer {
     static QJsonObject getErrCodeJSon(int code);
 
  private:
-    using Request = Pistache::Rest::Request;
+    using Request = Pistache::Http::Request;
     using Response = Pistache::Http::ResponseWriter;
     enum class Permission { NotNeeded, ManagerControl };
 
@@ -67,7 +68,8 @@ class RestServer {
     CloudHost& host_;
     const Pistache::Address address_;
     std::shared_ptr<Pistache::Http::Endpoint> endpoint_;
-    const std::shared_ptr<Pistache::Rest::Router> router_;
+    HttpGuard::Routes routes_;
+    const std::shared_ptr<Pistache::Rest::Router> router_;  // has the same routes
     _gui_menu_ settings_{};  // as they were when the present request came
     CommandFolder commandFolder_;
 
