@@ -27,7 +27,6 @@ constexpr quint8 kByCard = 0;     // second parameter of RecognitionFailed
 constexpr quint8 kEnrolment = 2;  // RecognitionMode
 constexpr int kEnrolFromLiveView = 5;
 
-// The log has a line about the semicolon behind the braces; the sheet works all the same.
 constexpr char kPictureSheet[] = "#noti_layer{background-image: url(%1);};";
 constexpr char kPlainSheet[] =
     "#noti_layer{background : qlineargradient(x1:0, y1:0, x2:1, y2:0, stop:0 #16383c, "
@@ -118,8 +117,7 @@ void LiveView::updateWorkState(int mode) {
                                     .arg(DevicePaths::at(QLatin1String("/zel1/image/") +
                                                          QLatin1String(banner->picture)))
                               : QString(QLatin1String(kPlainSheet));
-    if (ui_->noti_layer->styleSheet() != sheet)
-        ui_->noti_layer->setStyleSheet(sheet);
+    ui_->noti_layer->setGround(sheet);
 
     const auto script = [shell](const char* key) { return shell->getScript(QLatin1String(key)); };
     if (banner->attendance == nullptr && banner->meal == nullptr) {
