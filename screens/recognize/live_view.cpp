@@ -176,8 +176,7 @@ void LiveView::setLiveShowTimerReset() {
 void LiveView::verified() {
     MainWindow* shell = MainWindow::getMainWindow();
     // A card works at the standby screen too; the live view follows then.
-    if (auto* standby = qobject_cast<StayWindow*>(shell->getActivateWindowForm()))
-        standby->wake();
+    wakeStandby();
     const QString title = QStringLiteral("recognizeWindow");
     const AlarmMode alarm = shell->getAlarmMode();
     auto* result = qobject_cast<RecognizeWindow*>(shell->getWindow(title));
@@ -185,6 +184,12 @@ void LiveView::verified() {
         result->setArmEvent(RecognizeWindow::EVENT_TYPE::Alarm, RecognizeWindow::ARM_BTN_TYPE::Ok,
                             alarm == AlarmMode::Arm ? ArmState::Armed : ArmState::Disarmed);
     shell->changeWindow(title);
+}
+
+void LiveView::wakeStandby() {
+    if (auto* standby =
+            qobject_cast<StayWindow*>(MainWindow::getMainWindow()->getActivateWindowForm()))
+        standby->wake();
 }
 
 void LiveView::liveEnd() {
@@ -210,8 +215,19 @@ void LiveView::inputSub() {
 }
 
 void LiveView::enrollButtonTouch() {
+    startEnrolment({});
+}
+
+void LiveView::enrolRequested() {
+    wakeStandby();
+    // The service has said already who it is.
+    _gui_user_ user;
+    MainWindow::getMainWindow()->GetGuiUser(&user);
+    startEnrolment(user);
+}
+
+void LiveView::startEnrolment(_gui_user_ user) {
     MainWindow* shell = MainWindow::getMainWindow();
-    _gui_user_ user{};
     user.enrolMode = kEnrolFromLiveView;
     shell->SetGuiUser(&user);
     shell->SendCommand(command::LivePicture, 1, 0);
