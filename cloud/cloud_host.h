@@ -28,11 +28,3 @@ class CloudHost {
  protected:
     virtual ~CloudHost() = default;
 };
-
-/// Bits of the controller's self-check word that the management service is told of.
-enum SelfCheckFault : std::uint32_t {
-    kCameraFault = 0x01,
-    kCardReaderFault = 0x02,
-    kMemoryFault = 0x08,
-    kTamperFault = 0x40,
-};

@@ -137,14 +137,14 @@ void ControllerSimTest::savesAreStoredAndSurviveARestart() {
     const ScreenBlock screen{9, 1, 1, 0, 3, 2, 1};
     const OperationSettings operation{1, 1, 0, 1, 2, 7, 1, 0, {1, 2, 3, 4}, {5, 6, 7, 8}, 1, 1};
     const OperationTimes times{{6, 0, 9, 0}, {11, 0, 13, 0}, {17, 0, 19, 0}, {22, 0, 2, 0}, 1};
-    const AddressBlock own{
+    const ServiceNetwork network{
         1, {10, 0, 0, 9}, {255, 0, 0, 0}, {10, 0, 0, 1}, {1, 1, 1, 1}, {10, 0, 0, 5}, 8443};
     {
         Terminal terminal(sim_->port());
         terminal.sendRecord(command::SaveScreenSettings, 1, screen);
         terminal.sendRecord(command::SaveOperationSettings, 1, operation);
         terminal.sendRecord(command::SaveOperationTimes, 1, times);
-        terminal.sendRecord(command::SaveNetwork, 4, own);
+        terminal.sendRecord(command::SaveNetwork, 4, network);
         terminal.send(command::SaveFaceSettings, 1, 0, "xx");
         QTRY_VERIFY(terminal.has(command::FaceSettingsSaved));
         QCOMPARE(int(terminal.last.p1), 1);
@@ -170,7 +170,8 @@ void ControllerSimTest::savesAreStoredAndSurviveARestart() {
     QVERIFY(memcmp(&menu.operation.weekdayIn, &times, sizeof times) == 0);
     QCOMPARE(int(menu.operation.saveRecognitionFail), 1);
     QCOMPARE(int(menu.operation.mealCountView), 1);
-    QVERIFY(memcmp(&menu.network.own, &own, sizeof own) == 0);
+    QCOMPARE(int(menu.network.useManager), 1);
+    QVERIFY(memcmp(menu.network.own.address, network.address, sizeof network - 1) == 0);
     QCOMPARE(int(menu.setup.language), 1);
     QCOMPARE(QString::fromUtf8(menu.customerId), QStringLiteral("빌딩 7"));
 }
@@ -299,7 +300,7 @@ void ControllerSimTest::statusFollowsThePeriods() {
     QFETCH(int, status);
     _gui_menu_ menu = factorySettings();
     menu.setup.operation = static_cast<quint8>(operation);
-    if (operation == work::kMeals) {
+    if (operation == Operation::Meals) {
         menu.operation.saveSimpleAccess = 1;  // dinner off
         menu.operation.weekdayIn = {7, 0, 9, 0};
         menu.operation.weekdayOut = {11, 30, 13, 30};

@@ -13,6 +13,7 @@
 #include "tests/support/driven_terminal.h"
 #include "tests/support/text_recorder.h"
 #include "ui/dialog_form.h"
+#include "ui/notice_strip.h"
 
 /// The shell around the screens, as a finger on the panel, the controller and the management
 /// service see it.
@@ -36,6 +37,7 @@ class ShellTest : public QObject {
     void factoryTests();
     void faultsCome();
     void reportsComeUp();
+    void recordedAccessLeavesTheScreenFree();
     void statusPopupsClose();
     void statusChoosesTheMode();
     void theServiceIsSought();
@@ -289,7 +291,6 @@ void ShellTest::faultsCome() {
 }
 
 void ShellTest::reportsComeUp() {
-    const QString event = QString(int(sizeof(GUI_LOGDATA)) * 2, QLatin1Char('0'));
     const struct {
         QString frame;
         const char* key;
@@ -303,7 +304,6 @@ void ShellTest::reportsComeUp() {
         {QStringLiteral("2931 1 0"), "ListItem_FailedDeleted", true},
         {QStringLiteral("3039 0 0"), "ListItem_LogStoreEmptied", false},
         {QStringLiteral("3039 1 0"), "ListItem_LogStoreNearlyFull", false},
-        {QStringLiteral("3020 0 0 ") + event, "Info_AccessEvent", false},
         {QStringLiteral("2990 0 0"), "ListItem_FwRestart", false, "upgradingWindow"},
         {QStringLiteral("2990 1 0"), "ListItem_FwUpgradeFailed", true, "stayWindow"},
     };
@@ -321,6 +321,20 @@ void ShellTest::reportsComeUp() {
         QVERIFY(t->settle());
         QCOMPARE(t->sent("2032 0 0") >= 0, report.frame == QLatin1String("3039 1 0"));
     }
+}
+
+void ShellTest::recordedAccessLeavesTheScreenFree() {
+    const QString event(int(sizeof(GUI_LOGDATA)) * 2, QLatin1Char('0'));
+    const auto* strip = window()->findChild<NoticeStrip*>();
+    QVERIFY(t->tell(QStringLiteral("frame 3020 0 0 ") + event));
+    QTRY_VERIFY(strip->isVisible());
+    QVERIFY(
+        strip->text().startsWith(window()->getScript(QStringLiteral("Info_AccessEvent")).script));
+    // Neither the next screen nor a finger takes it away.
+    window()->changeWindow(QStringLiteral("enviWindow"));
+    QVERIFY(!strip->visibleRegion().isEmpty());
+    QVERIFY(window()->childAt(strip->geometry().center()) != strip);
+    QTRY_VERIFY(!strip->isVisible());
 }
 
 void ShellTest::statusPopupsClose() {

@@ -1,8 +1,8 @@
 #include <QApplication>
-#include <QTcpServer>
 #include <cstdio>
 #include <cstring>
 
+#include "bench/scenario/program.h"
 #include "bench/scenario/scenarios.h"
 #include "sim/device_root.h"
 
@@ -17,12 +17,11 @@ constexpr Scenario kScenarios[] = {
     {"start", &measureStart},
     {"idle", &measureIdle},
     {"screens", &measureScreens},
+    {"rest", &measureRest},
 };
 
 void setFreePort(const char* variable) {
-    QTcpServer probe;
-    probe.listen(QHostAddress::LocalHost);
-    qputenv(variable, QByteArray::number(probe.serverPort()));
+    qputenv(variable, QByteArray::number(freePort()));
 }
 
 }  // namespace
@@ -31,8 +30,8 @@ int main(int argc, char** argv) {
     for (const Scenario& scenario : kScenarios) {
         if (argc != 2 || std::strcmp(argv[1], scenario.name) != 0)
             continue;
-        // The start makes nearly two hundred links. On the device their targets are short and lie in the
-        // link itself; below a long path on a disk each would take a block of its own.
+        // The start makes nearly two hundred links. On the device their targets are short and lie
+        // in the link itself; below a long path on a disk each would take a block of its own.
         qputenv("TMPDIR", "/dev/shm");
         qputenv("QT_QPA_PLATFORM", "offscreen");
         const DeviceRoot root;
@@ -42,6 +41,6 @@ int main(int argc, char** argv) {
         QApplication application(argc, argv);
         return scenario.measure() ? 0 : 1;
     }
-    std::fprintf(stderr, "zel-scenario start | idle | screens\n");
+    std::fprintf(stderr, "zel-scenario start | idle | screens | rest\n");
     return 2;
 }

@@ -11,3 +11,6 @@ bool measureIdle();
 /// Screen changes in this process: their time, and what 10,000 of them leave behind. Needs a
 /// QApplication.
 bool measureScreens();
+/// The REST server's answers a second and their times, beside the HTTP library's with nothing
+/// behind it. Needs a QApplication.
+bool measureRest();

@@ -7,6 +7,8 @@
 #include "base/clock.h"
 #include "base/device_paths.h"
 #include "link/command_code.h"
+#include "link/command_parameters.h"
+#include "link/record_values.h"
 #include "screens/recognize/meal_count_form.h"
 #include "screens/recognize/recognize_window.h"
 #include "screens/recognize/stay_window.h"
@@ -21,11 +23,6 @@ namespace {
 /// Seconds that the live view stays without a face when the settings do not say.
 constexpr int kLiveTime = 20;
 constexpr int kDoorDialogTime = 10000;  // milliseconds
-
-constexpr quint8 kDoorRing = 36;  // RecognitionKey
-constexpr quint8 kByCard = 0;     // second parameter of RecognitionFailed
-constexpr quint8 kEnrolment = 2;  // RecognitionMode
-constexpr int kEnrolFromLiveView = 5;
 
 constexpr char kPictureSheet[] = "#noti_layer{background-image: url(%1);};";
 constexpr char kPlainSheet[] =
@@ -65,7 +62,7 @@ void LiveView::createForm() {
 void LiveView::showEvent(QShowEvent* event) {
     WindowForm::showEvent(event);
     MainWindow* shell = MainWindow::getMainWindow();
-    shell->SendCommand(command::LivePicture, 1, 0);
+    shell->SendCommand(command::LivePicture, command::picture::Shown, 0);
     // Its own time and not the menus' ends it, since a face that is there is no touch.
     shell->StopMenuTimer();
     showSettings();
@@ -82,9 +79,8 @@ void LiveView::hideEvent(QHideEvent* event) {
 
 void LiveView::showSettings() {
     const _gui_menu_ settings = MainWindow::getMainWindow()->menuRecord();
-    constexpr quint8 kFaceAndId = 4;
     ui_->callButton->setVisible(settings.setup.visitorCall == 1);
-    ui_->keypadButton->setVisible(settings.setup.authMethod == kFaceAndId);
+    ui_->keypadButton->setVisible(settings.setup.authMethod == AuthMethod::FaceAndId);
     ui_->enrollButton->setVisible(settings.registration.on == 1);
     ui_->noti_layer->setTouchable(MealCountForm::isOffered(settings));
     workModeChanged();
@@ -150,7 +146,7 @@ void LiveView::deviceAnswer(const DeviceMessage& message) {
             break;
         case command::RecognitionFailed:
             // A face's failure comes with its box.
-            if (message.p2 == kByCard)
+            if (message.p2 == command::failure::ByCard)
                 ui_->trackingBox->showCardFailure(message.p1);
             setLiveShowTimerReset();
             break;
@@ -164,7 +160,7 @@ void LiveView::deviceAnswer(const DeviceMessage& message) {
 
 void LiveView::setTrackingBox(const TrackedFace& face) {
     ui_->trackingBox->setFace(face);
-    if (face.state != 0)
+    if (face.state != FaceState::NoFace)
         liveTimer_.start();
 }
 
@@ -195,12 +191,12 @@ void LiveView::wakeStandby() {
 void LiveView::liveEnd() {
     MainWindow* shell = MainWindow::getMainWindow();
     shell->changeWindow(QStringLiteral("stayWindow"));
-    shell->SendCommand(command::CameraRun, 0, 0);
+    shell->SendCommand(command::CameraRun, command::camera::Off, 0);
 }
 
 void LiveView::doorRing() {
     MainWindow* shell = MainWindow::getMainWindow();
-    shell->SendCommand(command::RecognitionKey, kDoorRing, 0);
+    shell->SendCommand(command::RecognitionKey, command::key::DoorRing, 0);
     doorDialog_->setText(shell->getScript(QStringLiteral("Dialog_VisitorDoorCalling")));
     doorDialog_->setOkText(shell->getScript(QStringLiteral("TopMenu_OK")));
     doorDialog_->show();
@@ -209,8 +205,8 @@ void LiveView::doorRing() {
 
 void LiveView::inputSub() {
     MainWindow* shell = MainWindow::getMainWindow();
-    shell->SendCommand(command::RecognitionMode, 0, 0);
-    shell->SendCommand(command::CameraRun, 0, 0);
+    shell->SendCommand(command::RecognitionMode, command::recognition::Off, 0);
+    shell->SendCommand(command::CameraRun, command::camera::Off, 0);
     shell->changeWindow(QStringLiteral("inputSubWindow"));
 }
 
@@ -228,13 +224,13 @@ void LiveView::enrolRequested() {
 
 void LiveView::startEnrolment(_gui_user_ user) {
     MainWindow* shell = MainWindow::getMainWindow();
-    user.enrolMode = kEnrolFromLiveView;
+    user.enrolMode = AuthMethod::FromLiveView;
     shell->SetGuiUser(&user);
-    shell->SendCommand(command::LivePicture, 1, 0);
-    shell->SendCommand(command::RecognitionMode, kEnrolment, 0);
-    shell->SendCommand(command::CameraRun, 0, 0);
+    shell->SendCommand(command::LivePicture, command::picture::Shown, 0);
+    shell->SendCommand(command::RecognitionMode, command::recognition::Enrolment, 0);
+    shell->SendCommand(command::CameraRun, command::camera::Off, 0);
     shell->SendCommand(command::CameraPictureStop, 0, 0);
-    shell->changeWindow(QStringLiteral("userEnroll_qualWindow"), kEnrolFromLiveView);
+    shell->changeWindow(QStringLiteral("userEnroll_qualWindow"), int(AuthMethod::FromLiveView));
     // The person enters no ID there; the screen is given one.
     shell->SendCommand(command::StartEnrolment, 0, 0);
 }
@@ -242,8 +238,8 @@ void LiveView::startEnrolment(_gui_user_ user) {
 void LiveView::homeButtonTouch() {
     MainWindow* shell = MainWindow::getMainWindow();
     // Whoever works in the menu is not to be recognised meanwhile.
-    shell->SendCommand(command::RecognitionMode, 0, 0);
-    shell->SendCommand(command::CameraRun, 0, 0);
+    shell->SendCommand(command::RecognitionMode, command::recognition::Off, 0);
+    shell->SendCommand(command::CameraRun, command::camera::Off, 0);
     const bool locked = !fieldText(shell->menuRecord().setup.adminPassword).isEmpty();
     shell->changeWindow(locked ? QStringLiteral("InputAdminPassword")
                                : QStringLiteral("zelMenuWindow"));

@@ -5,7 +5,9 @@
 
 #include "app/main_window.h"
 #include "link/command_code.h"
+#include "link/command_parameters.h"
 #include "link/device_message.h"
+#include "link/record_values.h"
 #include "screens/recognize/live_view.h"
 #include "ui/pictures.h"
 #include "ui/theme.h"
@@ -13,21 +15,9 @@
 
 namespace {
 
-/// RecognitionResult::result
-enum Result { Accepted = 0, NoAccessTime = 1, NotPermitted = 2, Registered = 3, MealTaken = 4 };
-
-/// First parameters of RecognitionKey.
-constexpr quint8 kPayOne = 32;
-constexpr quint8 kPaySeveral = 33;
-constexpr quint8 kScreenHidden = 34;
-constexpr quint8 kPayCount = 35;
-
 constexpr int kMostMeals = 99;
 /// Seconds where the settings do not say.
 constexpr int kDefaultTime = 3;
-
-constexpr int kOkSound = 202;
-constexpr int kErrorSound = 203;
 
 // The buttons below: cancel alone, or beside the payment.
 constexpr QRect kCancelAlone(24, 704, 432, 72);
@@ -80,7 +70,7 @@ void RecognizeWindow::scriptsApplied() {
 void RecognizeWindow::showEvent(QShowEvent* event) {
     WindowForm::showEvent(event);
     MainWindow* shell = MainWindow::getMainWindow();
-    shell->SendCommand(command::LivePicture, 0, 0);
+    shell->SendCommand(command::LivePicture, command::picture::Hidden, 0);
     // Its own time and not the menus' ends it.
     shell->StopMenuTimer();
     startTimer(shell->menuRecord().resultSeconds);
@@ -94,7 +84,7 @@ void RecognizeWindow::hideEvent(QHideEvent* event) {
         return;
     shell->SendCommand(command::RecognitionHidden, 0, 0);
     if (!paymentDone_)
-        shell->SendCommand(command::RecognitionKey, kScreenHidden, 0);
+        shell->SendCommand(command::RecognitionKey, command::key::ScreenHidden, 0);
     // Nobody's data is to flash up before the next result.
     ui_->band->hide();
     ui_->nameLine->setText({});
@@ -132,7 +122,7 @@ void RecognizeWindow::setUserID(const QString& userId) {
     viewStateMode();
     startTimer(shell->menuRecord().resultSeconds);
 
-    const bool positive = accepted() || result_.result == Registered;
+    const bool positive = accepted() || result_.result == Verdict::Registered;
     QPalette colors = ui_->band->palette();
     colors.setColor(QPalette::Window, Theme::color(positive ? Theme::kAccent : Theme::kDanger));
     ui_->band->setPalette(colors);
@@ -142,7 +132,7 @@ void RecognizeWindow::setUserID(const QString& userId) {
     ui_->resultLine->setScript(shell->getScript(resultKey()));
     ui_->band->show();
     ui_->menuButton->setRole(positive ? LabelButton::Primary : LabelButton::Danger);
-    shell->PlaySound(positive ? kOkSound : kErrorSound);
+    shell->PlaySound(positive ? command::sound::Accepted : command::sound::Error);
 
     const QString customerId = oneLine(fieldText(result_.customerId));
     ui_->idLine->setText(customerId.isEmpty() ? oneLine(userId) : customerId);
@@ -185,7 +175,7 @@ void RecognizeWindow::selectMenu() {
         ui_->inOutOkForm->setEvent(*recorded_);
         showLower({ui_->inOutOkForm});
     } else {
-        if (accepted() || result_.result == Registered)
+        if (accepted() || result_.result == Verdict::Registered)
             ui_->helloForm->welcome();
         else
             ui_->helloForm->refuse(result_.result);
@@ -268,7 +258,7 @@ void RecognizeWindow::minusButtonTouch() {
 void RecognizeWindow::changePaymentCount(int count) {
     MainWindow* shell = MainWindow::getMainWindow();
     paymentCount_ = qBound(1, count, kMostMeals);
-    shell->SendCommand(command::RecognitionKey, kPayCount, 0);
+    shell->SendCommand(command::RecognitionKey, command::key::PayCount, 0);
     updatePaymentCount();
     startTimer(shell->menuRecord().resultSeconds);
 }
@@ -276,7 +266,8 @@ void RecognizeWindow::changePaymentCount(int count) {
 void RecognizeWindow::paymentButtonTouch() {
     MainWindow* shell = MainWindow::getMainWindow();
     paymentDone_ = true;
-    shell->SendCommand(command::RecognitionKey, paymentCount_ == 1 ? kPayOne : kPaySeveral,
+    shell->SendCommand(command::RecognitionKey,
+                       paymentCount_ == 1 ? command::key::PayOne : command::key::PaySeveral,
                        static_cast<quint8>(paymentCount_));
     ScriptHandler::Script done = script("Info_PaymentCompleted");
     if (const char* meal = WorkState::mealName(workMode_))
@@ -318,13 +309,13 @@ void RecognizeWindow::startTimer(int seconds) {
 
 QString RecognizeWindow::resultKey() const {
     switch (result_.result) {
-        case Accepted:
+        case Verdict::Accepted:
             break;
-        case NoAccessTime:
+        case Verdict::NoAccessTime:
             return QStringLiteral("Info_NoAccessTime");
-        case Registered:
+        case Verdict::Registered:
             return QStringLiteral("Info_Registered");
-        case MealTaken:
+        case Verdict::MealTaken:
             return QStringLiteral("Info_MealTaken");
         default:
             return QStringLiteral("Info_NotPermitted");
@@ -336,7 +327,7 @@ QString RecognizeWindow::resultKey() const {
 }
 
 bool RecognizeWindow::accepted() const {
-    return result_.result == Accepted;
+    return result_.result == Verdict::Accepted;
 }
 
 bool RecognizeWindow::asksPayment() const {

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "link/device_message.h"
+#include "link/record_values.h"
 #include "sim/common/portrait.h"
 
 namespace {
@@ -14,11 +15,6 @@ constexpr char kSchema[] =
     "NAME TEXT, CARD_NO TEXT, MARK INTEGER NOT NULL, RECORD BLOB NOT NULL);"
     "SELECT IDX, USER_ID, NAME, CARD_NO, MARK, RECORD FROM USER_T LIMIT 1;";
 constexpr qint64 kPresent = 0;
-
-constexpr quint8 kAdministrator = 0;
-constexpr quint8 kVisitor = 2;
-constexpr quint8 kFaceOnly = 1;
-constexpr quint8 kInOutOnly = 1;
 
 /// Users that a fresh controller comes with: three scripts, every way of authentication, a name as
 /// long as names get, someone who may only come at night and someone without a picture.
@@ -32,13 +28,14 @@ const struct FirstUser {
     quint8 rights;
     bool picture;
 } kFirstUsers[] = {
-    {"01023456789", "김서연", "10000001", "", 2, kAdministrator, 0, true},
+    {"01023456789", "김서연", "10000001", "", 2, UserLevel::Administrator, 0, true},
     {"01098765432", "박지훈", "10000002", "", 2, 1, 0, true},
-    {"01055501234", "Emily Carter", "10000003", "", 2, 1, kInOutOnly, false},
+    {"01055501234", "Emily Carter", "10000003", "", 2, 1, UserRights::InOutOnly, false},
     {"01044447777", "佐藤 美咲", "", "", 4, 1, 0, true},
     {"01031313131", "Maximiliana Featherstonehaugh-Li", "10000005", "", 3, 1, 0, true},
-    {"01077778888", "이도윤", "10000006", "22:00~06:00", 0, 1, kInOutOnly, true},
-    {"01066665555", "中村 蓮", "", "", kFaceOnly, kVisitor, kInOutOnly, true},
+    {"01077778888", "이도윤", "10000006", "22:00~06:00", 0, 1, UserRights::InOutOnly, true},
+    {"01066665555", "中村 蓮", "", "", AuthMethod::Face, UserLevel::Visitor, UserRights::InOutOnly,
+     true},
 };
 
 }  // namespace
@@ -133,11 +130,11 @@ UserCounts UserStore::counts() {
     UserCounts counts{};
     for (const _gui_user_& user : users()) {
         ++counts.all;
-        ++(user.level == kAdministrator ? counts.admin
-           : user.level == kVisitor     ? counts.visitor
-                                        : counts.general);
-        counts.inOut += user.rights == kInOutOnly;
-        counts.faceOnly += user.authMethod == kFaceOnly;
+        ++(user.level == UserLevel::Administrator ? counts.admin
+           : user.level == UserLevel::Visitor     ? counts.visitor
+                                                  : counts.general);
+        counts.inOut += user.rights == UserRights::InOutOnly;
+        counts.faceOnly += user.authMethod == AuthMethod::Face;
     }
     return counts;
 }
