@@ -24,7 +24,6 @@ namespace {
 constexpr int kLiveTime = 20;
 constexpr int kDoorDialogTime = 10000;  // milliseconds
 
-// The log has a line about the semicolon behind the braces; the sheet works all the same.
 constexpr char kPictureSheet[] = "#noti_layer{background-image: url(%1);};";
 constexpr char kPlainSheet[] =
     "#noti_layer{background : qlineargradient(x1:0, y1:0, x2:1, y2:0, stop:0 #16383c, "
@@ -114,8 +113,7 @@ void LiveView::updateWorkState(int mode) {
                                     .arg(DevicePaths::at(QLatin1String("/zel1/image/") +
                                                          QLatin1String(banner->picture)))
                               : QString(QLatin1String(kPlainSheet));
-    if (ui_->noti_layer->styleSheet() != sheet)
-        ui_->noti_layer->setStyleSheet(sheet);
+    ui_->noti_layer->setGround(sheet);
 
     const auto script = [shell](const char* key) { return shell->getScript(QLatin1String(key)); };
     if (banner->attendance == nullptr && banner->meal == nullptr) {
@@ -174,8 +172,7 @@ void LiveView::setLiveShowTimerReset() {
 void LiveView::verified() {
     MainWindow* shell = MainWindow::getMainWindow();
     // A card works at the standby screen too; the live view follows then.
-    if (auto* standby = qobject_cast<StayWindow*>(shell->getActivateWindowForm()))
-        standby->wake();
+    wakeStandby();
     const QString title = QStringLiteral("recognizeWindow");
     const AlarmMode alarm = shell->getAlarmMode();
     auto* result = qobject_cast<RecognizeWindow*>(shell->getWindow(title));
@@ -183,6 +180,12 @@ void LiveView::verified() {
         result->setArmEvent(RecognizeWindow::EVENT_TYPE::Alarm, RecognizeWindow::ARM_BTN_TYPE::Ok,
                             alarm == AlarmMode::Arm ? ArmState::Armed : ArmState::Disarmed);
     shell->changeWindow(title);
+}
+
+void LiveView::wakeStandby() {
+    if (auto* standby =
+            qobject_cast<StayWindow*>(MainWindow::getMainWindow()->getActivateWindowForm()))
+        standby->wake();
 }
 
 void LiveView::liveEnd() {
@@ -208,8 +211,19 @@ void LiveView::inputSub() {
 }
 
 void LiveView::enrollButtonTouch() {
+    startEnrolment({});
+}
+
+void LiveView::enrolRequested() {
+    wakeStandby();
+    // The service has said already who it is.
+    _gui_user_ user;
+    MainWindow::getMainWindow()->GetGuiUser(&user);
+    startEnrolment(user);
+}
+
+void LiveView::startEnrolment(_gui_user_ user) {
     MainWindow* shell = MainWindow::getMainWindow();
-    _gui_user_ user{};
     user.enrolMode = AuthMethod::FromLiveView;
     shell->SetGuiUser(&user);
     shell->SendCommand(command::LivePicture, command::picture::Shown, 0);

@@ -9,7 +9,6 @@
 #include "link/device_message.h"
 #include "link/record_values.h"
 #include "screens/recognize/live_view.h"
-#include "screens/recognize/work_state.h"
 #include "ui/pictures.h"
 #include "ui/theme.h"
 #include "ui_recognize_window.h"
@@ -105,6 +104,7 @@ void RecognizeWindow::deviceAnswer(const DeviceMessage& message) {
     ensureForm();
     result_ = *result;
     arm_ = ArmState::None;
+    recorded_ = WorkState::attendanceOfKey(result_.attendanceEvent);
     paymentDone_ = false;
     const QString userId = fieldText(result_.userId);
     setUserID(userId);
@@ -118,6 +118,7 @@ void RecognizeWindow::deviceAnswer(const DeviceMessage& message) {
 void RecognizeWindow::setUserID(const QString& userId) {
     MainWindow* shell = MainWindow::getMainWindow();
     shell->setState1N1(0);
+    workMode_ = WorkState::shown(shell->getWorkMode(), shell->menuRecord());
     viewStateMode();
     startTimer(shell->menuRecord().resultSeconds);
 
@@ -160,7 +161,6 @@ void RecognizeWindow::setThumbnail(int show, const QString& userId) {
 }
 
 void RecognizeWindow::selectMenu() {
-    const WorkState::Attendance* recorded = WorkState::attendanceOfKey(result_.attendanceEvent);
     if (asksPayment()) {
         ui_->cancelButton->setGeometry(kCancelBesidePayment);
         showLower({ui_->paymentPanel, ui_->cancelButton, ui_->paymentButton});
@@ -171,8 +171,8 @@ void RecognizeWindow::selectMenu() {
     } else if (accepted() && arm_ != ArmState::None) {
         ui_->armModeOkForm->setState(arm_);
         showLower({ui_->armModeOkForm});
-    } else if (accepted() && recorded != nullptr) {
-        ui_->inOutOkForm->setEvent(*recorded);
+    } else if (accepted() && recorded_ != nullptr) {
+        ui_->inOutOkForm->setEvent(*recorded_);
         showLower({ui_->inOutOkForm});
     } else {
         if (accepted() || result_.result == Verdict::Registered)
@@ -192,17 +192,17 @@ void RecognizeWindow::setArmEvent(EVENT_TYPE event, ARM_BTN_TYPE button, ArmStat
 }
 
 void RecognizeWindow::viewStateMode() {
-    const MainWindow* shell = MainWindow::getMainWindow();
-    const WorkMode mode = WorkState::shown(shell->getWorkMode(), shell->menuRecord());
+    const WorkState::Attendance* event =
+        recorded_ != nullptr ? recorded_ : WorkState::attendanceOf(workMode_);
     QString icon = QStringLiteral("menu_user_24_accent.png");
     QString text = script("Info_ModeAccess").script;
     if (arm_ != ArmState::None && accepted()) {
         icon = QStringLiteral("shield_24_accent.png");
         text = script(arm_ == ArmState::Armed ? "Info_ModeArm" : "Info_ModeDisarm").script;
-    } else if (const char* meal = WorkState::mealName(mode)) {
+    } else if (const char* meal = WorkState::mealName(workMode_)) {
         icon = QStringLiteral("menu_meal_24_accent.png");
         text = script(meal).script;
-    } else if (const WorkState::Attendance* event = WorkState::attendanceOf(mode)) {
+    } else if (event != nullptr) {
         icon = QStringLiteral("menu_attendance_24_accent.png");
         text =
             script("Arg_WorkMode").script.replace(QLatin1String("%1"), script(event->word).script);
@@ -240,6 +240,8 @@ void RecognizeWindow::inDutyButtonTouch() {
 void RecognizeWindow::recordAttendance(const WorkState::Attendance& event) {
     MainWindow* shell = MainWindow::getMainWindow();
     shell->SendCommand(command::RecognitionKey, event.key, 0);
+    recorded_ = &event;
+    viewStateMode();
     ui_->inOutOkForm->setEvent(event);
     showLower({ui_->inOutOkForm});
     startTimer(shell->menuRecord().attendanceDoneSeconds);
@@ -268,7 +270,7 @@ void RecognizeWindow::paymentButtonTouch() {
                        paymentCount_ == 1 ? command::key::PayOne : command::key::PaySeveral,
                        static_cast<quint8>(paymentCount_));
     ScriptHandler::Script done = script("Info_PaymentCompleted");
-    if (const char* meal = WorkState::mealName(shell->getWorkMode()))
+    if (const char* meal = WorkState::mealName(workMode_))
         done.script.replace(QLatin1String("%1"), script(meal).script);
     done.script.replace(QLatin1String("%2"), QString::number(paymentCount_));
     ui_->paymentOkForm->confirm(done);
@@ -306,7 +308,6 @@ void RecognizeWindow::startTimer(int seconds) {
 }
 
 QString RecognizeWindow::resultKey() const {
-    const MainWindow* shell = MainWindow::getMainWindow();
     switch (result_.result) {
         case Verdict::Accepted:
             break;
@@ -321,9 +322,8 @@ QString RecognizeWindow::resultKey() const {
     }
     if (result_.demo == 1)
         return QStringLiteral("Info_Authenticated_TnA_DEMO");
-    const WorkMode mode = WorkState::shown(shell->getWorkMode(), shell->menuRecord());
-    return WorkState::attendanceOf(mode) != nullptr ? QStringLiteral("Info_Authenticated_TnA")
-                                                    : QStringLiteral("Info_Authenticated");
+    return WorkState::attendanceOf(workMode_) != nullptr ? QStringLiteral("Info_Authenticated_TnA")
+                                                         : QStringLiteral("Info_Authenticated");
 }
 
 bool RecognizeWindow::accepted() const {
@@ -331,9 +331,8 @@ bool RecognizeWindow::accepted() const {
 }
 
 bool RecognizeWindow::asksPayment() const {
-    const MainWindow* shell = MainWindow::getMainWindow();
-    return accepted() && WorkState::isMealOperation(shell->menuRecord()) &&
-           shell->getWorkMode() != WorkMode::AccessOnly;
+    return accepted() && workMode_ != WorkMode::AccessOnly &&
+           WorkState::isMealOperation(MainWindow::getMainWindow()->menuRecord());
 }
 
 LiveView* RecognizeWindow::live() const {
