@@ -2,12 +2,12 @@
 #include <QLabel>
 #include <QSet>
 #include <QTextDocument>
-#include <QWindow>
 #include <QtTest>
 #include <memory>
 
 #include "base/device_paths.h"
 #include "link/device_link.h"
+#include "tests/support/finger.h"
 #include "tests/support/text_recorder.h"
 #include "tools/gallery/gallery_states.h"
 #include "tools/gallery/stage.h"
@@ -286,7 +286,7 @@ class ScreensWalkTest : public QObject {
                 if (bar->button(action) == nullptr || bar->button(action)->isHidden())
                     continue;
                 stage->open(title);
-                click(bar->button(action));
+                tap(bar->button(action));
                 QVERIFY2(active()->getTitle() != title, qPrintable(title));
                 QCOMPARE(visibleScreens(), QStringList(active()->getTitle()));
             }
@@ -305,7 +305,7 @@ class ScreensWalkTest : public QObject {
                 if (target.isEmpty())
                     continue;
                 stage->open(title);
-                click(button);
+                tap(button);
                 QCOMPARE(active()->getTitle(), target);
                 QCOMPARE(visibleScreens(), QStringList(target));
                 ++ways;
@@ -323,7 +323,7 @@ class ScreensWalkTest : public QObject {
                 delete stage->controller().nextPendingConnection();
             QTRY_VERIFY(!link->connected());
             QCOMPARE(visibleScreens(), QStringList(title));
-            click(active());
+            tap(active());
             // Rather than wait for the next attempt.
             link->open(DevicePaths::linkPort());
         }
@@ -348,12 +348,7 @@ class ScreensWalkTest : public QObject {
         return visible;
     }
 
-    /// A finger's tap in the middle of @p widget.
-    void click(const QWidget* widget) {
-        QTest::mouseClick(window().windowHandle(), Qt::LeftButton, {},
-                          widget->mapTo(&window(), widget->rect().center()));
-        QCoreApplication::processEvents();
-    }
+    void tap(const QWidget* widget) { Finger(&window()).tap(widget); }
 
     QStringList faultsOf(const QString& name) {
         QStringList faults;
