@@ -9,6 +9,7 @@
 #include "tools/gallery/door_states.h"
 #include "tools/gallery/stage.h"
 #include "ui/combo.h"
+#include "ui/dialog_form.h"
 #include "ui/input_field.h"
 #include "ui/list_row.h"
 #include "ui/scroll_list.h"
@@ -33,7 +34,7 @@ void faults(Stage& stage, quint32 word) {
 /// The keypad at a field of its kind, after some keys have been touched.
 void keypad(Stage& stage, InputField::Characters characters, const char* keys,
             const char* option = "") {
-    auto* field = stage.add<InputField>(QRect(16, 720, 448, 56));
+    auto* field = stage.add<InputField>(QRect(16, 312, 448, 56));
     field->setObjectName(QStringLiteral("keypadField"));
     field->setAllowedCharacters(characters);
     stage.showAdded();
@@ -58,6 +59,33 @@ void longComboList(Stage& stage) {
     combo->setCurrentIndex(12);
     stage.showAdded();
     stage.touch(combo->objectName());
+}
+
+/// A dialog with such buttons.
+void dialog(Stage& stage, DialogForm::ButtonType buttons, DialogForm::Icon icon, bool danger) {
+    const auto script = [&stage](const char* key) {
+        return stage.window().getScript(QLatin1String(key));
+    };
+    auto* dialog = stage.add<DialogForm>();
+    dialog->setIcon(icon);
+    dialog->setText(script("ListItem_LogStoreNearlyFull"));
+    dialog->setButtonType(buttons);
+    dialog->setOkText(script("TopMenu_OK"));
+    dialog->setCancelText(script("TopMenu_Cancel"));
+    dialog->setDanger(danger);
+    stage.showAdded();
+}
+
+/// The attendance mode is not automatic: its times do not count.
+void manualMode(Stage& stage) {
+    stage.touch(QStringLiteral("modeCombo"));
+    stage.touch(QStringLiteral("item1"));
+}
+
+void typedPassword(Stage& stage) {
+    for (const char* key : {"key_1", "key_2", "key_3"})
+        stage.touch(QLatin1String(key));
+    stage.press(QStringLiteral("key_4"));
 }
 
 void listEnd(Stage& stage) {
@@ -137,6 +165,7 @@ constexpr NamedState kStates[] = {
     {"liveWindow", "refused-face", [](Stage& stage) { face(stage, 3, 2); }},
     {"liveWindow", "unknown-card", unknownCard},
     {"liveWindow", "visitor-call", visitorCall},
+    {"liveWindow", "pressed", [](Stage& stage) { stage.press(QStringLiteral("menuButton")); }},
     {"recognizeWindow", "access", [](Stage& stage) { result(stage, 0, 0, Access, 0); }},
     {"recognizeWindow", "access-without-picture",
      [](Stage& stage) { result(stage, 2, 0, Access, 0); }},
@@ -157,7 +186,30 @@ constexpr NamedState kStates[] = {
     {"recognizeWindow", "meal-paid", [](Stage& stage) { meal(stage, 4, 1, true); }},
     {"recognizeWindow", "armed", [](Stage& stage) { alarm(stage, 1); }},
     {"recognizeWindow", "disarmed", [](Stage& stage) { alarm(stage, 2); }},
+    {"zelMenuWindow", "pressed", [](Stage& stage) { stage.press(QStringLiteral("menuWorkTile")); }},
+    {"zelMenuWindow", "dialog",
+     [](Stage& stage) { dialog(stage, DialogForm::OkButton, DialogForm::Icon::None, false); }},
+    {"zelMenuWindow", "dialog-question",
+     [](Stage& stage) {
+         dialog(stage, DialogForm::OkCancelButtons, DialogForm::Icon::Question, false);
+     }},
+    {"zelMenuWindow", "dialog-danger",
+     [](Stage& stage) {
+         dialog(stage, DialogForm::OkCancelButtons, DialogForm::Icon::Warning, true);
+     }},
+    {"zelMenuWindow", "dialog-danger-pressed",
+     [](Stage& stage) {
+         dialog(stage, DialogForm::OkCancelButtons, DialogForm::Icon::Warning, true);
+         stage.press(QStringLiteral("dialogOkButton"));
+     }},
+    {"zelMenuWindow", "dialog-without-buttons",
+     [](Stage& stage) { dialog(stage, DialogForm::NoButton, DialogForm::Icon::Info, false); }},
     {"usbMenuWindow", "stick", withStick},
+    {"usbMenuWindow", "pressed",
+     [](Stage& stage) {
+         withStick(stage);
+         stage.press(QStringLiteral("exportUserTile"));
+     }},
     {"usbMenuWindow", "mounting", usbReport<command::UsbState, 10, 0>},
     {"usbMenuWindow", "no-folder", [](Stage& stage) { stage.receive(command::UsbState, 0, 0); }},
     {"usbMenuWindow", "export-begins", usbReport<command::UsbExported, 2, 10>},
@@ -205,6 +257,14 @@ constexpr NamedState kStates[] = {
     {"enviSound_Alarm", "long-list", longComboList},
     {"workMenuWindow", "end", listEnd},
     {"workMenuWindow", "mode-list", [](Stage& stage) { stage.touch(QStringLiteral("modeCombo")); }},
+    {"workMenuWindow", "mode-list-pressed",
+     [](Stage& stage) {
+         stage.touch(QStringLiteral("modeCombo"));
+         stage.press(QStringLiteral("item3"));
+     }},
+    {"workMenuWindow", "manual-mode", manualMode},
+    {"workMenuWindow", "save-pressed",
+     [](Stage& stage) { stage.press(QStringLiteral("forwardButton")); }},
     {"workMenuWindow", "keypad",
      [](Stage& stage) { stage.touch(QStringLiteral("weekdayInTime")); }},
     {"workMenuWindow", "keypad-low-field",
@@ -216,6 +276,8 @@ constexpr NamedState kStates[] = {
     {"foodMenuWindow", "end", listEnd},
     {"foodMenuWindow", "duplicate-use-list",
      [](Stage& stage) { stage.touch(QStringLiteral("duplicateUseCombo")); }},
+    {"userEnrollMenuWindow", "pressed",
+     [](Stage& stage) { stage.press(QStringLiteral("authFaceOrCardRow")); }},
     {"userSearch_idWindow", "keypad-digits",
      [](Stage& stage) { keypad(stage, InputField::Digits, "", "010"); }},
     {"userSearch_InfoWindow", "keypad-first-page",
@@ -236,6 +298,7 @@ constexpr NamedState kStates[] = {
     {"upgradingWindow", "downloading-without-length", [](Stage& stage) { downloading(stage, -1); }},
     {"upgradingWindow", "updated",
      [](Stage& stage) { stage.receive(command::FirmwareUpdateAnswer, 0); }},
+    {"InputAdminPassword", "typed", typedPassword},
     {"InputAdminPassword", "wrong", [](Stage& stage) { wrongPassword(stage, 1); }},
     // Two more, and the entry stays locked.
     {"InputAdminPassword", "locked", [](Stage& stage) { wrongPassword(stage, 2); }},
