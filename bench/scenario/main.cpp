@@ -17,7 +17,7 @@ struct Scenario {
 constexpr Scenario kScenarios[] = {
     {"start", &measureStart},   {"idle", &measureIdle},         {"screens", &measureScreens},
     {"result", &measureResult}, {"tracking", &measureTracking}, {"standby", &measureStandby},
-    {"rest", &measureRest},
+    {"rest", &measureRest},     {"users", &measureUsers},
 };
 
 void setFreePort(const char* variable) {

@@ -21,3 +21,5 @@ bool measureResult();
 bool measureTracking();
 /// What the standby screen paints in a minute.
 bool measureStandby();
+/// The list of 10,000 users from the REST server, beside the query that it takes.
+bool measureUsers();
