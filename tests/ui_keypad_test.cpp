@@ -5,6 +5,7 @@
 
 #include "sim/device_root.h"
 #include "tests/support/finger.h"
+#include "ui/dialog_form.h"
 #include "ui/input_field.h"
 #include "ui/theme.h"
 #include "ui/touch_key.h"
@@ -163,6 +164,8 @@ class UiKeypadTest : public QObject {
         QTest::newRow("field hidden") << std::function<void()>([this] { low->hide(); });
         QTest::newRow("disabled") << std::function<void()>([this] { screen->setEnabled(false); });
         QTest::newRow("keypad hidden") << std::function<void()>([this] { keypad->hide(); });
+        QTest::newRow("screen's dialog")
+            << std::function<void()>([this] { (new DialogForm(screen))->show(); });
         QTest::newRow("field deleted") << std::function<void()>([this] { delete low; });
         QTest::newRow("screen deleted") << std::function<void()>([this] { delete screen; });
     }

@@ -167,6 +167,11 @@ constexpr NamedState kStates[] = {
     {"liveWindow", "visitor-call", visitorCall},
     {"liveWindow", "pressed", [](Stage& stage) { stage.press(QStringLiteral("menuButton")); }},
     {"recognizeWindow", "access", [](Stage& stage) { result(stage, 0, 0, Access, 0); }},
+    {"recognizeWindow", "photo",
+     [](Stage& stage) {
+         result(stage, 0, 0, Access, 0);
+         stage.touch(QStringLiteral("thumbnail"));
+     }},
     {"recognizeWindow", "access-without-picture",
      [](Stage& stage) { result(stage, 2, 0, Access, 0); }},
     {"recognizeWindow", "access-long-name", [](Stage& stage) { result(stage, 4, 0, Access, 0); }},
@@ -279,7 +284,7 @@ constexpr NamedState kStates[] = {
     {"userEnrollMenuWindow", "pressed",
      [](Stage& stage) { stage.press(QStringLiteral("authFaceOrCardRow")); }},
     {"userSearch_idWindow", "keypad-digits",
-     [](Stage& stage) { keypad(stage, InputField::Digits, "", "010"); }},
+     [](Stage& stage) { keypad(stage, InputField::Digits, "0 1 0 2 3 4 5", "010"); }},
     {"userSearch_InfoWindow", "keypad-first-page",
      [](Stage& stage) { keypad(stage, InputField::Any, ""); }},
     {"userSearch_InfoWindow", "keypad-hangul",
