@@ -157,7 +157,9 @@ class CloudDownloadTest : public QObject {
             manager_.reset();
         }
         manager_ = std::make_unique<DownloadManager>();
-        QVERIFY(files().isEmpty() || files() == QStringList(QStringLiteral("big")));
+        // A quick machine finishes some of them: what is left is whole.
+        for (const QString& name : files())
+            QCOMPARE(QFileInfo(manager_->getBasePath() + name).size(), qint64{2000000});
     }
 
     void speedsHaveFittingUnits() {
