@@ -15,6 +15,8 @@
 namespace {
 
 quint16 port = 0;
+/// Milliseconds for an orderly end: one second, and as much again for a busy machine.
+constexpr int kOrderly = 2000;
 
 QByteArray post(const QByteArray& path, const QByteArray& body, const QByteArray& more = {}) {
     return "POST " + path + " HTTP/1.1\r\nHost: x\r\n" + more +
@@ -183,7 +185,7 @@ class CloudRestServerTest : public QObject {
             QElapsedTimer time;
             time.start();
             client.reset();
-            QVERIFY2(time.elapsed() < 500, qPrintable(QString::number(time.elapsed())));
+            QVERIFY2(time.elapsed() < kOrderly, qPrintable(QString::number(time.elapsed())));
         }
     }
 
@@ -210,7 +212,7 @@ class CloudRestServerTest : public QObject {
         QElapsedTimer time;
         time.start();
         client_.reset();
-        QVERIFY2(time.elapsed() < 1000, qPrintable(QString::number(time.elapsed())));
+        QVERIFY2(time.elapsed() < kOrderly, qPrintable(QString::number(time.elapsed())));
         sqlite3_close(writer);
     }
 

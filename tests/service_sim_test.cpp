@@ -6,7 +6,6 @@
 #include <memory>
 #include <vector>
 
-#include "sim/service/call_text.h"
 #include "sim/service/service_sim.h"
 
 namespace {
@@ -117,17 +116,6 @@ class ServiceSimTest : public QObject {
         QTRY_COMPARE(codeOf(call("connect", R"({"access_token":"{x}"})")), QStringLiteral("1000"));
         // Deep enough to exhaust a recursion that nothing bounds.
         QCOMPARE(codeOf(call("connect", QByteArray(1000000, '['))), QStringLiteral("9999"));
-    }
-
-    void whatIsPrintedIsShortAndPlain() {
-        const QByteArray picture = QByteArray(30000, 'x').toBase64();
-        const QString text = call_text::shortBody("{\"info\":{\"visImg\":\"" + picture +
-                                                  "\",\"infImg\":\"\",\"name\":\"a\u009b31m\"," +
-                                                  "\"list\":[\"" + QByteArray(500, 'y') + "\"]}}");
-        QVERIFY2(text.contains(QLatin1String("30000 bytes")), qPrintable(text));
-        QVERIFY(text.contains(QLatin1String("a.31m")) && text.contains(QLatin1String("(500 ")));
-        QVERIFY(text.size() < 300);
-        QCOMPARE(call_text::shortBody("no\x1b[2Jjson\n"), QStringLiteral("no.[2Jjson."));
     }
 };
 
