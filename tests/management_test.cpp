@@ -7,12 +7,14 @@
 
 #include "app/main_window.h"
 #include "app/management_link.h"
+#include "app/window_form.h"
 #include "cloud/rest_client.h"
 #include "link/command_code.h"
 #include "link/device_message.h"
 #include "sim/controller/controller_sim.h"
 #include "sim/device_root.h"
 #include "sim/service/service_sim.h"
+#include "ui/text_line.h"
 
 /// The whole terminal between a controller and a management service: what one of them wants comes
 /// out at the other.
@@ -30,8 +32,6 @@ class ManagementTest : public QObject {
     void ordersReachTheController_data();
     void ordersReachTheController();
     void usersAreTakenFromTheirFolders();
-    void ordersNeedPermission();
-    void dataIsAnsweredAtOnce();
     void firmwareIsFetchedAndHandedOver();
     void eventsAreKeptUntilConfirmed();
 
@@ -128,7 +128,7 @@ void ManagementTest::registersAndKeepsChecking() {
 
 void ManagementTest::findsTheServiceAgain_data() {
     QTest::addColumn<QByteArray>("word");
-    for (const char* word : {"away", "hang"})
+    for (const char* word : {"away", "hang", "refuse", "garbage", "answer 9999"})
         QTest::newRow(word) << QByteArray(word);
 }
 
@@ -149,6 +149,12 @@ void ManagementTest::followsTheServiceToItsNewAddress() {
     QCOMPARE(service("set CommType.PortNo " + port), QStringLiteral("ok 1000 succeed"));
     QTRY_VERIFY(called.count() > 0 && connected());
     QCOMPARE(called[0][0].toString(), QStringLiteral("connect"));
+    // The controller has it too: the terminal takes what it sends for its own.
+    QTRY_COMPARE(int(controller_->settings().network.own.managerPort), int(other.port()));
+    QCOMPARE(service("set CommType.UseManager 0"), QStringLiteral("ok 1000 succeed"));
+    QTRY_COMPARE(int(controller_->settings().network.useManager), 0);
+    QCOMPARE(service("set CommType.UseManager 1"), QStringLiteral("ok 1000 succeed"));
+    QTRY_COMPARE(int(controller_->settings().network.useManager), 1);
     controller("settings network.own.managerPort " + QByteArray::number(service_->port()));
     QTRY_VERIFY(calls("connect") > 0 && connected());
 }
@@ -197,26 +203,6 @@ void ManagementTest::usersAreTakenFromTheirFolders() {
     QVERIFY(folders.entryList(QDir::Dirs).isEmpty());
 }
 
-void ManagementTest::ordersNeedPermission() {
-    controller("settings managerControl 0");
-    QTRY_COMPARE(int(window_->menuRecord().managerControl), 0);
-    for (const char* word : {"door", "time", "add 123456 x", "delete 123456", "enrol 123456 x"})
-        QCOMPARE(service(word), QStringLiteral("error 2000 Do not allow manager control"));
-    controller("settings managerControl 1");
-    QTRY_COMPARE(int(window_->menuRecord().managerControl), 1);
-    QCOMPARE(service("add 12345 x").left(10), QStringLiteral("error 3001"));
-    QCOMPARE(service("time 2031-02-30 10:00:00").left(10), QStringLiteral("error 9999"));
-    QVERIFY(!has(command::OpenDoor) && !has(command::SetClock));
-}
-
-void ManagementTest::dataIsAnsweredAtOnce() {
-    const QString users = service("users");
-    QVERIFY2(users.contains(QLatin1String("01098765432")), qPrintable(users));
-    QVERIFY(users.endsWith(QLatin1String("\nok 1000 succeed")));
-    QVERIFY(service("groups").contains(QLatin1String("AllUsers")));
-    QVERIFY(service("status").contains(QLatin1String("ZEL01-SIM-0001")));
-}
-
 void ManagementTest::firmwareIsFetchedAndHandedOver() {
     QCOMPARE(service("firmware 1.2.0"), QStringLiteral("ok 1000 succeed"));
     QTRY_VERIFY(has(command::UpdateFirmware));
@@ -233,6 +219,9 @@ void ManagementTest::firmwareIsFetchedAndHandedOver() {
         return files.size() == 1 && files[0].size() > 0 && files[0].size() < 1000000;
     };
     QTRY_VERIFY(begun());
+    QCOMPARE(window_->getActivateWindowForm()->getTitle(), QStringLiteral("upgradingWindow"));
+    const auto* speed = window_->findChild<TextLine*>(QStringLiteral("downloadSpeed"));
+    QTRY_VERIFY(speed->text().endsWith(QLatin1String(" kB/s")));
     service("away");
     QTRY_VERIFY(has(command::UpdateFirmware));
     QVERIFY(input.entryList(QDir::Files).isEmpty());

@@ -6,7 +6,6 @@
 #include <memory>
 #include <vector>
 
-#include "sim/service/call_text.h"
 #include "sim/service/service_sim.h"
 
 namespace {
