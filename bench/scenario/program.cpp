@@ -65,6 +65,14 @@ double Program::cpuTime() const {
     return static_cast<double>(nanoseconds(clock)) / 1e9;
 }
 
+double Program::mainThreadTime() const {
+    // The first field, in nanoseconds.
+    QFile statistics(QStringLiteral("/proc/%1/schedstat").arg(process_.processId()));
+    if (!statistics.open(QIODevice::ReadOnly))
+        return -1;
+    return statistics.readAll().split(' ').first().toDouble() / 1e6;
+}
+
 int Program::countOf(const char* folder) const {
     const QString path =
         QStringLiteral("/proc/%1/%2").arg(process_.processId()).arg(QLatin1String(folder));

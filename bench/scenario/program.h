@@ -20,6 +20,8 @@ class Program {
     double residentMemory() const;
     /// CPU time of all its threads so far, in seconds; -1 when the program has ended.
     double cpuTime() const;
+    /// CPU time of its first thread so far, in milliseconds.
+    double mainThreadTime() const;
     /// Its threads and open files.
     int threads() const { return countOf("task"); }
     int descriptors() const { return countOf("fd"); }
