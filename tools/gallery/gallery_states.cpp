@@ -123,6 +123,7 @@ constexpr NamedState kStates[] = {
     {"liveWindow", "in", [](Stage& stage) { live(stage, Attendance, 1); }},
     {"liveWindow", "in-saturday", [](Stage& stage) { live(stage, Attendance, 1, Saturday); }},
     {"liveWindow", "out", [](Stage& stage) { live(stage, Attendance, 2); }},
+    {"liveWindow", "out-saturday", [](Stage& stage) { live(stage, Attendance, 2, Saturday); }},
     {"liveWindow", "break", [](Stage& stage) { live(stage, Attendance, 3); }},
     {"liveWindow", "return", liveReturnOnly},
     {"liveWindow", "breakfast", [](Stage& stage) { live(stage, Meals, 1); }},
@@ -137,10 +138,24 @@ constexpr NamedState kStates[] = {
     {"liveWindow", "refused-face", [](Stage& stage) { face(stage, 3, 2); }},
     {"liveWindow", "unknown-card", unknownCard},
     {"liveWindow", "visitor-call", visitorCall},
+    {"liveWindow", "pressed",
+     [](Stage& stage) {
+         live(stage, Meals, 1);
+         press(stage, "noti_layer");
+         press(stage, "callButton");
+     }},
     {"recognizeWindow", "access", [](Stage& stage) { result(stage, 0, 0, Access, 0); }},
     {"recognizeWindow", "access-without-picture",
      [](Stage& stage) { result(stage, 2, 0, Access, 0); }},
     {"recognizeWindow", "access-long-name", [](Stage& stage) { result(stage, 4, 0, Access, 0); }},
+    {"recognizeWindow", "longest-korean-name",
+     [](Stage& stage) {
+         longestName(stage, "김수한무거북이와두루미삼천갑자동방삭치치카포사리사리센타워리워리");
+     }},
+    {"recognizeWindow", "longest-japanese-name",
+     [](Stage& stage) {
+         longestName(stage, "寿限無寿限無五劫の擦り切れ海砂利水魚の水行末雲来末風来末食う寝る");
+     }},
     {"recognizeWindow", "no-access-time", [](Stage& stage) { result(stage, 5, 1, Access, 0); }},
     {"recognizeWindow", "not-permitted", [](Stage& stage) { result(stage, 3, 2, Access, 0); }},
     {"recognizeWindow", "registered", [](Stage& stage) { result(stage, 6, 3, Access, 0); }},
@@ -151,9 +166,27 @@ constexpr NamedState kStates[] = {
     {"recognizeWindow", "question-out", [](Stage& stage) { question(stage, "outButton"); }},
     {"recognizeWindow", "question-break", [](Stage& stage) { question(stage, "outDutyButton"); }},
     {"recognizeWindow", "question-return", [](Stage& stage) { question(stage, "inDutyButton"); }},
+    {"recognizeWindow", "question-pressed",
+     [](Stage& stage) {
+         question(stage, "");
+         press(stage, "inButton");
+         press(stage, "cancelButton");
+         press(stage, "menuButton");
+     }},
+    {"recognizeWindow", "in-recorded", [](Stage& stage) { recorded(stage, 16); }},
     {"recognizeWindow", "out-recorded", [](Stage& stage) { recorded(stage, 17); }},
+    {"recognizeWindow", "break-recorded", [](Stage& stage) { recorded(stage, 18); }},
+    {"recognizeWindow", "return-recorded", [](Stage& stage) { recorded(stage, 19); }},
+    {"recognizeWindow", "no-meal", [](Stage& stage) { result(stage, 1, 1, Meals, 0); }},
     {"recognizeWindow", "meal", [](Stage& stage) { meal(stage, 2, 0, false); }},
     {"recognizeWindow", "meal-several", [](Stage& stage) { meal(stage, 2, 1, false); }},
+    {"recognizeWindow", "meal-most", [](Stage& stage) { meal(stage, 2, 98, false); }},
+    {"recognizeWindow", "meal-pressed",
+     [](Stage& stage) {
+         meal(stage, 2, 1, false);
+         press(stage, "plusButton");
+         press(stage, "paymentButton");
+     }},
     {"recognizeWindow", "meal-paid", [](Stage& stage) { meal(stage, 4, 1, true); }},
     {"recognizeWindow", "armed", [](Stage& stage) { alarm(stage, 1); }},
     {"recognizeWindow", "disarmed", [](Stage& stage) { alarm(stage, 2); }},
@@ -205,8 +238,20 @@ constexpr NamedState kStates[] = {
     {"enviSound_Alarm", "long-list", longComboList},
     {"workMenuWindow", "end", listEnd},
     {"workMenuWindow", "mode-list", [](Stage& stage) { stage.touch(QStringLiteral("modeCombo")); }},
+    {"workMenuWindow", "fixed-mode",
+     [](Stage& stage) {
+         stage.touch(QStringLiteral("modeCombo"));
+         stage.touch(QStringLiteral("item2"));
+         listEnd(stage);
+     }},
     {"workMenuWindow", "keypad",
      [](Stage& stage) { stage.touch(QStringLiteral("weekdayInTime")); }},
+    {"workMenuWindow", "keypad-typing",
+     [](Stage& stage) {
+         stage.touch(QStringLiteral("weekdayInTime"));
+         for (const char* key : {"key_clear", "key_0", "key_8", "key_3", "key_0", "key_1"})
+             stage.touch(QLatin1String(key));
+     }},
     {"workMenuWindow", "keypad-low-field",
      [](Stage& stage) { stage.touch(QStringLiteral("saturdayOutTime")); }},
     {"workMenuWindow", "error",
@@ -214,6 +259,8 @@ constexpr NamedState kStates[] = {
     {"workMenuWindow", "saved",
      [](Stage& stage) { stage.active<OperationSettingsForm>()->ShowPopup(7, 0); }},
     {"foodMenuWindow", "end", listEnd},
+    {"foodMenuWindow", "error",
+     [](Stage& stage) { stage.active<OperationSettingsForm>()->ShowPopup(17, 0); }},
     {"foodMenuWindow", "duplicate-use-list",
      [](Stage& stage) { stage.touch(QStringLiteral("duplicateUseCombo")); }},
     {"userSearch_idWindow", "keypad-digits",
@@ -236,6 +283,11 @@ constexpr NamedState kStates[] = {
     {"upgradingWindow", "downloading-without-length", [](Stage& stage) { downloading(stage, -1); }},
     {"upgradingWindow", "updated",
      [](Stage& stage) { stage.receive(command::FirmwareUpdateAnswer, 0); }},
+    {"InputAdminPassword", "typing",
+     [](Stage& stage) {
+         for (int i = 0; i < 8; ++i)
+             stage.touch(QStringLiteral("key_1"));
+     }},
     {"InputAdminPassword", "wrong", [](Stage& stage) { wrongPassword(stage, 1); }},
     // Two more, and the entry stays locked.
     {"InputAdminPassword", "locked", [](Stage& stage) { wrongPassword(stage, 2); }},
