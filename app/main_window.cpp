@@ -145,6 +145,7 @@ void MainWindow::createDialogs() {
             [this](const QString& title) { changeWindow(title); });
     connect(popups_, &ReportPopups::errorShown, this, [this] { PlaySound(command::sound::Error); });
     connect(popups_, &ReportPopups::deleteLogsWanted, this, &MainWindow::deleteWarnMaxLog);
+    connect(popups_, &ReportPopups::keepLogsWanted, this, &MainWindow::cancelWarnMaxLog);
 }
 
 void MainWindow::connectManagement() {
@@ -406,6 +407,10 @@ DialogForm* MainWindow::getPopupForm() const {
 
 void MainWindow::deleteWarnMaxLog() {
     SendCommand(command::DeleteFullLogs, 0, 0);
+}
+
+void MainWindow::cancelWarnMaxLog() {
+    qCInfo(appLog, "the log store stays nearly full: nobody agreed to delete logs");
 }
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {

@@ -227,6 +227,7 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     void quitByController();
     void MenuTimeout(const QString& returnTitle);
     void deleteWarnMaxLog();
+    void cancelWarnMaxLog();
 
     // In the order in which they may be destroyed, last first.
     RecordStore records_;

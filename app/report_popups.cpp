@@ -78,6 +78,7 @@ ReportPopups::ReportPopups(std::function<ScriptHandler::Script(const QString&)> 
     strip_->setObjectName(QStringLiteral("noticeStrip"));
 
     connect(logFull_, &DialogForm::touchOk, this, &ReportPopups::deleteLogsWanted);
+    connect(logFull_, &DialogForm::closePopup, this, &ReportPopups::keepLogsWanted);
     for (DialogForm* dialog : {popup_, logFull_, notice_}) {
         connect(dialog, &DialogForm::touchOk, this, [this, dialog] { dialogClosed(dialog); });
         if (dialog != popup_)

@@ -42,6 +42,8 @@ class ReportPopups : public QObject {
     void errorShown();
     /// The user agrees that old logs are deleted.
     void deleteLogsWanted();
+    /// The user does not agree, or has not answered in time.
+    void keepLogsWanted();
 
  private:
     void present(DialogForm* dialog, const QString& key, bool isError);

@@ -26,5 +26,5 @@ class CloudHost {
     virtual std::uint32_t selfCheckWord() const = 0;
 
  protected:
-    virtual ~CloudHost() = default;
+    ~CloudHost() = default;
 };

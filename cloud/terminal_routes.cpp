@@ -267,8 +267,11 @@ QJsonObject deviceStatus(const _gui_menu_& settings, const QDateTime& now) {
     const AddressBlock& own = settings.network.own;
     insertAt(device, nullptr, "DeviceNo", QString::number(settings.setup.deviceNumber));
     insertAt(device, nullptr, "time", now.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")));
-    insertAt(device, "CommType", "IPAddress", NetworkHelper::dotted(own.managerAddress));
-    insertAt(device, "CommType", "PortNo", QString::number(own.managerPort));
+    const QString manager = NetworkHelper::dotted(own.managerAddress);
+    if (serviceAddress(manager))
+        insertAt(device, "CommType", "IPAddress", manager);
+    if (own.managerPort != 0)
+        insertAt(device, "CommType", "PortNo", QString::number(own.managerPort));
 
     const QJsonObject info{
         {QStringLiteral("FW_version"), fieldText(settings.firmwareVersion)},

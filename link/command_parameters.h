@@ -169,6 +169,8 @@ enum : std::uint8_t { Emptied = 0, NearlyFull = 1 };
 namespace factory {
 enum : std::uint8_t { Enter = 0, Leave = 1 };
 enum : std::uint8_t { Start = 0, Stop = 1 };
+/// The steps of FactoryIoTest: its second parameter; FactoryIoReport and FactoryIoStepDone, first.
+enum : std::uint8_t { Relay = 0, ExitButton = 1, TamperSwitch = 2 };
 }  // namespace factory
 
 }  // namespace command

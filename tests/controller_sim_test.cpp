@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "link/command_code.h"
+#include "link/device_message.h"
 #include "link/device_records.h"
 #include "link/frame.h"
 #include "link/frame_parser.h"
@@ -94,6 +95,7 @@ class ControllerSimTest : public QObject {
     void attendanceWaitsForTheChoice();
     void mealsAreCountedAndTakenOnce();
     void eventsAreReportedUntilConfirmed();
+    void usersGoToTheServiceAndComeFromIt();
     void aBrokenUserTableIsPutAside();
 
  private:
@@ -427,6 +429,52 @@ void ControllerSimTest::eventsAreReportedUntilConfirmed() {
     QTRY_VERIFY(again.has(command::UserCountsAnswer));
     QCOMPARE(again.lastRecord<UserCounts>().all, 7U);
     QVERIFY(!again.has(command::AccessEvent));
+}
+
+void ControllerSimTest::usersGoToTheServiceAndComeFromIt() {
+    Terminal terminal(sim_->port());
+    const auto offered = [&terminal] {
+        [&] { QTRY_VERIFY(terminal.has(command::UserEnrolled)); }();
+        return fieldText(terminal.lastRecord<info_s>().user.userId);
+    };
+    const auto report = [&terminal](const QString& userId, quint16 result) {
+        UserReported reported{};
+        setFieldText(reported.userId, userId);
+        reported.resultCode = result;
+        terminal.forget();
+        terminal.sendRecord(command::UserReported, 0, reported);
+    };
+    terminal.send(command::AskUnsentUsers);
+    const QString oldest = offered();
+    report(oldest, 0);  // the service was not reached
+    terminal.send(command::AskUnsentUsers);
+    QCOMPARE(offered(), oldest);
+    report(oldest, 1000);
+    QVERIFY(offered() != oldest);
+
+    _gui_user_ user{};
+    setFieldText(user.userId, QStringLiteral("77001122"));
+    setFieldText(user.cardNumber, QStringLiteral("77001122"));
+    setFieldText(user.picture, QStringLiteral("visitor.jpg"));
+    terminal.forget();
+    terminal.sendRecord(command::EnrolNetworkUser, 0, user);
+    QTRY_VERIFY(terminal.has(command::SettingsChanged));
+    QCOMPARE(terminal.lastRecord<_gui_menu_>().users.all, 8U);
+    QVERIFY(QFile::exists(folder_->filePath(QStringLiteral("thumb/77001122.jpg"))));
+    setFieldText(user.userId, QStringLiteral("../7"));
+    terminal.sendRecord(command::EnrolNetworkUser, 0, user);
+    terminal.send(command::AskUserData, 0, 0, QByteArray("77001122").leftJustified(16, '\0'));
+    QCOMPARE(offered(), QStringLiteral("77001122"));
+
+    terminal.send(command::DeleteUser, 1, 0, QByteArray("77001122").leftJustified(16, '\0'));
+    terminal.send(command::DeleteUserGroup, 4, 1);
+    QTRY_VERIFY(terminal.has(command::UserGroupDeleted));
+    terminal.send(command::AskUserCounts);
+    QTRY_VERIFY(terminal.has(command::UserCountsAnswer));
+    const auto counts = terminal.lastRecord<UserCounts>();
+    QCOMPARE(counts.all, 6U);
+    QCOMPARE(counts.faceOnly, 0U);
+    QVERIFY(!terminal.has(command::UserDeleteResult));
 }
 
 void ControllerSimTest::aBrokenUserTableIsPutAside() {

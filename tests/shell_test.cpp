@@ -264,6 +264,14 @@ void ShellTest::factoryTests() {
     // From then on no screen times out.
     window()->changeWindow(QStringLiteral("zelMenuWindow"));
     QVERIFY(!timer->isRunning());
+
+    // The board tells each step of the I/O test done, and the test goes on to its end.
+    QVERIFY(t->settle());
+    t->frames.clear();
+    QVERIFY(t->tell("frame 4015 0 0"));
+    QVERIFY(t->sends("4014 1 0"));
+    QCOMPARE(t->frames, QStringList({QStringLiteral("4014 0 1"), QStringLiteral("4014 0 2"),
+                                     QStringLiteral("4014 1 0")}));
 }
 
 void ShellTest::faultsCome() {

@@ -2,11 +2,10 @@
 #include <QLineEdit>
 #include <QPointer>
 #include <QSignalSpy>
-#include <QTest>
-#include <QWindow>
 #include <memory>
 
 #include "sim/device_root.h"
+#include "tests/support/finger.h"
 #include "ui/dialog_form.h"
 #include "ui/theme.h"
 #include "ui/wait_form.h"
@@ -47,40 +46,30 @@ class UiDialogsTest : public QObject {
         QSignalSpy ok(&dialog, &DialogForm::touchOk);
         QSignalSpy cancel(&dialog, &DialogForm::touchCancel);
         QSignalSpy closed(&dialog, &DialogForm::closePopup);
+        const auto* okButton = dialog.findChild<QWidget*>(QStringLiteral("dialogOkButton"));
+        const auto* cancelButton = dialog.findChild<QWidget*>(QStringLiteral("dialogCancelButton"));
         // A handler may ask the next question with the same dialog.
         connect(&dialog, &DialogForm::touchOk, &dialog, &QWidget::show);
-        dialog.setButtonType(272);
         dialog.show();
-        touch(centreOf(dialog.findChild<QWidget*>(QStringLiteral("dialogOkButton"))));
+        for (const int type : {0, 16, 272}) {
+            dialog.setButtonType(type);
+            QCOMPARE(okButton->isVisible(), type != 0);
+            QCOMPARE(cancelButton->isVisible(), type == 272);
+        }
+        Finger finger(window.get());
+        finger.tap(okButton);
         QVERIFY(dialog.isVisible());
         QCOMPARE(ok.count(), 1);
         QCOMPARE(cancel.count() + closed.count(), 0);
-        touch(centreOf(dialog.findChild<QWidget*>(QStringLiteral("dialogCancelButton"))));
+        finger.tap(cancelButton);
         QVERIFY(!dialog.isVisible());
         QCOMPARE(ok.count(), 1);
         QCOMPARE(cancel.count(), 1);
         QCOMPARE(closed.count(), 1);
     }
 
-    void placesTheButtons() {
-        DialogForm dialog(window.get());
-        dialog.show();
-        const auto* ok = dialog.findChild<QWidget*>(QStringLiteral("dialogOkButton"));
-        const auto* cancel = dialog.findChild<QWidget*>(QStringLiteral("dialogCancelButton"));
-        dialog.setButtonType(0);
-        QVERIFY(!ok->isVisible() && !cancel->isVisible());
-        dialog.setButtonType(16);
-        QVERIFY(ok->isVisible() && !cancel->isVisible());
-        QCOMPARE(ok->width(), 366);
-        dialog.setButtonType(272);
-        QVERIFY(ok->isVisible() && cancel->isVisible());
-        QVERIFY(cancel->geometry().right() < ok->x());
-        QCOMPARE(ok->size(), QSize(177, 72));
-    }
-
     void closesByItself() {
         DialogForm dialog(window.get(), 1);
-        QSignalSpy ok(&dialog, &DialogForm::touchOk);
         QSignalSpy closed(&dialog, &DialogForm::closePopup);
         for (int shows = 1; shows <= 2; ++shows) {
             dialog.show();
@@ -91,19 +80,30 @@ class UiDialogsTest : public QObject {
         dialog.show();
         dialog.hide();
         QCOMPARE(closed.count(), 2);
-        QCOMPARE(ok.count(), 0);
+
+        dialog.show();
+        dialog.windowChanged();
+        QVERIFY(dialog.isVisible());
+        dialog.checkWindowChange(true);
+        dialog.windowChanged();
+        QVERIFY(!dialog.isVisible());
+
+        QPointer<DialogForm> once = new DialogForm(window.get());
+        once->setDeleteOnClose(true);
+        once->show();
+        once->hide();
+        QTRY_VERIFY(!once);
     }
 
     void blocksWhatIsBehind() {
         QSignalSpy touched(behind, &WidgetButton::touched);
-        const QPoint place = centreOf(behind);
+        Finger finger(window.get());
         DialogForm dialog(window.get());
-
         // A finger that lies on the button already does not set it off either.
-        QTest::mousePress(window->windowHandle(), Qt::LeftButton, {}, place);
+        finger.down(behind);
         dialog.show();
-        QTest::mouseRelease(window->windowHandle(), Qt::LeftButton, {}, place);
-        touch(place);
+        finger.up();
+        finger.tap(behind);
         for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Back, Qt::Key_Tab, Qt::Key_A})
             QTest::keyClick(window->windowHandle(), key);
         QCOMPARE(touched.count(), 0);
@@ -111,13 +111,12 @@ class UiDialogsTest : public QObject {
         QVERIFY(dialog.isVisible());
 
         dialog.setBackgroundDisabled(false);
-        touch(place);
+        finger.tap(behind);
         QCOMPARE(touched.count(), 1);
-
         dialog.hide();
         QTest::keyClick(window->windowHandle(), 'a');
         QCOMPARE(entry->text(), QStringLiteral("a"));
-        touch(place);
+        finger.tap(behind);
         QCOMPARE(touched.count(), 2);
     }
 
@@ -146,44 +145,23 @@ class UiDialogsTest : public QObject {
         QVERIFY(!second.isVisible());
     }
 
-    void leavesWithTheScreenWhenAsked() {
+    void growsAroundItsTexts() {
         DialogForm dialog(window.get());
-        dialog.show();
-        dialog.windowChanged();
-        QVERIFY(dialog.isVisible());
-        dialog.checkWindowChange(true);
-        dialog.windowChanged();
-        QVERIFY(!dialog.isVisible());
-
-        QPointer<DialogForm> once = new DialogForm(window.get());
-        once->setDeleteOnClose(true);
-        once->show();
-        once->hide();
-        QTRY_VERIFY(!once);
-    }
-
-    void staysCentredAroundItsTexts() {
-        DialogForm dialog(window.get());
-        auto* later = new QWidget(window.get());
-        later->setGeometry(window->rect());
-        later->show();
         dialog.show();
         dialog.setIcon(DialogForm::Icon::Error);
+        const auto* ok = dialog.findChild<QWidget*>(QStringLiteral("dialogOkButton"));
+        const auto* label = dialog.findChild<QLabel*>(QStringLiteral("dialogText"));
         int lastHeight = 0;
-        for (const QString& text :
-             {QStringLiteral("One"), QStringLiteral("One\nTwo"),
-              QStringLiteral("One\nTwo<br>A third one that is so long that it takes two lines, or "
-                             "rather three, if not four of them")}) {
-            dialog.setText(script(text));
-            const auto* ok = dialog.findChild<QWidget*>(QStringLiteral("dialogOkButton"));
-            const auto* label = dialog.findChild<QLabel*>(QStringLiteral("dialogText"));
+        for (const char* text : {"One", "One\nTwo",
+                                 "One\nTwo<br>A third one that is so long that it takes two lines, "
+                                 "or rather three, if not four of them"}) {
+            dialog.setText(script(QLatin1String(text)));
             const QRect card = ok->parentWidget()->geometry();
             QVERIFY(qAbs(card.center().y() - dialog.rect().center().y()) <= 1);
             QVERIFY(card.height() > lastHeight);
             lastHeight = card.height();
             QVERIFY(label->height() >= label->heightForWidth(label->width()));
             QVERIFY(label->geometry().bottom() < ok->y());
-            QCOMPARE(window->childAt(window->mapFromGlobal(ok->mapToGlobal(QPoint(9, 9)))), ok);
         }
         window->resize(400, 700);
         QCOMPARE(dialog.size(), window->size());
@@ -193,10 +171,9 @@ class UiDialogsTest : public QObject {
         WaitForm wait(window.get());
         wait.setText(script(QStringLiteral("Exporting")));
         wait.show();
-        const int height =
-            wait.findChild<QLabel*>(QStringLiteral("dialogText"))->parentWidget()->height();
-        wait.setProgress(164);
         const auto* percent = wait.findChild<QLabel*>(QStringLiteral("waitPercent"));
+        const int height = percent->parentWidget()->height();
+        wait.setProgress(164);
         QCOMPARE(percent->text(), QStringLiteral("100%"));
         QVERIFY(percent->parentWidget()->height() > height);
         wait.setProgress(-1);
@@ -206,16 +183,6 @@ class UiDialogsTest : public QObject {
 
  private:
     DeviceRoot root;
-
-    /// Where the window is touched to touch @p widget.
-    QPoint centreOf(const QWidget* widget) const {
-        return widget->mapTo(window.get(), widget->rect().center());
-    }
-    void touch(const QPoint& place) {
-        QTest::mouseClick(window->windowHandle(), Qt::LeftButton, {}, place);
-        QCoreApplication::processEvents();
-    }
-
     std::unique_ptr<QWidget> window;
     WidgetButton* behind = nullptr;
     QLineEdit* entry = nullptr;

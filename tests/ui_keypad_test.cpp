@@ -1,11 +1,11 @@
 #include <QPointer>
 #include <QSignalSpy>
-#include <QTest>
-#include <QWindow>
 #include <functional>
 #include <memory>
 
 #include "sim/device_root.h"
+#include "tests/support/finger.h"
+#include "ui/dialog_form.h"
 #include "ui/input_field.h"
 #include "ui/theme.h"
 #include "ui/touch_key.h"
@@ -35,48 +35,40 @@ class UiKeypadTest : public QObject {
 
     void cleanup() { window.reset(); }
 
-    void composesHangul_data() {
-        QTest::addColumn<QString>("keys");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("open");
-        QTest::newRow("syllables")
-            << QStringLiteral("ㅎㅏㄴㄱㅡㄹ") << QStringLiteral("한") << QStringLiteral("글");
-        QTest::newRow("double vowel")
-            << QStringLiteral("ㅇㅗㅏㅣ") << QStringLiteral("와") << QStringLiteral("ㅣ");
-        QTest::newRow("double final")
-            << QStringLiteral("ㄷㅏㄹㄱ") << QStringLiteral("") << QStringLiteral("닭");
-        QTest::newRow("half of a double final moves on")
-            << QStringLiteral("ㄷㅏㄹㄱㅏ") << QStringLiteral("달") << QStringLiteral("가");
-        QTest::newRow("final moves on")
-            << QStringLiteral("ㄱㅏㄱㅏ") << QStringLiteral("가") << QStringLiteral("가");
-        QTest::newRow("shift holds for one letter")
-            << QStringLiteral("^ㄱㅏㄱㄱㅏ") << QStringLiteral("깍") << QStringLiteral("가");
-        QTest::newRow("shift is locked")
-            << QStringLiteral("^^ㄱㅏㄱㅅㅏ") << QStringLiteral("깎") << QStringLiteral("싸");
-        QTest::newRow("backspace takes letter by letter")
-            << QStringLiteral("ㄷㅏㄹㄱ<<") << QStringLiteral("") << QStringLiteral("다");
-        QTest::newRow("and then syllable by syllable")
-            << QStringLiteral("ㄴㅏㄹㄱㅏ<<<") << QStringLiteral("") << QStringLiteral("");
-        QTest::newRow("space ends the syllable")
-            << QStringLiteral("ㄱㅏ ㄴ") << QStringLiteral("가 ") << QStringLiteral("ㄴ");
-        QTest::newRow("another page ends it")
-            << QStringLiteral("ㄱㅏAb^cHㄴ") << QStringLiteral("가bC") << QStringLiteral("ㄴ");
-        QTest::newRow("symbols end it")
-            << QStringLiteral("ㄱㅏ!1^[") << QStringLiteral("가1[") << QStringLiteral("");
-        QTest::newRow("option ends it")
-            << QStringLiteral("ㄱㅏ@ㅏ") << QStringLiteral("가com") << QStringLiteral("ㅏ");
-    }
-
     void composesHangul() {
-        QFETCH(QString, keys);
-        keypad->setOption(QStringLiteral("com"));
-        keypad->edit(field);
-        tap(keys);
-        QTEST(field->text(), "text");
-        QTEST(field->preedit(), "open");
-        const QString all = field->text() + field->preedit();
-        tap(QStringLiteral("D"));
-        QCOMPARE(field->text(), all);
+        const struct {
+            const char* keys;
+            const char* text;
+            const char* open;
+        } cases[] = {
+            {"ㅎㅏㄴㄱㅡㄹ", "한", "글"},
+            {"ㅇㅗㅏㅣ", "와", "ㅣ"},
+            // A second final consonant, and how it or the only one goes over to the next syllable.
+            {"ㄷㅏㄹㄱ", "", "닭"},
+            {"ㄷㅏㄹㄱㅏ", "달", "가"},
+            {"ㄱㅏㄱㅏ", "가", "가"},
+            // Shift holds for one letter, touched twice it is locked.
+            {"^ㄱㅏㄱㄱㅏ", "깍", "가"},
+            {"^^ㄱㅏㄱㅅㅏ", "깎", "싸"},
+            // Backspace takes letter by letter, and then syllable by syllable.
+            {"ㄷㅏㄹㄱ<<", "", "다"},
+            {"ㄴㅏㄹㄱㅏ<<<", "", ""},
+            // What ends a syllable: space, another page, a symbol, the option.
+            {"ㄱㅏ ㄴ", "가 ", "ㄴ"},
+            {"ㄱㅏAb^cHㄴ", "가bC", "ㄴ"},
+            {"ㄱㅏ!1^[", "가1[", ""},
+            {"ㄱㅏ@ㅏ", "가com", "ㅏ"},
+        };
+        for (const auto& one : cases) {
+            field->clear();
+            keypad->edit(field);
+            keypad->setOption(QStringLiteral("com"));
+            tap(QString::fromUtf8(one.keys));
+            QCOMPARE(field->text(), QString::fromUtf8(one.text));
+            QCOMPARE(field->preedit(), QString::fromUtf8(one.open));
+            tap(QStringLiteral("D"));
+            QCOMPARE(field->text(), QString::fromUtf8(one.text) + QString::fromUtf8(one.open));
+        }
     }
 
     void countsSyllables() {
@@ -112,10 +104,10 @@ class UiKeypadTest : public QObject {
         QCOMPARE(field->text(), QStringLiteral("010123456789"));
         tap(QStringLiteral("<"));
         QCOMPARE(field->text().size(), 11);
-        const QPoint place = centreOf(key(QStringLiteral("key_backspace")));
-        QTest::mousePress(window->windowHandle(), Qt::LeftButton, {}, place);
+        Finger finger(window.get());
+        finger.down(key(QStringLiteral("key_backspace")));
         QTRY_VERIFY(field->text().size() < 9);
-        QTest::mouseRelease(window->windowHandle(), Qt::LeftButton, {}, place);
+        finger.up();
         QVERIFY(!field->text().isEmpty());
         tap(QStringLiteral("C5D"));
         QCOMPARE(field->text(), QStringLiteral("5"));
@@ -124,66 +116,29 @@ class UiKeypadTest : public QObject {
         QCOMPARE(finished.count(), 1);
     }
 
-    void offersThePagesOfTheField_data() {
-        QTest::addColumn<InputField::Characters>("characters");
-        QTest::addColumn<bool>("hangulFirst");
-        QTest::addColumn<QString>("keys");
-        const auto row = [](const char* name, InputField::Characters characters, bool hangulFirst,
-                            const char* keys) {
-            QTest::newRow(name) << characters << hangulFirst << QString::fromUtf8(keys);
-        };
-        row("any", InputField::Any, true, "ㅂ latin symbols .");
-        row("any, Latin first", InputField::Any, false, "q hangul symbols .");
-        row("Latin", InputField::Latin, true, "q symbols .");
-        row("digits", InputField::Digits, true, "1");
-        row("address", InputField::Address, true, "1 .");
-        row("time range", InputField::TimeRange, true, "1");
-        row("date", InputField::Date, true, "1");
-    }
-
     void offersThePagesOfTheField() {
-        QFETCH(InputField::Characters, characters);
-        QFETCH(bool, hangulFirst);
-        field->setAllowedCharacters(characters);
-        keypad->setHangulFirst(hangulFirst);
-        keypad->edit(field);
-        QStringList shown;
-        for (const char* name : {"1", "q", "ㅂ", "latin", "hangul", "symbols", "."})
-            if (key(QLatin1String("key_") + QString::fromUtf8(name)))
-                shown += QString::fromUtf8(name);
-        QTEST(shown.join(QLatin1Char(' ')), "keys");
-    }
-
-    /// On every page each place belongs to one key at most, and each key is large enough.
-    void leavesRoomForTheFinger_data() {
-        QTest::addColumn<InputField::Characters>("characters");
-        QTest::addColumn<QString>("keys");
-        QTest::newRow("digits") << InputField::Address << QStringLiteral("");
-        QTest::newRow("hangul") << InputField::Any << QStringLiteral("");
-        QTest::newRow("latin") << InputField::Any << QStringLiteral("A");
-        QTest::newRow("symbols") << InputField::Any << QStringLiteral("!");
-        QTest::newRow("more symbols") << InputField::Any << QStringLiteral("!^");
-    }
-
-    void leavesRoomForTheFinger() {
-        QFETCH(InputField::Characters, characters);
-        QFETCH(QString, keys);
-        field->setAllowedCharacters(characters);
-        keypad->edit(field);
-        keypad->setOption(QStringLiteral(".com"));
-        tap(keys);
-        QRegion taken;
-        QStringList names;
-        const auto all = keypad->findChildren<TouchKey*>();
-        for (const TouchKey* one : all) {
-            if (!one->isVisible())
-                continue;
-            QVERIFY2(one->width() >= 48 && one->height() >= 48, qPrintable(one->objectName()));
-            QVERIFY(keypad->rect().contains(one->geometry()));
-            QVERIFY2(!taken.intersects(one->geometry()), qPrintable(one->objectName()));
-            QVERIFY2(!names.contains(one->objectName()), qPrintable(one->objectName()));
-            taken += one->geometry();
-            names += one->objectName();
+        const struct {
+            InputField::Characters characters;
+            bool hangulFirst;
+            const char* keys;
+        } cases[] = {
+            {InputField::Any, true, "ㅂ latin symbols ."},
+            {InputField::Any, false, "q hangul symbols ."},
+            {InputField::Latin, true, "q symbols ."},
+            {InputField::Digits, true, "1"},
+            {InputField::Address, true, "1 ."},
+            {InputField::TimeRange, true, "1"},
+            {InputField::Date, true, "1"},
+        };
+        for (const auto& one : cases) {
+            field->setAllowedCharacters(one.characters);
+            keypad->setHangulFirst(one.hangulFirst);
+            keypad->edit(field);
+            QStringList shown;
+            for (const char* name : {"1", "q", "ㅂ", "latin", "hangul", "symbols", "."})
+                if (key(QLatin1String("key_") + QString::fromUtf8(name)))
+                    shown += QString::fromUtf8(name);
+            QCOMPARE(shown.join(QLatin1Char(' ')), QString::fromUtf8(one.keys));
         }
     }
 
@@ -209,6 +164,8 @@ class UiKeypadTest : public QObject {
         QTest::newRow("field hidden") << std::function<void()>([this] { low->hide(); });
         QTest::newRow("disabled") << std::function<void()>([this] { screen->setEnabled(false); });
         QTest::newRow("keypad hidden") << std::function<void()>([this] { keypad->hide(); });
+        QTest::newRow("screen's dialog")
+            << std::function<void()>([this] { (new DialogForm(screen))->show(); });
         QTest::newRow("field deleted") << std::function<void()>([this] { delete low; });
         QTest::newRow("screen deleted") << std::function<void()>([this] { delete screen; });
     }
@@ -243,26 +200,19 @@ class UiKeypadTest : public QObject {
         auto* found = keypad->findChild<TouchKey*>(name);
         return found && found->isVisible() ? found : nullptr;
     }
-    /// Where the window is touched to touch @p widget.
-    QPoint centreOf(const QWidget* widget) const {
-        return widget->mapTo(window.get(), widget->rect().center());
-    }
     /// Touches one key after the other: characters by themselves, < for backspace, ^ for shift, @
     /// for the option, C for clear, D for done, V for hide, A, H and ! for the other pages.
     void tap(const QString& keys) {
         const QString signs = QStringLiteral("<^@CDVAH! ");
-        const QStringList names{QStringLiteral("backspace"), QStringLiteral("shift"),
-                                QStringLiteral("option"),    QStringLiteral("clear"),
-                                QStringLiteral("done"),      QStringLiteral("hide"),
-                                QStringLiteral("latin"),     QStringLiteral("hangul"),
-                                QStringLiteral("symbols"),   QStringLiteral("space")};
+        const QStringList names =
+            QStringLiteral("backspace shift option clear done hide latin hangul symbols space")
+                .split(QLatin1Char(' '));
         for (const QChar& touched : keys) {
             const QString name =
                 QStringLiteral("key_") + names.value(signs.indexOf(touched), touched);
             const TouchKey* target = key(name);
             QVERIFY2(target, qPrintable(name));
-            QTest::mouseClick(window->windowHandle(), Qt::LeftButton, {}, centreOf(target));
-            QCoreApplication::processEvents();
+            Finger(window.get()).tap(target);
         }
     }
 

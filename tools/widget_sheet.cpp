@@ -1,5 +1,5 @@
-// Renders sheets that show the shared widgets in all their states, in each language, to PNG files:
-// zel-widget-sheet DIR. For comparing them by eye with docs/design.md.
+// Renders sheets that show the shared widgets side by side in all their states, in each language,
+// to PNG files, to be compared by eye: zel-widget-sheet DIR.
 
 #include <QApplication>
 #include <QDir>
@@ -112,8 +112,8 @@ void controls(const QDir& folder, Language language) {
         field->setEditing(column == 1);
         field->setEnabled(column != 2);
         auto* toggle = page.add<Toggle>(x, 488, 144, 56);
-        toggle->setLeftKey(u("켬|On|オン"));
-        toggle->setRightKey(u("끔|Off|オフ"));
+        toggle->setLeftKey(u("켬|On|入"));
+        toggle->setRightKey(u("끔|Off|切"));
         toggle->setCurrentIndex(column == 1);
         toggle->setEnabled(column != 2);
     }
@@ -205,12 +205,12 @@ void settings(const QDir& folder, Language language) {
     auto* mode = combo(
         row("근태모드 설정|Attendance mode|勤怠モード設定"),
         {u("자동|Automatic|自動"), u("수동|Manual|手動"), u("출근 용|Check-in|出勤用"),
-         u("퇴근 용|Check-out|退勤用"), u("외출 용|Break|外出用"), u("복귀 용|Return|復帰用")});
+         u("퇴근 용|Check-out|退勤用"), u("외출 용|Break|外出用"), u("복귀 용|Return|戻り用")});
     auto* toggle = new Toggle(row("단순 출입 정보|Simple access log|単純入退室情報"));
     toggle->setLeftKey(u("저장|Save|保存"));
     toggle->setRightKey(u("저장안함|Discard|保存しない"));
     combo(row("문열림 설정|Door opens|ドア開放設定"),
-          {u("항상|On in and return|常に"), u("출근 및 복귀 시|Always|出勤と復帰")});
+          {u("항상|On in and return|常時"), u("출근 및 복귀 시|Always|出勤・戻り時")});
     (new PlusMinus(row("문열림 시간(초)|Door open time (s)|ドア開放時間(秒)")))->setValue(5);
     for (const bool on : {true, false}) {
         auto* both = row("");

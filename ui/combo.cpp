@@ -17,74 +17,57 @@ constexpr int kWideWidth = 236;  // for longer languages
 
 }  // namespace
 
-Combo::Combo(QWidget* parent) : WidgetButton(parent) {
+Combo::Combo(QWidget* parent) : Choice(parent) {
     setObjectName(QStringLiteral("Combo"));
     connect(this, &WidgetButton::touched, this, &Combo::openList);
 }
 
 QStringList Combo::itemKeys() const {
     QStringList keys;
-    for (const ScriptText& item : items_)
+    for (const ScriptText& item : items())
         keys.append(item.key());
     return keys;
 }
 
 void Combo::setItemKeys(const QStringList& keys) {
-    items_.clear();
-    items_.resize(keys.size());
+    QVector<ScriptText> items(keys.size());
     for (int i = 0; i < keys.size(); ++i)
-        items_[i].setKey(keys.at(i));
-    current_ = keys.isEmpty() ? -1 : 0;
-    update();
+        items[i].setKey(keys.at(i));
+    setTexts(items);
 }
 
 void Combo::setItems(const QStringList& texts) {
     const QString family = title_.entry().fontFamily;
-    items_.clear();
-    items_.resize(texts.size());
+    QVector<ScriptText> items(texts.size());
     for (int i = 0; i < texts.size(); ++i) {
-        items_[i].setText(texts.at(i));
-        items_[i].setFamily(family);
+        items[i].setText(texts.at(i));
+        items[i].setFamily(family);
     }
-    current_ = texts.isEmpty() ? -1 : 0;
-    update();
-}
-
-void Combo::setCurrentIndex(int index) {
-    if (index == current_ || index < 0 || index >= items_.size())
-        return;
-    current_ = index;
-    update();
-    emit currentIndexChanged(current_);
+    setTexts(items);
 }
 
 QString Combo::currentText() const {
-    return current_ < 0 ? QString() : items_.at(current_).text();
+    return currentIndex() < 0 ? QString() : items().at(currentIndex()).text();
 }
 
 void Combo::applyScripts(const Lookup& lookup) {
     title_.apply(lookup);
-    for (ScriptText& item : items_)
-        item.apply(lookup);
-    updateGeometry();
-    update();
+    Choice::applyScripts(lookup);
 }
 
 QSize Combo::sizeHint() const {
-    int widest = 0;
-    for (const ScriptText& item : items_)
-        widest = qMax(widest, TextFit::width(item.entry(), TextFit::kValue, QFont::Normal));
-    const bool fits = kPadding + widest + kChevron + kChevronRight <= kWidth;
+    const int text = widestText(TextFit::kValue, QFont::Normal);
+    const bool fits = kPadding + text + kChevron + kChevronRight <= kWidth;
     return {fits ? kWidth : kWideWidth, 56};
 }
 
 void Combo::openList() {
-    if (items_.isEmpty())
+    if (items().isEmpty())
         return;
     QVector<ScriptHandler::Script> texts;
-    for (const ScriptText& item : qAsConst(items_))
+    for (const ScriptText& item : items())
         texts.append(item.entry());
-    list_ = new PickList(this, title_.entry(), texts, current_);
+    list_ = new PickList(this, title_.entry(), texts, currentIndex());
     connect(list_, &PickList::picked, this, &Combo::setCurrentIndex);
     connect(list_, &QObject::destroyed, this, qOverload<>(&QWidget::update));
     list_->show();
@@ -97,8 +80,8 @@ void Combo::paintEvent(QPaintEvent*) {
     const QRect chevron(width() - kChevronRight - kChevron, 0, kChevron, height());
     Paint::glyph(&painter, chevron, QStringLiteral("chevron_down.png"),
                  isEnabled() ? Theme::kCaption : Theme::kOff, kChevron);
-    if (current_ >= 0)
+    if (currentIndex() >= 0)
         TextFit::draw(&painter, {kPadding, 0, chevron.x() - kPadding, height()}, Qt::AlignLeft,
-                      items_.at(current_).entry(), TextFit::kValue, QFont::Normal,
+                      items().at(currentIndex()).entry(), TextFit::kValue, QFont::Normal,
                       isEnabled() ? Theme::kStrong : Theme::kOff);
 }

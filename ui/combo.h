@@ -3,17 +3,15 @@
 #include <QPointer>
 #include <QStringList>
 
-#include "ui/script_text.h"
-#include "ui/widget_button.h"
+#include "ui/choice.h"
 
 class PickList;
 
 /// A field that shows one of several choices; a touch opens them as a PickList.
-class Combo : public WidgetButton, public Scripted {
+class Combo : public Choice {
     Q_OBJECT
     Q_PROPERTY(QString titleKey READ titleKey WRITE setTitleKey)
     Q_PROPERTY(QStringList itemKeys READ itemKeys WRITE setItemKeys)
-    Q_PROPERTY(int currentIndex READ currentIndex WRITE setCurrentIndex NOTIFY currentIndexChanged)
 
  public:
     explicit Combo(QWidget* parent = nullptr);
@@ -26,18 +24,10 @@ class Combo : public WidgetButton, public Scripted {
     void setItemKeys(const QStringList& keys);
     /// The choices as texts, for names that come from elsewhere. The first one is chosen.
     void setItems(const QStringList& texts);
-    int count() const { return items_.size(); }
-    /// The number of the choice; -1 when there are none.
-    int currentIndex() const { return current_; }
-    /// A number that is not one of a choice is ignored.
-    void setCurrentIndex(int index);
     QString currentText() const;
 
     void applyScripts(const Lookup& lookup) override;
     QSize sizeHint() const override;
-
- signals:
-    void currentIndexChanged(int index);
 
  protected:
     void paintEvent(QPaintEvent* event) override;
@@ -46,7 +36,5 @@ class Combo : public WidgetButton, public Scripted {
     void openList();
 
     ScriptText title_;
-    QVector<ScriptText> items_;
-    int current_ = -1;
     QPointer<PickList> list_;
 };

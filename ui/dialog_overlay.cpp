@@ -6,6 +6,7 @@
 #include <QVector>
 
 #include "ui/theme.h"
+#include "ui/touch_key_form.h"
 #include "ui/widget_button.h"
 
 namespace {
@@ -131,6 +132,13 @@ void DialogOverlay::showEvent(QShowEvent* event) {
         other->replaced();
         if (!isVisible())
             return;
+    }
+    if (parentWidget() != window()) {
+        // The keypad would lie on a screen's dialog.
+        const auto keypads =
+            window()->findChildren<TouchKeyForm*>(QString(), Qt::FindDirectChildrenOnly);
+        for (TouchKeyForm* keypad : keypads)
+            keypad->hide();
     }
     setGeometry(parentWidget()->rect());
     partsChanged();

@@ -7,8 +7,9 @@
 /// middle. The layer dims what is behind it and keeps touches and keys away from it.
 ///
 /// There is one dialog at a time: showing one takes the place of any other that is visible in the
-/// same top-level window. A dialog is hidden, not deleted, when it is done with, and stays hidden
-/// when the screen it belongs to goes away and comes back. GUI thread only.
+/// same top-level window, and one of a screen ends typing. A dialog is hidden, not deleted, when it
+/// is done with, and stays hidden when the screen it belongs to goes away and comes back. GUI
+/// thread only.
 class DialogOverlay : public QWidget {
     Q_OBJECT
 

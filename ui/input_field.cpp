@@ -12,6 +12,7 @@ constexpr int kPadding = 19;
 constexpr int kPatternPadding = 6;
 constexpr int kPatternDigits = 8;
 constexpr int kCaretHeight = 28;
+constexpr float kDotSize = 34;  // the dot is small in its font
 
 /// How the digits stand in a field with signs between them; null for other fields.
 const char* patternOf(InputField::Characters characters) {
@@ -181,9 +182,11 @@ void InputField::paintEvent(QPaintEvent*) {
     }
 
     QRect line = rect().adjusted(kPadding, 0, -kPadding, 0);
-    if (!empty) {
-        const QString whole = typed_ + preedit_;
-        shown.script = password_ ? QString(whole.size(), QChar(0x2022)) : whole;
+    if (!empty)
+        shown.script = typed_ + preedit_;
+    if (!empty && password_) {
+        shown.script.fill(QChar(0x2022));
+        shown.size = kDotSize;
     }
     const int textWidth = TextFit::width(shown, TextFit::kValue, QFont::Normal);
     if (focused && !empty && textWidth > line.width()) {

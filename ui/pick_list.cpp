@@ -102,5 +102,5 @@ void PickList::showEvent(QShowEvent* event) {
     DismissibleOverlay::showEvent(event);
     // Until it is shown the list does not know how much of it can be seen.
     if (chosen_ != nullptr)
-        list_->reveal(chosen_);
+        list_->ensureVisible(0, chosen_->geometry().center().y(), 0, list_->height() / 2);
 }

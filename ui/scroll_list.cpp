@@ -3,9 +3,7 @@
 #include <QChildEvent>
 #include <QCoreApplication>
 #include <QPainter>
-#include <QPropertyAnimation>
 #include <QScrollBar>
-#include <QtMath>
 
 #include "ui/paint.h"
 #include "ui/theme.h"
@@ -15,8 +13,6 @@ namespace {
 
 constexpr int kScrollAfter = 12;  // pixels; less is the finger's trembling
 constexpr int kHoldMs = 70;
-constexpr int kStillMs = 80;   // a finger at rest this long before it lifts does not flick
-constexpr qreal kFastest = 3;  // pixels per millisecond
 
 constexpr int kIndicatorWidth = 6;
 constexpr int kIndicatorMargin = 5;
@@ -52,7 +48,6 @@ class Indicator : public QWidget {
 
 ScrollList::ScrollList(QWidget* parent)
     : QScrollArea(parent),
-      flick_(new QPropertyAnimation(verticalScrollBar(), "value", this)),
       indicator_(new Indicator(verticalScrollBar(), this)),
       indicatorMargin_(kIndicatorMargin) {
     setObjectName(QStringLiteral("ScrollList"));
@@ -61,7 +56,6 @@ ScrollList::ScrollList(QWidget* parent)
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setGround(Theme::kBackground);
-    flick_->setEasingCurve(QEasingCurve::OutCubic);
     const QScrollBar* bar = verticalScrollBar();
     connect(bar, &QScrollBar::rangeChanged, this, &ScrollList::placeIndicator);
     connect(bar, &QScrollBar::valueChanged, indicator_, qOverload<>(&QWidget::update));
@@ -119,7 +113,7 @@ bool ScrollList::eventFilter(QObject* watched, QEvent* event) {
             return touchMove(static_cast<QMouseEvent*>(event));
         case QEvent::MouseButtonRelease:
             if (!handingOver_)
-                return touchUp(static_cast<QMouseEvent*>(event));
+                return touchUp();
             break;
         default:
             break;
@@ -134,15 +128,8 @@ bool ScrollList::touchDown(QWidget* target, QMouseEvent* event) {
     target_ = target;
     press_ = std::make_unique<QMouseEvent>(*event);
     startValue_ = verticalScrollBar()->value();
-    latest_ = previous_ = {event->globalY(), event->timestamp()};
-    if (flick_->state() == QAbstractAnimation::Running) {
-        // The touch stops the list; it is not meant for whatever happens to be below it.
-        flick_->stop();
-        touch_ = Touch::Scrolling;
-    } else {
-        touch_ = Touch::Held;
-        hold_.start(kHoldMs, this);
-    }
+    touch_ = Touch::Held;
+    hold_.start(kHoldMs, this);
     return true;
 }
 
@@ -161,18 +148,14 @@ bool ScrollList::touchMove(const QMouseEvent* event) {
                     button->cancelTouch();
         touch_ = Touch::Scrolling;
     }
-    previous_ = latest_;
-    latest_ = {event->globalY(), event->timestamp()};
     verticalScrollBar()->setValue(startValue_ - moved);
     return true;
 }
 
-bool ScrollList::touchUp(const QMouseEvent* event) {
+bool ScrollList::touchUp() {
     const Touch touch = touch_;
     if (touch == Touch::Held)
         handOver();
-    else if (touch == Touch::Scrolling && event->timestamp() - latest_.time < kStillMs)
-        flick();
     endTouch();
     return touch == Touch::Scrolling;
 }
@@ -184,23 +167,6 @@ void ScrollList::handOver() {
     handingOver_ = true;
     QCoreApplication::sendEvent(target_, press_.get());
     handingOver_ = false;
-}
-
-/// Lets the list run out at the speed of the finger.
-void ScrollList::flick() {
-    const qreal time = qMax<qreal>(1, latest_.time - previous_.time);
-    const qreal speed = qBound(-kFastest, (previous_.y - latest_.y) / time, kFastest);
-    const int duration = qRound(300 + 250 * qAbs(speed));
-    // The curve starts at three times its average speed.
-    const int way = qRound(speed * duration / 3);
-    const QScrollBar* bar = verticalScrollBar();
-    const int end = qBound(bar->minimum(), bar->value() + way, bar->maximum());
-    if (end == bar->value())
-        return;
-    flick_->setDuration(duration);
-    flick_->setStartValue(bar->value());
-    flick_->setEndValue(end);
-    flick_->start();
 }
 
 void ScrollList::endTouch() {
@@ -226,7 +192,6 @@ void ScrollList::resizeEvent(QResizeEvent* event) {
 }
 
 void ScrollList::hideEvent(QHideEvent* event) {
-    flick_->stop();
     endTouch();
     QScrollArea::hideEvent(event);
 }

@@ -6,12 +6,9 @@
 #include <QScrollArea>
 #include <memory>
 
-class QPropertyAnimation;
-
 /// Content that the finger scrolls vertically. A touch that moves becomes a scroll and never
-/// reaches the row below it; a touch that stays is the row's. Released in motion, the list runs
-/// out; the next touch stops it. While there is more than fits, a thin indicator shows where one
-/// is.
+/// reaches the row below it; a touch that stays is the row's. The list moves with the finger and
+/// stops where it is lifted. While there is more than fits, a thin indicator shows where one is.
 class ScrollList : public QScrollArea {
     Q_OBJECT
 
@@ -46,8 +43,7 @@ class ScrollList : public QScrollArea {
     void watch(QWidget* widget);
     bool touchDown(QWidget* target, QMouseEvent* event);
     bool touchMove(const QMouseEvent* event);
-    bool touchUp(const QMouseEvent* event);
-    void flick();
+    bool touchUp();
     void handOver();
     void endTouch();
     void placeIndicator();
@@ -59,15 +55,6 @@ class ScrollList : public QScrollArea {
     int startValue_ = 0;
     bool handingOver_ = false;
 
-    // The last two moments of a scroll, to tell its speed.
-    struct Moment {
-        int y = 0;
-        ulong time = 0;
-    };
-    Moment previous_;
-    Moment latest_;
-
-    QPropertyAnimation* flick_;
     QWidget* indicator_;
     int indicatorMargin_;
 };

@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QLoggingCategory>
 #include <cstdio>
 #include <cstring>
 
@@ -14,10 +15,9 @@ struct Scenario {
 };
 
 constexpr Scenario kScenarios[] = {
-    {"start", &measureStart},
-    {"idle", &measureIdle},
-    {"screens", &measureScreens},
-    {"rest", &measureRest},
+    {"start", &measureStart},   {"idle", &measureIdle},         {"screens", &measureScreens},
+    {"result", &measureResult}, {"tracking", &measureTracking}, {"standby", &measureStandby},
+    {"rest", &measureRest},     {"users", &measureUsers},
 };
 
 void setFreePort(const char* variable) {
@@ -38,9 +38,13 @@ int main(int argc, char** argv) {
         qputenv("XDG_RUNTIME_DIR", qgetenv("ZEL_ROOT"));
         setFreePort("ZEL_LINK_PORT");
         setFreePort("ZEL_REST_PORT");
+        QLoggingCategory::setFilterRules(QStringLiteral("zel.*.info=false"));
         QApplication application(argc, argv);
         return scenario.measure() ? 0 : 1;
     }
-    std::fprintf(stderr, "zel-scenario start | idle | screens | rest\n");
+    std::fprintf(stderr, "zel-scenario");
+    for (const Scenario& scenario : kScenarios)
+        std::fprintf(stderr, " | %s", scenario.name);
+    std::fprintf(stderr, "\n");
     return 2;
 }

@@ -18,14 +18,11 @@ constexpr struct {
                {"firmware", command::FirmwareUpdateAnswer},
                {"logs", command::LogStoreReport}};
 
-/// What the controller tells without much of a state behind it: user counts, logs, link tests,
-/// resets, and the reports that end in a popup.
+/// What the controller tells without much of a state behind it: logs, link tests, resets, and
+/// the reports that end in a popup.
 class ReportsSubject : public Subject {
  public:
     explicit ReportsSubject(Device& device) : Subject(device) {
-        onRequest(command::AskUserCounts, [this](const Request&) {
-            device_.sendRecord(command::UserCountsAnswer, 0, 0, device_.settings().users);
-        });
         onRequest(command::TestLink, [this](const Request& request) {
             device_.send(command::LinkTested,
                          linksWork_ ? command::answer::Done : command::answer::Failed, request.p1);
@@ -70,7 +67,6 @@ class ReportsSubject : public Subject {
             device_.send(command::ShowLiveView);
             return done();
         });
-        onWord("users", "list the users", [this](const QString&) { return listUsers(); });
         onWord("logs", "list the newest events", [this](const QString&) { return listLogs(); });
     }
 
@@ -107,15 +103,6 @@ class ReportsSubject : public Subject {
             }
         }
         return failed(QStringLiteral("expected enrolment|delete|firmware|logs N"));
-    }
-
-    QString listUsers() {
-        QString list;
-        for (const _gui_user_& user : device_.users().users())
-            list +=
-                QStringLiteral("%1 card %2 %3\n")
-                    .arg(fieldText(user.userId), fieldText(user.cardNumber), fieldText(user.name));
-        return list + done();
     }
 
     QString listLogs() {

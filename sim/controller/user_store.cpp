@@ -12,8 +12,9 @@ namespace {
 // present.
 constexpr char kSchema[] =
     "CREATE TABLE IF NOT EXISTS USER_T (IDX INTEGER PRIMARY KEY, USER_ID TEXT UNIQUE NOT NULL, "
-    "NAME TEXT, CARD_NO TEXT, MARK INTEGER NOT NULL, RECORD BLOB NOT NULL);"
-    "SELECT IDX, USER_ID, NAME, CARD_NO, MARK, RECORD FROM USER_T LIMIT 1;";
+    "NAME TEXT, CARD_NO TEXT, MARK INTEGER NOT NULL, REPORTED INTEGER NOT NULL, RECORD BLOB NOT "
+    "NULL);"
+    "SELECT IDX, USER_ID, NAME, CARD_NO, MARK, REPORTED, RECORD FROM USER_T LIMIT 1;";
 constexpr qint64 kPresent = 0;
 
 /// Users that a fresh controller comes with: three scripts, every way of authentication, a name as
@@ -105,17 +106,18 @@ std::optional<_gui_user_> UserStore::findByCard(const QString& cardNumber) {
     return first(query.bind(1, cardNumber));
 }
 
-void UserStore::store(const _gui_user_& user) {
+void UserStore::store(const _gui_user_& user, bool reported) {
     database_
         .prepare(
-            "INSERT INTO USER_T (USER_ID, NAME, CARD_NO, MARK, RECORD) "
-            "VALUES (?1, ?2, NULLIF(?3, ''), ?4, ?5) ON CONFLICT (USER_ID) DO UPDATE SET "
-            "NAME=?2, CARD_NO=NULLIF(?3, ''), MARK=?4, RECORD=?5")
+            "INSERT INTO USER_T (USER_ID, NAME, CARD_NO, MARK, REPORTED, RECORD) "
+            "VALUES (?1, ?2, NULLIF(?3, ''), ?4, ?5, ?6) ON CONFLICT (USER_ID) DO UPDATE SET "
+            "NAME=?2, CARD_NO=NULLIF(?3, ''), MARK=?4, REPORTED=?5, RECORD=?6")
         .bind(1, fieldText(user.userId))
         .bind(2, fieldText(user.name))
         .bind(3, fieldText(user.cardNumber))
         .bind(4, kPresent)
-        .bind(5, QByteArray(reinterpret_cast<const char*>(&user), sizeof user))
+        .bind(5, qint64(reported))
+        .bind(6, QByteArray(reinterpret_cast<const char*>(&user), sizeof user))
         .step();
 }
 
@@ -124,6 +126,16 @@ bool UserStore::remove(const QString& userId) {
         return false;
     database_.prepare("UPDATE USER_T SET MARK=160 WHERE USER_ID=?1").bind(1, userId).step();
     return true;
+}
+
+std::optional<_gui_user_> UserStore::oldestUnreported() {
+    SqliteStatement query = database_.prepare(
+        "SELECT RECORD FROM USER_T WHERE MARK<160 AND REPORTED=0 ORDER BY IDX LIMIT 1");
+    return first(query);
+}
+
+void UserStore::setReported(const QString& userId) {
+    database_.prepare("UPDATE USER_T SET REPORTED=1 WHERE USER_ID=?1").bind(1, userId).step();
 }
 
 UserCounts UserStore::counts() {

@@ -1,10 +1,8 @@
 #include "tools/gallery/door_states.h"
 
-#include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
 #include <QEventLoop>
-#include <QMouseEvent>
 #include <QPainter>
 #include <QTimer>
 
@@ -138,13 +136,6 @@ void longestName(Stage& stage, const char* name) {
     RecognitionResult result = resultOf(stage, 1);
     setFieldText(result.name, QString::fromUtf8(name));
     recognise(stage, result);
-}
-
-void press(Stage& stage, const char* button) {
-    auto* widget = stage.active<QWidget>()->findChild<QWidget*>(QLatin1String(button));
-    QMouseEvent event(QEvent::MouseButtonPress, widget->rect().center(), Qt::LeftButton,
-                      Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(widget, &event);
 }
 
 void meal(Stage& stage, int status, int more, bool pay) {

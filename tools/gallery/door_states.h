@@ -32,8 +32,6 @@ void question(Stage& stage, const char* button);
 void recorded(Stage& stage, std::uint8_t key);
 /// Somebody whose name is as long as names get.
 void longestName(Stage& stage, const char* name);
-/// A finger lies on the button @p button.
-void press(Stage& stage, const char* button);
 /// A meal is asked for, plus is touched @p more times, and then payment if @p pay.
 void meal(Stage& stage, int status, int more, bool pay);
 /// The recognition arms (1) or disarms (2).

@@ -9,6 +9,7 @@
 #include "tools/gallery/door_states.h"
 #include "tools/gallery/stage.h"
 #include "ui/combo.h"
+#include "ui/dialog_form.h"
 #include "ui/input_field.h"
 #include "ui/list_row.h"
 #include "ui/scroll_list.h"
@@ -33,7 +34,7 @@ void faults(Stage& stage, quint32 word) {
 /// The keypad at a field of its kind, after some keys have been touched.
 void keypad(Stage& stage, InputField::Characters characters, const char* keys,
             const char* option = "") {
-    auto* field = stage.add<InputField>(QRect(16, 720, 448, 56));
+    auto* field = stage.add<InputField>(QRect(16, 312, 448, 56));
     field->setObjectName(QStringLiteral("keypadField"));
     field->setAllowedCharacters(characters);
     stage.showAdded();
@@ -58,6 +59,33 @@ void longComboList(Stage& stage) {
     combo->setCurrentIndex(12);
     stage.showAdded();
     stage.touch(combo->objectName());
+}
+
+/// A dialog with such buttons.
+void dialog(Stage& stage, DialogForm::ButtonType buttons, DialogForm::Icon icon, bool danger) {
+    const auto script = [&stage](const char* key) {
+        return stage.window().getScript(QLatin1String(key));
+    };
+    auto* dialog = stage.add<DialogForm>();
+    dialog->setIcon(icon);
+    dialog->setText(script("ListItem_LogStoreNearlyFull"));
+    dialog->setButtonType(buttons);
+    dialog->setOkText(script("TopMenu_OK"));
+    dialog->setCancelText(script("TopMenu_Cancel"));
+    dialog->setDanger(danger);
+    stage.showAdded();
+}
+
+/// The attendance mode is not automatic: its times do not count.
+void manualMode(Stage& stage) {
+    stage.touch(QStringLiteral("modeCombo"));
+    stage.touch(QStringLiteral("item1"));
+}
+
+void typedPassword(Stage& stage) {
+    for (const char* key : {"key_1", "key_2", "key_3"})
+        stage.touch(QLatin1String(key));
+    stage.press(QStringLiteral("key_4"));
 }
 
 void listEnd(Stage& stage) {
@@ -138,13 +166,18 @@ constexpr NamedState kStates[] = {
     {"liveWindow", "refused-face", [](Stage& stage) { face(stage, 3, 2); }},
     {"liveWindow", "unknown-card", unknownCard},
     {"liveWindow", "visitor-call", visitorCall},
-    {"liveWindow", "pressed",
+    {"liveWindow", "pressed", [](Stage& stage) { stage.press(QStringLiteral("menuButton")); }},
+    {"liveWindow", "meal-pressed",
      [](Stage& stage) {
          live(stage, Meals, 1);
-         press(stage, "noti_layer");
-         press(stage, "callButton");
+         stage.press(QStringLiteral("noti_layer"));
      }},
     {"recognizeWindow", "access", [](Stage& stage) { result(stage, 0, 0, Access, 0); }},
+    {"recognizeWindow", "photo",
+     [](Stage& stage) {
+         result(stage, 0, 0, Access, 0);
+         stage.touch(QStringLiteral("thumbnail"));
+     }},
     {"recognizeWindow", "access-without-picture",
      [](Stage& stage) { result(stage, 2, 0, Access, 0); }},
     {"recognizeWindow", "access-long-name", [](Stage& stage) { result(stage, 4, 0, Access, 0); }},
@@ -169,9 +202,7 @@ constexpr NamedState kStates[] = {
     {"recognizeWindow", "question-pressed",
      [](Stage& stage) {
          question(stage, "");
-         press(stage, "inButton");
-         press(stage, "cancelButton");
-         press(stage, "menuButton");
+         stage.press(QStringLiteral("inButton"));
      }},
     {"recognizeWindow", "in-recorded", [](Stage& stage) { recorded(stage, 16); }},
     {"recognizeWindow", "out-recorded", [](Stage& stage) { recorded(stage, 17); }},
@@ -184,13 +215,35 @@ constexpr NamedState kStates[] = {
     {"recognizeWindow", "meal-pressed",
      [](Stage& stage) {
          meal(stage, 2, 1, false);
-         press(stage, "plusButton");
-         press(stage, "paymentButton");
+         stage.press(QStringLiteral("paymentButton"));
      }},
     {"recognizeWindow", "meal-paid", [](Stage& stage) { meal(stage, 4, 1, true); }},
     {"recognizeWindow", "armed", [](Stage& stage) { alarm(stage, 1); }},
     {"recognizeWindow", "disarmed", [](Stage& stage) { alarm(stage, 2); }},
+    {"zelMenuWindow", "pressed", [](Stage& stage) { stage.press(QStringLiteral("menuWorkTile")); }},
+    {"zelMenuWindow", "dialog",
+     [](Stage& stage) { dialog(stage, DialogForm::OkButton, DialogForm::Icon::None, false); }},
+    {"zelMenuWindow", "dialog-question",
+     [](Stage& stage) {
+         dialog(stage, DialogForm::OkCancelButtons, DialogForm::Icon::Question, false);
+     }},
+    {"zelMenuWindow", "dialog-danger",
+     [](Stage& stage) {
+         dialog(stage, DialogForm::OkCancelButtons, DialogForm::Icon::Warning, true);
+     }},
+    {"zelMenuWindow", "dialog-danger-pressed",
+     [](Stage& stage) {
+         dialog(stage, DialogForm::OkCancelButtons, DialogForm::Icon::Warning, true);
+         stage.press(QStringLiteral("dialogOkButton"));
+     }},
+    {"zelMenuWindow", "dialog-without-buttons",
+     [](Stage& stage) { dialog(stage, DialogForm::NoButton, DialogForm::Icon::Info, false); }},
     {"usbMenuWindow", "stick", withStick},
+    {"usbMenuWindow", "pressed",
+     [](Stage& stage) {
+         withStick(stage);
+         stage.press(QStringLiteral("exportUserTile"));
+     }},
     {"usbMenuWindow", "mounting", usbReport<command::UsbState, 10, 0>},
     {"usbMenuWindow", "no-folder", [](Stage& stage) { stage.receive(command::UsbState, 0, 0); }},
     {"usbMenuWindow", "export-begins", usbReport<command::UsbExported, 2, 10>},
@@ -238,12 +291,14 @@ constexpr NamedState kStates[] = {
     {"enviSound_Alarm", "long-list", longComboList},
     {"workMenuWindow", "end", listEnd},
     {"workMenuWindow", "mode-list", [](Stage& stage) { stage.touch(QStringLiteral("modeCombo")); }},
-    {"workMenuWindow", "fixed-mode",
+    {"workMenuWindow", "mode-list-pressed",
      [](Stage& stage) {
          stage.touch(QStringLiteral("modeCombo"));
-         stage.touch(QStringLiteral("item2"));
-         listEnd(stage);
+         stage.press(QStringLiteral("item3"));
      }},
+    {"workMenuWindow", "manual-mode", manualMode},
+    {"workMenuWindow", "save-pressed",
+     [](Stage& stage) { stage.press(QStringLiteral("forwardButton")); }},
     {"workMenuWindow", "keypad",
      [](Stage& stage) { stage.touch(QStringLiteral("weekdayInTime")); }},
     {"workMenuWindow", "keypad-typing",
@@ -263,8 +318,10 @@ constexpr NamedState kStates[] = {
      [](Stage& stage) { stage.active<OperationSettingsForm>()->ShowPopup(17, 0); }},
     {"foodMenuWindow", "duplicate-use-list",
      [](Stage& stage) { stage.touch(QStringLiteral("duplicateUseCombo")); }},
+    {"userEnrollMenuWindow", "pressed",
+     [](Stage& stage) { stage.press(QStringLiteral("authFaceOrCardRow")); }},
     {"userSearch_idWindow", "keypad-digits",
-     [](Stage& stage) { keypad(stage, InputField::Digits, "", "010"); }},
+     [](Stage& stage) { keypad(stage, InputField::Digits, "0 1 0 2 3 4 5", "010"); }},
     {"userSearch_InfoWindow", "keypad-first-page",
      [](Stage& stage) { keypad(stage, InputField::Any, ""); }},
     {"userSearch_InfoWindow", "keypad-hangul",
@@ -283,11 +340,7 @@ constexpr NamedState kStates[] = {
     {"upgradingWindow", "downloading-without-length", [](Stage& stage) { downloading(stage, -1); }},
     {"upgradingWindow", "updated",
      [](Stage& stage) { stage.receive(command::FirmwareUpdateAnswer, 0); }},
-    {"InputAdminPassword", "typing",
-     [](Stage& stage) {
-         for (int i = 0; i < 8; ++i)
-             stage.touch(QStringLiteral("key_1"));
-     }},
+    {"InputAdminPassword", "typed", typedPassword},
     {"InputAdminPassword", "wrong", [](Stage& stage) { wrongPassword(stage, 1); }},
     // Two more, and the entry stays locked.
     {"InputAdminPassword", "locked", [](Stage& stage) { wrongPassword(stage, 2); }},

@@ -36,6 +36,12 @@ void layStick(const DeviceRoot& root) {
         root.write((QByteArray("/mnt/usb/ZEL01/") + file).constData(), {});
 }
 
+void send(QEvent::Type type, WidgetButton* button) {
+    const QPointF finger = button->rect().center();
+    QMouseEvent event(type, finger, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(button, &event);
+}
+
 /// Lets layouts and deferred calls have their effect; no timer runs out meanwhile.
 void settle() {
     QCoreApplication::sendPostedEvents();
@@ -91,6 +97,8 @@ void Stage::clear() {
     Clock::fix(QDateTime(QDate(2026, 3, 9), QTime(8, 52)));
     if (!window_)
         return;
+    if (pressed_)
+        pressed_->cancelTouch();
     if (DialogOverlay* dialog = DialogOverlay::current(window_.get()))
         dialog->hide();
     window_->removeTouchKey();
@@ -147,7 +155,7 @@ void Stage::showAdded() {
         widget->show();
 }
 
-void Stage::touch(const QString& name) {
+WidgetButton* Stage::button(const QString& name) {
     const QList<WidgetButton*> buttons = window_->findChildren<WidgetButton*>(name);
     for (WidgetButton* button : buttons) {
         if (!button->isVisible())
@@ -156,13 +164,19 @@ void Stage::touch(const QString& name) {
             if (auto* list = qobject_cast<ScrollList*>(up))
                 list->reveal(button);
         }
-        const QPointF finger = button->rect().center();
-        for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
-            QMouseEvent event(type, finger, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
-            QCoreApplication::sendEvent(button, &event);
-        }
-        settle();
-        return;
+        return button;
     }
     qFatal("there is no button %s to touch", qUtf8Printable(name));
+}
+
+void Stage::touch(const QString& name) {
+    WidgetButton* target = button(name);
+    send(QEvent::MouseButtonPress, target);
+    send(QEvent::MouseButtonRelease, target);
+    settle();
+}
+
+void Stage::press(const QString& name) {
+    pressed_ = button(name);
+    send(QEvent::MouseButtonPress, pressed_);
 }

@@ -10,6 +10,8 @@
 #include "link/device_records.h"
 #include "sim/device_root.h"
 
+class WidgetButton;
+
 /// The real terminal in a device root of its own, with a stopped clock and a device controller that
 /// says nothing, so that what is brought about on it looks the same each time.
 ///
@@ -61,9 +63,12 @@ class Stage {
     void showAdded();
     /// Touches the button @p name, after scrolling to it.
     void touch(const QString& name);
+    /// The same without lifting the finger, until open() is called.
+    void press(const QString& name);
 
  private:
     void clear();
+    WidgetButton* button(const QString& name);
     void tellSettings(const _gui_menu_& settings);
 
     DeviceRoot root_;
@@ -72,4 +77,5 @@ class Stage {
     bool settingsChanged_ = false;
     std::unique_ptr<MainWindow> window_;
     QList<QPointer<QWidget>> added_;
+    QPointer<WidgetButton> pressed_;
 };
