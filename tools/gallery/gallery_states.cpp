@@ -173,11 +173,6 @@ constexpr NamedState kStates[] = {
          stage.press(QStringLiteral("noti_layer"));
      }},
     {"recognizeWindow", "access", [](Stage& stage) { result(stage, 0, 0, Access, 0); }},
-    {"recognizeWindow", "photo",
-     [](Stage& stage) {
-         result(stage, 0, 0, Access, 0);
-         stage.touch(QStringLiteral("thumbnail"));
-     }},
     {"recognizeWindow", "access-without-picture",
      [](Stage& stage) { result(stage, 2, 0, Access, 0); }},
     {"recognizeWindow", "access-long-name", [](Stage& stage) { result(stage, 4, 0, Access, 0); }},
