@@ -7,6 +7,8 @@
 #include <QTimer>
 
 #include "link/command_code.h"
+#include "link/command_parameters.h"
+#include "link/record_values.h"
 #include "sim/controller/user_store.h"
 #include "tools/gallery/stage.h"
 
@@ -73,13 +75,13 @@ void live(Stage& stage, Operation operation, int status, Day day) {
 
 void liveWithAllButtons(Stage& stage, Operation operation, int status) {
     _gui_menu_ settings = settingsOf(stage, operation);
-    settings.setup.authMethod = 4;
+    settings.setup.authMethod = AuthMethod::FaceAndId;
     work(stage, settings, status);
 }
 
 void liveReturnOnly(Stage& stage) {
     _gui_menu_ settings = settingsOf(stage, Attendance);
-    settings.operation.attendanceMode = 5;
+    settings.operation.attendanceMode = AttendanceRule::Return;
     work(stage, settings, 4);
 }
 
@@ -120,9 +122,19 @@ void question(Stage& stage, const char* button) {
 }
 
 void recorded(Stage& stage, std::uint8_t key) {
-    work(stage, settingsOf(stage, Attendance), key - 15);
+    const int status = key - command::key::In + 1;
+    _gui_menu_ settings = settingsOf(stage, Attendance);
+    settings.operation.attendanceMode = static_cast<std::uint8_t>(status + AttendanceRule::Chosen);
+    work(stage, settings, status);
     RecognitionResult result = resultOf(stage, 1);
     result.attendanceEvent = key;
+    recognise(stage, result);
+}
+
+void longestName(Stage& stage, const char* name) {
+    work(stage, settingsOf(stage, Access), 0);
+    RecognitionResult result = resultOf(stage, 1);
+    setFieldText(result.name, QString::fromUtf8(name));
     recognise(stage, result);
 }
 

@@ -28,8 +28,10 @@ void mealCounts(Stage& stage);
 void result(Stage& stage, int user, std::uint8_t result, Operation operation, int status);
 /// The same with the question which attendance event it is; @p button is then touched, if any.
 void question(Stage& stage, const char* button);
-/// The event @p key is recorded already.
+/// The event @p key is recorded already, on a terminal fixed to it.
 void recorded(Stage& stage, std::uint8_t key);
+/// Somebody whose name is as long as names get.
+void longestName(Stage& stage, const char* name);
 /// A meal is asked for, plus is touched @p more times, and then payment if @p pay.
 void meal(Stage& stage, int status, int more, bool pay);
 /// The recognition arms (1) or disarms (2).

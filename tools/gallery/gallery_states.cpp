@@ -151,6 +151,7 @@ constexpr NamedState kStates[] = {
     {"liveWindow", "in", [](Stage& stage) { live(stage, Attendance, 1); }},
     {"liveWindow", "in-saturday", [](Stage& stage) { live(stage, Attendance, 1, Saturday); }},
     {"liveWindow", "out", [](Stage& stage) { live(stage, Attendance, 2); }},
+    {"liveWindow", "out-saturday", [](Stage& stage) { live(stage, Attendance, 2, Saturday); }},
     {"liveWindow", "break", [](Stage& stage) { live(stage, Attendance, 3); }},
     {"liveWindow", "return", liveReturnOnly},
     {"liveWindow", "breakfast", [](Stage& stage) { live(stage, Meals, 1); }},
@@ -166,10 +167,23 @@ constexpr NamedState kStates[] = {
     {"liveWindow", "unknown-card", unknownCard},
     {"liveWindow", "visitor-call", visitorCall},
     {"liveWindow", "pressed", [](Stage& stage) { stage.press(QStringLiteral("menuButton")); }},
+    {"liveWindow", "meal-pressed",
+     [](Stage& stage) {
+         live(stage, Meals, 1);
+         stage.press(QStringLiteral("noti_layer"));
+     }},
     {"recognizeWindow", "access", [](Stage& stage) { result(stage, 0, 0, Access, 0); }},
     {"recognizeWindow", "access-without-picture",
      [](Stage& stage) { result(stage, 2, 0, Access, 0); }},
     {"recognizeWindow", "access-long-name", [](Stage& stage) { result(stage, 4, 0, Access, 0); }},
+    {"recognizeWindow", "longest-korean-name",
+     [](Stage& stage) {
+         longestName(stage, "김수한무거북이와두루미삼천갑자동방삭치치카포사리사리센타워리워리");
+     }},
+    {"recognizeWindow", "longest-japanese-name",
+     [](Stage& stage) {
+         longestName(stage, "寿限無寿限無五劫の擦り切れ海砂利水魚の水行末雲来末風来末食う寝る");
+     }},
     {"recognizeWindow", "no-access-time", [](Stage& stage) { result(stage, 5, 1, Access, 0); }},
     {"recognizeWindow", "not-permitted", [](Stage& stage) { result(stage, 3, 2, Access, 0); }},
     {"recognizeWindow", "registered", [](Stage& stage) { result(stage, 6, 3, Access, 0); }},
@@ -180,9 +194,24 @@ constexpr NamedState kStates[] = {
     {"recognizeWindow", "question-out", [](Stage& stage) { question(stage, "outButton"); }},
     {"recognizeWindow", "question-break", [](Stage& stage) { question(stage, "outDutyButton"); }},
     {"recognizeWindow", "question-return", [](Stage& stage) { question(stage, "inDutyButton"); }},
+    {"recognizeWindow", "question-pressed",
+     [](Stage& stage) {
+         question(stage, "");
+         stage.press(QStringLiteral("inButton"));
+     }},
+    {"recognizeWindow", "in-recorded", [](Stage& stage) { recorded(stage, 16); }},
     {"recognizeWindow", "out-recorded", [](Stage& stage) { recorded(stage, 17); }},
+    {"recognizeWindow", "break-recorded", [](Stage& stage) { recorded(stage, 18); }},
+    {"recognizeWindow", "return-recorded", [](Stage& stage) { recorded(stage, 19); }},
+    {"recognizeWindow", "no-meal", [](Stage& stage) { result(stage, 1, 1, Meals, 0); }},
     {"recognizeWindow", "meal", [](Stage& stage) { meal(stage, 2, 0, false); }},
     {"recognizeWindow", "meal-several", [](Stage& stage) { meal(stage, 2, 1, false); }},
+    {"recognizeWindow", "meal-most", [](Stage& stage) { meal(stage, 2, 98, false); }},
+    {"recognizeWindow", "meal-pressed",
+     [](Stage& stage) {
+         meal(stage, 2, 1, false);
+         stage.press(QStringLiteral("paymentButton"));
+     }},
     {"recognizeWindow", "meal-paid", [](Stage& stage) { meal(stage, 4, 1, true); }},
     {"recognizeWindow", "armed", [](Stage& stage) { alarm(stage, 1); }},
     {"recognizeWindow", "disarmed", [](Stage& stage) { alarm(stage, 2); }},
@@ -267,6 +296,12 @@ constexpr NamedState kStates[] = {
      [](Stage& stage) { stage.press(QStringLiteral("forwardButton")); }},
     {"workMenuWindow", "keypad",
      [](Stage& stage) { stage.touch(QStringLiteral("weekdayInTime")); }},
+    {"workMenuWindow", "keypad-typing",
+     [](Stage& stage) {
+         stage.touch(QStringLiteral("weekdayInTime"));
+         for (const char* key : {"key_clear", "key_0", "key_8", "key_3", "key_0", "key_1"})
+             stage.touch(QLatin1String(key));
+     }},
     {"workMenuWindow", "keypad-low-field",
      [](Stage& stage) { stage.touch(QStringLiteral("saturdayOutTime")); }},
     {"workMenuWindow", "error",
@@ -274,6 +309,8 @@ constexpr NamedState kStates[] = {
     {"workMenuWindow", "saved",
      [](Stage& stage) { stage.active<OperationSettingsForm>()->ShowPopup(7, 0); }},
     {"foodMenuWindow", "end", listEnd},
+    {"foodMenuWindow", "error",
+     [](Stage& stage) { stage.active<OperationSettingsForm>()->ShowPopup(17, 0); }},
     {"foodMenuWindow", "duplicate-use-list",
      [](Stage& stage) { stage.touch(QStringLiteral("duplicateUseCombo")); }},
     {"userEnrollMenuWindow", "pressed",
