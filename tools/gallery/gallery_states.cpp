@@ -5,6 +5,7 @@
 #include "link/command_code.h"
 #include "link/device_records.h"
 #include "screens/recognize/operation_settings_form.h"
+#include "sim/common/portrait.h"
 #include "tools/gallery/door_states.h"
 #include "tools/gallery/stage.h"
 #include "ui/combo.h"
@@ -12,6 +13,7 @@
 #include "ui/input_field.h"
 #include "ui/list_row.h"
 #include "ui/scroll_list.h"
+#include "ui/thumbnail_view.h"
 
 namespace {
 
@@ -73,6 +75,16 @@ void dialog(Stage& stage, DialogForm::ButtonType buttons, DialogForm::Icon icon,
     dialog->setCancelText(script("TopMenu_Cancel"));
     dialog->setDanger(danger);
     stage.showAdded();
+}
+
+void largePhoto(Stage& stage) {
+    QPixmap photo;
+    photo.loadFromData(portrait::jpeg(0));
+    auto* thumbnail = stage.add<ThumbnailView>(QRect(28, 100, 128, 152));
+    thumbnail->setObjectName(QStringLiteral("userPhoto"));
+    thumbnail->setPhoto(photo);
+    stage.showAdded();
+    stage.touch(thumbnail->objectName());
 }
 
 /// The attendance mode is not automatic: its times do not count.
@@ -158,11 +170,6 @@ constexpr NamedState kStates[] = {
     {"liveWindow", "visitor-call", visitorCall},
     {"liveWindow", "pressed", [](Stage& stage) { stage.press(QStringLiteral("menuButton")); }},
     {"recognizeWindow", "access", [](Stage& stage) { result(stage, 0, 0, Access, 0); }},
-    {"recognizeWindow", "photo",
-     [](Stage& stage) {
-         result(stage, 0, 0, Access, 0);
-         stage.touch(QStringLiteral("thumbnail"));
-     }},
     {"recognizeWindow", "access-without-picture",
      [](Stage& stage) { result(stage, 2, 0, Access, 0); }},
     {"recognizeWindow", "access-long-name", [](Stage& stage) { result(stage, 4, 0, Access, 0); }},
@@ -276,6 +283,7 @@ constexpr NamedState kStates[] = {
      [](Stage& stage) { stage.press(QStringLiteral("authFaceOrCardRow")); }},
     {"userSearch_idWindow", "keypad-digits",
      [](Stage& stage) { keypad(stage, InputField::Digits, "0 1 0 2 3 4 5", "010"); }},
+    {"userSearch_InfoWindow", "photo", largePhoto},
     {"userSearch_InfoWindow", "keypad-first-page",
      [](Stage& stage) { keypad(stage, InputField::Any, ""); }},
     {"userSearch_InfoWindow", "keypad-hangul",
