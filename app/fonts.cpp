@@ -11,16 +11,16 @@ Q_LOGGING_CATEGORY(fontLog, "zel.app.fonts", QtInfoMsg)
 
 namespace {
 
-constexpr QLatin1String kSource("/zel1/image/img/fonts/");
-constexpr QLatin1String kLinks("/usr/lib/fonts/");
+const QLatin1String kSource("/zel1/image/img/fonts/");
+const QLatin1String kLinks("/usr/lib/fonts/");
 
-constexpr QLatin1String kLight("NotoSansCJKkr-Light.otf");
-constexpr QLatin1String kRegular("NotoSansCJKkr-Regular.otf");
-constexpr QLatin1String kMedium("NotoSansCJKkr-Medium.otf");
-constexpr QLatin1String kBold("NotoSansCJKkr-Bold.otf");
-constexpr QLatin1String kSerif("NotoSerif-Bold.ttf");
-constexpr QLatin1String kJapaneseMedium("logotypejp_mp_m_1.1.ttf");
-constexpr QLatin1String kJapaneseBold("logotypejp_mp_b_1.1.ttf");
+const QLatin1String kLight("NotoSansCJKkr-Light.otf");
+const QLatin1String kRegular("NotoSansCJKkr-Regular.otf");
+const QLatin1String kMedium("NotoSansCJKkr-Medium.otf");
+const QLatin1String kBold("NotoSansCJKkr-Bold.otf");
+const QLatin1String kSerif("NotoSerif-Bold.ttf");
+const QLatin1String kJapaneseMedium("logotypejp_mp_m_1.1.ttf");
+const QLatin1String kJapaneseBold("logotypejp_mp_b_1.1.ttf");
 
 void link(QLatin1String name) {
     DevicePaths::runShell(QStringLiteral("ln -s %1%3 %2%3").arg(kSource, kLinks, name));

@@ -21,10 +21,12 @@
 #include "app/status_popup.h"
 #include "app/window_form.h"
 #include "base/clock.h"
+#include "base/device_folders.h"
 #include "base/device_paths.h"
 #include "cloud/event_reports.h"
 #include "cloud/parameters.h"
 #include "link/command_code.h"
+#include "link/command_parameters.h"
 #include "ui/key_click.h"
 #include "ui/theme.h"
 #include "ui/touch_key_form.h"
@@ -39,7 +41,6 @@ MainWindow* theMainWindow = nullptr;
 /// How long the end of the process waits for the last frames to leave, in milliseconds.
 constexpr int kFlushTime = 500;
 constexpr int kMaxSpokenText = 128;
-constexpr int kErrorSound = 203;
 /// By the settings' sleep choice, in seconds.
 constexpr int kSleepTimes[] = {0, 30, 60, 180, 300, 600};
 
@@ -49,7 +50,7 @@ MainWindow::MainWindow(QWidget* parent)
     : QMainWindow(parent),
       callNumberPath_(DevicePaths::at(QStringLiteral("/mnt/data/callNumber.txt"))),
       locationPath_(DevicePaths::at(QStringLiteral("/mnt/data/location.txt"))),
-      imageDirectory_(DevicePaths::at(QStringLiteral("/mnt/data/Images/"))),
+      imageDirectory_(DevicePaths::at(QLatin1String(DeviceFolders::kImages))),
       ui_(std::make_unique<Ui::MainWindow>()) {
     installPictures();
     for (QWidget* widget : QApplication::topLevelWidgets()) {
@@ -138,11 +139,13 @@ void MainWindow::initWindowList() {
 void MainWindow::createDialogs() {
     popups_ = new ReportPopups([this](const QString& key) { return getScript(key); }, this);
     connect(this, &MainWindow::signal_changeWindow, popups_, &ReportPopups::windowChanged);
+    connect(&windows_, &WindowRegistry::changed, popups_, &ReportPopups::windowRaised);
     connect(status_, &SystemStatus::faultsChanged, popups_, &ReportPopups::showFaults);
     connect(popups_, &ReportPopups::screenWanted, this,
             [this](const QString& title) { changeWindow(title); });
-    connect(popups_, &ReportPopups::errorShown, this, [this] { PlaySound(kErrorSound); });
+    connect(popups_, &ReportPopups::errorShown, this, [this] { PlaySound(command::sound::Error); });
     connect(popups_, &ReportPopups::deleteLogsWanted, this, &MainWindow::deleteWarnMaxLog);
+    connect(popups_, &ReportPopups::keepLogsWanted, this, &MainWindow::cancelWarnMaxLog);
 }
 
 void MainWindow::connectManagement() {
@@ -361,7 +364,7 @@ void MainWindow::StopMenuTimer() {
 }
 
 void MainWindow::MenuTimeout(const QString& returnTitle) {
-    SendCloseMessage(command::kClosedByMenuTimeout);
+    SendCloseMessage(command::closed::ByMenuTimeout);
     changeWindow(returnTitle);
 }
 
@@ -404,6 +407,10 @@ DialogForm* MainWindow::getPopupForm() const {
 
 void MainWindow::deleteWarnMaxLog() {
     SendCommand(command::DeleteFullLogs, 0, 0);
+}
+
+void MainWindow::cancelWarnMaxLog() {
+    qCInfo(appLog, "the log store stays nearly full: nobody agreed to delete logs");
 }
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
@@ -512,7 +519,7 @@ void MainWindow::initRestCall() {
 }
 
 void MainWindow::setIp(const AddressBlock& own) {
-    NetworkSetup::apply(own);
+    NetworkSetup::apply(own, records_.menu().network.own);
 }
 
 void MainWindow::startEnrolment() {
@@ -583,6 +590,7 @@ void MainWindow::userRestChkrResult() {
 
 void MainWindow::fwFileDownloadStart(const QString& path) {
     qCInfo(appLog, "Start Download : %s", qPrintable(path));
+    changeWindow(QStringLiteral("upgradingWindow"), path);
 }
 
 void MainWindow::fileDownloadComplete() {

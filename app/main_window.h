@@ -13,6 +13,7 @@
 #include "cloud/management_host.h"
 #include "link/device_link.h"
 #include "link/device_message.h"
+#include "link/record_values.h"
 #include "ui/script_handler.h"
 
 namespace Ui {
@@ -29,11 +30,6 @@ class StatusPopup;
 class TouchKeyForm;
 class TouchWatcher;
 class WindowForm;
-
-/// Arrangements at the reader: what a recognition is used for. Kept for the recognition screens.
-enum class ReaderMode { In = 0, Out = 1 };
-enum class ServiceMode { InService = 0, OutOfService = 1 };
-enum class AlarmMode { None = 0, Arm = 1, Disarm = 2 };
 
 /// The main controller window: the one window of the process and the front of everything that the
 /// screens need. It owns the parts and hands every call on to the one that does the work.
@@ -231,6 +227,7 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     void quitByController();
     void MenuTimeout(const QString& returnTitle);
     void deleteWarnMaxLog();
+    void cancelWarnMaxLog();
 
     // In the order in which they may be destroyed, last first.
     RecordStore records_;

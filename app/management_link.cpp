@@ -69,7 +69,7 @@ void ManagementLink::checkNow() {
 }
 
 void ManagementLink::takeCommandFolder() {
-    commands_.runCommandFolder();
+    commands_.userRestChkrResult();
     // One per period, whether there was one or not.
     folderTimer_.start(kFolderInterval);
 }

@@ -2,21 +2,16 @@
 
 #include <QLoggingCategory>
 #include <QtEndian>
+#include <cstddef>
+#include <cstring>
 
 #include "base/device_paths.h"
+#include "cloud/network_helper.h"
 #include "link/device_records.h"
 
 Q_LOGGING_CATEGORY(networkLog, "zel.app.network", QtInfoMsg)
 
 namespace {
-
-QString dotted(const std::uint8_t (&address)[4]) {
-    return QStringLiteral("%1.%2.%3.%4")
-        .arg(address[0])
-        .arg(address[1])
-        .arg(address[2])
-        .arg(address[3]);
-}
 
 /// The mask's length in bits, -1 when its ones do not stand together.
 int prefixLength(const std::uint8_t (&mask)[4]) {
@@ -35,6 +30,8 @@ bool isZero(const std::uint8_t (&address)[4]) {
 
 namespace NetworkSetup {
 
+using NetworkHelper::dotted;
+
 QStringList commands(const AddressBlock& own) {
     if (own.dhcp == 1)
         return {QStringLiteral("udhcpc -n -q -i eth0")};
@@ -51,13 +48,18 @@ QStringList commands(const AddressBlock& own) {
     return lines;
 }
 
-void apply(const AddressBlock& own) {
-    for (const QString& line : commands(own)) {
-        if (DevicePaths::root().isEmpty())
-            DevicePaths::runShell(line);
-        else
-            qCInfo(networkLog, "not run here: %s", qPrintable(line));
+void apply(const AddressBlock& own, const AddressBlock& before) {
+    if (std::memcmp(&own, &before, offsetof(AddressBlock, managerAddress)) == 0) {
+        qCInfo(networkLog, "the machine's address stays as it is");
+        return;
     }
+    const QString lines = commands(own).join(QLatin1String("; "));
+    if (lines.isEmpty())
+        qCWarning(networkLog, "an address that cannot be set");
+    else if (!DevicePaths::root().isEmpty())
+        qCInfo(networkLog, "not run here: %s", qPrintable(lines));
+    else
+        DevicePaths::runShell(QStringLiteral("(%1) &").arg(lines));  // DHCP may take its time
 }
 
 }  // namespace NetworkSetup

@@ -5,17 +5,20 @@
 
 #include "base/clock.h"
 #include "link/command_code.h"
+#include "link/command_parameters.h"
 #include "ui/dialog_form.h"
+#include "ui/notice_strip.h"
 
 namespace {
 
 constexpr int kLogFullAutoClose = 10000;  // milliseconds
 constexpr int kNoticeAutoClose = 5000;
+constexpr int kStripSeconds = 3;
 constexpr int kAnyOther = -1;
 
 enum class Kind {
     Result,    // on the shared popup dialog, until it is closed
-    Notice,    // closes by itself, stamped with the date and time
+    Notice,    // on a strip that leaves the screen to the person at the door, stamped with the time
     Question,  // asks whether logs may be deleted
 };
 
@@ -30,18 +33,22 @@ struct Report {
 
 // The first row that fits counts.
 constexpr Report kReports[] = {
-    {command::EnrolmentRefused, 1, Kind::Result, "Error_MaxUsersExcceeded", true},
-    {command::EnrolmentRefused, 2, Kind::Result, "Error_EnrollingUsers", true},
+    {command::EnrolmentRefused, command::refused::StoreFull, Kind::Result,
+     "Error_MaxUsersExcceeded", true},
+    {command::EnrolmentRefused, command::refused::EnrolmentRunning, Kind::Result,
+     "Error_EnrollingUsers", true},
     {command::EnrolmentRefused, kAnyOther, Kind::Result, "Error_NoResponse", true},
-    {command::UserDeleteResult, 0, Kind::Result, "ListItem_UserDeleted", false},
+    {command::UserDeleteResult, command::answer::Done, Kind::Result, "ListItem_UserDeleted", false},
     {command::UserDeleteResult, kAnyOther, Kind::Result, "ListItem_FailedDeleted", true},
-    {command::FirmwareUpdateAnswer, 0, Kind::Result, "ListItem_FwRestart", false,
-     "upgradingWindow"},
+    {command::FirmwareUpdateAnswer, command::answer::Done, Kind::Result, "ListItem_FwRestart",
+     false, "upgradingWindow"},
     {command::FirmwareUpdateAnswer, kAnyOther, Kind::Result, "ListItem_FwUpgradeFailed", true,
      "stayWindow"},
-    {command::LogStoreReport, 0, Kind::Result, "ListItem_LogStoreEmptied", false},
-    {command::LogStoreReport, 1, Kind::Question, "ListItem_LogStoreNearlyFull", false},
-    {command::AccessEvent, 0, Kind::Notice, "Info_AccessEvent", false},
+    {command::LogStoreReport, command::log_store::Emptied, Kind::Result, "ListItem_LogStoreEmptied",
+     false},
+    {command::LogStoreReport, command::log_store::NearlyFull, Kind::Question,
+     "ListItem_LogStoreNearlyFull", false},
+    {command::AccessEvent, command::event::New, Kind::Notice, "Info_AccessEvent", false},
 };
 
 const Report* find(int command, int p1) {
@@ -60,15 +67,18 @@ ReportPopups::ReportPopups(std::function<ScriptHandler::Script(const QString&)> 
       scripts_(std::move(scripts)),
       popup_(new DialogForm(window)),
       logFull_(new DialogForm(window, kLogFullAutoClose)),
-      notice_(new DialogForm(window, kNoticeAutoClose)) {
+      notice_(new DialogForm(window, kNoticeAutoClose)),
+      strip_(new NoticeStrip(window, kStripSeconds)) {
     popup_->setObjectName(QStringLiteral("popupForm"));
     popup_->setButtonType(DialogForm::OkButton);
     popup_->checkWindowChange(true);
     logFull_->setObjectName(QStringLiteral("logFullDialog"));
     logFull_->setButtonType(DialogForm::OkCancelButtons);
     notice_->setObjectName(QStringLiteral("noticeDialog"));
+    strip_->setObjectName(QStringLiteral("noticeStrip"));
 
     connect(logFull_, &DialogForm::touchOk, this, &ReportPopups::deleteLogsWanted);
+    connect(logFull_, &DialogForm::closePopup, this, &ReportPopups::keepLogsWanted);
     for (DialogForm* dialog : {popup_, logFull_, notice_}) {
         connect(dialog, &DialogForm::touchOk, this, [this, dialog] { dialogClosed(dialog); });
         if (dialog != popup_)
@@ -79,6 +89,10 @@ ReportPopups::ReportPopups(std::function<ScriptHandler::Script(const QString&)> 
 
 void ReportPopups::windowChanged() {
     popup_->windowChanged();
+}
+
+void ReportPopups::windowRaised() {
+    strip_->raise();
 }
 
 void ReportPopups::show(int command, int p1) {
@@ -93,10 +107,13 @@ void ReportPopups::show(int command, int p1) {
             present(popup_, QLatin1String(report->key), report->isError);
             break;
         case Kind::Notice: {
-            ScriptHandler::Script stamp = scripts_(QStringLiteral("Arg_EventTime"));
-            stamp.script = Clock::now().toString(stamp.script);
-            notice_->setSecondText(stamp);
-            present(notice_, QLatin1String(report->key), report->isError);
+            ScriptHandler::Script text = scripts_(QLatin1String(report->key));
+            const QString time = scripts_(QStringLiteral("Arg_EventTime")).script;
+            text.script += QStringLiteral("  ") + Clock::now().toString(time);
+            strip_->setText(text);
+            strip_->hide();
+            strip_->show();
+            strip_->raise();
             break;
         }
         case Kind::Question:
@@ -106,7 +123,6 @@ void ReportPopups::show(int command, int p1) {
 }
 
 void ReportPopups::showNotice(const QString& key) {
-    notice_->setSecondText({});
     present(notice_, key, false);
 }
 

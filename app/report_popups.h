@@ -7,11 +7,12 @@
 #include "ui/script_handler.h"
 
 class DialogForm;
+class NoticeStrip;
 class QWidget;
 
-/// The three dialogs of the shell, and what they say of the controller's own reports. Faults that
-/// another dialog has hidden come back when that one is closed, until the user has closed them.
-/// GUI thread only.
+/// The shell's three dialogs and its strip, and what they say of the controller's own reports.
+/// Faults that another dialog has hidden come back when that one is closed, until the user has
+/// closed them. GUI thread only.
 class ReportPopups : public QObject {
     Q_OBJECT
 
@@ -31,6 +32,8 @@ class ReportPopups : public QObject {
 
  public slots:
     void windowChanged();
+    /// What belongs to no screen lies above the one that has come up, too.
+    void windowRaised();
 
  signals:
     /// A popup is about to come up that belongs to the screen @p title.
@@ -39,6 +42,8 @@ class ReportPopups : public QObject {
     void errorShown();
     /// The user agrees that old logs are deleted.
     void deleteLogsWanted();
+    /// The user does not agree, or has not answered in time.
+    void keepLogsWanted();
 
  private:
     void present(DialogForm* dialog, const QString& key, bool isError);
@@ -48,6 +53,7 @@ class ReportPopups : public QObject {
     DialogForm* popup_;
     DialogForm* logFull_;
     DialogForm* notice_;
+    NoticeStrip* strip_;
     QStringList faults_;  // not closed by the user yet
     bool popupShowsFaults_ = false;
 };

@@ -7,9 +7,7 @@
 namespace {
 
 /// Value of the operation field and of the other yes/no fields of the settings.
-constexpr int kMealOperation = 2;
 constexpr int kInUse = 1;
-constexpr int kFirstMealMode = 6;
 
 struct Fault {
     std::uint32_t bit;
@@ -17,9 +15,9 @@ struct Fault {
 };
 
 constexpr Fault kFaults[] = {
-    {SystemStatus::kTouchFault, "Popup_ErrCtouch"},
-    {SystemStatus::kNetworkFault, "Popup_ErrNetwork"},
-    {SystemStatus::kTamper, "Popup_ErrTamper"},
+    {SelfCheckFault::kTouchPanel, "Popup_ErrCtouch"},
+    {SelfCheckFault::kNetwork, "Popup_ErrNetwork"},
+    {SelfCheckFault::kTamper, "Popup_ErrTamper"},
 };
 
 }  // namespace
@@ -37,7 +35,9 @@ void SystemStatus::setStatus(int status) {
     status_ = status;
     int mode = 0;
     if (status >= 1 && status <= 4)
-        mode = settings_().setup.operation == kMealOperation ? kFirstMealMode + status - 1 : status;
+        mode = settings_().setup.operation == Operation::Meals
+                   ? static_cast<int>(WorkMode::Breakfast) + status - 1
+                   : status;
     workMode_ = static_cast<WorkMode>(mode);
 }
 

@@ -6,21 +6,9 @@
 #include <cstdint>
 #include <functional>
 
-struct _gui_menu_;
+#include "link/record_values.h"
 
-/// What the terminal is recording now. The numbers are agreed with the device controller.
-enum class WorkMode {
-    AccessOnly = 0,
-    In = 1,
-    Out = 2,
-    Break = 3,
-    Reserved = 4,  ///< reported, but no screen has a use for it
-    Return = 5,
-    Breakfast = 6,
-    Lunch = 7,
-    Dinner = 8,
-    Supper = 9,
-};
+struct _gui_menu_;
 
 /// The two kinds of state that the device controller reports unasked: the operating status and the
 /// result of its hardware self-check, which also paces the contact with the management service.
@@ -29,10 +17,6 @@ class SystemStatus : public QObject {
     Q_OBJECT
 
  public:
-    /// Bits of the self-check word that are shown.
-    static constexpr std::uint32_t kTouchFault = 0x04;
-    static constexpr std::uint32_t kNetworkFault = 0x10;
-    static constexpr std::uint32_t kTamper = 0x40;
     /// Milliseconds between attempts to reach the management service.
     static constexpr int kRetryInterval = 5000;
 

@@ -36,6 +36,7 @@ WindowRegistry::Result WindowRegistry::change(const QString& title, const QVaria
         if (window != active_)
             window->hide();
     }
+    emit changed();
     return kDone;
 }
 

@@ -39,6 +39,8 @@ class WindowRegistry : public QObject {
  signals:
     /// A window is about to come up.
     void changing(const QString& title);
+    /// The window that has come up lies above the others.
+    void changed();
 
  private:
     QList<WindowForm*> windows_;

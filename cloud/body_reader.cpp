@@ -36,11 +36,10 @@ std::optional<quint32> BodyReader::number(const char* key, quint32 least, quint3
     if (value.isDouble()) {
         number = value.toDouble();
     } else {
+        // QString's own conversion also takes signs, blanks and any number of zeros.
         const QString digits = value.toString();
-        bool ok = false;
-        // QString's own conversion also takes signs and blanks.
-        const quint32 read = digits.toUInt(&ok);
-        if (ok && digits.at(0).isDigit() && digits.at(digits.size() - 1).isDigit())
+        const quint32 read = digits.toUInt();
+        if (digits == QString::number(read))
             number = read;
     }
     if (number < least || number > most || number != static_cast<quint32>(number)) {

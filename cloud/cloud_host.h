@@ -26,13 +26,5 @@ class CloudHost {
     virtual std::uint32_t selfCheckWord() const = 0;
 
  protected:
-    virtual ~CloudHost() = default;
-};
-
-/// Bits of the controller's self-check word that the management service is told of.
-enum SelfCheckFault : std::uint32_t {
-    kCameraFault = 0x01,
-    kCardReaderFault = 0x02,
-    kMemoryFault = 0x08,
-    kTamperFault = 0x40,
+    ~CloudHost() = default;
 };

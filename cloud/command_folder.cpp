@@ -9,6 +9,7 @@
 #include <QRegularExpression>
 #include <QStringList>
 
+#include "base/device_folders.h"
 #include "base/device_paths.h"
 
 namespace {
@@ -73,7 +74,7 @@ std::optional<DoReceiveUserData> readInfo(const QString& path) {
 }  // namespace
 
 QString CommandFolder::directory() {
-    return DevicePaths::at(QStringLiteral("/mnt/data/Images/"));
+    return DevicePaths::at(QLatin1String(DeviceFolders::kImages));
 }
 
 void CommandFolder::removeUnfinished() {

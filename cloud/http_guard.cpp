@@ -27,7 +27,8 @@ class BodyGate : public Http::Private::BodyStep {
         const auto length = headers.tryGet<Http::Header::ContentLength>();
         if (length && length->value() > HttpGuard::kMaxBody)
             raise("", Http::Code::Request_Entity_Too_Large);
-        if (headers.has<Http::Header::TransferEncoding>())
+        // The library refuses a request that gives both.
+        if (!length && headers.has<Http::Header::TransferEncoding>())
             checkChunks(cursor);
         const Http::Private::State state = BodyStep::apply(cursor);
         if (state == Http::Private::State::Done)
@@ -120,7 +121,8 @@ class HttpGuard::Connection {
     std::size_t held_ = 0;
 };
 
-HttpGuard::HttpGuard(std::shared_ptr<Pistache::Rest::Router> router) : router_(std::move(router)) {}
+HttpGuard::HttpGuard(Routes routes, std::shared_ptr<Pistache::Rest::Router> router)
+    : routes_(std::move(routes)), router_(std::move(router)) {}
 
 void HttpGuard::onConnection(const std::shared_ptr<Tcp::Peer>& peer) {
     const auto connection = std::make_shared<Connection>(totals_);
@@ -187,7 +189,11 @@ void HttpGuard::handle(const Http::Request& request, Connection& connection,
 }
 
 void HttpGuard::onRequest(const Http::Request& request, Http::ResponseWriter response) {
-    router_->route(request, std::move(response));
+    const auto route = routes_.find(request.resource());
+    if (route != routes_.end() && request.method() == Http::Method::Post)
+        route->second(request, std::move(response));
+    else
+        router_->route(request, std::move(response));
 }
 
 void HttpGuard::send(Http::ResponseWriter& response, Http::Code code, const char* body,

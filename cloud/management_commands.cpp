@@ -4,30 +4,22 @@
 #include <QFile>
 #include <QTime>
 #include <cstdio>
+#include <cstring>
 
 #include "cloud/cloud_log.h"
-#include "cloud/command_folder.h"
 #include "cloud/decoded.h"
 #include "cloud/download_manager.h"
 #include "cloud/rest_client.h"
 #include "link/command_code.h"
+#include "link/command_parameters.h"
 #include "link/device_message.h"
+#include "link/record_values.h"
 
 namespace {
-
-/// First parameters that tell the controller where a command comes from.
-constexpr unsigned char kSetupByService = 2;
-constexpr unsigned char kNetworkByService = 4;
-constexpr unsigned char kByService = 1;
 
 /// Numbers of the commands of a command folder, in the host's numbering.
 constexpr int kEnrolUser = 4;
 constexpr int kDeleteUser = 6;
-
-constexpr std::uint8_t kFaceOrCard = 2;
-constexpr std::uint8_t kGeneralUser = 1;
-constexpr std::uint8_t kOriginService = 1;
-constexpr std::uint8_t kOriginKiosk = 2;
 
 struct SystemAction {
     const char* word;
@@ -38,13 +30,17 @@ struct SystemAction {
 
 constexpr SystemAction kSystemActions[] = {
     {"rebootDevice", command::Reboot, 0, 0},
-    {"deleteLogData", command::Initialise, 0, 0},
-    {"deleteSettingData", command::Initialise, 1, 0},
-    {"deleteAllData", command::Initialise, 2, 0},
-    {"deleteAllUsers", command::DeleteUserGroup, 3, kByService},
-    {"deleteGeneralUsers", command::DeleteUserGroup, 0, kByService},
-    {"deleteFaceonlyUsers", command::DeleteUserGroup, 4, kByService},
-    {"deleteAdmin", command::DeleteUserGroup, 1, kByService},
+    {"deleteLogData", command::Initialise, command::initialise::Logs, 0},
+    {"deleteSettingData", command::Initialise, command::initialise::Settings, 0},
+    {"deleteAllData", command::Initialise, command::initialise::Everything, 0},
+    {"deleteAllUsers", command::DeleteUserGroup, command::user_group::All,
+     command::ordered::ByService},
+    {"deleteGeneralUsers", command::DeleteUserGroup, command::user_group::General,
+     command::ordered::ByService},
+    {"deleteFaceonlyUsers", command::DeleteUserGroup, command::user_group::FaceOnly,
+     command::ordered::ByService},
+    {"deleteAdmin", command::DeleteUserGroup, command::user_group::Administrators,
+     command::ordered::ByService},
 };
 
 struct UserId {
@@ -64,13 +60,30 @@ std::uint8_t numberOr(const QString& text, std::uint8_t standard, int most) {
     return ok && number >= 0 && number <= most ? static_cast<std::uint8_t>(number) : standard;
 }
 
+/// 1 lowest .. 5 highest; 0, as the terminal has it, for everything else.
+std::uint8_t convertSensitivity(const QString& text) {
+    return numberOr(text, 0, 5);
+}
+
+ServiceNetwork serviceNetwork(const NetworkBlock& block) {
+    ServiceNetwork network{};
+    network.useManager = block.useManager;
+    std::memcpy(network.address, block.own.address, sizeof network.address);
+    std::memcpy(network.mask, block.own.mask, sizeof network.mask);
+    std::memcpy(network.gateway, block.own.gateway, sizeof network.gateway);
+    std::memcpy(network.dns, block.own.dns, sizeof network.dns);
+    std::memcpy(network.managerAddress, block.own.managerAddress, sizeof network.managerAddress);
+    network.managerPort = block.own.managerPort;
+    return network;
+}
+
 _gui_user_ userRecord(const DoReceiveUserData& user, std::uint8_t origin) {
     _gui_user_ record{};
     setFieldText(record.userId, user.cardNo);
     setFieldText(record.customerId, user.cardNo);
     setFieldText(record.name, user.name);
-    record.authMethod = numberOr(user.authType, kFaceOrCard, 4);
-    record.level = numberOr(user.userLevel, kGeneralUser, 2);
+    record.authMethod = numberOr(user.authType, AuthMethod::FaceOrCard, AuthMethod::FaceAndId);
+    record.level = numberOr(user.userLevel, UserLevel::General, UserLevel::Visitor);
     record.facePresent = user.picture.isEmpty() ? 0 : 1;
     record.cardPresent = user.cardTemplate.isEmpty() ? 0 : 1;
     record.cardType = numberOr(user.cardType, 0, 255);
@@ -82,7 +95,7 @@ _gui_user_ userRecord(const DoReceiveUserData& user, std::uint8_t origin) {
     setFieldText(record.timeSchedule, user.timeSchedule);
     setFieldText(record.restrictTime, user.restrictTime);
     setFieldText(record.picture, user.picture);
-    record.sensitivity = numberOr(user.sensivity, 0, 5);
+    record.sensitivity = convertSensitivity(user.sensivity);
     record.origin = origin;
     return record;
 }
@@ -110,20 +123,21 @@ void ManagementCommands::deleteUser(const QVariant& parameter) {
         return;
     host_.changeWindow(QStringLiteral("stayWindow"));
     host_.showPopupText(QStringLiteral("ListItem_Synchronizing"));
-    send(command::DeleteUser, kByService, userId(parameter.value<FR33_3_Parameter>().cardNo));
+    send(command::DeleteUser, command::ordered::ByService,
+         userId(parameter.value<FR33_3_Parameter>().cardNo));
     host_.changeWindow(QStringLiteral("liveWindow"));
 }
 
 void ManagementCommands::enrolUser(const QVariant& parameter) {
     if (parameter.canConvert<DoReceiveUserData>())
         send(command::EnrolNetworkUser, 0,
-             userRecord(parameter.value<DoReceiveUserData>(), kOriginService));
+             userRecord(parameter.value<DoReceiveUserData>(), UserOrigin::Service));
 }
 
 void ManagementCommands::runKioskEnrolMode(const QVariant& parameter) {
     if (!parameter.canConvert<DoReceiveUserData>())
         return;
-    const _gui_user_ user = userRecord(parameter.value<DoReceiveUserData>(), kOriginKiosk);
+    const _gui_user_ user = userRecord(parameter.value<DoReceiveUserData>(), UserOrigin::Kiosk);
     host_.SetGuiUser(&user);
     _gui_menu_ settings;
     host_.GetGuiMenu(&settings);
@@ -149,7 +163,7 @@ void ManagementCommands::setTime(const QVariant& parameter) {
         static_cast<std::uint8_t>(date.day()),        static_cast<std::uint8_t>(time.hour()),
         static_cast<std::uint8_t>(time.minute()),     static_cast<std::uint8_t>(time.second()),
     };
-    send(command::SetClock, 1, clock);
+    send(command::SetClock, command::save::Settings, clock);
 }
 
 void ManagementCommands::setDevice(const QVariant& parameter) {
@@ -160,18 +174,18 @@ void ManagementCommands::setDevice(const QVariant& parameter) {
     host_.GetGuiMenu(&settings);
     setup.applyTo(settings);
 
-    send(command::SaveDeviceSetup, kSetupByService, settings.setup);
+    send(command::SaveDeviceSetup, command::save::SetupByService, settings.setup);
     if (!setup.time.isEmpty()) {
         const FR01_Parameter time{setup.time.section(QLatin1Char(' '), 0, 0),
                                   setup.time.section(QLatin1Char(' '), 1)};
         setTime(QVariant::fromValue(time));
     }
-    send(command::SaveRegistrationMode, 1, settings.registration);
-    send(command::SaveFaceSettings, 1, settings.face);
-    send(command::SaveScreenSettings, 1, settings.screen);
-    send(command::SaveSoundSettings, 1, settings.sound);
+    send(command::SaveRegistrationMode, command::save::Settings, settings.registration);
+    send(command::SaveFaceSettings, command::save::Settings, settings.face);
+    send(command::SaveScreenSettings, command::save::Settings, settings.screen);
+    send(command::SaveSoundSettings, command::save::Settings, settings.sound);
     host_.setIp(settings.network.own);
-    send(command::SaveNetwork, kNetworkByService, settings.network.own);
+    send(command::SaveNetwork, command::save::NetworkByService, serviceNetwork(settings.network));
     host_.SetGuiMenu(&settings);
     host_.initRestCall();
 }
@@ -191,24 +205,30 @@ void ManagementCommands::setSystem(const QVariant& parameter) {
     host_.changeWindow(QStringLiteral("liveWindow"));
 }
 
-int ManagementCommands::runCommandFolder() {
-    const auto command = CommandFolder::oldest();
-    if (!command || !host_.linkUp())
+int ManagementCommands::userRestChkrResult() {
+    if (!host_.linkUp())
         return 0;
-    if (command->kind == CommandFolder::Kind::Delete) {
-        qCInfo(cloudLog, "DEL Id : %s", qUtf8Printable(command->cardNo));
-        cloud_.parsingRestCommand(kDeleteUser,
-                                  QVariant::fromValue(FR33_3_Parameter{command->cardNo}));
-    } else {
-        qCInfo(cloudLog, "ADD Id : %s", qUtf8Printable(command->cardNo));
-        if (const auto user = CommandFolder::takeUser(*command))
-            cloud_.parsingRestCommand(kEnrolUser, QVariant::fromValue(*user));
-        else
-            qCWarning(cloudLog, "%s holds no user", qUtf8Printable(command->path));
-    }
+    const auto command = CommandFolder::oldest();
+    if (!command)
+        return 0;
+    addUserRestCommandDir(*command);
     CommandFolder::remove(*command);
     qCInfo(cloudLog, "return RestComm : 1");
     return 1;
+}
+
+void ManagementCommands::addUserRestCommandDir(const CommandFolder::Command& command) {
+    if (command.kind == CommandFolder::Kind::Delete) {
+        qCInfo(cloudLog, "DEL Id : %s", qUtf8Printable(command.cardNo));
+        cloud_.parsingRestCommand(kDeleteUser,
+                                  QVariant::fromValue(FR33_3_Parameter{command.cardNo}));
+        return;
+    }
+    qCInfo(cloudLog, "ADD Id : %s", qUtf8Printable(command.cardNo));
+    if (const auto user = CommandFolder::takeUser(command))
+        cloud_.parsingRestCommand(kEnrolUser, QVariant::fromValue(*user));
+    else
+        qCWarning(cloudLog, "%s holds no user", qUtf8Printable(command.path));
 }
 
 void ManagementCommands::completed(const QVariant& procIdx) {
@@ -226,5 +246,5 @@ void ManagementCommands::completed(const QVariant& procIdx) {
 void ManagementCommands::finishDownload(const DownloadManager& downloads) {
     std::rename(QFile::encodeName(downloads.getFilePath()).constData(),
                 QFile::encodeName(downloads.getArchivePath()).constData());
-    host_.SendCommand(command::UpdateFirmware, 0, 0);
+    host_.SendCommand(command::UpdateFirmware, command::firmware::Downloaded, 0);
 }

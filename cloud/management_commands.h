@@ -3,6 +3,7 @@
 #include <QVariant>
 
 #include "cloud/cloud_host.h"
+#include "cloud/command_folder.h"
 #include "cloud/management_host.h"
 #include "cloud/parameters.h"
 
@@ -34,7 +35,7 @@ class ManagementCommands {
 
     /// Takes the oldest command folder, if the device link is up to take its command. Returns 1
     /// when there was one, otherwise 0.
-    int runCommandFolder();
+    int userRestChkrResult();
 
     /// ProcIDX of a request that the REST client has finished.
     void completed(const QVariant& procIdx);
@@ -44,6 +45,7 @@ class ManagementCommands {
     void finishDownload(const DownloadManager& downloads);
 
  private:
+    void addUserRestCommandDir(const CommandFolder::Command& command);
     template <typename Record>
     void send(unsigned short cmd, unsigned char p1, const Record& record);
 

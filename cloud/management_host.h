@@ -32,5 +32,5 @@ class ManagementHost {
     virtual void setIp(const AddressBlock& own) = 0;
 
  protected:
-    virtual ~ManagementHost() = default;
+    ~ManagementHost() = default;
 };

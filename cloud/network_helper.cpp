@@ -1,6 +1,5 @@
 #include "cloud/network_helper.h"
 
-#include <arpa/inet.h>
 #include <linux/rtnetlink.h>
 #include <net/if.h>
 #include <netinet/in.h>
@@ -43,10 +42,10 @@ std::optional<ifreq> ask(const QString& interface, unsigned long what) {
     return request;
 }
 
-QString dotted(const in_addr& address) {
-    std::array<char, INET_ADDRSTRLEN> text{};
-    ::inet_ntop(AF_INET, &address, text.data(), text.size());
-    return QString::fromLatin1(text.data());
+QString textOf(const in_addr& address) {
+    std::uint8_t bytes[4];
+    std::memcpy(bytes, &address, sizeof bytes);
+    return NetworkHelper::dotted(bytes);
 }
 
 QString dottedOf(const std::optional<ifreq>& answer) {
@@ -54,7 +53,7 @@ QString dottedOf(const std::optional<ifreq>& answer) {
         return {};
     sockaddr_in address{};
     std::memcpy(&address, &answer->ifr_addr, sizeof address);
-    return dotted(address.sin_addr);
+    return textOf(address.sin_addr);
 }
 
 /// The gateway of one route message, if it is a default route through interface number @p index.
@@ -83,6 +82,14 @@ std::optional<in_addr> defaultGateway(const nlmsghdr* message, int index) {
 }  // namespace
 
 namespace NetworkHelper {
+
+QString dotted(const std::uint8_t (&address)[4]) {
+    return QStringLiteral("%1.%2.%3.%4")
+        .arg(address[0])
+        .arg(address[1])
+        .arg(address[2])
+        .arg(address[3]);
+}
 
 QString getIPAddress(const QString& interface) {
     return dottedOf(ask(interface, SIOCGIFADDR));
@@ -125,7 +132,7 @@ QString getGateway(const QString& interface) {
             if (message->nlmsg_type != RTM_NEWROUTE)
                 return {};  // the end of the list, or an error
             if (const auto gateway = defaultGateway(message, index))
-                return dotted(*gateway);
+                return textOf(*gateway);
         }
     }
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <cstdint>
 
 /// The addresses of this machine's network interfaces, as the kernel knows them. Empty texts where
 /// there is no such interface or it has no such address. Any thread.
@@ -8,6 +9,9 @@ namespace NetworkHelper {
 
 /// The terminal's one network interface.
 constexpr const char* kInterface = "eth0";
+
+/// @p address in dotted decimal.
+QString dotted(const std::uint8_t (&address)[4]);
 
 /// IPv4 address and mask of an interface, dotted decimal.
 QString getIPAddress(const QString& interface);

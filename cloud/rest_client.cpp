@@ -13,6 +13,7 @@
 #include "cloud/network_helper.h"
 #include "cloud/rest_server.h"
 #include "link/device_message.h"
+#include "link/record_values.h"
 
 namespace {
 
@@ -73,7 +74,7 @@ QByteArray headerText(const QString& text) {
     return plain;
 }
 
-QString checkText(std::uint32_t word, SelfCheckFault fault) {
+QString checkText(std::uint32_t word, std::uint32_t fault) {
     return (word & fault) != 0 ? QStringLiteral("BAD") : QStringLiteral("GOOD");
 }
 
@@ -173,11 +174,11 @@ void RestClass::runFR01(const QVariant& sendData) {
 void RestClass::runFR03(const QVariant& sendData) {
     const std::uint32_t word = host_.selfCheckWord();
     const QJsonObject device{
-        {QStringLiteral("checkCamera"), checkText(word, kCameraFault)},
-        {QStringLiteral("checkCard"), checkText(word, kCardReaderFault)},
+        {QStringLiteral("checkCamera"), checkText(word, SelfCheckFault::kCamera)},
+        {QStringLiteral("checkCard"), checkText(word, SelfCheckFault::kCardReader)},
         {QStringLiteral("coverOpen"),
-         (word & kTamperFault) != 0 ? QStringLiteral("OPEN") : QStringLiteral("CLOSED")},
-        {QStringLiteral("checkMemory"), checkText(word, kMemoryFault)},
+         (word & SelfCheckFault::kTamper) != 0 ? QStringLiteral("OPEN") : QStringLiteral("CLOSED")},
+        {QStringLiteral("checkMemory"), checkText(word, SelfCheckFault::kMemory)},
     };
     post(QStringLiteral("cloud-service/rest-api/connection-check"),
          {{QStringLiteral("deviceInfo"), device}}, sendData, &RestClass::replyFinished_FR03);
@@ -259,21 +260,28 @@ void RestClass::runFR51(const QVariant& data) {
          {{QStringLiteral("inoutInfo"), info}}, data, nullptr);
 }
 
+QString RestClass::getManagerIP() const {
+    return NetworkHelper::dotted(settings_.network.own.managerAddress);
+}
+
+QString RestClass::getReaderIP() const {
+    return NetworkHelper::getIPAddress(QLatin1String(NetworkHelper::kInterface));
+}
+
+QString RestClass::getMacAddress() const {
+    return NetworkHelper::getMacAddress(QLatin1String(NetworkHelper::kInterface));
+}
+
 QString RestClass::getTargetURL() const {
-    const AddressBlock& own = settings_.network.own;
-    return QStringLiteral("http://%1.%2.%3.%4:%5/")
-        .arg(own.managerAddress[0])
-        .arg(own.managerAddress[1])
-        .arg(own.managerAddress[2])
-        .arg(own.managerAddress[3])
-        .arg(own.managerPort);
+    return QStringLiteral("http://%1:%2/")
+        .arg(getManagerIP())
+        .arg(settings_.network.own.managerPort);
 }
 
 QNetworkRequest RestClass::makeHeaderForm(const QUrl& url) const {
-    const QString interface = QLatin1String(NetworkHelper::kInterface);
     QString serial = fieldText(settings_.serial);
     if (serial.size() < kMinSerialLength)
-        serial = QStringLiteral("KD_5500_") + NetworkHelper::getMacAddress(interface);
+        serial = QStringLiteral("KD_5500_") + getMacAddress();
 
     QNetworkRequest request(url);
     request.setHeader(QNetworkRequest::ContentTypeHeader,
@@ -283,8 +291,7 @@ QNetworkRequest RestClass::makeHeaderForm(const QUrl& url) const {
     request.setRawHeader("reader_id", QByteArray::number(settings_.setup.deviceNumber));
     request.setRawHeader("serial", headerText(serial));
     request.setRawHeader("cust_id", headerText(fieldText(settings_.customerId)));
-    request.setRawHeader("reader_ipport",
-                         NetworkHelper::getIPAddress(interface).toLatin1() + ":80");
+    request.setRawHeader("reader_ipport", getReaderIP().toLatin1() + ":80");
     request.setRawHeader("access_token", headerText(serviceToken_));
     return request;
 }

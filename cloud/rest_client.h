@@ -58,6 +58,11 @@ class RestClass : public QThread {
     /// Reports a visitor; @p data holds an FR51_Parameter. The answer is not looked at.
     void runFR51(const QVariant& data);
 
+    /// The addresses of the management service, of this terminal and of its network interface, as
+    /// requests carry them.
+    QString getManagerIP() const;
+    QString getReaderIP() const;
+    QString getMacAddress() const;
     /// Where the management service is, "http://a.b.c.d:port/".
     QString getTargetURL() const;
     /// A request to @p url with the headers that every request carries.

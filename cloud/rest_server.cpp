@@ -12,7 +12,7 @@
 
 #include "cloud/cloud_host.h"
 #include "cloud/cloud_log.h"
-#include "cloud/http_guard.h"
+#include "cloud/network_helper.h"
 #include "cloud/parameters.h"
 #include "cloud/terminal_routes.h"
 #include "cloud/user_routes.h"
@@ -42,7 +42,7 @@ enum Command {
     kSetTime = 18,
 };
 
-QByteArray bodyOf(const Rest::Request& request) {
+QByteArray bodyOf(const Http::Request& request) {
     const std::string& body = request.body();
     return QByteArray::fromRawData(body.data(), static_cast<int>(body.size()));
 }
@@ -110,8 +110,15 @@ void RestServer::init(unsigned int /*threads*/) {
 void RestServer::setupRoutes() {
     const auto bind = [this](const char* name,
                              void (RestServer::*handler)(const Request&, Response)) {
-        Rest::Routes::Post(*router_, std::string("/cloud-service/rest-api/") + name,
-                           Rest::Routes::bind(handler, this));
+        const std::string path = std::string("/cloud-service/rest-api/") + name;
+        routes_[path] = [this, handler](const Request& request, Response&& response) {
+            (this->*handler)(request, std::move(response));
+        };
+        Rest::Routes::Post(*router_, path,
+                           [this, handler](const Rest::Request& request, Response response) {
+                               (this->*handler)(request, std::move(response));
+                               return Rest::Route::Result::Ok;
+                           });
     };
     bind("user-data-send.do", &RestServer::doUserDataSend);
     bind("user-data-get.do", &RestServer::doUserDataInfo);
@@ -136,7 +143,11 @@ void RestServer::serve(Response& response, Permission permission, Work work) {
     QByteArray answer;
     try {
         settings_ = host_.settings();
-        if (permission == Permission::ManagerControl && settings_.managerControl != 1)
+        // What still waits for its turn must not hold the end up: each may wait for a disk or a
+        // lock.
+        if (stopping_)
+            answer = envelope(result::kUnknownError);
+        else if (permission == Permission::ManagerControl && settings_.managerControl != 1)
             answer = envelope(result::kNotAllowed);
         else
             answer = work();
@@ -182,8 +193,8 @@ void RestServer::doUserDataDelete(const Request& request, Response response) {
 
 void RestServer::doUpdateFW(const Request& request, Response response) {
     serve(response, Permission::NotNeeded, [&] {
-        return envelope(handOver(
-            kUpdateFirmware, terminal_routes::decodeFirmwareUpdate(bodyOf(request), settings_)));
+        return envelope(handOver(kUpdateFirmware, terminal_routes::decodeFirmwareUpdate(
+                                                      bodyOf(request), getManagerIP())));
     });
 }
 
@@ -249,21 +260,25 @@ void RestServer::doUserListInfo(const Request&, Response response) {
     });
 }
 
+QString RestServer::getManagerIP() const {
+    return NetworkHelper::dotted(settings_.network.own.managerAddress);
+}
+
 // --- Life ----------------------------------------------------------------------------------
 
 void RestServer::start() {
     const SignalsBlocked quiet;
     CommandFolder::removeUnfinished();
-    endpoint_->setHandler(std::make_shared<HttpGuard>(router_));
+    endpoint_->setHandler(std::make_shared<HttpGuard>(routes_, router_));
     bool complained = false;
     std::unique_lock<std::mutex> lock(stopLock_);
-    while (!stopped_) {
+    while (!stopping_) {
         // The library's blocking call heeds a shutdown only once it waits for connections. Here all
         // calls into the library come from one thread, so a stop can never come too early.
         try {
             endpoint_->serveThreaded();
             qCInfo(cloudLog, "REST server listening on port %d", int(address_.port()));
-            stopSignal_.wait(lock, [this] { return stopped_; });
+            stopSignal_.wait(lock, [this] { return stopping_.load(); });
             endpoint_->shutdown();
         } catch (const std::exception& error) {
             if (!complained)
@@ -271,7 +286,7 @@ void RestServer::start() {
                           "REST server cannot listen on port %d (%s), trying every second",
                           int(address_.port()), error.what());
             complained = true;
-            stopSignal_.wait_for(lock, kRetryInterval, [this] { return stopped_; });
+            stopSignal_.wait_for(lock, kRetryInterval, [this] { return stopping_.load(); });
         }
     }
     endpoint_.reset();  // waits for the worker
@@ -280,7 +295,7 @@ void RestServer::start() {
 void RestServer::shutdown() {
     {
         const std::lock_guard<std::mutex> lock(stopLock_);
-        stopped_ = true;
+        stopping_ = true;
     }
     stopSignal_.notify_all();
 }

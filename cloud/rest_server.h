@@ -5,12 +5,14 @@
 
 #include <QByteArray>
 #include <QJsonObject>
+#include <atomic>
 #include <condition_variable>
 #include <memory>
 #include <mutex>
 
 #include "cloud/command_folder.h"
 #include "cloud/decoded.h"
+#include "cloud/http_guard.h"
 #include "link/device_records.h"
 
 class CloudHost;
@@ -36,7 +38,7 @@ class RestServer {
     static QJsonObject getErrCodeJSon(int code);
 
  private:
-    using Request = Pistache::Rest::Request;
+    using Request = Pistache::Http::Request;
     using Response = Pistache::Http::ResponseWriter;
     enum class Permission { NotNeeded, ManagerControl };
 
@@ -55,6 +57,9 @@ class RestServer {
     void doRunRecognizeMode(const Request& request, Response response);
     void doUserListInfo(const Request& request, Response response);
 
+    /// The manager's address, dotted decimal.
+    QString getManagerIP() const;
+
     template <typename Work>
     void serve(Response& response, Permission permission, Work work);
     template <typename Value>
@@ -63,11 +68,12 @@ class RestServer {
     CloudHost& host_;
     const Pistache::Address address_;
     std::shared_ptr<Pistache::Http::Endpoint> endpoint_;
-    const std::shared_ptr<Pistache::Rest::Router> router_;
+    HttpGuard::Routes routes_;
+    const std::shared_ptr<Pistache::Rest::Router> router_;  // has the same routes
     _gui_menu_ settings_{};  // as they were when the present request came
     CommandFolder commandFolder_;
 
     std::mutex stopLock_;
     std::condition_variable stopSignal_;
-    bool stopped_ = false;
+    std::atomic<bool> stopping_{false};
 };

@@ -7,6 +7,7 @@
 #include <iterator>
 
 #include "cloud/body_reader.h"
+#include "cloud/network_helper.h"
 #include "cloud/user_routes.h"
 #include "link/device_message.h"
 
@@ -133,11 +134,6 @@ std::optional<std::array<std::uint8_t, 4>> serviceAddress(const QString& text) {
     return address;
 }
 
-QString managerHost(const AddressBlock& own) {
-    const std::uint8_t* const bytes = own.managerAddress;
-    return QStringLiteral("%1.%2.%3.%4").arg(bytes[0]).arg(bytes[1]).arg(bytes[2]).arg(bytes[3]);
-}
-
 void insertAt(QJsonObject& object, const char* group, const char* key, const QJsonValue& value) {
     if (group == nullptr) {
         object.insert(QLatin1String(key), value);
@@ -242,17 +238,16 @@ Decoded<DoReceiveUserData> decodeRunEnrollMode(const QByteArray& bytes) {
     return {result::kSucceed, user};
 }
 
-Decoded<FR44_Parameter> decodeFirmwareUpdate(const QByteArray& bytes, const _gui_menu_& settings) {
+Decoded<FR44_Parameter> decodeFirmwareUpdate(const QByteArray& bytes, const QString& managerIP) {
     BodyReader body(bytes);
     FR44_Parameter firmware{body.text("firmwareType"), body.text("version"), {}};
     const QString file = body.text("firmFile");
-    const QString host = managerHost(settings.network.own);
-    firmware.address = QStringLiteral("http://") + host + file;
+    firmware.address = QStringLiteral("http://") + managerIP + file;
 
     static const QRegularExpression pathOrPort(QStringLiteral("^(/|:[0-9]{1,5}(/|\\z))"));
     const QUrl url(firmware.address);
-    if (!body.ok() || !pathOrPort.match(file).hasMatch() || !url.isValid() || url.host() != host ||
-        !url.userInfo().isEmpty())
+    if (!body.ok() || !pathOrPort.match(file).hasMatch() || !url.isValid() ||
+        url.host() != managerIP || !url.userInfo().isEmpty())
         return {result::kUnknownError, {}};
     return {result::kSucceed, firmware};
 }
@@ -272,8 +267,11 @@ QJsonObject deviceStatus(const _gui_menu_& settings, const QDateTime& now) {
     const AddressBlock& own = settings.network.own;
     insertAt(device, nullptr, "DeviceNo", QString::number(settings.setup.deviceNumber));
     insertAt(device, nullptr, "time", now.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")));
-    insertAt(device, "CommType", "IPAddress", managerHost(own));
-    insertAt(device, "CommType", "PortNo", QString::number(own.managerPort));
+    const QString manager = NetworkHelper::dotted(own.managerAddress);
+    if (serviceAddress(manager))
+        insertAt(device, "CommType", "IPAddress", manager);
+    if (own.managerPort != 0)
+        insertAt(device, "CommType", "PortNo", QString::number(own.managerPort));
 
     const QJsonObject info{
         {QStringLiteral("FW_version"), fieldText(settings.firmwareVersion)},

@@ -15,8 +15,8 @@ Decoded<FR01_Parameter> decodeTimeSet(const QByteArray& body);
 Decoded<SystemEvent_Parameter> decodeSystemSet(const QByteArray& body);
 Decoded<Device_Setup_Parameter> decodeDeviceSet(const QByteArray& body);
 Decoded<DoReceiveUserData> decodeRunEnrollMode(const QByteArray& body);
-/// The archive's address is on the manager's host, whatever the body says.
-Decoded<FR44_Parameter> decodeFirmwareUpdate(const QByteArray& body, const _gui_menu_& settings);
+/// The archive's address is on the manager's host @p managerIP, whatever the body says.
+Decoded<FR44_Parameter> decodeFirmwareUpdate(const QByteArray& body, const QString& managerIP);
 
 /// Versions and settings as the status route answers them. The password is not among them.
 QJsonObject deviceStatus(const _gui_menu_& settings, const QDateTime& now);

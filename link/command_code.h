@@ -202,7 +202,4 @@ std::size_t count();
 /// The name of @p code in @p direction, or "unknown"; for logs.
 const char* name(std::uint16_t code, Direction direction);
 
-/// First parameters that have a meaning of their own, by command.
-constexpr std::uint8_t kClosedByMenuTimeout = 1;  // ScreenClosed
-
 }  // namespace command

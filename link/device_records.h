@@ -88,7 +88,7 @@ struct SetupBlock {
     std::uint8_t buttonUse;    // 1: the exit button opens the door
 };
 
-/// The terminal's own network. Payload of SaveNetwork when it comes from the management service.
+/// The terminal's own network.
 struct AddressBlock {
     std::uint8_t dhcp;  // 0 fixed address, 1 by DHCP
     std::uint8_t address[4];
@@ -315,6 +315,18 @@ struct OperationTimes {
     std::uint8_t holidayRule;
 };
 
+/// Payload of SaveNetwork when it comes from the management service: the network block without what
+/// is none of the service's business.
+struct ServiceNetwork {
+    std::uint8_t useManager;
+    std::uint8_t address[4];
+    std::uint8_t mask[4];
+    std::uint8_t gateway[4];
+    std::uint8_t dns[4];
+    std::uint8_t managerAddress[4];
+    std::uint16_t managerPort;
+};
+
 /// Payload of SetClock.
 struct ClockTime {
     std::uint8_t year;  // since 2000
@@ -388,7 +400,6 @@ static_assert(sizeof(FaceBlock) == 5);
 static_assert(sizeof(SoundBlock) == 3);
 static_assert(sizeof(ScreenBlock) == 7);
 static_assert(sizeof(SetupBlock) == 27);
-static_assert(sizeof(AddressBlock) == 23);
 static_assert(sizeof(NetworkBlock) == 26);
 static_assert(sizeof(OperationBlock) == 35);
 static_assert(sizeof(MEAL_COUNT) == 16);
@@ -435,6 +446,7 @@ static_assert(sizeof(UserReported) == 140);
 
 static_assert(sizeof(OperationSettings) == 18);
 static_assert(sizeof(OperationTimes) == 17);
+static_assert(sizeof(ServiceNetwork) == 23);
 static_assert(sizeof(ClockTime) == 6);
 static_assert(sizeof(ExportDates) == 6);
 static_assert(sizeof(StatusReport) == 20);

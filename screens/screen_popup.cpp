@@ -1,12 +1,7 @@
 #include "screens/screen_popup.h"
 
 #include "app/main_window.h"
-
-namespace {
-
-constexpr int kErrorSound = 203;
-
-}  // namespace
+#include "link/command_parameters.h"
 
 void ScreenPopup::show(const PopupText& text, int seconds) {
     MainWindow* shell = MainWindow::getMainWindow();
@@ -21,5 +16,5 @@ void ScreenPopup::show(const PopupText& text, int seconds) {
     dialog_->setAutoClose(seconds * 1000);
     dialog_->show();
     if (text.icon == DialogForm::Icon::Error)
-        shell->PlaySound(kErrorSound);
+        shell->PlaySound(command::sound::Error);
 }

@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QStringList>
 
+#include "base/device_folders.h"
 #include "base/device_paths.h"
 #include "ui/pictures.h"
 #include "ui/theme.h"
@@ -10,12 +11,11 @@
 namespace {
 
 constexpr const char* kBackgrounds[] = {
-    "/usr/img/zel/resources/backgrounds",
-    "/usr/img/zel/resources/defaultBackgrounds",
-    "/usr/img/zel/resources/mngBackgrounds",
-    "/mnt/data/Images/usb/",
+    DeviceFolders::kBackgrounds,
+    DeviceFolders::kDefaultBackgrounds,
+    DeviceFolders::kManagementBackgrounds,
+    DeviceFolders::kUsbImages,
 };
-constexpr char kLogo[] = "/mnt/data/Images/logo";
 constexpr QSize kLogoSize(240, 72);
 
 QStringList pictureNames(const QString& deviceFolder) {
@@ -42,7 +42,7 @@ QPixmap background(int choice) {
 }
 
 QPixmap logo() {
-    const QString folder = QLatin1String(kLogo);
+    const QString folder = QLatin1String(DeviceFolders::kLogo);
     const QStringList pictures = pictureNames(folder);
     return pictures.isEmpty() ? QPixmap() : Pictures::foreign(folder, pictures.first(), kLogoSize);
 }

@@ -129,7 +129,7 @@ class CloudManagementTest : public QObject {
                                 "1954(1,0)3 ip 1986(4,0)23 menu timers"));
         QCOMPARE(recordOf<ScreenBlock>(terminal_->payloads[4]).brightness, 9);
         QCOMPARE(recordOf<SoundBlock>(terminal_->payloads[5]).volume, 6);
-        QCOMPARE(int(recordOf<AddressBlock>(terminal_->payloads[6]).managerPort), 8081);
+        QCOMPARE(int(recordOf<ServiceNetwork>(terminal_->payloads[6]).managerPort), 8081);
         QCOMPARE(terminal_->menu.screen.brightness, 9);
     }
 
@@ -176,11 +176,11 @@ class CloudManagementTest : public QObject {
         QVERIFY(writer.writeDelete(user.cardNo));
         QDir().mkpath(CommandFolder::directory() + QStringLiteral("logo"));
         terminal_->up = false;
-        QCOMPARE(commands_->runCommandFolder(), 0);
+        QCOMPARE(commands_->userRestChkrResult(), 0);
         terminal_->up = true;
-        QCOMPARE(commands_->runCommandFolder(), 1);
-        QCOMPARE(commands_->runCommandFolder(), 1);
-        QCOMPARE(commands_->runCommandFolder(), 0);
+        QCOMPARE(commands_->userRestChkrResult(), 1);
+        QCOMPARE(commands_->userRestChkrResult(), 1);
+        QCOMPARE(commands_->userRestChkrResult(), 0);
         const auto taken = cloud_->takeCommands();
         QCOMPARE(taken.size(), 2);
         QCOMPARE(taken[0].first, 4);

@@ -8,6 +8,7 @@
 #include "cloud/rest_client.h"
 #include "cloud_test_support.h"
 #include "link/device_message.h"
+#include "link/record_values.h"
 
 namespace {
 
@@ -149,7 +150,7 @@ class CloudRestClientTest : public QObject {
         QCOMPARE(card.value(QStringLiteral("nationCd")).toString(), QStringLiteral("kr"));
         QCOMPARE(quint32(lastCompleted().data.value<FR21_Parameter>().record.number), 77u);
 
-        host_->selfCheck = kTamperFault | kCameraFault;
+        host_->selfCheck = SelfCheckFault::kTamper | SelfCheckFault::kCamera;
         client_->SendCommand(RestClass::kConnectionCheck, {});
         QTRY_COMPARE(host_->completed.size(), 2);
         info = bodyOf(service_->requests.last(), QStringLiteral("deviceInfo"));

@@ -51,9 +51,14 @@ class CloudRestServerTest : public QObject {
 
     void unknownPathsAndMethodsCarryTheOriginHeader() {
         serve();
-        const QByteArray answer = exchange(port, post("/nowhere", "{}"));
-        QCOMPARE(status(answer), 404);
-        QVERIFY(answer.contains("Access-Control-Allow-Origin: *\r\n"));
+        const QByteArray route = "/cloud-service/rest-api/run-recognize-mode.do";
+        const QByteArray get = "GET " + route + " HTTP/1.1\r\n\r\n";
+        for (const auto& [request, expected] : QList<QPair<QByteArray, int>>{
+                 {post("/nowhere", "{}"), 404}, {get, 405}, {post('/' + route + "/?x", {}), 200}}) {
+            const QByteArray answer = exchange(port, request);
+            QCOMPARE(status(answer), expected);
+            QVERIFY(answer.contains("Access-Control-Allow-Origin: *\r\n"));
+        }
     }
 
     /// Every route answers on its own path, heeds the permission and hands over its own command.

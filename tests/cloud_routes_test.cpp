@@ -156,7 +156,8 @@ class CloudRoutesTest : public QObject {
         QCOMPARE(terminal_routes::decodeDeviceSet(body).code, 9999);
         QCOMPARE(terminal_routes::decodeTimeSet(body).code, 9999);
         QCOMPARE(terminal_routes::decodeSystemSet(body).code, 9999);
-        QCOMPARE(terminal_routes::decodeFirmwareUpdate(body, managedBy(5)).code, 9999);
+        QCOMPARE(terminal_routes::decodeFirmwareUpdate(body, QStringLiteral("10.0.0.5")).code,
+                 9999);
         QCOMPARE(terminal_routes::decodeRunEnrollMode(body).code, 9999);
         QCOMPARE(user_routes::decodeUserDataSend(body).code, 3001);
         QCOMPARE(user_routes::decodeUserDataGet(body).code, 3001);
@@ -233,7 +234,8 @@ class CloudRoutesTest : public QObject {
         const auto address = [](const char* file) {
             const QByteArray body =
                 QByteArray(R"({"firmwareType":"A","version":"2","firmFile":")") + file + "\"}";
-            const auto firmware = terminal_routes::decodeFirmwareUpdate(body, managedBy(5));
+            const auto firmware =
+                terminal_routes::decodeFirmwareUpdate(body, QStringLiteral("10.0.0.5"));
             return firmware.ok() ? firmware.value.address : QString();
         };
         QCOMPARE(address(":8080/fw/zel01.tar.bz2"),

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "link/command_code.h"
+#include "link/device_message.h"
 #include "link/device_records.h"
 #include "link/frame.h"
 #include "link/frame_parser.h"
@@ -94,6 +95,7 @@ class ControllerSimTest : public QObject {
     void attendanceWaitsForTheChoice();
     void mealsAreCountedAndTakenOnce();
     void eventsAreReportedUntilConfirmed();
+    void usersGoToTheServiceAndComeFromIt();
     void aBrokenUserTableIsPutAside();
 
  private:
@@ -137,14 +139,14 @@ void ControllerSimTest::savesAreStoredAndSurviveARestart() {
     const ScreenBlock screen{9, 1, 1, 0, 3, 2, 1};
     const OperationSettings operation{1, 1, 0, 1, 2, 7, 1, 0, {1, 2, 3, 4}, {5, 6, 7, 8}, 1, 1};
     const OperationTimes times{{6, 0, 9, 0}, {11, 0, 13, 0}, {17, 0, 19, 0}, {22, 0, 2, 0}, 1};
-    const AddressBlock own{
+    const ServiceNetwork network{
         1, {10, 0, 0, 9}, {255, 0, 0, 0}, {10, 0, 0, 1}, {1, 1, 1, 1}, {10, 0, 0, 5}, 8443};
     {
         Terminal terminal(sim_->port());
         terminal.sendRecord(command::SaveScreenSettings, 1, screen);
         terminal.sendRecord(command::SaveOperationSettings, 1, operation);
         terminal.sendRecord(command::SaveOperationTimes, 1, times);
-        terminal.sendRecord(command::SaveNetwork, 4, own);
+        terminal.sendRecord(command::SaveNetwork, 4, network);
         terminal.send(command::SaveFaceSettings, 1, 0, "xx");
         QTRY_VERIFY(terminal.has(command::FaceSettingsSaved));
         QCOMPARE(int(terminal.last.p1), 1);
@@ -170,7 +172,8 @@ void ControllerSimTest::savesAreStoredAndSurviveARestart() {
     QVERIFY(memcmp(&menu.operation.weekdayIn, &times, sizeof times) == 0);
     QCOMPARE(int(menu.operation.saveRecognitionFail), 1);
     QCOMPARE(int(menu.operation.mealCountView), 1);
-    QVERIFY(memcmp(&menu.network.own, &own, sizeof own) == 0);
+    QCOMPARE(int(menu.network.useManager), 1);
+    QVERIFY(memcmp(menu.network.own.address, network.address, sizeof network - 1) == 0);
     QCOMPARE(int(menu.setup.language), 1);
     QCOMPARE(QString::fromUtf8(menu.customerId), QStringLiteral("빌딩 7"));
 }
@@ -299,7 +302,7 @@ void ControllerSimTest::statusFollowsThePeriods() {
     QFETCH(int, status);
     _gui_menu_ menu = factorySettings();
     menu.setup.operation = static_cast<quint8>(operation);
-    if (operation == work::kMeals) {
+    if (operation == Operation::Meals) {
         menu.operation.saveSimpleAccess = 1;  // dinner off
         menu.operation.weekdayIn = {7, 0, 9, 0};
         menu.operation.weekdayOut = {11, 30, 13, 30};
@@ -426,6 +429,52 @@ void ControllerSimTest::eventsAreReportedUntilConfirmed() {
     QTRY_VERIFY(again.has(command::UserCountsAnswer));
     QCOMPARE(again.lastRecord<UserCounts>().all, 7U);
     QVERIFY(!again.has(command::AccessEvent));
+}
+
+void ControllerSimTest::usersGoToTheServiceAndComeFromIt() {
+    Terminal terminal(sim_->port());
+    const auto offered = [&terminal] {
+        [&] { QTRY_VERIFY(terminal.has(command::UserEnrolled)); }();
+        return fieldText(terminal.lastRecord<info_s>().user.userId);
+    };
+    const auto report = [&terminal](const QString& userId, quint16 result) {
+        UserReported reported{};
+        setFieldText(reported.userId, userId);
+        reported.resultCode = result;
+        terminal.forget();
+        terminal.sendRecord(command::UserReported, 0, reported);
+    };
+    terminal.send(command::AskUnsentUsers);
+    const QString oldest = offered();
+    report(oldest, 0);  // the service was not reached
+    terminal.send(command::AskUnsentUsers);
+    QCOMPARE(offered(), oldest);
+    report(oldest, 1000);
+    QVERIFY(offered() != oldest);
+
+    _gui_user_ user{};
+    setFieldText(user.userId, QStringLiteral("77001122"));
+    setFieldText(user.cardNumber, QStringLiteral("77001122"));
+    setFieldText(user.picture, QStringLiteral("visitor.jpg"));
+    terminal.forget();
+    terminal.sendRecord(command::EnrolNetworkUser, 0, user);
+    QTRY_VERIFY(terminal.has(command::SettingsChanged));
+    QCOMPARE(terminal.lastRecord<_gui_menu_>().users.all, 8U);
+    QVERIFY(QFile::exists(folder_->filePath(QStringLiteral("thumb/77001122.jpg"))));
+    setFieldText(user.userId, QStringLiteral("../7"));
+    terminal.sendRecord(command::EnrolNetworkUser, 0, user);
+    terminal.send(command::AskUserData, 0, 0, QByteArray("77001122").leftJustified(16, '\0'));
+    QCOMPARE(offered(), QStringLiteral("77001122"));
+
+    terminal.send(command::DeleteUser, 1, 0, QByteArray("77001122").leftJustified(16, '\0'));
+    terminal.send(command::DeleteUserGroup, 4, 1);
+    QTRY_VERIFY(terminal.has(command::UserGroupDeleted));
+    terminal.send(command::AskUserCounts);
+    QTRY_VERIFY(terminal.has(command::UserCountsAnswer));
+    const auto counts = terminal.lastRecord<UserCounts>();
+    QCOMPARE(counts.all, 6U);
+    QCOMPARE(counts.faceOnly, 0U);
+    QVERIFY(!terminal.has(command::UserDeleteResult));
 }
 
 void ControllerSimTest::aBrokenUserTableIsPutAside() {

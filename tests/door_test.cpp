@@ -321,7 +321,7 @@ void DoorTest::theBannerTellsTheMode() {
     QVERIFY(banner->isVisible());
     QTEST(banner->rangeText(), "range");
     QFETCH(QString, picture);
-    QVERIFY2(banner->styleSheet().contains(picture), qPrintable(banner->styleSheet()));
+    QVERIFY2(banner->ground().contains(picture), qPrintable(banner->ground()));
 }
 
 void DoorTest::theBannerOfAnUnknownModeStays() {

@@ -211,7 +211,7 @@ void ManagementTest::ordersNeedPermission() {
 
 void ManagementTest::dataIsAnsweredAtOnce() {
     const QString users = service("users");
-    QVERIFY2(users.contains(QLatin1String("01023456789")), qPrintable(users));
+    QVERIFY2(users.contains(QLatin1String("01098765432")), qPrintable(users));
     QVERIFY(users.endsWith(QLatin1String("\nok 1000 succeed")));
     QVERIFY(service("groups").contains(QLatin1String("AllUsers")));
     QVERIFY(service("status").contains(QLatin1String("ZEL01-SIM-0001")));
@@ -240,17 +240,17 @@ void ManagementTest::firmwareIsFetchedAndHandedOver() {
 
 void ManagementTest::eventsAreKeptUntilConfirmed() {
     controller("settings setup.operation 0");
-    controller("card 10000001");
+    controller("card 10000002");
     QTRY_VERIFY(has(command::EventReported));
     QCOMPARE(got_.size(), int(2 + sizeof(EventReported)));
     const QJsonObject info = lastBody_.value(QStringLiteral("inoutInfo")).toObject();
     const QJsonObject card = info.value(QStringLiteral("cardInfo")).toObject();
-    QCOMPARE(card.value(QStringLiteral("cardNo")).toString(), QStringLiteral("10000001"));
+    QCOMPARE(card.value(QStringLiteral("cardNo")).toString(), QStringLiteral("10000002"));
 
     service("answer 9999");
     frames_.clear();
     calls_.clear();
-    controller("card 10000002");
+    controller("card 10000003");
     QTRY_VERIFY(calls("user-inout-log") > 0);
     QTRY_VERIFY(!connected());
     QVERIFY(!has(command::EventReported));
@@ -258,6 +258,8 @@ void ManagementTest::eventsAreKeptUntilConfirmed() {
     QTRY_VERIFY(connected());
     controller("unsent");
     QTRY_VERIFY(has(command::EventReported));
+    service("get 01098765432");
+    QTRY_VERIFY(calls("user-enroll") > 0 && has(command::UserReported));
 }
 
 QTEST_MAIN(ManagementTest)

@@ -13,6 +13,7 @@
 #include "tests/support/driven_terminal.h"
 #include "tests/support/text_recorder.h"
 #include "ui/dialog_form.h"
+#include "ui/notice_strip.h"
 
 /// The shell around the screens, as a finger on the panel, the controller and the management
 /// service see it.
@@ -36,6 +37,7 @@ class ShellTest : public QObject {
     void factoryTests();
     void faultsCome();
     void reportsComeUp();
+    void recordedAccessLeavesTheScreenFree();
     void statusPopupsClose();
     void statusChoosesTheMode();
     void theServiceIsSought();
@@ -262,6 +264,14 @@ void ShellTest::factoryTests() {
     // From then on no screen times out.
     window()->changeWindow(QStringLiteral("zelMenuWindow"));
     QVERIFY(!timer->isRunning());
+
+    // The board tells each step of the I/O test done, and the test goes on to its end.
+    QVERIFY(t->settle());
+    t->frames.clear();
+    QVERIFY(t->tell("frame 4015 0 0"));
+    QVERIFY(t->sends("4014 1 0"));
+    QCOMPARE(t->frames, QStringList({QStringLiteral("4014 0 1"), QStringLiteral("4014 0 2"),
+                                     QStringLiteral("4014 1 0")}));
 }
 
 void ShellTest::faultsCome() {
@@ -289,7 +299,6 @@ void ShellTest::faultsCome() {
 }
 
 void ShellTest::reportsComeUp() {
-    const QString event = QString(int(sizeof(GUI_LOGDATA)) * 2, QLatin1Char('0'));
     const struct {
         QString frame;
         const char* key;
@@ -303,7 +312,6 @@ void ShellTest::reportsComeUp() {
         {QStringLiteral("2931 1 0"), "ListItem_FailedDeleted", true},
         {QStringLiteral("3039 0 0"), "ListItem_LogStoreEmptied", false},
         {QStringLiteral("3039 1 0"), "ListItem_LogStoreNearlyFull", false},
-        {QStringLiteral("3020 0 0 ") + event, "Info_AccessEvent", false},
         {QStringLiteral("2990 0 0"), "ListItem_FwRestart", false, "upgradingWindow"},
         {QStringLiteral("2990 1 0"), "ListItem_FwUpgradeFailed", true, "stayWindow"},
     };
@@ -321,6 +329,20 @@ void ShellTest::reportsComeUp() {
         QVERIFY(t->settle());
         QCOMPARE(t->sent("2032 0 0") >= 0, report.frame == QLatin1String("3039 1 0"));
     }
+}
+
+void ShellTest::recordedAccessLeavesTheScreenFree() {
+    const QString event(int(sizeof(GUI_LOGDATA)) * 2, QLatin1Char('0'));
+    const auto* strip = window()->findChild<NoticeStrip*>();
+    QVERIFY(t->tell(QStringLiteral("frame 3020 0 0 ") + event));
+    QTRY_VERIFY(strip->isVisible());
+    QVERIFY(
+        strip->text().startsWith(window()->getScript(QStringLiteral("Info_AccessEvent")).script));
+    // Neither the next screen nor a finger takes it away.
+    window()->changeWindow(QStringLiteral("enviWindow"));
+    QVERIFY(!strip->visibleRegion().isEmpty());
+    QVERIFY(window()->childAt(strip->geometry().center()) != strip);
+    QTRY_VERIFY(!strip->isVisible());
 }
 
 void ShellTest::statusPopupsClose() {

@@ -3,8 +3,9 @@
 set -euo pipefail
 
 mapfile -t wanted < <(sed -e 's/#.*//' -e '/^[[:space:]]*$/d' "$(dirname "$0")/packages.txt")
-installed=$(dpkg-query --show --showformat='${db:Status-Abbrev} ${Package}\n' "${wanted[@]}" 2>/dev/null |
-    sed -n 's/^ii  *//p') || true
+# Another package may provide one of them, as that of a newer nodejs does with npm.
+installed=$(dpkg-query --show --showformat='${db:Status-Abbrev} ${Package}, ${Provides}\n' |
+    sed -n 's/^ii  *//p' | tr ',' '\n' | sed -e 's/(.*//' -e 's/ //g')
 mapfile -t missing < <(comm -23 <(printf '%s\n' "${wanted[@]}" | sort -u) <(sort -u <<<"$installed"))
 ((${#missing[@]})) || exit 0
 

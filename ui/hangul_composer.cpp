@@ -27,7 +27,7 @@ QString HangulComposer::letter(char key) {
 QString HangulComposer::type(char key) {
     before_ = keys_;
     hangul_ic_process(context_.get(), key);
-    const QString completed = toText(hangul_ic_get_commit_string(context_.get()));
+    QString completed = toText(hangul_ic_get_commit_string(context_.get()));
     keys_ += key;
     if (!completed.isEmpty()) {
         // The new syllable starts with this key, or with the final consonant that this vowel has

@@ -102,7 +102,7 @@ void ListRow::resizeEvent(QResizeEvent*) {
 void ListRow::arrange() {
     QWidget* beside = control();
     const int controlWidth = beside ? beside->sizeHint().width() : 0;
-    if (isStacked()) {
+    if (beside && isStacked()) {
         beside->setGeometry(kControlMargin, height() - kControlMargin - kControlHeight,
                             width() - 2 * kControlMargin, kControlHeight);
     } else if (beside) {

@@ -38,6 +38,7 @@ constexpr Rule kWideTile{{{20, 2}, {18, 3}}};
 constexpr Rule kToggle{{{20, 1}, {18, 1}}};
 constexpr Rule kValue{{{22, 1}}};
 constexpr Rule kChip{{{20, 1}}};
+constexpr Rule kNotice{{{18, 1}}};
 // The longest name, 32 letters wide as they may be, takes the last step.
 constexpr Rule kName{{{40, 1}, {32, 1}, {24, 2}, {18, 3}}, true};
 constexpr Rule kIdNumber{{{26, 1}, {22, 1}}, true};

@@ -4,6 +4,7 @@
 
 #include <QDeadlineTimer>
 #include <QFile>
+#include <QTcpServer>
 
 namespace {
 
@@ -71,4 +72,10 @@ double residentMemory(const QString& pid) {
             return line.mid(field.size()).trimmed().split(' ').first().toDouble() / 1024;
     }
     return -1;
+}
+
+quint16 freePort() {
+    QTcpServer probe;
+    probe.listen(QHostAddress::LocalHost);
+    return probe.serverPort();
 }

@@ -28,3 +28,6 @@ class Program {
 
 /// Resident memory in MB of the process @p pid ("self" for this one), -1 when there is none.
 double residentMemory(const QString& pid);
+
+/// A TCP port of loopback that is free now.
+quint16 freePort();

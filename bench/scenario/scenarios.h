@@ -11,3 +11,15 @@ bool measureIdle();
 /// Screen changes in this process: their time, and what 10,000 of them leave behind. Needs a
 /// QApplication.
 bool measureScreens();
+/// The REST server's answers a second and their times, beside the HTTP library's with nothing
+/// behind it. Needs a QApplication.
+bool measureRest();
+/// Results of recognitions in this process, from the first byte of the frame to the painted screen.
+/// Needs a QApplication, as the next two.
+bool measureResult();
+/// The box around a face that moves: CPU time and painted pixels.
+bool measureTracking();
+/// What the standby screen paints in a minute.
+bool measureStandby();
+/// The list of 10,000 users from the REST server, beside the query that it takes.
+bool measureUsers();

@@ -5,6 +5,7 @@
 #include "app/main_window.h"
 #include "base/device_paths.h"
 #include "link/command_code.h"
+#include "link/command_parameters.h"
 #include "ui/pictures.h"
 #include "ui/styler.h"
 #include "ui_booting_form.h"
@@ -63,9 +64,9 @@ void BootingForm::hideEvent(QHideEvent* event) {
 void BootingForm::bootEnd() {
     MainWindow* shell = MainWindow::getMainWindow();
     shell->StopMenuTimer();
-    shell->SendCommand(command::RecognitionMode, 0, 0);
-    shell->SendCommand(command::LivePicture, 1, 0);
-    shell->SendCommand(command::CameraRun, 0, 0);
+    shell->SendCommand(command::RecognitionMode, command::recognition::Off, 0);
+    shell->SendCommand(command::LivePicture, command::picture::Shown, 0);
+    shell->SendCommand(command::CameraRun, command::camera::Off, 0);
     // A terminal that says of itself that it was never set up starts with its setup.
     const bool neverSetUp = shell->settingsArrived() && shell->menuRecord().commissioned == 0;
     shell->changeWindow(neverSetUp ? QStringLiteral("setupMenuWindow")

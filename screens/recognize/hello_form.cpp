@@ -1,14 +1,14 @@
 #include "screens/recognize/hello_form.h"
 
 #include "app/main_window.h"
+#include "link/record_values.h"
 
 void HelloForm::welcome() {
     confirm(MainWindow::getMainWindow()->getScript(QStringLiteral("Info_Hello")));
 }
 
 void HelloForm::refuse(int result) {
-    constexpr int kMealTaken = 4;
-    const QString key = result == kMealTaken ? QStringLiteral("Info_ComeForNextMeal")
-                                             : QStringLiteral("Info_AskAdmin");
+    const QString key = result == Verdict::MealTaken ? QStringLiteral("Info_ComeForNextMeal")
+                                                     : QStringLiteral("Info_AskAdmin");
     tell(QStringLiteral("cross.png"), MainWindow::getMainWindow()->getScript(key));
 }

@@ -1,6 +1,7 @@
 #include "screens/recognize/input_admin_password.h"
 
 #include "app/main_window.h"
+#include "link/command_parameters.h"
 #include "link/device_message.h"
 #include "ui/styler.h"
 #include "ui/theme.h"
@@ -9,7 +10,6 @@
 namespace {
 
 constexpr int kMostWrong = 3;
-constexpr int kErrorSound = 203;
 
 }  // namespace
 
@@ -58,7 +58,7 @@ void InputAdminPassword::okButtonTouch() {
 void InputAdminPassword::refuse() {
     ui_->passwordField->clear();
     MainWindow* shell = MainWindow::getMainWindow();
-    shell->PlaySound(kErrorSound);
+    shell->PlaySound(command::sound::Error);
     if (++wrong_ == kMostWrong) {
         wrong_ = 0;
         lockedUntil_.setRemainingTime(lockTime_);

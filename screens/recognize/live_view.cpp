@@ -7,6 +7,8 @@
 #include "base/clock.h"
 #include "base/device_paths.h"
 #include "link/command_code.h"
+#include "link/command_parameters.h"
+#include "link/record_values.h"
 #include "screens/recognize/meal_count_form.h"
 #include "screens/recognize/recognize_window.h"
 #include "screens/recognize/stay_window.h"
@@ -22,12 +24,6 @@ namespace {
 constexpr int kLiveTime = 20;
 constexpr int kDoorDialogTime = 10000;  // milliseconds
 
-constexpr quint8 kDoorRing = 36;  // RecognitionKey
-constexpr quint8 kByCard = 0;     // second parameter of RecognitionFailed
-constexpr quint8 kEnrolment = 2;  // RecognitionMode
-constexpr int kEnrolFromLiveView = 5;
-
-// The log has a line about the semicolon behind the braces; the sheet works all the same.
 constexpr char kPictureSheet[] = "#noti_layer{background-image: url(%1);};";
 constexpr char kPlainSheet[] =
     "#noti_layer{background : qlineargradient(x1:0, y1:0, x2:1, y2:0, stop:0 #16383c, "
@@ -66,7 +62,7 @@ void LiveView::createForm() {
 void LiveView::showEvent(QShowEvent* event) {
     WindowForm::showEvent(event);
     MainWindow* shell = MainWindow::getMainWindow();
-    shell->SendCommand(command::LivePicture, 1, 0);
+    shell->SendCommand(command::LivePicture, command::picture::Shown, 0);
     // Its own time and not the menus' ends it, since a face that is there is no touch.
     shell->StopMenuTimer();
     showSettings();
@@ -83,9 +79,8 @@ void LiveView::hideEvent(QHideEvent* event) {
 
 void LiveView::showSettings() {
     const _gui_menu_ settings = MainWindow::getMainWindow()->menuRecord();
-    constexpr quint8 kFaceAndId = 4;
     ui_->callButton->setVisible(settings.setup.visitorCall == 1);
-    ui_->keypadButton->setVisible(settings.setup.authMethod == kFaceAndId);
+    ui_->keypadButton->setVisible(settings.setup.authMethod == AuthMethod::FaceAndId);
     ui_->enrollButton->setVisible(settings.registration.on == 1);
     ui_->noti_layer->setTouchable(MealCountForm::isOffered(settings));
     workModeChanged();
@@ -118,8 +113,7 @@ void LiveView::updateWorkState(int mode) {
                                     .arg(DevicePaths::at(QLatin1String("/zel1/image/") +
                                                          QLatin1String(banner->picture)))
                               : QString(QLatin1String(kPlainSheet));
-    if (ui_->noti_layer->styleSheet() != sheet)
-        ui_->noti_layer->setStyleSheet(sheet);
+    ui_->noti_layer->setGround(sheet);
 
     const auto script = [shell](const char* key) { return shell->getScript(QLatin1String(key)); };
     if (banner->attendance == nullptr && banner->meal == nullptr) {
@@ -152,7 +146,7 @@ void LiveView::deviceAnswer(const DeviceMessage& message) {
             break;
         case command::RecognitionFailed:
             // A face's failure comes with its box.
-            if (message.p2 == kByCard)
+            if (message.p2 == command::failure::ByCard)
                 ui_->trackingBox->showCardFailure(message.p1);
             setLiveShowTimerReset();
             break;
@@ -166,7 +160,7 @@ void LiveView::deviceAnswer(const DeviceMessage& message) {
 
 void LiveView::setTrackingBox(const TrackedFace& face) {
     ui_->trackingBox->setFace(face);
-    if (face.state != 0)
+    if (face.state != FaceState::NoFace)
         liveTimer_.start();
 }
 
@@ -178,8 +172,7 @@ void LiveView::setLiveShowTimerReset() {
 void LiveView::verified() {
     MainWindow* shell = MainWindow::getMainWindow();
     // A card works at the standby screen too; the live view follows then.
-    if (auto* standby = qobject_cast<StayWindow*>(shell->getActivateWindowForm()))
-        standby->wake();
+    wakeStandby();
     const QString title = QStringLiteral("recognizeWindow");
     const AlarmMode alarm = shell->getAlarmMode();
     auto* result = qobject_cast<RecognizeWindow*>(shell->getWindow(title));
@@ -189,15 +182,21 @@ void LiveView::verified() {
     shell->changeWindow(title);
 }
 
+void LiveView::wakeStandby() {
+    if (auto* standby =
+            qobject_cast<StayWindow*>(MainWindow::getMainWindow()->getActivateWindowForm()))
+        standby->wake();
+}
+
 void LiveView::liveEnd() {
     MainWindow* shell = MainWindow::getMainWindow();
     shell->changeWindow(QStringLiteral("stayWindow"));
-    shell->SendCommand(command::CameraRun, 0, 0);
+    shell->SendCommand(command::CameraRun, command::camera::Off, 0);
 }
 
 void LiveView::doorRing() {
     MainWindow* shell = MainWindow::getMainWindow();
-    shell->SendCommand(command::RecognitionKey, kDoorRing, 0);
+    shell->SendCommand(command::RecognitionKey, command::key::DoorRing, 0);
     doorDialog_->setText(shell->getScript(QStringLiteral("Dialog_VisitorDoorCalling")));
     doorDialog_->setOkText(shell->getScript(QStringLiteral("TopMenu_OK")));
     doorDialog_->show();
@@ -206,21 +205,32 @@ void LiveView::doorRing() {
 
 void LiveView::inputSub() {
     MainWindow* shell = MainWindow::getMainWindow();
-    shell->SendCommand(command::RecognitionMode, 0, 0);
-    shell->SendCommand(command::CameraRun, 0, 0);
+    shell->SendCommand(command::RecognitionMode, command::recognition::Off, 0);
+    shell->SendCommand(command::CameraRun, command::camera::Off, 0);
     shell->changeWindow(QStringLiteral("inputSubWindow"));
 }
 
 void LiveView::enrollButtonTouch() {
+    startEnrolment({});
+}
+
+void LiveView::enrolRequested() {
+    wakeStandby();
+    // The service has said already who it is.
+    _gui_user_ user;
+    MainWindow::getMainWindow()->GetGuiUser(&user);
+    startEnrolment(user);
+}
+
+void LiveView::startEnrolment(_gui_user_ user) {
     MainWindow* shell = MainWindow::getMainWindow();
-    _gui_user_ user{};
-    user.enrolMode = kEnrolFromLiveView;
+    user.enrolMode = AuthMethod::FromLiveView;
     shell->SetGuiUser(&user);
-    shell->SendCommand(command::LivePicture, 1, 0);
-    shell->SendCommand(command::RecognitionMode, kEnrolment, 0);
-    shell->SendCommand(command::CameraRun, 0, 0);
+    shell->SendCommand(command::LivePicture, command::picture::Shown, 0);
+    shell->SendCommand(command::RecognitionMode, command::recognition::Enrolment, 0);
+    shell->SendCommand(command::CameraRun, command::camera::Off, 0);
     shell->SendCommand(command::CameraPictureStop, 0, 0);
-    shell->changeWindow(QStringLiteral("userEnroll_qualWindow"), kEnrolFromLiveView);
+    shell->changeWindow(QStringLiteral("userEnroll_qualWindow"), int(AuthMethod::FromLiveView));
     // The person enters no ID there; the screen is given one.
     shell->SendCommand(command::StartEnrolment, 0, 0);
 }
@@ -228,8 +238,8 @@ void LiveView::enrollButtonTouch() {
 void LiveView::homeButtonTouch() {
     MainWindow* shell = MainWindow::getMainWindow();
     // Whoever works in the menu is not to be recognised meanwhile.
-    shell->SendCommand(command::RecognitionMode, 0, 0);
-    shell->SendCommand(command::CameraRun, 0, 0);
+    shell->SendCommand(command::RecognitionMode, command::recognition::Off, 0);
+    shell->SendCommand(command::CameraRun, command::camera::Off, 0);
     const bool locked = !fieldText(shell->menuRecord().setup.adminPassword).isEmpty();
     shell->changeWindow(locked ? QStringLiteral("InputAdminPassword")
                                : QStringLiteral("zelMenuWindow"));

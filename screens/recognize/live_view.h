@@ -10,6 +10,7 @@ class LiveView;
 }
 class DialogForm;
 struct TrackedFace;
+struct _gui_user_;
 
 /// The live view: the camera's picture with the box around the face, over it the banner of the
 /// operating mode, below it the buttons. On the panel the picture lies under the window and shows
@@ -24,6 +25,7 @@ class LiveView : public WindowForm {
     void deviceAnswer(const DeviceMessage& message) override;
     void workModeChanged() override;
     void settingsChanged() override;
+    void enrolRequested() override;
 
     /// Shows the banner of an operating mode by its number. Without one of its own the banner
     /// stays as it was.
@@ -53,6 +55,8 @@ class LiveView : public WindowForm {
     void paintEvent(QPaintEvent* event) override;
 
  private:
+    void wakeStandby();
+    void startEnrolment(_gui_user_ user);
     void showSettings();
     void showBanner(bool shown);
 

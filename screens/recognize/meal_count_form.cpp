@@ -4,6 +4,7 @@
 
 #include "app/main_window.h"
 #include "link/device_records.h"
+#include "link/record_values.h"
 #include "ui/label_button.h"
 #include "ui/text_fit.h"
 #include "ui/theme.h"
@@ -16,9 +17,6 @@ constexpr int kButtonGap = 28;
 constexpr int kButtonHeight = 72;
 constexpr int kTimeout = 10000;
 constexpr TextFit::Rule kCount{{{28, 1}}};
-
-constexpr quint8 kMealOperation = 2;
-constexpr quint8 kViewShown = 0;
 
 }  // namespace
 
@@ -71,8 +69,8 @@ MealCountForm::MealCountForm(QWidget* parent, int timeoutMs)
 }
 
 bool MealCountForm::isOffered(const _gui_menu_& settings) {
-    return settings.setup.operation == kMealOperation &&
-           settings.operation.mealCountView == kViewShown;
+    return settings.setup.operation == Operation::Meals &&
+           settings.operation.mealCountView == MealCountView::Shown;
 }
 
 void MealCountForm::open(QWidget* screen) {

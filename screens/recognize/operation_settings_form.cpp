@@ -4,6 +4,7 @@
 
 #include "app/main_window.h"
 #include "link/command_code.h"
+#include "link/command_parameters.h"
 #include "link/device_message.h"
 #include "screens/recognize/time_range.h"
 #include "ui/combo.h"
@@ -14,8 +15,6 @@
 
 namespace {
 
-constexpr unsigned char kSave = 1;
-constexpr unsigned char kStored = 0;
 constexpr int kPopupSaved = 7;
 
 OperationSettings settingsOf(const OperationBlock& block) {
@@ -100,12 +99,13 @@ void OperationSettingsForm::save() {
     _gui_menu_ record = shell->menuRecord();
     record.operation = operation_;
     shell->SetGuiMenu(&record);
-    shell->SendRecord(command::SaveOperationSettings, kSave, 0, settingsOf(operation_));
+    shell->SendRecord(command::SaveOperationSettings, command::save::Settings, 0,
+                      settingsOf(operation_));
     setTime();
 }
 
 void OperationSettingsForm::setTime() {
-    MainWindow::getMainWindow()->SendRecord(command::SaveOperationTimes, kSave, 0,
+    MainWindow::getMainWindow()->SendRecord(command::SaveOperationTimes, command::save::Settings, 0,
                                             timesOf(operation_));
 }
 
@@ -115,7 +115,7 @@ void OperationSettingsForm::deviceAnswer(const DeviceMessage& message) {
 }
 
 void OperationSettingsForm::SetSettingResult(unsigned char result) {
-    if (result == kStored)
+    if (result == command::answer::Done)
         ShowPopup(kPopupSaved, kPopupSeconds);
 }
 

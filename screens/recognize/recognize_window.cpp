@@ -5,30 +5,19 @@
 
 #include "app/main_window.h"
 #include "link/command_code.h"
+#include "link/command_parameters.h"
 #include "link/device_message.h"
+#include "link/record_values.h"
 #include "screens/recognize/live_view.h"
-#include "screens/recognize/work_state.h"
 #include "ui/pictures.h"
 #include "ui/theme.h"
 #include "ui_recognize_window.h"
 
 namespace {
 
-/// RecognitionResult::result
-enum Result { Accepted = 0, NoAccessTime = 1, NotPermitted = 2, Registered = 3, MealTaken = 4 };
-
-/// First parameters of RecognitionKey.
-constexpr quint8 kPayOne = 32;
-constexpr quint8 kPaySeveral = 33;
-constexpr quint8 kScreenHidden = 34;
-constexpr quint8 kPayCount = 35;
-
 constexpr int kMostMeals = 99;
 /// Seconds where the settings do not say.
 constexpr int kDefaultTime = 3;
-
-constexpr int kOkSound = 202;
-constexpr int kErrorSound = 203;
 
 // The buttons below: cancel alone, or beside the payment.
 constexpr QRect kCancelAlone(24, 704, 432, 72);
@@ -81,7 +70,7 @@ void RecognizeWindow::scriptsApplied() {
 void RecognizeWindow::showEvent(QShowEvent* event) {
     WindowForm::showEvent(event);
     MainWindow* shell = MainWindow::getMainWindow();
-    shell->SendCommand(command::LivePicture, 0, 0);
+    shell->SendCommand(command::LivePicture, command::picture::Hidden, 0);
     // Its own time and not the menus' ends it.
     shell->StopMenuTimer();
     startTimer(shell->menuRecord().resultSeconds);
@@ -95,7 +84,7 @@ void RecognizeWindow::hideEvent(QHideEvent* event) {
         return;
     shell->SendCommand(command::RecognitionHidden, 0, 0);
     if (!paymentDone_)
-        shell->SendCommand(command::RecognitionKey, kScreenHidden, 0);
+        shell->SendCommand(command::RecognitionKey, command::key::ScreenHidden, 0);
     // Nobody's data is to flash up before the next result.
     ui_->band->hide();
     ui_->nameLine->setText({});
@@ -115,6 +104,7 @@ void RecognizeWindow::deviceAnswer(const DeviceMessage& message) {
     ensureForm();
     result_ = *result;
     arm_ = ArmState::None;
+    recorded_ = WorkState::attendanceOfKey(result_.attendanceEvent);
     paymentDone_ = false;
     const QString userId = fieldText(result_.userId);
     setUserID(userId);
@@ -128,10 +118,11 @@ void RecognizeWindow::deviceAnswer(const DeviceMessage& message) {
 void RecognizeWindow::setUserID(const QString& userId) {
     MainWindow* shell = MainWindow::getMainWindow();
     shell->setState1N1(0);
+    workMode_ = WorkState::shown(shell->getWorkMode(), shell->menuRecord());
     viewStateMode();
     startTimer(shell->menuRecord().resultSeconds);
 
-    const bool positive = accepted() || result_.result == Registered;
+    const bool positive = accepted() || result_.result == Verdict::Registered;
     QPalette colors = ui_->band->palette();
     colors.setColor(QPalette::Window, Theme::color(positive ? Theme::kAccent : Theme::kDanger));
     ui_->band->setPalette(colors);
@@ -141,7 +132,7 @@ void RecognizeWindow::setUserID(const QString& userId) {
     ui_->resultLine->setScript(shell->getScript(resultKey()));
     ui_->band->show();
     ui_->menuButton->setRole(positive ? LabelButton::Primary : LabelButton::Danger);
-    shell->PlaySound(positive ? kOkSound : kErrorSound);
+    shell->PlaySound(positive ? command::sound::Accepted : command::sound::Error);
 
     const QString customerId = oneLine(fieldText(result_.customerId));
     ui_->idLine->setText(customerId.isEmpty() ? oneLine(userId) : customerId);
@@ -170,7 +161,6 @@ void RecognizeWindow::setThumbnail(int show, const QString& userId) {
 }
 
 void RecognizeWindow::selectMenu() {
-    const WorkState::Attendance* recorded = WorkState::attendanceOfKey(result_.attendanceEvent);
     if (asksPayment()) {
         ui_->cancelButton->setGeometry(kCancelBesidePayment);
         showLower({ui_->paymentPanel, ui_->cancelButton, ui_->paymentButton});
@@ -181,11 +171,11 @@ void RecognizeWindow::selectMenu() {
     } else if (accepted() && arm_ != ArmState::None) {
         ui_->armModeOkForm->setState(arm_);
         showLower({ui_->armModeOkForm});
-    } else if (accepted() && recorded != nullptr) {
-        ui_->inOutOkForm->setEvent(*recorded);
+    } else if (accepted() && recorded_ != nullptr) {
+        ui_->inOutOkForm->setEvent(*recorded_);
         showLower({ui_->inOutOkForm});
     } else {
-        if (accepted() || result_.result == Registered)
+        if (accepted() || result_.result == Verdict::Registered)
             ui_->helloForm->welcome();
         else
             ui_->helloForm->refuse(result_.result);
@@ -202,17 +192,17 @@ void RecognizeWindow::setArmEvent(EVENT_TYPE event, ARM_BTN_TYPE button, ArmStat
 }
 
 void RecognizeWindow::viewStateMode() {
-    const MainWindow* shell = MainWindow::getMainWindow();
-    const WorkMode mode = WorkState::shown(shell->getWorkMode(), shell->menuRecord());
+    const WorkState::Attendance* event =
+        recorded_ != nullptr ? recorded_ : WorkState::attendanceOf(workMode_);
     QString icon = QStringLiteral("menu_user_24_accent.png");
     QString text = script("Info_ModeAccess").script;
     if (arm_ != ArmState::None && accepted()) {
         icon = QStringLiteral("shield_24_accent.png");
         text = script(arm_ == ArmState::Armed ? "Info_ModeArm" : "Info_ModeDisarm").script;
-    } else if (const char* meal = WorkState::mealName(mode)) {
+    } else if (const char* meal = WorkState::mealName(workMode_)) {
         icon = QStringLiteral("menu_meal_24_accent.png");
         text = script(meal).script;
-    } else if (const WorkState::Attendance* event = WorkState::attendanceOf(mode)) {
+    } else if (event != nullptr) {
         icon = QStringLiteral("menu_attendance_24_accent.png");
         text =
             script("Arg_WorkMode").script.replace(QLatin1String("%1"), script(event->word).script);
@@ -250,6 +240,8 @@ void RecognizeWindow::inDutyButtonTouch() {
 void RecognizeWindow::recordAttendance(const WorkState::Attendance& event) {
     MainWindow* shell = MainWindow::getMainWindow();
     shell->SendCommand(command::RecognitionKey, event.key, 0);
+    recorded_ = &event;
+    viewStateMode();
     ui_->inOutOkForm->setEvent(event);
     showLower({ui_->inOutOkForm});
     startTimer(shell->menuRecord().attendanceDoneSeconds);
@@ -266,7 +258,7 @@ void RecognizeWindow::minusButtonTouch() {
 void RecognizeWindow::changePaymentCount(int count) {
     MainWindow* shell = MainWindow::getMainWindow();
     paymentCount_ = qBound(1, count, kMostMeals);
-    shell->SendCommand(command::RecognitionKey, kPayCount, 0);
+    shell->SendCommand(command::RecognitionKey, command::key::PayCount, 0);
     updatePaymentCount();
     startTimer(shell->menuRecord().resultSeconds);
 }
@@ -274,10 +266,11 @@ void RecognizeWindow::changePaymentCount(int count) {
 void RecognizeWindow::paymentButtonTouch() {
     MainWindow* shell = MainWindow::getMainWindow();
     paymentDone_ = true;
-    shell->SendCommand(command::RecognitionKey, paymentCount_ == 1 ? kPayOne : kPaySeveral,
+    shell->SendCommand(command::RecognitionKey,
+                       paymentCount_ == 1 ? command::key::PayOne : command::key::PaySeveral,
                        static_cast<quint8>(paymentCount_));
     ScriptHandler::Script done = script("Info_PaymentCompleted");
-    if (const char* meal = WorkState::mealName(shell->getWorkMode()))
+    if (const char* meal = WorkState::mealName(workMode_))
         done.script.replace(QLatin1String("%1"), script(meal).script);
     done.script.replace(QLatin1String("%2"), QString::number(paymentCount_));
     ui_->paymentOkForm->confirm(done);
@@ -315,34 +308,31 @@ void RecognizeWindow::startTimer(int seconds) {
 }
 
 QString RecognizeWindow::resultKey() const {
-    const MainWindow* shell = MainWindow::getMainWindow();
     switch (result_.result) {
-        case Accepted:
+        case Verdict::Accepted:
             break;
-        case NoAccessTime:
+        case Verdict::NoAccessTime:
             return QStringLiteral("Info_NoAccessTime");
-        case Registered:
+        case Verdict::Registered:
             return QStringLiteral("Info_Registered");
-        case MealTaken:
+        case Verdict::MealTaken:
             return QStringLiteral("Info_MealTaken");
         default:
             return QStringLiteral("Info_NotPermitted");
     }
     if (result_.demo == 1)
         return QStringLiteral("Info_Authenticated_TnA_DEMO");
-    const WorkMode mode = WorkState::shown(shell->getWorkMode(), shell->menuRecord());
-    return WorkState::attendanceOf(mode) != nullptr ? QStringLiteral("Info_Authenticated_TnA")
-                                                    : QStringLiteral("Info_Authenticated");
+    return WorkState::attendanceOf(workMode_) != nullptr ? QStringLiteral("Info_Authenticated_TnA")
+                                                         : QStringLiteral("Info_Authenticated");
 }
 
 bool RecognizeWindow::accepted() const {
-    return result_.result == Accepted;
+    return result_.result == Verdict::Accepted;
 }
 
 bool RecognizeWindow::asksPayment() const {
-    const MainWindow* shell = MainWindow::getMainWindow();
-    return accepted() && WorkState::isMealOperation(shell->menuRecord()) &&
-           shell->getWorkMode() != WorkMode::AccessOnly;
+    return accepted() && workMode_ != WorkMode::AccessOnly &&
+           WorkState::isMealOperation(MainWindow::getMainWindow()->menuRecord());
 }
 
 LiveView* RecognizeWindow::live() const {

@@ -7,14 +7,12 @@
 #include "app/window_form.h"
 #include "link/device_records.h"
 #include "screens/recognize/arm_mode_ok_form.h"
+#include "screens/recognize/work_state.h"
 
 namespace Ui {
 class RecognizeWindow;
 }
 class LiveView;
-namespace WorkState {
-struct Attendance;
-}
 
 /// The result of one recognition: who it was, what came of it, and what the person has to choose,
 /// if anything. It goes away by itself; a result that arrives meanwhile takes its place.
@@ -74,6 +72,8 @@ class RecognizeWindow : public WindowForm {
 
     std::unique_ptr<Ui::RecognizeWindow> ui_;
     RecognitionResult result_{};
+    WorkMode workMode_ = WorkMode::AccessOnly;  // in force when the result arrived
+    const WorkState::Attendance* recorded_ = nullptr;
     ArmState arm_ = ArmState::None;
     int paymentCount_ = 0;
     bool paymentDone_ = false;

@@ -3,14 +3,15 @@
 #include "app/main_window.h"
 #include "base/clock.h"
 #include "link/command_code.h"
+#include "link/command_parameters.h"
 #include "link/device_message.h"
+#include "link/record_values.h"
 #include "screens/standby_pictures.h"
 #include "ui_stay_window.h"
 
 namespace {
 
 constexpr int kClockInterval = 500;  // milliseconds
-constexpr int kWakeSound = 201;
 
 }  // namespace
 
@@ -31,12 +32,12 @@ void StayWindow::createForm() {
 void StayWindow::showEvent(QShowEvent* event) {
     WindowForm::showEvent(event);
     MainWindow* shell = MainWindow::getMainWindow();
-    shell->SendCommand(command::LivePicture, 0, 0);
-    shell->SendCommand(command::RecognitionMode, 0, 0);
-    shell->SendCommand(command::CameraRun, 0, 0);
+    shell->SendCommand(command::LivePicture, command::picture::Hidden, 0);
+    shell->SendCommand(command::RecognitionMode, command::recognition::Off, 0);
+    shell->SendCommand(command::CameraRun, command::camera::Off, 0);
     shell->StopMenuTimer();
     loadPictures();
-    shell->SendCloseMessage(1);
+    shell->SendCloseMessage(command::closed::ByMenuTimeout);
     lightUp();
 }
 
@@ -56,7 +57,7 @@ void StayWindow::deviceAnswer(const DeviceMessage& message) {
             sleepTimeout();
             break;
         case command::WakeScreen:
-            shell->SendCommand(command::BurnInTimer, 1, 0);
+            shell->SendCommand(command::BurnInTimer, command::burn_in::Wake, 0);
             lightUp();
             break;
         case command::ShowLiveView:
@@ -82,9 +83,8 @@ void StayWindow::settingsChanged() {
 }
 
 void StayWindow::loadPictures() {
-    constexpr quint8 kChosenPicture = 1;
     const ScreenBlock screen = MainWindow::getMainWindow()->menuRecord().screen;
-    ui_->standbyView->setBackground(screen.standbyMode == kChosenPicture
+    ui_->standbyView->setBackground(screen.standbyMode == StandbyMode::ChosenPicture
                                         ? StandbyPictures::background(screen.standbyPicture)
                                         : QPixmap());
     ui_->standbyView->setLogo(StandbyPictures::logo());
@@ -106,7 +106,7 @@ void StayWindow::sleepTimeout() {
     sleepTimer_.stop();
     clockTimer_.stop();
     ui_->standbyView->setDark(true);
-    MainWindow::getMainWindow()->SendCommand(command::BurnInTimer, 0, 0);
+    MainWindow::getMainWindow()->SendCommand(command::BurnInTimer, command::burn_in::Darken, 0);
 }
 
 void StayWindow::lightUp() {
@@ -118,16 +118,16 @@ void StayWindow::lightUp() {
 
 void StayWindow::wake() {
     MainWindow* shell = MainWindow::getMainWindow();
-    shell->SendCommand(command::RecognitionMode, 1, 0);
-    shell->SendCommand(command::CameraRun, 1, 0);
+    shell->SendCommand(command::RecognitionMode, command::recognition::On, 0);
+    shell->SendCommand(command::CameraRun, command::camera::On, 0);
     shell->SendCommand(command::CameraPictureStart, 0, 0);
-    shell->SendCommand(command::BurnInTimer, 1, 0);
+    shell->SendCommand(command::BurnInTimer, command::burn_in::Wake, 0);
     lightUp();
 }
 
 void StayWindow::centerTouch() {
     MainWindow* shell = MainWindow::getMainWindow();
-    shell->PlaySound(kWakeSound);
+    shell->PlaySound(command::sound::Wake);
     wake();
     shell->changeWindow(QStringLiteral("liveWindow"));
 }

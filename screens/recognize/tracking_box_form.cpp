@@ -3,6 +3,7 @@
 #include <QPainter>
 #include <QPainterPath>
 
+#include "link/command_parameters.h"
 #include "ui/paint.h"
 #include "ui/text_fit.h"
 #include "ui/theme.h"
@@ -78,14 +79,16 @@ void TrackingBoxForm::setFace(const TrackedFace& face) {
         face_.state = static_cast<State>(face.state);
         face_.box = box;
         if (face_.state == Failed)
-            giveReason(face_, face.reason == NotPermitted ? notPermitted_ : faceNotRegistered_,
-                       box);
+            giveReason(
+                face_,
+                face.reason == command::failure::NotPermitted ? notPermitted_ : faceNotRegistered_,
+                box);
     }
     refresh();
 }
 
 void TrackingBoxForm::showCardFailure(int reason) {
-    cardReason_ = reason == NotPermitted ? &notPermitted_ : &cardNotRegistered_;
+    cardReason_ = reason == command::failure::NotPermitted ? &notPermitted_ : &cardNotRegistered_;
     cardTimer_.start();
     refresh();
 }

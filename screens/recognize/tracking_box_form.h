@@ -29,7 +29,6 @@ class TrackingBoxForm : public QWidget, public Scripted {
 
  private:
     enum State { NoFace, Tracking, Recognised, Failed };
-    enum Reason { NotRegistered = 1, NotPermitted = 2 };
 
     /// What is painted.
     struct Look {

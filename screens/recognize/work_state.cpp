@@ -2,10 +2,6 @@
 
 namespace {
 
-constexpr int kMealOperation = 2;  // SetupBlock::operation
-constexpr int kAttendanceOperation = 1;
-constexpr int kFixedToReturn = 5;  // OperationBlock::attendanceMode
-
 struct Meal {
     const char* name;
     const char* picture;
@@ -60,12 +56,12 @@ const char* mealName(WorkMode mode) {
 }
 
 bool isMealOperation(const _gui_menu_& settings) {
-    return settings.setup.operation == kMealOperation;
+    return settings.setup.operation == Operation::Meals;
 }
 
 WorkMode shown(WorkMode reported, const _gui_menu_& settings) {
-    const bool returnOnly = settings.setup.operation == kAttendanceOperation &&
-                            settings.operation.attendanceMode == kFixedToReturn;
+    const bool returnOnly = settings.setup.operation == Operation::Attendance &&
+                            settings.operation.attendanceMode == AttendanceRule::Return;
     return reported == WorkMode::Reserved && returnOnly ? WorkMode::Return : reported;
 }
 

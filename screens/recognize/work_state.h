@@ -3,8 +3,9 @@
 #include <QString>
 #include <optional>
 
-#include "app/system_status.h"
+#include "link/command_parameters.h"
 #include "link/device_records.h"
+#include "link/record_values.h"
 
 /// What the operating modes are called and when they are in force.
 namespace WorkState {
@@ -19,11 +20,13 @@ struct Attendance {
 };
 /// In the order in which they are offered: in, out, break, return.
 constexpr Attendance kAttendance[] = {
-    {WorkMode::In, 16, "Info_WorkIn", "Info_Authenticated_Complet_In", "in_40_accent.png"},
-    {WorkMode::Out, 17, "Info_WorkOut", "Info_Authenticated_Complet_Out", "out_40_accent.png"},
-    {WorkMode::Break, 18, "Info_WorkBreak", "Info_Authenticated_Complet_Break",
+    {WorkMode::In, command::key::In, "Info_WorkIn", "Info_Authenticated_Complet_In",
+     "in_40_accent.png"},
+    {WorkMode::Out, command::key::Out, "Info_WorkOut", "Info_Authenticated_Complet_Out",
+     "out_40_accent.png"},
+    {WorkMode::Break, command::key::Break, "Info_WorkBreak", "Info_Authenticated_Complet_Break",
      "break_40_accent.png"},
-    {WorkMode::Return, 19, "Info_WorkReturn", "Info_Authenticated_Complet_Return",
+    {WorkMode::Return, command::key::Return, "Info_WorkReturn", "Info_Authenticated_Complet_Return",
      "return_40_accent.png"},
 };
 /// The event of a mode or of a key; null when there is none.

@@ -2,12 +2,12 @@
 
 #include <iterator>
 
+#include "link/record_values.h"
 #include "screens/recognize/time_range.h"
 #include "ui_work_window.h"
 
 namespace {
 
-constexpr int kAutomaticMode = 0;
 constexpr int kPopupOverlap = 6;
 constexpr int kPopupSaving = 20;
 
@@ -79,7 +79,7 @@ void workWindow::showRecord() {
 }
 
 void workWindow::modeSetSlot(int mode) {
-    const bool byTime = mode == kAutomaticMode;
+    const bool byTime = mode == AttendanceRule::ByTime;
     const std::initializer_list<QWidget*> times = {ui_->weekdayInTime, ui_->weekdayOutTime,
                                                    ui_->saturdayInTime, ui_->saturdayOutTime,
                                                    ui_->holidayCombo};

@@ -6,6 +6,7 @@
 
 #include "app/main_window.h"
 #include "link/command_code.h"
+#include "link/command_parameters.h"
 #include "screens/usb/usb_upload_file_selecter.h"
 #include "ui/theme.h"
 #include "ui/wait_form.h"
@@ -16,18 +17,8 @@ namespace {
 constexpr int kCheckInterval = 5000;  // milliseconds
 constexpr int kPopupSeconds = 3;
 
-// Requests of UsbMount.
-constexpr unsigned char kMount = 0;
-constexpr unsigned char kCheck = 1;
-
-// States of UsbState.
-constexpr int kMounted = 0;
-constexpr int kPresent = 2;
-constexpr int kMounting = 10;
-
-// Results of exports, imports and upgrades.
-constexpr int kDone = 0;
-constexpr int kRunning = 10;
+namespace stick = command::stick;
+namespace transfer = command::transfer;
 
 constexpr int kWaitReading = 17;
 constexpr int kWaitPreparing = 21;
@@ -89,12 +80,23 @@ struct Pair {
 };
 
 /// Wait texts by the kind of what has begun.
-constexpr Pair kExportWaits[] = {{1, 1}, {2, 3}, {3, 5}, {4, 7}, {9, 1}};
-constexpr Pair kImportWaits[] = {{1, 2}, {2, 4}, {3, 6}, {4, 8}, {5, 10}, {8, 24}};
+constexpr Pair kExportWaits[] = {{transfer::Logs, 1},
+                                 {transfer::Users, 3},
+                                 {transfer::Settings, 5},
+                                 {transfer::Everything, 7},
+                                 {transfer::LogsOfDays, 1}};
+constexpr Pair kImportWaits[] = {{transfer::Logs, 2},        {transfer::Users, 4},
+                                 {transfer::Settings, 6},    {transfer::Everything, 8},
+                                 {transfer::Background, 10}, {transfer::Logo, 24}};
 
 /// Popups by result; any other result asks for a stick.
-constexpr Pair kExportPopups[] = {{kDone, kPopupExported}, {2, kPopupNotExported}};
-constexpr Pair kImportPopups[] = {{kDone, kPopupImported}, {2, 10}, {4, 12}, {5, 16}, {6, 22}};
+constexpr Pair kExportPopups[] = {{transfer::Done, kPopupExported},
+                                  {transfer::NotExported, kPopupNotExported}};
+constexpr Pair kImportPopups[] = {{transfer::Done, kPopupImported},
+                                  {transfer::TooManyUsers, 10},
+                                  {transfer::TooManyAdministrators, 12},
+                                  {transfer::InvalidData, 16},
+                                  {transfer::NoValidFile, 22}};
 
 template <std::size_t count>
 int lookUp(const Pair (&pairs)[count], int from, int otherwise) {
@@ -111,10 +113,10 @@ struct Export {
 };
 
 constexpr Export kExports[] = {
-    {"log_download", 1, 1, true},
-    {"userInfo_download", 2, 0, true},
-    {"envi_download", 3, 0, false},
-    {"all_download", 4, 1, true},
+    {"log_download", transfer::Logs, 1, true},
+    {"userInfo_download", transfer::Users, 0, true},
+    {"envi_download", transfer::Settings, 0, false},
+    {"all_download", transfer::Everything, 1, true},
 };
 
 ScriptHandler::Script withPercent(const char* key, int percent) {
@@ -193,12 +195,12 @@ void UsbMenu::hideEvent(QHideEvent* event) {
 // --- The stick -----------------------------------------------------------------------------
 
 void UsbMenu::mount_usb() {
-    MainWindow::getMainWindow()->SendCommand(command::UsbMount, kMount, 0, 0, nullptr);
+    MainWindow::getMainWindow()->SendCommand(command::UsbMount, stick::Mount, 0, 0, nullptr);
 }
 
 void UsbMenu::UpdateUsbInfo(int state, int sub) {
     switch (state) {
-        case kMounted:
+        case stick::Mounted:
             if (sub != 1 && sub != 2) {
                 ShowPopup(kPopupNoFolder, kPopupSeconds);
                 break;
@@ -209,12 +211,12 @@ void UsbMenu::UpdateUsbInfo(int state, int sub) {
             mountCheckTimer_->stop();
             showActionButtons();
             break;
-        case kMounting:
+        case stick::Mounting:
             ShowWait(kWaitReading);
             mountCheckTimer_->start();
             mountCheckRunning_ = true;
             break;
-        case kPresent:
+        case stick::Present:
             if (sub != 0)
                 showActionButtons();
             else
@@ -245,7 +247,7 @@ void UsbMenu::UsbCheckMountTimeout() {
     // What was going on will not be reported any more, and the user must get out.
     if (!shell->linkUp())
         waitForm_->hide();
-    shell->SendCommand(command::UsbMount, kCheck, 0, 0, nullptr);
+    shell->SendCommand(command::UsbMount, stick::Check, 0, 0, nullptr);
     presenceTimer_->start();
 }
 
@@ -348,14 +350,14 @@ void UsbMenu::deviceAnswer(const DeviceMessage& message) {
 }
 
 void UsbMenu::ShowUsbSetResult(int kind, int result) {
-    if (result == kRunning)
+    if (result == transfer::Running)
         ShowWait(lookUp(kExportWaits, kind, 0));
     else
         ShowPopup(lookUp(kExportPopups, result, kPopupInsert), kPopupSeconds);
 }
 
 void UsbMenu::ShowUsbGetResult(int kind, int result) {
-    if (result == kRunning)
+    if (result == transfer::Running)
         ShowWait(lookUp(kImportWaits, kind, 0));
     else
         ShowPopup(lookUp(kImportPopups, result, kPopupInsert), kPopupSeconds);
@@ -363,14 +365,14 @@ void UsbMenu::ShowUsbGetResult(int kind, int result) {
 
 void UsbMenu::ShowUsbProgress(int phase, int percent) {
     switch (phase) {
-        case 0:
+        case transfer::Preparing:
             ShowWait(kWaitPreparing);
             break;
-        case 1:
+        case transfer::Copying:
             lastPercent_ = percent;
             ShowWait(kWaitCopying, lastPercent_);
             break;
-        case 2:
+        case transfer::Completing:
             ShowWait(kWaitCompleting, lastPercent_);
             break;
         default:
@@ -379,17 +381,17 @@ void UsbMenu::ShowUsbProgress(int phase, int percent) {
 }
 
 void UsbMenu::showPercent(int phase, int percent) {
-    if (phase == 2) {
+    if (phase == transfer::PreparingToSend) {
         ShowWait(kWaitPreparing);
-    } else if (phase == 1) {
+    } else if (phase == transfer::Sending) {
         showWaitText(withPercent("ListItem_Sending", percent), -1);
     }
 }
 
 void UsbMenu::ShowFwUpgrade(int state, int percent) {
-    if (state == kRunning) {
+    if (state == transfer::Running) {
         showWaitText(withPercent("ListItem_upgradingUSB", percent), -1);
-    } else if (state == kDone) {
+    } else if (state == transfer::Done) {
         ShowPopup(kPopupRestart, 0);
     } else {
         ShowPopup(kPopupUpgradeFailed, kPopupSeconds);

@@ -3,12 +3,14 @@
 #include "app/main_window.h"
 #include "base/clock.h"
 #include "link/command_code.h"
+#include "link/command_parameters.h"
 #include "link/device_records.h"
 #include "ui_usb_out_log_date.h"
 
 namespace {
 
-constexpr unsigned char kLogsOfDays = 9;
+namespace transfer = command::transfer;
+
 constexpr int kAllLogs = 0;  // of the range toggle
 constexpr int kFirstYear = 2000;
 constexpr int kLastYear = kFirstYear + 255;
@@ -74,7 +76,8 @@ void UsbOutLogDate::exportButtonTouch() {
         dates = {byte(from.year() - kFirstYear), byte(from.month()), byte(from.day()),
                  byte(to.year() - kFirstYear),   byte(to.month()),   byte(to.day())};
     }
-    shell->SendRecord(command::UsbExport, kLogsOfDays, all ? 1 : 0, dates);
+    shell->SendRecord(command::UsbExport, transfer::LogsOfDays,
+                      all ? transfer::AllDays : transfer::SomeDays, dates);
     shell->changeWindow(QStringLiteral("usbMenuWindow"), true);
     // A long copy is not to be cut off.
     shell->StopMenuTimer();

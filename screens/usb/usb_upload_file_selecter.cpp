@@ -7,6 +7,7 @@
 #include "app/main_window.h"
 #include "base/device_paths.h"
 #include "link/command_code.h"
+#include "link/command_parameters.h"
 #include "link/frame.h"
 #include "screens/usb/file_row.h"
 #include "ui/theme.h"
@@ -15,6 +16,8 @@
 Q_LOGGING_CATEGORY(usbLog, "zel.screens.usb", QtInfoMsg)
 
 namespace {
+
+namespace transfer = command::transfer;
 
 constexpr char kMountPoint[] = "/mnt/usb";
 constexpr char kStickFolder[] = "/mnt/usb/ZEL01";
@@ -30,10 +33,14 @@ struct Import {
 };
 
 constexpr Import kImports[] = {
-    {"log_upload", command::UsbImport, 1},  {"userInfo_upload", command::UsbImport, 2},
-    {"envi_upload", command::UsbImport, 3}, {"all_upload", command::UsbImport, 4},
-    {"stay_upload", command::UsbImport, 5}, {"key_upload", command::UsbImport, 7},
-    {"logo_upload", command::UsbImport, 8}, {"fw_upgrade", command::UsbImportFile, 0},
+    {"log_upload", command::UsbImport, transfer::Logs},
+    {"userInfo_upload", command::UsbImport, transfer::Users},
+    {"envi_upload", command::UsbImport, transfer::Settings},
+    {"all_upload", command::UsbImport, transfer::Everything},
+    {"stay_upload", command::UsbImport, transfer::Background},
+    {"key_upload", command::UsbImport, transfer::CardKeys},
+    {"logo_upload", command::UsbImport, transfer::Logo},
+    {"fw_upgrade", command::UsbImportFile, 0},
 };
 
 /// Whether @p devicePath is where it seems to be: a link on the stick may lead anywhere.

@@ -77,6 +77,14 @@ void write(const QImage& image, const QString& folder, const QString& userId) {
     image.save(folder + QLatin1Char('/') + userId + QStringLiteral(".jpg"), kFormat, kQuality);
 }
 
+/// Writes what the terminal's screens show of a user: the picture, and its upper part small.
+void writeForScreens(const QImage& photo, const QString& dataFolder, const QString& userId) {
+    write(photo, dataFolder + QStringLiteral("/user"), userId);
+    const QImage square = photo.copy(0, 20, kPhoto.width(), kPhoto.width());
+    write(square.scaled(kThumbnail, Qt::IgnoreAspectRatio, Qt::SmoothTransformation),
+          dataFolder + QStringLiteral("/thumb"), userId);
+}
+
 }  // namespace
 
 namespace portrait {
@@ -88,12 +96,18 @@ QByteArray jpeg(int look) {
 }
 
 void save(const QString& dataFolder, const QString& userId, int look) {
-    const QImage photo = draw(lookOf(look));
-    write(photo, dataFolder + QStringLiteral("/user"), userId);
-    const QImage square = photo.copy(0, 20, kPhoto.width(), kPhoto.width());
-    write(square.scaled(kThumbnail, Qt::IgnoreAspectRatio, Qt::SmoothTransformation),
-          dataFolder + QStringLiteral("/thumb"), userId);
+    writeForScreens(draw(lookOf(look)), dataFolder, userId);
     saveSnapshot(dataFolder, userId, look);
+}
+
+void adopt(const QString& dataFolder, const QString& userId, const QString& name) {
+    const QImage snapshot(dataFolder + QStringLiteral("/Images/") + name);
+    if (snapshot.isNull())
+        return;
+    const QImage filling =
+        snapshot.scaled(kPhoto, Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation);
+    writeForScreens(filling.copy({QPoint((filling.width() - kPhoto.width()) / 2, 0), kPhoto}),
+                    dataFolder, userId);
 }
 
 void saveSnapshot(const QString& dataFolder, const QString& name, int look) {

@@ -4,7 +4,9 @@
 #include <optional>
 
 #include "link/command_code.h"
+#include "link/command_parameters.h"
 #include "link/device_message.h"
+#include "link/record_values.h"
 #include "sim/common/portrait.h"
 #include "sim/controller/device.h"
 #include "sim/controller/subjects.h"
@@ -14,23 +16,9 @@ Q_LOGGING_CATEGORY(simDoorLog, "zel.sim.door", QtInfoMsg)
 
 namespace {
 
-enum class Result : quint8 { Accepted, NoAccessTime, NotPermitted, Registered, MealTaken };
-enum class BoxState : quint8 { NoFace, Tracking, Recognised, Failed };
-enum class Reason : quint8 { None, NotRegistered, NotPermitted };
+namespace failure = command::failure;
 
-constexpr quint8 kByCard = 0;  // _gui_user_::authMethod
-constexpr quint8 kByFace = 1;
 constexpr quint8 kFaceScore = 97;
-constexpr quint8 kInOutOnly = 1;  // _gui_user_::rights
-
-/// RecognitionKey
-constexpr quint8 kKeyIn = 16;
-constexpr quint8 kKeyReturn = 19;
-constexpr quint8 kKeyPayOne = 32;
-constexpr quint8 kKeyPaySeveral = 33;
-constexpr quint8 kKeyHidden = 34;
-constexpr quint8 kKeyDoorRing = 36;
-
 constexpr int kMostMeals = 99;
 constexpr int kFramesPerSecond = 30;
 /// How long the box shows that a face was recognised or not, in milliseconds.
@@ -38,11 +26,11 @@ constexpr int kVerdictTime = 2000;
 
 int modeOfKey(quint8 key) {
     constexpr int kModes[] = {work::In, work::Out, work::Break, work::Return};
-    return kModes[key - kKeyIn];
+    return kModes[key - command::key::In];
 }
 
 quint8 keyOfMode(int mode) {
-    for (quint8 key = kKeyIn; key <= kKeyReturn; ++key) {
+    for (quint8 key = command::key::In; key <= command::key::Return; ++key) {
         if (modeOfKey(key) == mode)
             return key;
     }
@@ -99,9 +87,9 @@ class RecognitionSubject : public Subject {
 
  private:
     /// What the box says for a while after a decision.
-    struct Verdict {
-        BoxState state;
-        Reason reason;
+    struct BoxVerdict {
+        quint8 state;
+        quint8 reason;
     };
 
     // --- The box -------------------------------------------------------------------------
@@ -114,15 +102,16 @@ class RecognitionSubject : public Subject {
             box.height = static_cast<qint16>(box.width * 296 / 232);
             box.x = static_cast<qint16>(240 - box.width / 2 + 70 * std::sin(t));
             box.y = static_cast<qint16>(380 - box.height / 2 + 50 * std::sin(t * 1.3));
-            const Verdict verdict = verdict_.value_or(Verdict{BoxState::Tracking, Reason::None});
-            box.state = static_cast<quint8>(verdict.state);
-            box.reason = static_cast<quint8>(verdict.reason);
+            const BoxVerdict verdict =
+                verdict_.value_or(BoxVerdict{FaceState::Tracking, failure::None});
+            box.state = verdict.state;
+            box.reason = verdict.reason;
         }
         device_.sendRecord(command::TrackingBox, 0, 0, box);
     }
 
-    void showVerdict(BoxState state, Reason reason) {
-        verdict_ = Verdict{state, reason};
+    void showVerdict(quint8 state, quint8 reason) {
+        verdict_ = BoxVerdict{state, reason};
         verdictTimer_.start();
         sendBox();
     }
@@ -142,7 +131,7 @@ class RecognitionSubject : public Subject {
 
     QString face(const QString& text) {
         if (text == QLatin1String("unknown")) {
-            fail(Reason::NotRegistered, kByFace);
+            fail(failure::NotRegistered, failure::ByFace);
             return done();
         }
         QString id = text.section(QLatin1Char(' '), 0, 0);
@@ -156,11 +145,11 @@ class RecognitionSubject : public Subject {
         if (!user)
             return failed(QStringLiteral("no such user, 'users' lists them"));
         if (verdict == QLatin1String("denied"))
-            recognise(*user, kByFace, Result::NotPermitted);
+            recognise(*user, failure::ByFace, Verdict::NotPermitted);
         else if (verdict == QLatin1String("registered"))
-            recognise(*user, kByFace, Result::Registered);
+            recognise(*user, failure::ByFace, Verdict::Registered);
         else if (verdict.isEmpty())
-            recognise(*user, kByFace);
+            recognise(*user, failure::ByFace);
         else
             return failed(QStringLiteral("denied or registered?"));
         return done();
@@ -170,79 +159,78 @@ class RecognitionSubject : public Subject {
         if (text.isEmpty())
             return failed(QStringLiteral("which card?"));
         if (const auto user = device_.users().findByCard(text))
-            recognise(*user, kByCard);
+            recognise(*user, failure::ByCard);
         else
-            fail(Reason::NotRegistered, kByCard);
+            fail(failure::NotRegistered, failure::ByCard);
         return done();
     }
 
-    void fail(Reason reason, quint8 method) {
+    void fail(quint8 reason, quint8 method) {
         finishPending();
-        if (method == kByFace)
-            showVerdict(BoxState::Failed, reason);
-        device_.send(command::RecognitionFailed, static_cast<quint8>(reason), method);
+        if (method == failure::ByFace)
+            showVerdict(FaceState::Failed, reason);
+        device_.send(command::RecognitionFailed, reason, method);
         record(newLog({}, method, work::AccessOnly), false);
     }
 
     int mode() const { return work::modeOf(device_.settings(), device_.status()); }
 
-    Result judge(const _gui_user_& user, int mode) {
+    quint8 judge(const _gui_user_& user, int mode) {
         const _gui_menu_& menu = device_.settings();
         const auto schedule = work::parseRange(fieldText(user.timeSchedule));
-        const bool mealOperation = menu.setup.operation == work::kMeals;
+        const bool mealOperation = menu.setup.operation == Operation::Meals;
         if ((schedule && !work::contains(*schedule, device_.now().time())) ||
             (mealOperation && mode == work::AccessOnly))
-            return Result::NoAccessTime;
-        if (menu.setup.alarmMode != 0 && user.rights == kInOutOnly)
-            return Result::NotPermitted;
+            return Verdict::NoAccessTime;
+        if (menu.setup.alarmMode != 0 && user.rights == UserRights::InOutOnly)
+            return Verdict::NotPermitted;
         if (mealOperation && mealTaken(fieldText(user.userId), mode))
-            return Result::MealTaken;
-        return Result::Accepted;
+            return Verdict::MealTaken;
+        return Verdict::Accepted;
     }
 
     bool mealTaken(const QString& userId, int mode) {
         const _gui_menu_& menu = device_.settings();
-        constexpr quint8 kRepeatedUse = 1;
-        if (menu.operation.doorOpenSetting == kRepeatedUse)
+        if (menu.operation.doorOpenSetting == MealRule::Repeated)
             return false;
         const QDateTime since = work::lastBeginning(work::mealPeriod(menu, mode), device_.now());
         return device_.logs().mealsSince(mode, since, userId) > 0;
     }
 
     /// Decides by the settings what becomes of the person unless @p given says it.
-    void recognise(const _gui_user_& user, quint8 method, std::optional<Result> given = {}) {
+    void recognise(const _gui_user_& user, quint8 method, std::optional<quint8> given = {}) {
         finishPending();
         const _gui_menu_& menu = device_.settings();
         const int present = mode();
-        const Result result = given ? *given : judge(user, present);
-        const bool attendance = menu.setup.operation == work::kAttendance;
-        constexpr quint8 kManual = 1;
-        const bool fixed = attendance && menu.operation.attendanceMode > kManual;
-        const bool accepted = result == Result::Accepted;
-        const bool known = accepted || result == Result::Registered;
+        const quint8 result = given ? *given : judge(user, present);
+        const bool attendance = menu.setup.operation == Operation::Attendance;
+        const bool fixed = attendance && menu.operation.attendanceMode > AttendanceRule::Chosen;
+        const bool accepted = result == Verdict::Accepted;
+        const bool known = accepted || result == Verdict::Registered;
 
         RecognitionResult shown{};
         std::memcpy(shown.userId, user.userId, sizeof shown.userId);
         std::memcpy(shown.customerId, user.customerId, sizeof shown.customerId);
         std::memcpy(shown.name, user.name, sizeof shown.name);
-        shown.result = static_cast<quint8>(result);
+        shown.result = result;
         shown.authMethod = method;
         shown.level = user.level;
         shown.rights = user.rights;
-        shown.score = method == kByFace ? kFaceScore : 0;
+        shown.score = method == failure::ByFace ? kFaceScore : 0;
         shown.demo = menu.setup.demo;
         shown.time = clockTime(device_.now());
         if (accepted && attendance) {
             shown.askAttendance =
-                !fixed && (present != work::AccessOnly || menu.operation.attendanceMode == kManual);
+                !fixed && (present != work::AccessOnly ||
+                           menu.operation.attendanceMode == AttendanceRule::Chosen);
             shown.attendanceEvent = fixed ? keyOfMode(present) : 0;
         }
-        if (method == kByFace)
-            showVerdict(known ? BoxState::Recognised : BoxState::Failed,
-                        known ? Reason::None : Reason::NotPermitted);
+        if (method == failure::ByFace)
+            showVerdict(known ? FaceState::Recognised : FaceState::Failed,
+                        known ? failure::None : failure::NotPermitted);
         device_.sendRecord(command::Recognised, 0, 0, shown);
 
-        if (menu.setup.demo != 0 || result == Result::Registered)
+        if (menu.setup.demo != 0 || result == Verdict::Registered)
             return;
         const GUI_LOGDATA log = newLog(user, method, present);
         if (!accepted) {
@@ -250,10 +238,9 @@ class RecognitionSubject : public Subject {
             return;
         }
         if (menu.setup.alarmMode != 0) {
-            constexpr quint8 kArm = 1;
-            device_.setArmed(menu.setup.alarmMode == kArm);
+            device_.setArmed(menu.setup.alarmMode == quint8(AlarmMode::Arm));
         }
-        const bool meal = menu.setup.operation == work::kMeals;
+        const bool meal = menu.setup.operation == Operation::Meals;
         if (meal || shown.askAttendance != 0)
             waitForKey(log);
         else
@@ -272,7 +259,7 @@ class RecognitionSubject : public Subject {
         log.authMethod = method;
         log.inOut = static_cast<quint8>(mode);
         log.manageMode = device_.settings().setup.alarmMode;
-        log.score = method == kByFace ? kFaceScore : 0;
+        log.score = method == failure::ByFace ? kFaceScore : 0;
         std::memcpy(log.visiblePicture, user.picture, sizeof log.visiblePicture);
         std::memcpy(log.infraredPicture, user.picture, sizeof log.infraredPicture);
         const ClockTime time = clockTime(device_.now());
@@ -306,7 +293,7 @@ class RecognitionSubject : public Subject {
     void record(GUI_LOGDATA log, bool accepted) {
         const _gui_menu_& menu = device_.settings();
         log.eventStatus = accepted;
-        const bool attendance = menu.setup.operation == work::kAttendance;
+        const bool attendance = menu.setup.operation == Operation::Attendance;
         const bool wanted = !accepted ? menu.operation.saveRecognitionFail != 0
                             : attendance && log.inOut == work::AccessOnly
                                 ? menu.operation.saveSimpleAccess != 0
@@ -320,45 +307,45 @@ class RecognitionSubject : public Subject {
         qCInfo(simDoorLog, "event %u: user %s mode %d %s", log.number,
                qUtf8Printable(fieldText(log.userId)), log.inOut, accepted ? "accepted" : "refused");
         if (report)
-            device_.sendRecord(command::AccessEvent, kNewEvent, 0, log);
+            device_.sendRecord(command::AccessEvent, command::event::New, 0, log);
         if (log.payCount > 0)
             emit device_.statusChanged();
     }
 
     void openDoor(int mode) {
         const _gui_menu_& menu = device_.settings();
-        if (menu.setup.operation == work::kMeals)
+        if (menu.setup.operation == Operation::Meals)
             return;  // the door's bytes say something else then
-        constexpr quint8 kOnArrival = 1;
-        constexpr quint8 kOnLeaving = 2;
-        const quint8 rule =
-            menu.setup.operation == work::kAttendance ? menu.operation.doorOpenSetting : quint8(0);
-        if ((rule == kOnArrival && mode != work::In && mode != work::Return) ||
-            (rule == kOnLeaving && mode != work::Out && mode != work::Break))
+        const quint8 rule = menu.setup.operation == Operation::Attendance
+                                ? menu.operation.doorOpenSetting
+                                : quint8(DoorRule::Always);
+        if ((rule == DoorRule::OnArrival && mode != work::In && mode != work::Return) ||
+            (rule == DoorRule::OnLeaving && mode != work::Out && mode != work::Break))
             return;
         device_.send(command::DoorOpened);
     }
 
     void sendOldestUnreported() {
         if (const auto log = device_.logs().oldestUnreported())
-            device_.sendRecord(command::AccessEvent, kOldEvent, 0, *log);
+            device_.sendRecord(command::AccessEvent, command::event::LeftOver, 0, *log);
     }
 
     // --- Keys of the terminal ------------------------------------------------------------
 
     void key(const Request& request) {
-        const quint8 key = request.p1;
-        if (key == kKeyDoorRing) {
+        const quint8 pressed = request.p1;
+        if (pressed == command::key::DoorRing) {
             reportVisitor();
-        } else if (key == kKeyHidden) {
+        } else if (pressed == command::key::ScreenHidden) {
             finishPending();
-        } else if (pending_ && key >= kKeyIn && key <= kKeyReturn &&
+        } else if (pending_ && pressed >= command::key::In && pressed <= command::key::Return &&
                    pending_->inOut < work::Breakfast) {
-            pending_->inOut = static_cast<quint8>(modeOfKey(key));
+            pending_->inOut = static_cast<quint8>(modeOfKey(pressed));
             finishPending();
-        } else if (pending_ && (key == kKeyPayOne || key == kKeyPaySeveral) &&
+        } else if (pending_ &&
+                   (pressed == command::key::PayOne || pressed == command::key::PaySeveral) &&
                    pending_->inOut >= work::Breakfast) {
-            pay(key == kKeyPayOne ? 1 : request.p2);
+            pay(pressed == command::key::PayOne ? 1 : request.p2);
         } else if (pending_) {
             waitForKey(*pending_);  // each press gives the person more time
         }
@@ -397,14 +384,11 @@ class RecognitionSubject : public Subject {
         return done();
     }
 
-    static constexpr quint8 kNewEvent = 0;  // AccessEvent
-    static constexpr quint8 kOldEvent = 1;
-
     QTimer trackTimer_;
     QTimer verdictTimer_;
     QTimer pendingTimer_;
     int trackFrame_ = 0;
-    std::optional<Verdict> verdict_;
+    std::optional<BoxVerdict> verdict_;
     std::optional<GUI_LOGDATA> pending_;
 };
 

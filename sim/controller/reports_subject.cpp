@@ -1,15 +1,13 @@
 #include <QFileInfo>
 
 #include "link/command_code.h"
+#include "link/command_parameters.h"
 #include "link/device_message.h"
 #include "sim/controller/device.h"
 #include "sim/controller/subjects.h"
 #include "sim/controller/terminal_link.h"
 
 namespace {
-
-constexpr quint8 kOk = 0;
-constexpr quint8 kFailed = 1;
 
 /// Reports whose first parameter chooses the terminal's popup.
 constexpr struct {
@@ -20,16 +18,14 @@ constexpr struct {
                {"firmware", command::FirmwareUpdateAnswer},
                {"logs", command::LogStoreReport}};
 
-/// What the controller tells without much of a state behind it: user counts, logs, link tests,
-/// resets, and the reports that end in a popup.
+/// What the controller tells without much of a state behind it: logs, link tests, resets, and
+/// the reports that end in a popup.
 class ReportsSubject : public Subject {
  public:
     explicit ReportsSubject(Device& device) : Subject(device) {
-        onRequest(command::AskUserCounts, [this](const Request&) {
-            device_.sendRecord(command::UserCountsAnswer, 0, 0, device_.settings().users);
-        });
         onRequest(command::TestLink, [this](const Request& request) {
-            device_.send(command::LinkTested, linksWork_ ? kOk : kFailed, request.p1);
+            device_.send(command::LinkTested,
+                         linksWork_ ? command::answer::Done : command::answer::Failed, request.p1);
         });
         onRequest(command::OpenDoor, [this](const Request&) { device_.send(command::DoorOpened); });
         onRequest(command::SpeakText, [this](const Request& request) {
@@ -40,12 +36,14 @@ class ReportsSubject : public Subject {
         onRequest(command::DeleteFullLogs, [this](const Request&) {
             deleteLogs();
             device_.send(command::FullLogsDeleted);
-            device_.send(command::LogStoreReport, kOk);
+            device_.send(command::LogStoreReport, command::log_store::Emptied);
         });
         onRequest(command::Initialise, [this](const Request& request) { initialise(request.p1); });
         onRequest(command::UpdateFirmware, [this](const Request&) {
             const QString archive = device_.dataPath(QStringLiteral("input/zel01.tar.bz2"));
-            device_.send(command::FirmwareUpdateAnswer, QFileInfo::exists(archive) ? kOk : kFailed);
+            device_.send(command::FirmwareUpdateAnswer, QFileInfo::exists(archive)
+                                                            ? command::answer::Done
+                                                            : command::answer::Failed);
         });
         onRequest(command::Reboot, [this](const Request&) { device_.link().drop(); });
 
@@ -69,7 +67,6 @@ class ReportsSubject : public Subject {
             device_.send(command::ShowLiveView);
             return done();
         });
-        onWord("users", "list the users", [this](const QString&) { return listUsers(); });
         onWord("logs", "list the newest events", [this](const QString&) { return listLogs(); });
     }
 
@@ -80,19 +77,18 @@ class ReportsSubject : public Subject {
     }
 
     void initialise(quint8 what) {
-        constexpr quint8 kLogs = 0;
-        constexpr quint8 kSettings = 1;
-        constexpr quint8 kAll = 2;
-        if (what == kLogs || what == kAll)
+        using namespace command::initialise;
+        if (what == Logs || what == Everything)
             deleteLogs();
-        if (what == kSettings || what == kAll)
+        if (what == Settings || what == Everything)
             device_.setSettings(factorySettings());
-        if (what == kAll) {
+        if (what == Everything) {
             for (const _gui_user_& user : device_.users().users())
                 device_.users().remove(fieldText(user.userId));
         }
         device_.usersChanged();
-        device_.send(command::Initialised, what <= kAll ? kOk : kFailed, what);
+        device_.send(command::Initialised,
+                     what <= Everything ? command::answer::Done : command::answer::Failed, what);
         device_.sendRecord(command::SettingsChanged, 0, 0, device_.settings());
     }
 
@@ -107,15 +103,6 @@ class ReportsSubject : public Subject {
             }
         }
         return failed(QStringLiteral("expected enrolment|delete|firmware|logs N"));
-    }
-
-    QString listUsers() {
-        QString list;
-        for (const _gui_user_& user : device_.users().users())
-            list +=
-                QStringLiteral("%1 card %2 %3\n")
-                    .arg(fieldText(user.userId), fieldText(user.cardNumber), fieldText(user.name));
-        return list + done();
     }
 
     QString listLogs() {

@@ -2,6 +2,7 @@
 
 #include "link/command_code.h"
 #include "link/frame.h"
+#include "link/record_values.h"
 #include "sim/controller/device.h"
 #include "sim/controller/subjects.h"
 #include "sim/controller/terminal_link.h"
@@ -12,7 +13,9 @@ namespace {
 constexpr struct {
     const char* word;
     quint32 bit;
-} kFaults[] = {{"touch", 0x04}, {"network", 0x10}, {"tamper", 0x40}};
+} kFaults[] = {{"touch", SelfCheckFault::kTouchPanel},
+               {"network", SelfCheckFault::kNetwork},
+               {"tamper", SelfCheckFault::kTamper}};
 
 /// Bytes that try a parser's patience without ever being a frame: start marks without link mark,
 /// a header that announces more than a frame may have, and plain rubbish.

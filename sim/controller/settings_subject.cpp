@@ -1,7 +1,9 @@
 #include <QLoggingCategory>
 #include <QStringList>
+#include <cstring>
 
 #include "link/command_code.h"
+#include "link/command_parameters.h"
 #include "sim/controller/device.h"
 #include "sim/controller/settings_fields.h"
 #include "sim/controller/subjects.h"
@@ -10,12 +12,16 @@ Q_LOGGING_CATEGORY(simSettingsLog, "zel.sim.settings", QtInfoMsg)
 
 namespace {
 
-constexpr quint8 kStored = 0;
-constexpr quint8 kRefused = 1;
-
-/// Network saves by where they come from: the management service sends only the terminal's own
-/// network.
-constexpr quint8 kNetworkByService = 4;
+NetworkBlock withService(NetworkBlock block, const ServiceNetwork& network) {
+    block.useManager = network.useManager;
+    std::memcpy(block.own.address, network.address, sizeof network.address);
+    std::memcpy(block.own.mask, network.mask, sizeof network.mask);
+    std::memcpy(block.own.gateway, network.gateway, sizeof network.gateway);
+    std::memcpy(block.own.dns, network.dns, sizeof network.dns);
+    std::memcpy(block.own.managerAddress, network.managerAddress, sizeof network.managerAddress);
+    block.own.managerPort = network.managerPort;
+    return block;
+}
 
 OperationBlock withSettings(OperationBlock block, const OperationSettings& settings) {
     block.attendanceMode = settings.attendanceMode;
@@ -134,9 +140,9 @@ class SettingsSubject : public Subject {
     void saveNetwork(const Request& request) {
         _gui_menu_ menu = device_.settings();
         bool stored = false;
-        if (request.p1 == kNetworkByService) {
-            if (const auto own = request.record<AddressBlock>()) {
-                menu.network.own = *own;
+        if (request.p1 == command::save::NetworkByService) {
+            if (const auto network = request.record<ServiceNetwork>()) {
+                menu.network = withService(menu.network, *network);
                 stored = true;
             }
         } else if (const auto network = request.record<NetworkBlock>()) {
@@ -154,7 +160,7 @@ class SettingsSubject : public Subject {
                       command::name(request.code, command::Direction::ToController),
                       request.payload.size());
         if (answer != kNoAnswer)
-            device_.send(answer, stored ? kStored : kRefused);
+            device_.send(answer, stored ? command::answer::Done : command::answer::Failed);
     }
 
     QString settings(const QString& text) {

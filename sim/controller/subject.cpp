@@ -1,7 +1,5 @@
 #include "sim/controller/subject.h"
 
-#include <utility>
-
-void Subject::onRequest(quint16 code, RequestHandler handler) {
-    requests_.append({code, std::move(handler)});
+void Subject::onRequest(quint16 code, const RequestHandler& handler) {
+    requests_.append({code, handler});
 }

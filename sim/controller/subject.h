@@ -54,7 +54,7 @@ class Subject : public WordSet {
     const QVector<QPair<quint16, RequestHandler>>& requests() const { return requests_; }
 
  protected:
-    void onRequest(quint16 code, RequestHandler handler);
+    void onRequest(quint16 code, const RequestHandler& handler);
 
     Device& device_;
 

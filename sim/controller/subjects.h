@@ -9,9 +9,11 @@
 std::vector<std::unique_ptr<Subject>> makeSubjects(Device& device);
 
 // Each is defined in the source file of its name.
+std::unique_ptr<Subject> makeFactorySubject(Device& device);
 std::unique_ptr<Subject> makeRecognitionSubject(Device& device);
 std::unique_ptr<Subject> makeReportsSubject(Device& device);
 std::unique_ptr<Subject> makeSessionSubject(Device& device);
 std::unique_ptr<Subject> makeSettingsSubject(Device& device);
 std::unique_ptr<Subject> makeStatusSubject(Device& device);
 std::unique_ptr<Subject> makeUsbSubject(Device& device);
+std::unique_ptr<Subject> makeUsersSubject(Device& device);

@@ -12,6 +12,7 @@
 
 #include "base/device_paths.h"
 #include "link/command_code.h"
+#include "link/command_parameters.h"
 #include "sim/controller/device.h"
 #include "sim/controller/subjects.h"
 #include "sim/controller/usb_files.h"
@@ -20,32 +21,8 @@ namespace {
 
 enum class Stick { Out, NoFolder, In };
 
-enum Kind : quint8 {
-    kLogs = 1,
-    kUsers = 2,
-    kSettings = 3,
-    kAll = 4,
-    kBackground = 5,
-    kCardKeys = 7,
-    kLogo = 8,
-    kLogsOfDays = 9,
-};
-
-// Of UsbState.
-constexpr quint8 kMounted = 0;
-constexpr quint8 kGone = 1;
-constexpr quint8 kPresent = 2;
-constexpr quint8 kMounting = 10;
-
-// Of all reports of exports, imports and upgrades.
-constexpr quint8 kDone = 0;
-constexpr quint8 kNoStick = 1;
-constexpr quint8 kNotExported = 2;
-constexpr quint8 kInvalidData = 5;
-constexpr quint8 kNoValidFile = 6;
-constexpr quint8 kBegun = 10;
-
-constexpr quint8 kUpgradeFailed = 1;
+namespace stick = command::stick;
+namespace transfer = command::transfer;
 
 constexpr int kMountTime = 300;  // milliseconds
 constexpr int kPace = 200;       // milliseconds between two reports of progress
@@ -77,7 +54,7 @@ class UsbSubject : public Subject {
  public:
     explicit UsbSubject(Device& device) : Subject(device) {
         onRequest(command::UsbMount, [this](const Request& request) {
-            if (request.p1 == 0)
+            if (request.p1 == stick::Mount)
                 mount();
             else
                 reportPresence();
@@ -87,7 +64,7 @@ class UsbSubject : public Subject {
         onRequest(command::UsbImportFile, [this](const Request& request) {
             const QByteArray path = request.payload;
             begin({command::FirmwareProgress, 0, 0, nextUpgrade_,
-                   [path] { return readable(path) ? kDone : kUpgradeFailed; }});
+                   [path] { return readable(path) ? transfer::Done : transfer::UpgradeFailed; }});
         });
         onWord("usb",
                "in|out|nofolder: the stick; export|import|firmware N: how the next one ends; pace "
@@ -98,7 +75,7 @@ class UsbSubject : public Subject {
         mountTimer_.setInterval(kMountTime);
         QObject::connect(&mountTimer_, &QTimer::timeout, &mountTimer_, [this] {
             if (stick_ != Stick::Out)
-                device_.send(command::UsbState, kMounted, stick_ == Stick::In ? 1 : 0);
+                device_.send(command::UsbState, stick::Mounted, stick_ == Stick::In ? 1 : 0);
         });
         progressTimer_.setInterval(kPace);
         QObject::connect(&progressTimer_, &QTimer::timeout, &progressTimer_, [this] { step(); });
@@ -132,15 +109,15 @@ class UsbSubject : public Subject {
     // --- The stick -------------------------------------------------------------------------
 
     void mount() {
-        device_.send(command::UsbState, kMounting);
+        device_.send(command::UsbState, stick::Mounting);
         mountTimer_.start();
     }
 
     void reportPresence() {
         if (stick_ == Stick::Out)
-            device_.send(command::UsbState, kGone);
+            device_.send(command::UsbState, stick::Gone);
         else
-            device_.send(command::UsbState, kPresent, stick_ == Stick::In ? 1 : 0);
+            device_.send(command::UsbState, stick::Present, stick_ == Stick::In ? 1 : 0);
     }
 
     /// What is on a stick goes with it.
@@ -158,7 +135,7 @@ class UsbSubject : public Subject {
         device_.stateChanged();
         // One that comes is mounted at once.
         if (stick_ == Stick::In)
-            device_.send(command::UsbState, kMounted, 1);
+            device_.send(command::UsbState, stick::Mounted, 1);
         else
             reportPresence();
         return done();
@@ -221,11 +198,11 @@ class UsbSubject : public Subject {
         job_.emplace(job);
         step_ = 0;
         if (stick_ != Stick::In) {
-            end(kNoStick);
+            end(transfer::NoStick);
             return;
         }
         if (job.progress != 0)
-            device_.send(job.report, job.kind, kBegun);
+            device_.send(job.report, job.kind, transfer::Running);
         progressTimer_.start();
     }
 
@@ -241,7 +218,7 @@ class UsbSubject : public Subject {
 
     void step() {
         if (stick_ != Stick::In) {
-            end(kNoStick);
+            end(transfer::NoStick);
             return;
         }
         const auto percent = static_cast<quint8>(qBound(0, step_ - 1, kSteps) * 100 / kSteps);
@@ -251,7 +228,7 @@ class UsbSubject : public Subject {
             return;
         }
         if (job_->progress == 0)
-            device_.send(job_->report, kBegun, percent);
+            device_.send(job_->report, transfer::Running, percent);
         else
             device_.send(job_->progress, phase(), percent);
         ++step_;
@@ -260,8 +237,10 @@ class UsbSubject : public Subject {
     /// Preparing, copying and completing are numbered differently by the two reports.
     quint8 phase() const {
         if (job_->progress == command::UsbSending)
-            return step_ == 0 ? 2 : 1;
-        return step_ == 0 ? 0 : step_ <= kSteps ? 1 : 2;
+            return step_ == 0 ? transfer::PreparingToSend : transfer::Sending;
+        return step_ == 0        ? transfer::Preparing
+               : step_ <= kSteps ? transfer::Copying
+                                 : transfer::Completing;
     }
 
     // --- Exports ---------------------------------------------------------------------------
@@ -269,22 +248,22 @@ class UsbSubject : public Subject {
     void beginExport(const Request& request) {
         const quint8 kind = request.p1;
         const auto dates = request.record<ExportDates>();
-        const bool someDays = kind == kLogsOfDays && request.p2 == 0;
+        const bool someDays = kind == transfer::LogsOfDays && request.p2 == transfer::SomeDays;
         const auto carryOut = [this, kind, dates, someDays]() -> quint8 {
             if (someDays && !dates)
-                return kNotExported;
+                return transfer::NotExported;
             switch (kind) {
-                case kLogs:
-                case kLogsOfDays:
+                case transfer::Logs:
+                case transfer::LogsOfDays:
                     return put("log", logs(someDays ? dates : std::nullopt));
-                case kUsers:
+                case transfer::Users:
                     return put("user", users());
-                case kSettings:
+                case transfer::Settings:
                     return put("settings", settings());
-                case kAll:
+                case transfer::Everything:
                     return put("all", everything());
                 default:
-                    return kNotExported;
+                    return transfer::NotExported;
             }
         };
         begin({command::UsbExported, kind, command::UsbProgress, nextExport_, carryOut});
@@ -293,7 +272,7 @@ class UsbSubject : public Subject {
     quint8 put(const char* what, const QByteArray& bytes) {
         const QString path =
             DevicePaths::at(kFolder) + QLatin1Char('/') + fileName(what, device_.now());
-        return write(path, bytes) ? kDone : kNotExported;
+        return write(path, bytes) ? transfer::Done : transfer::NotExported;
     }
 
     QByteArray logs(const std::optional<ExportDates>& dates) {
@@ -325,7 +304,8 @@ class UsbSubject : public Subject {
     void beginImport(const Request& request) {
         const quint8 kind = request.p1;
         const QByteArray path = request.payload;
-        const quint16 progress = kind == kUsers ? command::UsbSending : command::UsbProgress;
+        const quint16 progress =
+            kind == transfer::Users ? command::UsbSending : command::UsbProgress;
         begin({command::UsbImported, kind, progress, nextImport_,
                [this, kind, path] { return take(kind, path); }});
     }
@@ -338,34 +318,34 @@ class UsbSubject : public Subject {
 
     quint8 take(quint8 kind, const QByteArray& path) {
         if (!readable(path))
-            return kNoValidFile;
+            return transfer::NoValidFile;
         const QString name = *stickFile(path);
         switch (kind) {
-            case kBackground:
+            case transfer::Background:
                 return takePicture(name, device_.dataPath(QStringLiteral("Images/usb")));
-            case kLogo:
+            case transfer::Logo:
                 return takePicture(name, device_.dataPath(QStringLiteral("Images/logo")));
-            case kCardKeys:
-                return kDone;
+            case transfer::CardKeys:
+                return transfer::Done;
             default:
                 break;
         }
         QFile file(name);
         if (!file.open(QIODevice::ReadOnly))
-            return kNoValidFile;
+            return transfer::NoValidFile;
         QByteArray bytes = file.readAll();
         std::optional<QVector<_gui_menu_>> settings;
         std::optional<QVector<_gui_user_>> users;
         std::optional<QVector<GUI_LOGDATA>> logs;
-        if (kind == kSettings || kind == kAll)
+        if (kind == transfer::Settings || kind == transfer::Everything)
             settings = usb_files::take<_gui_menu_>(usb_files::Settings, bytes);
-        if (kind == kUsers || kind == kAll)
+        if (kind == transfer::Users || kind == transfer::Everything)
             users = usb_files::take<_gui_user_>(usb_files::Users, bytes);
-        if (kind == kLogs || kind == kAll)
+        if (kind == transfer::Logs || kind == transfer::Everything)
             logs = usb_files::take<GUI_LOGDATA>(usb_files::Logs, bytes);
-        if (!bytes.isEmpty() || (kind == kAll && !(settings && users && logs)) ||
+        if (!bytes.isEmpty() || (kind == transfer::Everything && !(settings && users && logs)) ||
             !(settings || users || logs) || (settings && settings->size() != 1))
-            return kInvalidData;
+            return transfer::InvalidData;
         takeRecords(users, logs);
         if (settings) {
             _gui_menu_ menu = settings->first();
@@ -373,7 +353,7 @@ class UsbSubject : public Subject {
             device_.setSettings(menu);
             device_.sendRecord(command::SettingsChanged, 0, 0, menu);
         }
-        return kDone;
+        return transfer::Done;
     }
 
     void takeRecords(const std::optional<QVector<_gui_user_>>& users,
@@ -395,11 +375,11 @@ class UsbSubject : public Subject {
         QImageReader reader(name);
         reader.setDecideFormatFromContent(true);
         if (!reader.canRead())
-            return kInvalidData;
+            return transfer::InvalidData;
         QDir().mkpath(folder);
         const QString copy = folder + QLatin1Char('/') + QFileInfo(name).fileName();
         QFile::remove(copy);
-        return QFile::copy(name, copy) ? kDone : kNoValidFile;
+        return QFile::copy(name, copy) ? transfer::Done : transfer::NoValidFile;
     }
 
     Stick stick_ = Stick::Out;

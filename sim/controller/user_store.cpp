@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "link/device_message.h"
+#include "link/record_values.h"
 #include "sim/common/portrait.h"
 
 namespace {
@@ -11,14 +12,10 @@ namespace {
 // present.
 constexpr char kSchema[] =
     "CREATE TABLE IF NOT EXISTS USER_T (IDX INTEGER PRIMARY KEY, USER_ID TEXT UNIQUE NOT NULL, "
-    "NAME TEXT, CARD_NO TEXT, MARK INTEGER NOT NULL, RECORD BLOB NOT NULL);"
-    "SELECT IDX, USER_ID, NAME, CARD_NO, MARK, RECORD FROM USER_T LIMIT 1;";
+    "NAME TEXT, CARD_NO TEXT, MARK INTEGER NOT NULL, REPORTED INTEGER NOT NULL, RECORD BLOB NOT "
+    "NULL);"
+    "SELECT IDX, USER_ID, NAME, CARD_NO, MARK, REPORTED, RECORD FROM USER_T LIMIT 1;";
 constexpr qint64 kPresent = 0;
-
-constexpr quint8 kAdministrator = 0;
-constexpr quint8 kVisitor = 2;
-constexpr quint8 kFaceOnly = 1;
-constexpr quint8 kInOutOnly = 1;
 
 /// Users that a fresh controller comes with: three scripts, every way of authentication, a name as
 /// long as names get, someone who may only come at night and someone without a picture.
@@ -32,13 +29,14 @@ const struct FirstUser {
     quint8 rights;
     bool picture;
 } kFirstUsers[] = {
-    {"01023456789", "김서연", "10000001", "", 2, kAdministrator, 0, true},
+    {"01023456789", "김서연", "10000001", "", 2, UserLevel::Administrator, 0, true},
     {"01098765432", "박지훈", "10000002", "", 2, 1, 0, true},
-    {"01055501234", "Emily Carter", "10000003", "", 2, 1, kInOutOnly, false},
+    {"01055501234", "Emily Carter", "10000003", "", 2, 1, UserRights::InOutOnly, false},
     {"01044447777", "佐藤 美咲", "", "", 4, 1, 0, true},
     {"01031313131", "Maximiliana Featherstonehaugh-Li", "10000005", "", 3, 1, 0, true},
-    {"01077778888", "이도윤", "10000006", "22:00~06:00", 0, 1, kInOutOnly, true},
-    {"01066665555", "中村 蓮", "", "", kFaceOnly, kVisitor, kInOutOnly, true},
+    {"01077778888", "이도윤", "10000006", "22:00~06:00", 0, 1, UserRights::InOutOnly, true},
+    {"01066665555", "中村 蓮", "", "", AuthMethod::Face, UserLevel::Visitor, UserRights::InOutOnly,
+     true},
 };
 
 }  // namespace
@@ -108,17 +106,18 @@ std::optional<_gui_user_> UserStore::findByCard(const QString& cardNumber) {
     return first(query.bind(1, cardNumber));
 }
 
-void UserStore::store(const _gui_user_& user) {
+void UserStore::store(const _gui_user_& user, bool reported) {
     database_
         .prepare(
-            "INSERT INTO USER_T (USER_ID, NAME, CARD_NO, MARK, RECORD) "
-            "VALUES (?1, ?2, NULLIF(?3, ''), ?4, ?5) ON CONFLICT (USER_ID) DO UPDATE SET "
-            "NAME=?2, CARD_NO=NULLIF(?3, ''), MARK=?4, RECORD=?5")
+            "INSERT INTO USER_T (USER_ID, NAME, CARD_NO, MARK, REPORTED, RECORD) "
+            "VALUES (?1, ?2, NULLIF(?3, ''), ?4, ?5, ?6) ON CONFLICT (USER_ID) DO UPDATE SET "
+            "NAME=?2, CARD_NO=NULLIF(?3, ''), MARK=?4, REPORTED=?5, RECORD=?6")
         .bind(1, fieldText(user.userId))
         .bind(2, fieldText(user.name))
         .bind(3, fieldText(user.cardNumber))
         .bind(4, kPresent)
-        .bind(5, QByteArray(reinterpret_cast<const char*>(&user), sizeof user))
+        .bind(5, qint64(reported))
+        .bind(6, QByteArray(reinterpret_cast<const char*>(&user), sizeof user))
         .step();
 }
 
@@ -129,15 +128,25 @@ bool UserStore::remove(const QString& userId) {
     return true;
 }
 
+std::optional<_gui_user_> UserStore::oldestUnreported() {
+    SqliteStatement query = database_.prepare(
+        "SELECT RECORD FROM USER_T WHERE MARK<160 AND REPORTED=0 ORDER BY IDX LIMIT 1");
+    return first(query);
+}
+
+void UserStore::setReported(const QString& userId) {
+    database_.prepare("UPDATE USER_T SET REPORTED=1 WHERE USER_ID=?1").bind(1, userId).step();
+}
+
 UserCounts UserStore::counts() {
     UserCounts counts{};
     for (const _gui_user_& user : users()) {
         ++counts.all;
-        ++(user.level == kAdministrator ? counts.admin
-           : user.level == kVisitor     ? counts.visitor
-                                        : counts.general);
-        counts.inOut += user.rights == kInOutOnly;
-        counts.faceOnly += user.authMethod == kFaceOnly;
+        ++(user.level == UserLevel::Administrator ? counts.admin
+           : user.level == UserLevel::Visitor     ? counts.visitor
+                                                  : counts.general);
+        counts.inOut += user.rights == UserRights::InOutOnly;
+        counts.faceOnly += user.authMethod == AuthMethod::Face;
     }
     return counts;
 }

@@ -18,11 +18,15 @@ class UserStore {
     QVector<_gui_user_> users();
     std::optional<_gui_user_> find(const QString& userId);
     std::optional<_gui_user_> findByCard(const QString& cardNumber);
-    /// Adds the user, or replaces the one with the same userId.
-    void store(const _gui_user_& user);
+    /// Adds the user, or replaces the one with the same userId. @p reported: the management service
+    /// knows of the user.
+    void store(const _gui_user_& user, bool reported = false);
     /// Marks the user as deleted, as the table's readers expect. False if there is none.
     bool remove(const QString& userId);
     UserCounts counts();
+
+    std::optional<_gui_user_> oldestUnreported();
+    void setReported(const QString& userId);
 
  private:
     std::optional<_gui_user_> first(SqliteStatement& query);

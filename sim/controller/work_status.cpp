@@ -16,20 +16,17 @@ int endMinutes(const _byte4_time_se_& range) {
 }
 
 int attendanceStatus(const OperationBlock& operation, const QDateTime& now) {
-    constexpr quint8 kManual = 1;
-    if (operation.attendanceMode > kManual)
-        return operation.attendanceMode - kManual;  // fixed to one event
+    if (operation.attendanceMode > AttendanceRule::Chosen)
+        return operation.attendanceMode - AttendanceRule::Chosen;  // fixed to one event
 
-    constexpr quint8 kHolidayAsWeekday = 1;
-    constexpr quint8 kHolidayAsSaturday = 2;
     const int day = now.date().dayOfWeek();
     const bool holiday = day == Qt::Sunday;
     bool saturday = day == Qt::Saturday;
     if (holiday) {
-        if (operation.holidayRule != kHolidayAsWeekday &&
-            operation.holidayRule != kHolidayAsSaturday)
+        if (operation.holidayRule != HolidayRule::AsWeekday &&
+            operation.holidayRule != HolidayRule::AsSaturday)
             return 0;
-        saturday = operation.holidayRule == kHolidayAsSaturday;
+        saturday = operation.holidayRule == HolidayRule::AsSaturday;
     }
     if (contains(saturday ? operation.saturdayIn : operation.weekdayIn, now.time()))
         return 1;
@@ -60,9 +57,9 @@ bool contains(const _byte4_time_se_& range, const QTime& time) {
 
 int statusAt(const _gui_menu_& settings, const QDateTime& now) {
     switch (settings.setup.operation) {
-        case kAttendance:
+        case Operation::Attendance:
             return attendanceStatus(settings.operation, now);
-        case kMeals:
+        case Operation::Meals:
             return mealStatus(settings, now.time());
         default:
             return 0;
@@ -72,7 +69,7 @@ int statusAt(const _gui_menu_& settings, const QDateTime& now) {
 int modeOf(const _gui_menu_& settings, int status) {
     if (status < 1 || status > 4)
         return AccessOnly;
-    if (settings.setup.operation == kMeals)
+    if (settings.setup.operation == Operation::Meals)
         return Breakfast + status - 1;
     return status == 4 ? Return : status;
 }

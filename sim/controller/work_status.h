@@ -4,15 +4,13 @@
 #include <optional>
 
 #include "link/device_records.h"
+#include "link/record_values.h"
 
 /// What the controller makes of the stored periods.
 namespace work {
 
 /// Operating modes as they stand in logs.
 enum Mode { AccessOnly = 0, In = 1, Out = 2, Break = 3, Return = 5, Breakfast = 6, Supper = 9 };
-
-constexpr quint8 kAttendance = 1;  // SetupBlock::operation
-constexpr quint8 kMeals = 2;
 
 /// The status number reported at @p now: 1 to 4 for the attendance event or the meal in force, 0
 /// outside of every period.

@@ -65,7 +65,7 @@ void decodeAll(const QByteArray& body) {
     setup.value.applyTo(settings);
     if (settings.setup.doorOpenDuration > 20 || settings.screen.menuTimeout > 3)
         std::abort();
-    const auto firmware = terminal_routes::decodeFirmwareUpdate(body, settings);
+    const auto firmware = terminal_routes::decodeFirmwareUpdate(body, QStringLiteral("0.0.0.0"));
     if (firmware.ok() && !firmware.value.address.startsWith(QLatin1String("http://0.0.0.0")) &&
         !setup.ok())
         std::abort();

@@ -2,6 +2,7 @@
 
 #include <QScrollBar>
 
+#include "app/management_link.h"
 #include "link/command_code.h"
 #include "link/device_records.h"
 #include "screens/recognize/operation_settings_form.h"
@@ -124,6 +125,14 @@ template <unsigned short code, unsigned char p1, unsigned char p2>
 void usbReport(Stage& stage) {
     withStick(stage);
     stage.receive(code, p1, p2);
+}
+
+/// A firmware archive of @p total bytes that is half here.
+void downloading(Stage& stage, qint64 total) {
+    stage.open(QStringLiteral("stayWindow"));
+    stage.window().fwFileDownloadStart(QString());
+    emit stage.window().managementLink()->downloads().progress(
+        1000000, total, DownloadManager::speedText(2000000, 1000));
 }
 
 struct NamedState {
@@ -298,6 +307,8 @@ constexpr NamedState kStates[] = {
      [](Stage& stage) { keypad(stage, InputField::Latin, "symbols"); }},
     {"userSearch_InfoWindow", "keypad-more-symbols",
      [](Stage& stage) { keypad(stage, InputField::Latin, "symbols shift"); }},
+    {"upgradingWindow", "downloading", [](Stage& stage) { downloading(stage, 2000000); }},
+    {"upgradingWindow", "downloading-without-length", [](Stage& stage) { downloading(stage, -1); }},
     {"upgradingWindow", "updated",
      [](Stage& stage) { stage.receive(command::FirmwareUpdateAnswer, 0); }},
     {"InputAdminPassword", "typed", typedPassword},

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QObject>
+#include <QRegion>
+#include <vector>
+
+class QWidget;
+
+/// Tells whether a screen has been painted.
+class PaintWatch : public QObject {
+ public:
+    explicit PaintWatch(const QWidget* screen);
+    /// Runs the event loop until the frame is complete.
+    void wait() const;
+
+ protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+    const QWidget* const screen_;
+    bool painted_ = false;
+};
+
+/// Counts the pixels that each frame of a window paints anew.
+class PaintMeter : public QObject {
+ public:
+    explicit PaintMeter(const QWidget* window);
+    /// Pixels of each frame since the meter was made.
+    std::vector<double> frames();
+
+ protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+    void endFrame();
+
+    const QWidget* const window_;
+    QRegion region_;  // of the present frame
+    std::vector<double> frames_;
+};
+
+/// Asks for the whole of @p screen to be painted anew and waits for it.
+void repaint(QWidget* screen);
