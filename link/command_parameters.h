@@ -39,7 +39,7 @@ enum : std::uint8_t { New = 0, All = 1 };
 /// The commands that save settings, first. Two of them tell who saves.
 namespace save {
 enum : std::uint8_t { Settings = 1 };
-enum : std::uint8_t { SetupAtTerminal = 1, SetupByService = 2 };        // SaveDeviceSetup
+enum : std::uint8_t { SetupAtTerminal = 1, SetupByService = 2 };     // SaveDeviceSetup
 enum : std::uint8_t { TcpIp = 1, Cloud = 2, NetworkByService = 4 };  // SaveNetwork
 }  // namespace save
 

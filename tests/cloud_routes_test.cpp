@@ -2,7 +2,6 @@
 
 #include <QDir>
 #include <QElapsedTimer>
-#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTemporaryDir>
@@ -12,17 +11,10 @@
 #include "cloud/command_folder.h"
 #include "cloud/parameters.h"
 #include "cloud/terminal_routes.h"
-#include "cloud/user_routes.h"
 #include "cloud/user_table.h"
 #include "link/device_message.h"
 
 namespace {
-
-QByteArray userBody(const QString& cardNo, const QJsonObject& more = {}) {
-    QJsonObject info = more;
-    info.insert(QStringLiteral("cardInfo"), QJsonObject{{QStringLiteral("cardNo"), cardNo}});
-    return QJsonDocument(QJsonObject{{QStringLiteral("userInfo"), info}}).toJson();
-}
 
 QByteArray device(const QByteArray& content) {
     return "{\"DeviceSettings\":{" + content + "}}";
@@ -70,114 +62,6 @@ class CloudRoutesTest : public QObject {
  private slots:
     void initTestCase() { qputenv("ZEL_ROOT", root_.path().toLocal8Bit()); }
     void init() { QDir(root_.path() + QStringLiteral("/mnt")).removeRecursively(); }
-
-    void cardNumbersAreChecked_data() {
-        QTest::addColumn<QString>("cardNo");
-        QTest::addColumn<int>("sendAndGet");
-        QTest::addColumn<int>("remove");
-        QTest::newRow("empty") << "" << 3001 << 9999;
-        QTest::newRow("5") << "12345" << 3001 << 1000;
-        QTest::newRow("6") << "12345a" << 1000 << 1000;
-        QTest::newRow("11") << "1234567890Z" << 1000 << 1000;
-        QTest::newRow("12") << "123456789012" << 3001 << 1000;
-        QTest::newRow("17") << "12345678901234567" << 3001 << 9999;
-        QTest::newRow("path") << "../etc/x" << 9999 << 9999;
-        QTest::newRow("dots") << "......" << 9999 << 9999;
-        QTest::newRow("underscore") << "12_456" << 9999 << 9999;
-        QTest::newRow("line break") << "123456\n" << 9999 << 9999;
-        QTest::newRow("NUL") << QString(QLatin1String("123\0456", 7)) << 9999 << 9999;
-        QTest::newRow("other letters") << QString::fromUtf8("가나다라마바") << 9999 << 9999;
-    }
-    void cardNumbersAreChecked() {
-        QFETCH(QString, cardNo);
-        QFETCH(int, sendAndGet);
-        QFETCH(int, remove);
-        QCOMPARE(user_routes::decodeUserDataSend(userBody(cardNo)).code, sendAndGet);
-        QCOMPARE(user_routes::decodeUserDataGet(userBody(cardNo)).code, sendAndGet);
-        QCOMPARE(user_routes::decodeUserDataDelete(userBody(cardNo)).code, remove);
-        QCOMPARE(terminal_routes::decodeRunEnrollMode(userBody(cardNo)).code, remove);
-    }
-
-    /// Whatever does not fit is refused as a whole, on every route.
-    void badBodiesAreRefused_data() {
-        QTest::addColumn<QByteArray>("body");
-        QTest::newRow("none") << QByteArray();
-        QTest::newRow("array") << QByteArray("[{}]");
-        QTest::newRow("half") << QByteArray("{\"DeviceSettings\":{");
-        QTest::newRow("nested") << QByteArray("{\"DeviceSettings\":") + QByteArray(100000, '[');
-        QTest::newRow("empty") << QByteArray("{}");
-        QTest::newRow("wrong group")
-            << QByteArray(R"({"DeviceSettings":5,"TimeSettings":[],"userInfo":""})");
-        for (const char* const bad : {R"("DoorOpenDuration":"0")",
-                                      R"("DoorOpenDuration":21)",
-                                      R"("DoorOpenDuration":"")",
-                                      R"("DoorOpenDuration":1.5)",
-                                      R"("DoorOpenDuration":-1)",
-                                      R"("DoorOpenDuration":"+5")",
-                                      R"("DoorOpenDuration":" 5")",
-                                      R"("DoorOpenDuration":1e300)",
-                                      R"("DoorOpenDuration":null)",
-                                      R"("DoorOpenDuration":[5])",
-                                      R"("AdminPassword":"")",
-                                      R"("AdminPassword":"12a4")",
-                                      R"("AdminPassword":"1234\n")",
-                                      R"("AdminPassword":"123456789")",
-                                      R"("AdminPassword":1234)",
-                                      R"("DeviceNo":4294967296)",
-                                      R"("time":"2031-02-29 10:00:00")",
-                                      R"("time":"2031-12-24")",
-                                      R"("time":"")",
-                                      R"("time":"2031-12-24 24:00:00")",
-                                      R"("time":"1999-12-24 10:00:00")",
-                                      R"("CommType":{"IPAddress":""})",
-                                      R"("CommType":{"IPAddress":"0.0.0.0"})",
-                                      R"("CommType":{"IPAddress":"10.0.0"})",
-                                      R"("CommType":{"IPAddress":"10.0.0.256"})",
-                                      R"("CommType":{"IPAddress":"10.0.0.5\n"})",
-                                      R"("CommType":{"IPAddress":167772165})",
-                                      R"("CommType":{"PortNo":0})",
-                                      R"("CommType":{"PortNo":65536})",
-                                      R"("Environment":{"ScreenSettings":{"MenuTimeout":15}})",
-                                      R"("Environment":{"ScreenSettings":[]})",
-                                      R"("Environment":0)"})
-            QTest::newRow(bad) << device(bad);
-        for (const char* const bad :
-             {R"({"TimeSettings":{"Date":"2031-12-24"}})",
-              R"({"TimeSettings":{"Date":"2031-13-24","Time":"23:59:58"}})",
-              R"({"TimeSettings":{"Date":"31-12-24","Time":"23:59:58"}})",
-              R"({"TimeSettings":{"Date":"2031-12-24","Time":"23:59"}})", R"({"system":"explode"})",
-              R"({"system":1})", R"({"firmFile":"@evil/x"})", R"({"firmFile":":80@evil/x"})",
-              R"({"firmFile":".evil.com/x"})", R"({"firmFile":""})", R"({"firmFile":":x/y"})",
-              R"({"firmFile":":99999/y"})", R"({"firmFile":"/y","version":5})"})
-            QTest::newRow(bad) << QByteArray(bad);
-    }
-    void badBodiesAreRefused() {
-        QFETCH(QByteArray, body);
-        QCOMPARE(terminal_routes::decodeDeviceSet(body).code, 9999);
-        QCOMPARE(terminal_routes::decodeTimeSet(body).code, 9999);
-        QCOMPARE(terminal_routes::decodeSystemSet(body).code, 9999);
-        QCOMPARE(terminal_routes::decodeFirmwareUpdate(body, QStringLiteral("10.0.0.5")).code,
-                 9999);
-        QCOMPARE(terminal_routes::decodeRunEnrollMode(body).code, 9999);
-        QCOMPARE(user_routes::decodeUserDataSend(body).code, 3001);
-        QCOMPARE(user_routes::decodeUserDataGet(body).code, 3001);
-        QCOMPARE(user_routes::decodeUserDataDelete(body).code, 9999);
-    }
-
-    void userValuesOfTheWrongTypeAreRefused() {
-        const auto send = [](const char* key, const QJsonValue& value) {
-            const QJsonObject more{{QLatin1String(key), value}};
-            return user_routes::decodeUserDataSend(userBody(QStringLiteral("123456"), more)).code;
-        };
-        const auto face = [](const QString& base64) {
-            return QJsonObject{{QStringLiteral("visImg"), base64}};
-        };
-        QCOMPARE(send("authType", 5), 9999);
-        QCOMPARE(send("user", QJsonArray{}), 9999);
-        QCOMPARE(send("templateFile", QString(QChar(0xD800))), 9999);
-        QCOMPARE(send("faceVisible", face(QStringLiteral("@@@@"))), 9999);
-        QCOMPARE(send("faceVisible", face(QStringLiteral("/9j/\r\n/9j/"))), 1000);
-    }
 
     void deviceSettingsChangeOnlyWhatIsGiven() {
         _gui_menu_ before = managedBy(5);

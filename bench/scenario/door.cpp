@@ -17,6 +17,7 @@
 #include "base/device_paths.h"
 #include "bench/scenario/figures.h"
 #include "bench/scenario/painting.h"
+#include "bench/scenario/program.h"
 #include "bench/scenario/scenarios.h"
 #include "link/command_code.h"
 #include "link/device_records.h"
@@ -66,12 +67,6 @@ class Door {
 
 double milliseconds(const QElapsedTimer& timer) {
     return static_cast<double>(timer.nsecsElapsed()) / 1e6;
-}
-
-void run(int time) {
-    QEventLoop loop;
-    QTimer::singleShot(time, Qt::PreciseTimer, &loop, &QEventLoop::quit);
-    loop.exec();
 }
 
 double sum(const std::vector<double>& values) {
@@ -179,10 +174,10 @@ bool measureTracking() {
     QObject::connect(&timer, &QTimer::timeout, &timer,
                      [&] { door.send(command::TrackingBox, face(++frame)); });
     timer.start(1000 / kFramesPerSecond);
-    run(1000);
+    runEvents(1000);
     meter.frames();
     const double before = cpuTime();
-    run(kTrackingTime);
+    runEvents(kTrackingTime);
     const double used = cpuTime() - before;
     timer.stop();
     const std::vector<double> painted = meter.frames();
@@ -212,10 +207,10 @@ bool measureTracking() {
 bool measureStandby() {
     Door door;
     door.open(QStringLiteral("stayWindow"));
-    run(1000);
+    runEvents(1000);
     const QImage before = door.window().grab().toImage();
     PaintMeter meter(&door.window());
-    run(kMinute);
+    runEvents(kMinute);
     const std::vector<double> painted = meter.frames();
     const QImage after = door.window().grab().toImage();
     Figures::title("Standby screen, one minute");

@@ -17,7 +17,7 @@ struct Scenario {
 constexpr Scenario kScenarios[] = {
     {"start", &measureStart},   {"idle", &measureIdle},         {"screens", &measureScreens},
     {"result", &measureResult}, {"tracking", &measureTracking}, {"standby", &measureStandby},
-    {"rest", &measureRest},     {"users", &measureUsers},
+    {"rest", &measureRest},     {"users", &measureUsers},       {"load", &measureLoad},
 };
 
 void setFreePort(const char* variable) {
@@ -28,7 +28,7 @@ void setFreePort(const char* variable) {
 
 int main(int argc, char** argv) {
     for (const Scenario& scenario : kScenarios) {
-        if (argc != 2 || std::strcmp(argv[1], scenario.name) != 0)
+        if (argc < 2 || std::strcmp(argv[1], scenario.name) != 0)
             continue;
         // The start makes nearly two hundred links. On the device their targets are short and lie
         // in the link itself; below a long path on a disk each would take a block of its own.

@@ -3,8 +3,11 @@
 #include <time.h>
 
 #include <QDeadlineTimer>
+#include <QDir>
+#include <QEventLoop>
 #include <QFile>
 #include <QTcpServer>
+#include <QTimer>
 
 namespace {
 
@@ -62,6 +65,12 @@ double Program::cpuTime() const {
     return static_cast<double>(nanoseconds(clock)) / 1e9;
 }
 
+int Program::countOf(const char* folder) const {
+    const QString path =
+        QStringLiteral("/proc/%1/%2").arg(process_.processId()).arg(QLatin1String(folder));
+    return QDir(path).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size();
+}
+
 double residentMemory(const QString& pid) {
     QFile status(QStringLiteral("/proc/%1/status").arg(pid));
     if (!status.open(QIODevice::ReadOnly))
@@ -78,4 +87,10 @@ quint16 freePort() {
     QTcpServer probe;
     probe.listen(QHostAddress::LocalHost);
     return probe.serverPort();
+}
+
+void runEvents(int milliseconds) {
+    QEventLoop loop;
+    QTimer::singleShot(milliseconds, Qt::PreciseTimer, &loop, &QEventLoop::quit);
+    loop.exec();
 }

@@ -20,8 +20,13 @@ class Program {
     double residentMemory() const;
     /// CPU time of all its threads so far, in seconds; -1 when the program has ended.
     double cpuTime() const;
+    /// Its threads and open files.
+    int threads() const { return countOf("task"); }
+    int descriptors() const { return countOf("fd"); }
 
  private:
+    int countOf(const char* folder) const;
+
     QProcess process_;
     qint64 started_ = 0;  // CLOCK_MONOTONIC, nanoseconds
 };
@@ -31,3 +36,6 @@ double residentMemory(const QString& pid);
 
 /// A TCP port of loopback that is free now.
 quint16 freePort();
+
+/// Runs the event loop for @p milliseconds.
+void runEvents(int milliseconds);

@@ -23,3 +23,6 @@ bool measureTracking();
 bool measureStandby();
 /// The list of 10,000 users from the REST server, beside the query that it takes.
 bool measureUsers();
+/// The terminal under mixed load for ten minutes, or as many as the next argument says: what grows,
+/// and how soon frames are answered meanwhile.
+bool measureLoad();

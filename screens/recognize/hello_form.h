@@ -10,6 +10,6 @@ class HelloForm : public OkForm {
     using OkForm::OkForm;
 
     void welcome();
-    /// @p result as in RecognitionResult, other than accepted and registered.
-    void refuse(int result);
+    /// @p nextMeal: nothing but the time stands in the way.
+    void refuse(bool nextMeal);
 };

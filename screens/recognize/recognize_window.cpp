@@ -178,7 +178,7 @@ void RecognizeWindow::selectMenu() {
         if (accepted() || result_.result == Verdict::Registered)
             ui_->helloForm->welcome();
         else
-            ui_->helloForm->refuse(result_.result);
+            ui_->helloForm->refuse(betweenMeals());
         showLower({ui_->helloForm});
     }
 }
@@ -333,6 +333,12 @@ bool RecognizeWindow::accepted() const {
 bool RecognizeWindow::asksPayment() const {
     return accepted() && workMode_ != WorkMode::AccessOnly &&
            WorkState::isMealOperation(MainWindow::getMainWindow()->menuRecord());
+}
+
+bool RecognizeWindow::betweenMeals() const {
+    return result_.result == Verdict::MealTaken ||
+           (result_.result == Verdict::NoAccessTime && workMode_ == WorkMode::AccessOnly &&
+            WorkState::isMealOperation(MainWindow::getMainWindow()->menuRecord()));
 }
 
 LiveView* RecognizeWindow::live() const {

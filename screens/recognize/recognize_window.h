@@ -68,6 +68,7 @@ class RecognizeWindow : public WindowForm {
     QString resultKey() const;
     bool accepted() const;
     bool asksPayment() const;
+    bool betweenMeals() const;
     LiveView* live() const;
 
     std::unique_ptr<Ui::RecognizeWindow> ui_;
