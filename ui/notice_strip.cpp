@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr int kHeight = 28;  // ends above the titles of bars and bands
+constexpr int kHeight = 24;  // ends above the titles of bars and bands
 constexpr int kIcon = 20;
 constexpr int kGap = 8;
 constexpr int kMargin = 12;

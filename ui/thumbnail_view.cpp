@@ -19,6 +19,7 @@ class LargePhoto : public DismissibleOverlay {
         : DismissibleOverlay(owner), photo_(new ThumbnailView(card())) {
         setObjectName(QStringLiteral("LargePhoto"));
         photo_->setAttribute(Qt::WA_TransparentForMouseEvents);
+        photo_->setEnlargeable(false);
         photo_->setPhoto(photo);
         photo_->resize(photo.size().scaled(kInnerWidth, kTallest, Qt::KeepAspectRatio));
     }

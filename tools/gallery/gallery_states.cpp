@@ -6,6 +6,7 @@
 #include "link/command_code.h"
 #include "link/device_records.h"
 #include "screens/recognize/operation_settings_form.h"
+#include "sim/common/portrait.h"
 #include "tools/gallery/door_states.h"
 #include "tools/gallery/stage.h"
 #include "ui/combo.h"
@@ -13,6 +14,7 @@
 #include "ui/input_field.h"
 #include "ui/list_row.h"
 #include "ui/scroll_list.h"
+#include "ui/thumbnail_view.h"
 
 namespace {
 
@@ -74,6 +76,16 @@ void dialog(Stage& stage, DialogForm::ButtonType buttons, DialogForm::Icon icon,
     dialog->setCancelText(script("TopMenu_Cancel"));
     dialog->setDanger(danger);
     stage.showAdded();
+}
+
+void largePhoto(Stage& stage) {
+    QPixmap photo;
+    photo.loadFromData(portrait::jpeg(0));
+    auto* thumbnail = stage.add<ThumbnailView>(QRect(28, 100, 128, 152));
+    thumbnail->setObjectName(QStringLiteral("userPhoto"));
+    thumbnail->setPhoto(photo);
+    stage.showAdded();
+    stage.touch(thumbnail->objectName());
 }
 
 /// The attendance mode is not automatic: its times do not count.
@@ -317,6 +329,7 @@ constexpr NamedState kStates[] = {
      [](Stage& stage) { stage.press(QStringLiteral("authFaceOrCardRow")); }},
     {"userSearch_idWindow", "keypad-digits",
      [](Stage& stage) { keypad(stage, InputField::Digits, "0 1 0 2 3 4 5", "010"); }},
+    {"userSearch_InfoWindow", "photo", largePhoto},
     {"userSearch_InfoWindow", "keypad-first-page",
      [](Stage& stage) { keypad(stage, InputField::Any, ""); }},
     {"userSearch_InfoWindow", "keypad-hangul",

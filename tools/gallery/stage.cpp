@@ -9,6 +9,7 @@
 #include "link/device_message.h"
 #include "sim/controller/device.h"
 #include "ui/dialog_overlay.h"
+#include "ui/notice_strip.h"
 #include "ui/scripted.h"
 #include "ui/scroll_list.h"
 #include "ui/spinner.h"
@@ -101,6 +102,9 @@ void Stage::clear() {
         pressed_->cancelTouch();
     if (DialogOverlay* dialog = DialogOverlay::current(window_.get()))
         dialog->hide();
+    const QList<NoticeStrip*> strips = window_->findChildren<NoticeStrip*>();
+    for (NoticeStrip* strip : strips)
+        strip->hide();
     window_->removeTouchKey();
     for (const QPointer<QWidget>& widget : qAsConst(added_))
         delete widget;
