@@ -117,17 +117,6 @@ class ServiceSimTest : public QObject {
         // Deep enough to exhaust a recursion that nothing bounds.
         QCOMPARE(codeOf(call("connect", QByteArray(1000000, '['))), QStringLiteral("9999"));
     }
-
-    void whatIsPrintedIsShortAndPlain() {
-        const QByteArray picture = QByteArray(30000, 'x').toBase64();
-        const QString text = call_text::shortBody("{\"info\":{\"visImg\":\"" + picture +
-                                                  "\",\"infImg\":\"\",\"name\":\"a\u009b31m\"," +
-                                                  "\"list\":[\"" + QByteArray(500, 'y') + "\"]}}");
-        QVERIFY2(text.contains(QLatin1String("30000 bytes")), qPrintable(text));
-        QVERIFY(text.contains(QLatin1String("a.31m")) && text.contains(QLatin1String("(500 ")));
-        QVERIFY(text.size() < 300);
-        QCOMPARE(call_text::shortBody("no\x1b[2Jjson\n"), QStringLiteral("no.[2Jjson."));
-    }
 };
 
 QTEST_GUILESS_MAIN(ServiceSimTest)
