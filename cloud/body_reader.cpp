@@ -1,13 +1,14 @@
 #include "cloud/body_reader.h"
 
-#include <QJsonDocument>
 #include <QJsonValue>
 
+#include "cloud/json_input.h"
+
 BodyReader::BodyReader(const QByteArray& body) {
-    const QJsonDocument document = QJsonDocument::fromJson(body);
-    if (!document.isObject())
+    if (const auto object = readJsonObject(body))
+        object_ = *object;
+    else
         fault();
-    object_ = document.object();
 }
 
 BodyReader BodyReader::group(const char* key) {

@@ -10,6 +10,7 @@
 
 #include "base/device_paths.h"
 #include "cloud/cloud_log.h"
+#include "cloud/json_input.h"
 #include "cloud/network_helper.h"
 #include "cloud/rest_server.h"
 #include "link/device_message.h"
@@ -44,7 +45,7 @@ struct Answer {
 
 Answer answerOf(QNetworkReply* reply) {
     Answer answer;
-    answer.object = QJsonDocument::fromJson(reply->readAll()).object();
+    answer.object = readJsonObject(reply->readAll()).value_or(QJsonObject());
     const QJsonValue code = answer.object.value(QLatin1String("resultCode"));
     if (code.isString()) {
         bool ok = false;
@@ -104,8 +105,8 @@ void RestClass::run() {
         if (stopped_)
             return;
         const Pistache::Port port(DevicePaths::restPort());
-        server_ =
-            std::make_unique<RestServer>(Pistache::Address(Pistache::Ipv4::any(), port), host_);
+        server_ = std::make_unique<RestServer>(Pistache::Address(Pistache::Ipv4::any(), port),
+                                               host_, &gate_);
     }
     server_->init(kServerThreads);
     server_->start();

@@ -2,6 +2,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QStringList>
+#include <QUrl>
 #include <cstdint>
 #include <cstdlib>
 
@@ -65,9 +66,9 @@ void decodeAll(const QByteArray& body) {
     setup.value.applyTo(settings);
     if (settings.setup.doorOpenDuration > 20 || settings.screen.menuTimeout > 3)
         std::abort();
-    const auto firmware = terminal_routes::decodeFirmwareUpdate(body, QStringLiteral("0.0.0.0"));
-    if (firmware.ok() && !firmware.value.address.startsWith(QLatin1String("http://0.0.0.0")) &&
-        !setup.ok())
+    const QString manager = QStringLiteral("10.0.0.5");
+    const auto firmware = terminal_routes::decodeFirmwareUpdate(body, manager);
+    if (firmware.ok() && QUrl(firmware.value.address).host() != manager)
         std::abort();
 }
 
