@@ -72,6 +72,8 @@ void DeviceLink::socketConnected() {
     if (connected_)
         return;
     connected_ = true;
+    // Frames are small; gathered into larger packets some would be some 40 ms late.
+    socket_->setSocketOption(QAbstractSocket::LowDelayOption, 1);
     qCInfo(linkLog, "connected to the device controller");
     write(Frame::build(command::Greeting, 0, 0));
 }
