@@ -95,7 +95,15 @@ QString CommandFolder::newName(Kind kind, const QString& cardNo) {
            (kind == Kind::Add ? QStringLiteral("_add_") : QStringLiteral("_del_")) + cardNo;
 }
 
+bool CommandFolder::hasRoom() {
+    if (written_ >= kMaxWaiting)
+        written_ = QDir(directory()).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
+    return written_++ < kMaxWaiting;
+}
+
 bool CommandFolder::writeAdd(const DoReceiveUserData& user, const QByteArray& picture) {
+    if (!hasRoom())
+        return false;
     const QString name = newName(Kind::Add, user.cardNo);
     const QString hidden = directory() + QLatin1Char('.') + name;
     QByteArray info;
@@ -111,7 +119,7 @@ bool CommandFolder::writeAdd(const DoReceiveUserData& user, const QByteArray& pi
 }
 
 bool CommandFolder::writeDelete(const QString& cardNo) {
-    return QDir().mkpath(directory() + newName(Kind::Delete, cardNo));
+    return hasRoom() && QDir().mkpath(directory() + newName(Kind::Delete, cardNo));
 }
 
 std::optional<CommandFolder::Command> CommandFolder::oldest() {

@@ -24,7 +24,11 @@ class CommandFolder {
     /// Removes what a writer that was cut short has left. Only before the writer begins.
     static void removeUnfinished();
 
-    /// Writes a command; false when the disk does not take it, nothing is left of it then.
+    /// Commands that may wait.
+    static constexpr int kMaxWaiting = 10000;
+
+    /// Writes a command; false when too many wait or the disk does not take it. Nothing is left of
+    /// it then.
     bool writeAdd(const DoReceiveUserData& user, const QByteArray& picture);
     bool writeDelete(const QString& cardNo);
 
@@ -36,7 +40,9 @@ class CommandFolder {
     static void remove(const Command& command);
 
  private:
+    bool hasRoom();
     QString newName(Kind kind, const QString& cardNo);
 
-    qint64 lastStamp_ = 0;  // ms
+    qint64 lastStamp_ = 0;       // ms
+    int written_ = kMaxWaiting;  // since the folders were counted, and those counted
 };

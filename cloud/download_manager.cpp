@@ -59,7 +59,10 @@ void DownloadManager::append(const QUrl& url) {
     // While a download runs, its end looks after the queue.
     if (queue_.isEmpty() && reply_ == nullptr)
         QTimer::singleShot(0, this, &DownloadManager::startNextDownload);
-    queue_.enqueue(url);
+    if (queue_.size() < kMaxWaiting)
+        queue_.enqueue(url);
+    else
+        qCWarning(cloudLog, "too many downloads wait, %s does not", url.toEncoded().constData());
 }
 
 QString DownloadManager::saveFileName(const QUrl& url) const {

@@ -22,11 +22,13 @@ class DownloadManager : public QObject {
  public:
     /// Milliseconds without a byte after which a download is given up.
     static constexpr int kSilenceLimit = 30000;
+    /// Addresses that wait for their turn; further ones are passed over.
+    static constexpr int kMaxWaiting = 16;
 
     explicit DownloadManager(QObject* parent = nullptr);
     ~DownloadManager() override;
 
-    /// Queues @p url; it is fetched when those before it are done.
+    /// Queues @p url, if there is room; it is fetched when those before it are done.
     void append(const QUrl& url);
 
     /// The file of the present or, between downloads, the latest address; empty at first. It

@@ -9,6 +9,7 @@
 #include <mutex>
 
 #include "cloud/cloud_host.h"
+#include "cloud/command_gate.h"
 #include "cloud/parameters.h"
 
 class QNetworkReply;
@@ -103,6 +104,7 @@ class RestClass : public QThread {
     QString terminalToken_;
     QString serviceToken_;
 
+    CommandGate gate_;
     std::mutex serverLock_;
     std::unique_ptr<RestServer> server_;
     bool stopped_ = false;

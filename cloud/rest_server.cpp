@@ -42,6 +42,11 @@ enum Command {
     kSetTime = 18,
 };
 
+CommandGate::Cost costOf(int command) {
+    const bool light = command == kGetUser || command == kOpenDoor || command == kSetTime;
+    return light ? CommandGate::kLight : CommandGate::kHeavy;
+}
+
 QByteArray bodyOf(const Http::Request& request) {
     const std::string& body = request.body();
     return QByteArray::fromRawData(body.data(), static_cast<int>(body.size()));
@@ -84,8 +89,9 @@ class SignalsBlocked {
 
 }  // namespace
 
-RestServer::RestServer(Pistache::Address address, CloudHost& host)
+RestServer::RestServer(Pistache::Address address, CloudHost& host, CommandGate* gate)
     : host_(host),
+      gate_(gate),
       address_(address),
       endpoint_(std::make_shared<Http::Endpoint>(address_)),
       router_(std::make_shared<Rest::Router>()) {}
@@ -159,12 +165,17 @@ void RestServer::serve(Response& response, Permission permission, Work work) {
                     static_cast<std::size_t>(answer.size()));
 }
 
-/// Hands what was decoded over to the host as @p command; returns the result code to answer.
+/// Hands @p command over to the host; returns the result code to answer.
+int RestServer::handOver(int command, const QVariant& parameter) {
+    if (gate_ != nullptr && !gate_->admit(costOf(command)))
+        return result::kUnknownError;
+    host_.parsingRestCommand(command, parameter);
+    return result::kSucceed;
+}
+
 template <typename Value>
 int RestServer::handOver(int command, const Decoded<Value>& decoded) {
-    if (decoded.ok())
-        host_.parsingRestCommand(command, QVariant::fromValue(decoded.value));
-    return decoded.code;
+    return decoded.ok() ? handOver(command, QVariant::fromValue(decoded.value)) : decoded.code;
 }
 
 void RestServer::doUserDataSend(const Request& request, Response response) {
@@ -217,10 +228,8 @@ void RestServer::doSetSystem(const Request& request, Response response) {
 }
 
 void RestServer::doDoorOpen(const Request&, Response response) {
-    serve(response, Permission::ManagerControl, [&] {
-        host_.parsingRestCommand(kOpenDoor, {});
-        return envelope(result::kSucceed);
-    });
+    serve(response, Permission::ManagerControl,
+          [&] { return envelope(handOver(kOpenDoor, QVariant())); });
 }
 
 void RestServer::doUserGroupInfo(const Request&, Response response) {

@@ -11,6 +11,7 @@
 #include <mutex>
 
 #include "cloud/command_folder.h"
+#include "cloud/command_gate.h"
 #include "cloud/decoded.h"
 #include "cloud/http_guard.h"
 #include "link/device_records.h"
@@ -23,8 +24,8 @@ class CloudHost;
 /// request, hands it over to the host and answers at once: success means accepted, not carried out.
 class RestServer {
  public:
-    /// @p host outlives the server.
-    RestServer(Pistache::Address address, CloudHost& host);
+    /// @p host and @p gate outlive the server; without a gate every command is handed over.
+    RestServer(Pistache::Address address, CloudHost& host, CommandGate* gate = nullptr);
     ~RestServer();
 
     /// Sets the options and the routes. There is always one worker thread, whatever @p threads is.
@@ -62,10 +63,12 @@ class RestServer {
 
     template <typename Work>
     void serve(Response& response, Permission permission, Work work);
+    int handOver(int command, const QVariant& parameter);
     template <typename Value>
     int handOver(int command, const Decoded<Value>& decoded);
 
     CloudHost& host_;
+    CommandGate* const gate_;
     const Pistache::Address address_;
     std::shared_ptr<Pistache::Http::Endpoint> endpoint_;
     HttpGuard::Routes routes_;

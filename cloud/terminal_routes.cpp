@@ -85,6 +85,8 @@ constexpr const char* kSystemActions[] = {
 constexpr quint32 kMaxChoice = 0xFFFF;
 constexpr int kMaxPassword = sizeof(SetupBlock::adminPassword);
 constexpr int kMaxUserName = 32;
+constexpr int kMaxLabel = 64;
+constexpr int kMaxAddress = 1024;
 
 bool isDateTime(const QString& date, const QString& time) {
     const QDate day = QDate::fromString(date, QStringLiteral("yyyy-MM-dd"));
@@ -240,8 +242,9 @@ Decoded<DoReceiveUserData> decodeRunEnrollMode(const QByteArray& bytes) {
 
 Decoded<FR44_Parameter> decodeFirmwareUpdate(const QByteArray& bytes, const QString& managerIP) {
     BodyReader body(bytes);
-    FR44_Parameter firmware{body.text("firmwareType"), body.text("version"), {}};
-    const QString file = body.text("firmFile");
+    FR44_Parameter firmware{
+        body.text("firmwareType", kMaxLabel), body.text("version", kMaxLabel), {}};
+    const QString file = body.text("firmFile", kMaxAddress);
     firmware.address = QStringLiteral("http://") + managerIP + file;
 
     static const QRegularExpression pathOrPort(QStringLiteral("^(/|:[0-9]{1,5}(/|\\z))"));
