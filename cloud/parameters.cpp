@@ -18,17 +18,3 @@ void Device_Setup_Parameter::applyTo(_gui_menu_& settings) const {
     if (managerPort)
         own.managerPort = *managerPort;
 }
-
-void registerCloudTypes() {
-    qRegisterMetaType<FR01_Parameter>();
-    qRegisterMetaType<FR21_Parameter>();
-    qRegisterMetaType<FR33_3_Parameter>();
-    qRegisterMetaType<FR36_Parameter>();
-    qRegisterMetaType<FR44_Parameter>();
-    qRegisterMetaType<FR51_Parameter>();
-    qRegisterMetaType<Device_Setup_Parameter>();
-    qRegisterMetaType<SystemEvent_Parameter>();
-    qRegisterMetaType<DoReceiveUserData>();
-    qRegisterMetaType<Parameter_UserData>();
-    qRegisterMetaType<ProcIDX>();
-}

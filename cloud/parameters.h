@@ -144,7 +144,3 @@ Q_DECLARE_METATYPE(SystemEvent_Parameter)
 Q_DECLARE_METATYPE(DoReceiveUserData)
 Q_DECLARE_METATYPE(Parameter_UserData)
 Q_DECLARE_METATYPE(ProcIDX)
-
-/// Makes the records above known to Qt by name. To be called once, before the first of them is
-/// sent to another thread.
-void registerCloudTypes();

@@ -24,8 +24,6 @@ class CloudRestClientTest : public QObject {
     ProcIDX lastCompleted() const { return host_->completed.last().value<ProcIDX>(); }
 
  private slots:
-    void initTestCase() { registerCloudTypes(); }
-
     void init() {
         host_ = std::make_unique<FakeHost>();
         service_ = std::make_unique<FakeService>();

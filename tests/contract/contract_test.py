@@ -240,7 +240,8 @@ class Contract(unittest.TestCase):
             self.check(route, request.example, "1000")
             before = self.commands()
             nothing = request.expected({})
-            for body in ("", "[{}]", "5", '{"a":', "{" * 2000, '{"a":' * 100000, "\0", "\ufeff{}"):
+            for body in ("", "[{}]", "5", '{"a":', "{" * 2000, '{"a":' * 100000, "\0", "\ufeff{}",
+                         '{"a":[{}],"a":1}', '{"a":[],"\\u0061":1}'):
                 self.check(route, body, nothing)
             for body in request.refused:
                 self.check(route, body, "9999")
