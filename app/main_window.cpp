@@ -236,6 +236,9 @@ void MainWindow::shellMessage(const DeviceMessage& message) {
                 message.length > 0 ? static_cast<unsigned char>(message.payload[0]) : 0);
             if (const auto report = message.record<StatusReport>())
                 records_.setMealCount(report->meals);
+            else if (message.length > 0)
+                qCWarning(appLog, "status report without counts: %d bytes where %zu are needed",
+                          message.length, sizeof(StatusReport));
             break;
         case command::Settings:
         case command::SettingsChanged:

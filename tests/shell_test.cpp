@@ -399,13 +399,18 @@ void ShellTest::theServiceIsSought() {
     QCOMPARE(service.requests.size(), 0);
 
     QVERIFY(t->tell("settings network.useManager 1"));
-    QVERIFY(t->tell("fault none"));
+    QVERIFY(t->tell("fault tamper"));
     QTRY_COMPARE(asked("/connect.do"), 1);
-    // Again by itself until it is reached; then the connection is checked, and no more sought.
+    QTRY_VERIFY(t->says("Popup_ErrTamper"));
+    t->tap("dialogOkButton");
+    QCOMPARE(t->dialogText(), QString());
+    // Again by itself until it is reached, and the fault with it; then the connection is checked,
+    // and no more sought.
     refuses = false;
     QTRY_COMPARE_WITH_TIMEOUT(asked("/connect.do"), 2, SystemStatus::kRetryInterval + 3000);
     QCOMPARE(asked("/connection-check.do"), 0);
     QTRY_VERIFY(window()->findChild<ManagementLink*>()->connected());
+    QVERIFY(t->says("Popup_ErrTamper"));
     t->frames.clear();
     QVERIFY(t->tell("fault none"));
     QTRY_COMPARE(asked("/connection-check.do"), 1);
@@ -439,9 +444,11 @@ void ShellTest::aShortRecordIsIgnored() {
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("2907.*379.*380")));
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("2908.*0 .*380")));
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("6003.*3 .*4")));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("status.*1 .*20")));
     QVERIFY(t->tell(QStringLiteral("frame 2907 0 0 ") + QString(379 * 2, QLatin1Char('f'))));
     QVERIFY(t->tell("frame 2908 0 0"));
     QVERIFY(t->tell("frame 6003 0 0 ffffff"));
+    QVERIFY(t->tell("frame 2902 0 0 ff"));
     QVERIFY(t->settle());
     const _gui_menu_ after = window()->menuRecord();
     QCOMPARE(memcmp(&before, &after, sizeof before), 0);

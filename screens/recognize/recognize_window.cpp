@@ -2,13 +2,13 @@
 
 #include <QLabel>
 #include <algorithm>
+#include <utility>
 
 #include "app/main_window.h"
 #include "link/command_code.h"
 #include "link/command_parameters.h"
 #include "link/device_message.h"
 #include "link/record_values.h"
-#include "screens/recognize/live_view.h"
 #include "ui/pictures.h"
 #include "ui/theme.h"
 #include "ui_recognize_window.h"
@@ -59,8 +59,7 @@ void RecognizeWindow::createForm() {
     connect(ui_->paymentButton, &WidgetButton::touched, this, &RecognizeWindow::paymentButtonTouch);
     connect(ui_->cancelButton, &WidgetButton::touched, this, &RecognizeWindow::cancelButtonTouch);
     connect(ui_->menuButton, &WidgetButton::touched, this, &RecognizeWindow::menuButtonTouch);
-    ui_->band->hide();
-    showLower({});
+    showNobody();
 }
 
 void RecognizeWindow::scriptsApplied() {
@@ -86,11 +85,7 @@ void RecognizeWindow::hideEvent(QHideEvent* event) {
     if (!paymentDone_)
         shell->SendCommand(command::RecognitionKey, command::key::ScreenHidden, 0);
     // Nobody's data is to flash up before the next result.
-    ui_->band->hide();
-    ui_->nameLine->setText({});
-    ui_->idLine->setText({});
-    setThumbnail(0, {});
-    showLower({});
+    showNobody();
 }
 
 void RecognizeWindow::deviceAnswer(const DeviceMessage& message) {
@@ -111,8 +106,7 @@ void RecognizeWindow::deviceAnswer(const DeviceMessage& message) {
     showPage();
     setThumbnail(MainWindow::getMainWindow()->menuRecord().screen.showThumbnail, userId);
     selectMenu();
-    if (LiveView* view = live())
-        view->verified();
+    emit resultReady();
 }
 
 void RecognizeWindow::setUserID(const QString& userId) {
@@ -131,6 +125,7 @@ void RecognizeWindow::setUserID(const QString& userId) {
     ui_->resultLine->setInk(positive ? Theme::kOnAccent : Theme::kOnDanger);
     ui_->resultLine->setScript(shell->getScript(resultKey()));
     ui_->band->show();
+    ui_->userCard->show();
     ui_->menuButton->setRole(positive ? LabelButton::Primary : LabelButton::Danger);
     shell->PlaySound(positive ? command::sound::Accepted : command::sound::Error);
 
@@ -266,13 +261,14 @@ void RecognizeWindow::changePaymentCount(int count) {
 void RecognizeWindow::paymentButtonTouch() {
     MainWindow* shell = MainWindow::getMainWindow();
     paymentDone_ = true;
+    const int count = std::exchange(paymentCount_, 0);
     shell->SendCommand(command::RecognitionKey,
-                       paymentCount_ == 1 ? command::key::PayOne : command::key::PaySeveral,
-                       static_cast<quint8>(paymentCount_));
+                       count == 1 ? command::key::PayOne : command::key::PaySeveral,
+                       static_cast<quint8>(count));
     ScriptHandler::Script done = script("Info_PaymentCompleted");
-    if (const char* meal = WorkState::mealName(workMode_))
-        done.script.replace(QLatin1String("%1"), script(meal).script);
-    done.script.replace(QLatin1String("%2"), QString::number(paymentCount_));
+    const char* meal = WorkState::mealName(workMode_);
+    done.script.replace(QLatin1String("%1"), meal != nullptr ? script(meal).script : QString());
+    done.script.replace(QLatin1String("%2"), QString::number(count));
     ui_->paymentOkForm->confirm(done);
     showLower({ui_->paymentOkForm});
     startTimer(shell->menuRecord().paymentDoneSeconds);
@@ -283,8 +279,7 @@ void RecognizeWindow::cancelButtonTouch() {
 }
 
 void RecognizeWindow::menuButtonTouch() {
-    if (LiveView* view = live())
-        view->homeButtonTouch();
+    emit menuRequested();
 }
 
 void RecognizeWindow::timerEnd() {
@@ -294,6 +289,12 @@ void RecognizeWindow::timerEnd() {
 }
 
 // --- Inside --------------------------------------------------------------------------------
+
+void RecognizeWindow::showNobody() {
+    ui_->band->hide();
+    ui_->userCard->hide();
+    showLower({});
+}
 
 void RecognizeWindow::showLower(std::initializer_list<const QWidget*> shown) {
     for (QWidget* part :
@@ -339,9 +340,4 @@ bool RecognizeWindow::betweenMeals() const {
     return result_.result == Verdict::MealTaken ||
            (result_.result == Verdict::NoAccessTime && workMode_ == WorkMode::AccessOnly &&
             WorkState::isMealOperation(MainWindow::getMainWindow()->menuRecord()));
-}
-
-LiveView* RecognizeWindow::live() const {
-    return qobject_cast<LiveView*>(
-        MainWindow::getMainWindow()->getWindow(QStringLiteral("liveWindow")));
 }
