@@ -156,4 +156,12 @@ constexpr Entry kScreens[] = {
 void createScreens(QWidget* parent, WindowRegistry& registry) {
     for (const Entry& entry : kScreens)
         registry.append(entry.create(parent, QLatin1String(entry.title)));
+
+    // The live view decides how a result comes up and what leads to the menu; the result itself
+    // knows nothing of the live view.
+    const auto* result =
+        qobject_cast<RecognizeWindow*>(registry.find(QStringLiteral("recognizeWindow")));
+    const auto* live = qobject_cast<LiveView*>(registry.find(QStringLiteral("liveWindow")));
+    QObject::connect(result, &RecognizeWindow::resultReady, live, &LiveView::verified);
+    QObject::connect(result, &RecognizeWindow::menuRequested, live, &LiveView::homeButtonTouch);
 }

@@ -9,11 +9,12 @@
 
 namespace {
 
-constexpr QRect kMark(136, 32, 160, 160);
-constexpr QRect kText(16, 190, 400, 80);
+constexpr QRect kMark(136, 24, 160, 160);
+// Room for two lines and some air around them.
+constexpr QRect kText(16, 184, 400, 98);
 constexpr int kFrameTime = 70;  // milliseconds
 
-constexpr int kLineTop = 276;
+constexpr int kLineTop = 284;
 constexpr int kLineSide = 24;
 constexpr int kBaseline = 369;
 constexpr int kDateSize = 40;

@@ -8,7 +8,6 @@
 #include "link/command_parameters.h"
 #include "link/device_message.h"
 #include "link/record_values.h"
-#include "screens/recognize/live_view.h"
 #include "ui/pictures.h"
 #include "ui/theme.h"
 #include "ui_recognize_window.h"
@@ -59,8 +58,7 @@ void RecognizeWindow::createForm() {
     connect(ui_->paymentButton, &WidgetButton::touched, this, &RecognizeWindow::paymentButtonTouch);
     connect(ui_->cancelButton, &WidgetButton::touched, this, &RecognizeWindow::cancelButtonTouch);
     connect(ui_->menuButton, &WidgetButton::touched, this, &RecognizeWindow::menuButtonTouch);
-    ui_->band->hide();
-    showLower({});
+    showNobody();
 }
 
 void RecognizeWindow::scriptsApplied() {
@@ -86,11 +84,7 @@ void RecognizeWindow::hideEvent(QHideEvent* event) {
     if (!paymentDone_)
         shell->SendCommand(command::RecognitionKey, command::key::ScreenHidden, 0);
     // Nobody's data is to flash up before the next result.
-    ui_->band->hide();
-    ui_->nameLine->setText({});
-    ui_->idLine->setText({});
-    setThumbnail(0, {});
-    showLower({});
+    showNobody();
 }
 
 void RecognizeWindow::deviceAnswer(const DeviceMessage& message) {
@@ -111,8 +105,7 @@ void RecognizeWindow::deviceAnswer(const DeviceMessage& message) {
     showPage();
     setThumbnail(MainWindow::getMainWindow()->menuRecord().screen.showThumbnail, userId);
     selectMenu();
-    if (LiveView* view = live())
-        view->verified();
+    emit resultReady();
 }
 
 void RecognizeWindow::setUserID(const QString& userId) {
@@ -131,6 +124,7 @@ void RecognizeWindow::setUserID(const QString& userId) {
     ui_->resultLine->setInk(positive ? Theme::kOnAccent : Theme::kOnDanger);
     ui_->resultLine->setScript(shell->getScript(resultKey()));
     ui_->band->show();
+    ui_->userCard->show();
     ui_->menuButton->setRole(positive ? LabelButton::Primary : LabelButton::Danger);
     shell->PlaySound(positive ? command::sound::Accepted : command::sound::Error);
 
@@ -270,8 +264,8 @@ void RecognizeWindow::paymentButtonTouch() {
                        paymentCount_ == 1 ? command::key::PayOne : command::key::PaySeveral,
                        static_cast<quint8>(paymentCount_));
     ScriptHandler::Script done = script("Info_PaymentCompleted");
-    if (const char* meal = WorkState::mealName(workMode_))
-        done.script.replace(QLatin1String("%1"), script(meal).script);
+    const char* meal = WorkState::mealName(workMode_);
+    done.script.replace(QLatin1String("%1"), meal != nullptr ? script(meal).script : QString());
     done.script.replace(QLatin1String("%2"), QString::number(paymentCount_));
     ui_->paymentOkForm->confirm(done);
     showLower({ui_->paymentOkForm});
@@ -283,8 +277,7 @@ void RecognizeWindow::cancelButtonTouch() {
 }
 
 void RecognizeWindow::menuButtonTouch() {
-    if (LiveView* view = live())
-        view->homeButtonTouch();
+    emit menuRequested();
 }
 
 void RecognizeWindow::timerEnd() {
@@ -294,6 +287,12 @@ void RecognizeWindow::timerEnd() {
 }
 
 // --- Inside --------------------------------------------------------------------------------
+
+void RecognizeWindow::showNobody() {
+    ui_->band->hide();
+    ui_->userCard->hide();
+    showLower({});
+}
 
 void RecognizeWindow::showLower(std::initializer_list<const QWidget*> shown) {
     for (QWidget* part :
@@ -339,9 +338,4 @@ bool RecognizeWindow::betweenMeals() const {
     return result_.result == Verdict::MealTaken ||
            (result_.result == Verdict::NoAccessTime && workMode_ == WorkMode::AccessOnly &&
             WorkState::isMealOperation(MainWindow::getMainWindow()->menuRecord()));
-}
-
-LiveView* RecognizeWindow::live() const {
-    return qobject_cast<LiveView*>(
-        MainWindow::getMainWindow()->getWindow(QStringLiteral("liveWindow")));
 }

@@ -12,7 +12,6 @@
 namespace Ui {
 class RecognizeWindow;
 }
-class LiveView;
 
 /// The result of one recognition: who it was, what came of it, and what the person has to choose,
 /// if anything. It goes away by itself; a result that arrives meanwhile takes its place.
@@ -52,6 +51,12 @@ class RecognizeWindow : public WindowForm {
     void menuButtonTouch();
     void timerEnd();
 
+ signals:
+    /// A result is ready to be seen.
+    void resultReady();
+    /// Somebody wants the administrator's menu.
+    void menuRequested();
+
  protected:
     void createForm() override;
     void scriptsApplied() override;
@@ -59,6 +64,8 @@ class RecognizeWindow : public WindowForm {
     void hideEvent(QHideEvent* event) override;
 
  private:
+    /// Nobody's result: nothing but the ground.
+    void showNobody();
     void viewStateMode();
     void updatePaymentCount();
     void recordAttendance(const WorkState::Attendance& event);
@@ -69,7 +76,6 @@ class RecognizeWindow : public WindowForm {
     bool accepted() const;
     bool asksPayment() const;
     bool betweenMeals() const;
-    LiveView* live() const;
 
     std::unique_ptr<Ui::RecognizeWindow> ui_;
     RecognitionResult result_{};

@@ -100,8 +100,8 @@ class RecognitionSubject : public Subject {
             const double t = trackFrame_ / double(kFramesPerSecond);
             box.width = static_cast<qint16>(232 + 16 * std::sin(t * 0.7));
             box.height = static_cast<qint16>(box.width * 296 / 232);
-            box.x = static_cast<qint16>(240 - box.width / 2 + 70 * std::sin(t));
-            box.y = static_cast<qint16>(380 - box.height / 2 + 50 * std::sin(t * 1.3));
+            box.x = static_cast<qint16>(240 + 70 * std::sin(t) - box.width * 0.5);
+            box.y = static_cast<qint16>(380 + 50 * std::sin(t * 1.3) - box.height * 0.5);
             const BoxVerdict verdict =
                 verdict_.value_or(BoxVerdict{FaceState::Tracking, failure::None});
             box.state = verdict.state;

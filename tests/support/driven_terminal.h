@@ -4,13 +4,16 @@
 #include <QLabel>
 #include <QTcpServer>
 #include <QtTest>
+#include <algorithm>
 #include <memory>
 
 #include "app/main_window.h"
 #include "app/window_form.h"
 #include "sim/controller/controller_sim.h"
 #include "sim/device_root.h"
+#include "tests/support/text_recorder.h"
 #include "ui/dialog_overlay.h"
+#include "ui/scroll_list.h"
 
 /// The real main window with a simulated controller at the other end of a real socket, in a device
 /// root of its own; driven by a finger on the window and by the controller's words. One per
@@ -54,6 +57,26 @@ class DrivenTerminal {
         frames.removeAll(last);
         return arrived;
     }
+    /// Has the controller take settings over, FIELD and VALUE in turns.
+    bool set(const QList<std::pair<const char*, QString>>& settings) {
+        return std::all_of(settings.begin(), settings.end(), [this](const auto& one) {
+            return tell(QStringLiteral("settings %1 %2").arg(QLatin1String(one.first), one.second));
+        });
+    }
+    /// Whether both sides have the same settings.
+    bool agrees() const {
+        const _gui_menu_ record = window->menuRecord();
+        return memcmp(&record, &sim.settings(), sizeof record) == 0;
+    }
+    /// Goes to the screen @p title with the settings of the controller, and forgets what has been
+    /// sent before.
+    bool open(const char* title) {
+        const bool agreed = QTest::qWaitFor([this] { return agrees(); });
+        window->changeWindow(QLatin1String(title));
+        const bool settled = settle();
+        frames.clear();
+        return agreed && settled;
+    }
     /// Waits until a frame has been sent that begins like this: code, parameters, payload.
     bool sends(const char* frame) {
         return QTest::qWaitFor([&] { return sent(frame) >= 0; });
@@ -67,6 +90,10 @@ class DrivenTerminal {
         return -1;
     }
 
+    /// Waits until the screen @p name is up.
+    bool shows(const char* name) {
+        return QTest::qWaitFor([&] { return title() == QLatin1String(name); });
+    }
     QString title() const { return window->getActivateWindowForm()->getTitle(); }
     /// The visible widget named @p name.
     template <class Widget = QWidget>
@@ -83,10 +110,26 @@ class DrivenTerminal {
         QTest::mouseClick(window->windowHandle(), Qt::LeftButton, {}, place);
         QCoreApplication::processEvents();
     }
-    void tap(const char* name) {
-        const auto* widget = find(name);
-        tap(widget->mapTo(window.get(), widget->rect().center()));
+    /// The middle of the visible widget named @p name or a place @p across it, in the window;
+    /// scrolled to if need be.
+    QPoint place(const char* name, qreal across = 0.5) const {
+        auto* widget = find(name);
+        for (QWidget* up = widget; up != nullptr; up = up->parentWidget()) {
+            if (auto* list = qobject_cast<ScrollList*>(up))
+                list->reveal(widget);
+        }
+        return widget->mapTo(
+            window.get(), QPoint(static_cast<int>(widget->width() * across), widget->height() / 2));
     }
+    void tap(const char* name, qreal across = 0.5) { tap(place(name, across)); }
+    QString text(const char* key) const { return window->getScript(QLatin1String(key)).script; }
+    /// Whether @p text can be read on the window.
+    bool reads(const QString& text) const {
+        TextRecorder recorder(window->size());
+        window->render(&recorder);
+        return recorder.has(text);
+    }
+    bool readsKey(const char* key) const { return reads(text(key)); }
     /// What the dialog in front says; empty when there is none.
     QString dialogText() const {
         const auto* label = find<QLabel>("dialogText");
@@ -94,9 +137,8 @@ class DrivenTerminal {
     }
     /// Whether it says the text of @p key, and can be seen.
     bool says(const char* key) const {
-        const QString text = window->getScript(QLatin1String(key)).script;
         const auto* dialog = DialogOverlay::current(window.get());
-        return dialog != nullptr && !text.isEmpty() && dialogText().contains(text) &&
+        return dialog != nullptr && !text(key).isEmpty() && dialogText().contains(text(key)) &&
                dialog->isAncestorOf(window->childAt(window->rect().center()));
     }
 

@@ -103,6 +103,12 @@ void mealCounts(Stage& stage) {
     stage.touch(QStringLiteral("noti_layer"));
 }
 
+void reopenWithMeals(Stage& stage) {
+    stage.changeSettings(settingsOf(stage, Meals));
+    stage.touch(QStringLiteral("backButton"));
+    stage.touch(QStringLiteral("menuFoodTile"));
+}
+
 void result(Stage& stage, int user, std::uint8_t code, Operation operation, int status) {
     work(stage, settingsOf(stage, operation), status);
     RecognitionResult result = resultOf(stage, user);

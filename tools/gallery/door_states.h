@@ -24,6 +24,10 @@ void unknownCard(Stage& stage);
 void visitorCall(Stage& stage);
 void mealCounts(Stage& stage);
 
+/// The settings of meals, opened anew on a terminal that counts them: attendance would leave its
+/// own times there.
+void reopenWithMeals(Stage& stage);
+
 /// The result for the user number @p user of a fresh controller.
 void result(Stage& stage, int user, std::uint8_t result, Operation operation, int status);
 /// The same with the question which attendance event it is; @p button is then touched, if any.

@@ -358,6 +358,8 @@ constexpr NamedState kStates[] = {
 
 void GalleryState::show(Stage& stage) const {
     stage.open(title);
+    if (title == QLatin1String("foodMenuWindow"))
+        DoorStates::reopenWithMeals(stage);
     if (arrange != nullptr)
         arrange(stage);
 }
