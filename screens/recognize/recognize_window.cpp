@@ -2,6 +2,7 @@
 
 #include <QLabel>
 #include <algorithm>
+#include <utility>
 
 #include "app/main_window.h"
 #include "link/command_code.h"
@@ -260,13 +261,14 @@ void RecognizeWindow::changePaymentCount(int count) {
 void RecognizeWindow::paymentButtonTouch() {
     MainWindow* shell = MainWindow::getMainWindow();
     paymentDone_ = true;
+    const int count = std::exchange(paymentCount_, 0);
     shell->SendCommand(command::RecognitionKey,
-                       paymentCount_ == 1 ? command::key::PayOne : command::key::PaySeveral,
-                       static_cast<quint8>(paymentCount_));
+                       count == 1 ? command::key::PayOne : command::key::PaySeveral,
+                       static_cast<quint8>(count));
     ScriptHandler::Script done = script("Info_PaymentCompleted");
     const char* meal = WorkState::mealName(workMode_);
     done.script.replace(QLatin1String("%1"), meal != nullptr ? script(meal).script : QString());
-    done.script.replace(QLatin1String("%2"), QString::number(paymentCount_));
+    done.script.replace(QLatin1String("%2"), QString::number(count));
     ui_->paymentOkForm->confirm(done);
     showLower({ui_->paymentOkForm});
     startTimer(shell->menuRecord().paymentDoneSeconds);
