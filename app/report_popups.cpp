@@ -6,7 +6,6 @@
 #include "base/clock.h"
 #include "link/command_code.h"
 #include "link/command_parameters.h"
-#include "ui/dialog_form.h"
 #include "ui/notice_strip.h"
 
 namespace {
@@ -22,33 +21,36 @@ enum class Kind {
     Question,  // asks whether logs may be deleted
 };
 
+using Icon = DialogForm::Icon;
+
 struct Report {
     int command;
     int p1;
     Kind kind;
     const char* key;
-    bool isError;
+    Icon icon;
     const char* screen = nullptr;  // to change to first
 };
 
 // The first row that fits counts.
 constexpr Report kReports[] = {
     {command::EnrolmentRefused, command::refused::StoreFull, Kind::Result,
-     "Error_MaxUsersExcceeded", true},
+     "Error_MaxUsersExcceeded", Icon::Error},
     {command::EnrolmentRefused, command::refused::EnrolmentRunning, Kind::Result,
-     "Error_EnrollingUsers", true},
-    {command::EnrolmentRefused, kAnyOther, Kind::Result, "Error_NoResponse", true},
-    {command::UserDeleteResult, command::answer::Done, Kind::Result, "ListItem_UserDeleted", false},
-    {command::UserDeleteResult, kAnyOther, Kind::Result, "ListItem_FailedDeleted", true},
+     "Error_EnrollingUsers", Icon::Error},
+    {command::EnrolmentRefused, kAnyOther, Kind::Result, "Error_NoResponse", Icon::Error},
+    {command::UserDeleteResult, command::answer::Done, Kind::Result, "ListItem_UserDeleted",
+     Icon::Pass},
+    {command::UserDeleteResult, kAnyOther, Kind::Result, "ListItem_FailedDeleted", Icon::Error},
     {command::FirmwareUpdateAnswer, command::answer::Done, Kind::Result, "ListItem_FwRestart",
-     false, "upgradingWindow"},
-    {command::FirmwareUpdateAnswer, kAnyOther, Kind::Result, "ListItem_FwUpgradeFailed", true,
-     "stayWindow"},
+     Icon::Pass, "upgradingWindow"},
+    {command::FirmwareUpdateAnswer, kAnyOther, Kind::Result, "ListItem_FwUpgradeFailed",
+     Icon::Error, "stayWindow"},
     {command::LogStoreReport, command::log_store::Emptied, Kind::Result, "ListItem_LogStoreEmptied",
-     false},
+     Icon::Pass},
     {command::LogStoreReport, command::log_store::NearlyFull, Kind::Question,
-     "ListItem_LogStoreNearlyFull", false},
-    {command::AccessEvent, command::event::New, Kind::Notice, "Info_AccessEvent", false},
+     "ListItem_LogStoreNearlyFull", Icon::Warning},
+    {command::AccessEvent, command::event::New, Kind::Notice, "Info_AccessEvent", Icon::Info},
 };
 
 const Report* find(int command, int p1) {
@@ -74,6 +76,7 @@ ReportPopups::ReportPopups(std::function<ScriptHandler::Script(const QString&)> 
     popup_->checkWindowChange(true);
     logFull_->setObjectName(QStringLiteral("logFullDialog"));
     logFull_->setButtonType(DialogForm::OkCancelButtons);
+    logFull_->setDanger(true);
     notice_->setObjectName(QStringLiteral("noticeDialog"));
     strip_->setObjectName(QStringLiteral("noticeStrip"));
 
@@ -104,7 +107,7 @@ void ReportPopups::show(int command, int p1) {
         emit screenWanted(QLatin1String(report->screen));
     switch (report->kind) {
         case Kind::Result:
-            present(popup_, QLatin1String(report->key), report->isError);
+            present(popup_, QLatin1String(report->key), report->icon);
             break;
         case Kind::Notice: {
             ScriptHandler::Script text = scripts_(QLatin1String(report->key));
@@ -117,30 +120,25 @@ void ReportPopups::show(int command, int p1) {
             break;
         }
         case Kind::Question:
-            present(logFull_, QLatin1String(report->key), report->isError);
+            present(logFull_, QLatin1String(report->key), report->icon);
             break;
     }
 }
 
 void ReportPopups::showNotice(const QString& key) {
-    present(notice_, key, false);
+    present(notice_, key, Icon::Info);
 }
 
-void ReportPopups::present(DialogForm* dialog, const QString& key, bool isError) {
+void ReportPopups::present(DialogForm* dialog, const QString& key, DialogForm::Icon icon) {
     if (dialog == popup_)
         popupShowsFaults_ = false;
-    DialogForm::Icon icon = DialogForm::Icon::Info;
-    if (isError)
-        icon = DialogForm::Icon::Error;
-    else if (dialog == logFull_)
-        icon = DialogForm::Icon::Question;
     dialog->setIcon(icon);
     dialog->setText(scripts_(key));
     dialog->setOkText(scripts_(QStringLiteral("TopMenu_OK")));
     dialog->setCancelText(scripts_(QStringLiteral("TopMenu_Cancel")));
     dialog->show();
     dialog->raise();
-    if (isError)
+    if (icon == Icon::Error)
         emit errorShown();
 }
 
@@ -157,7 +155,7 @@ void ReportPopups::showFaults(const QStringList& keys, bool anyFault) {
         lines.append(text.script);
     }
     text.script = lines.join(QLatin1Char('\n'));
-    popup_->setIcon(DialogForm::Icon::Error);
+    popup_->setIcon(Icon::Error);
     popup_->setText(text);
     popup_->setButtonType(DialogForm::OkButton);
     popup_->setOkText(scripts_(QStringLiteral("TopMenu_OK")));

@@ -4,9 +4,9 @@
 #include <QStringList>
 #include <functional>
 
+#include "ui/dialog_form.h"
 #include "ui/script_handler.h"
 
-class DialogForm;
 class NoticeStrip;
 class QWidget;
 
@@ -46,7 +46,7 @@ class ReportPopups : public QObject {
     void keepLogsWanted();
 
  private:
-    void present(DialogForm* dialog, const QString& key, bool isError);
+    void present(DialogForm* dialog, const QString& key, DialogForm::Icon icon);
     void dialogClosed(DialogForm* dialog);
 
     const std::function<ScriptHandler::Script(const QString&)> scripts_;

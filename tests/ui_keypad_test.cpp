@@ -11,8 +11,6 @@
 #include "ui/touch_key.h"
 #include "ui/touch_key_form.h"
 
-Q_DECLARE_METATYPE(std::function<void()>)
-
 class UiKeypadTest : public QObject {
     Q_OBJECT
 
@@ -158,40 +156,37 @@ class UiKeypadTest : public QObject {
         QCOMPARE(screen->y(), 0);
     }
 
-    void endsWithTheField_data() {
-        QTest::addColumn<std::function<void()>>("end");
-        QTest::newRow("screen hidden") << std::function<void()>([this] { screen->hide(); });
-        QTest::newRow("field hidden") << std::function<void()>([this] { low->hide(); });
-        QTest::newRow("disabled") << std::function<void()>([this] { screen->setEnabled(false); });
-        QTest::newRow("keypad hidden") << std::function<void()>([this] { keypad->hide(); });
-        QTest::newRow("screen's dialog")
-            << std::function<void()>([this] { (new DialogForm(screen))->show(); });
-        QTest::newRow("field deleted") << std::function<void()>([this] { delete low; });
-        QTest::newRow("screen deleted") << std::function<void()>([this] { delete screen; });
-    }
-
     void endsWithTheField() {
-        QFETCH(std::function<void()>, end);
-        const QPointer<InputField> edited = low;
-        const QPointer<QWidget> moved = screen;
-        QSignalSpy finished(low, &InputField::editingFinished);
-        keypad->edit(low);
-        tap(QStringLiteral("ㅎㅏㄴ"));
-        end();
-        QVERIFY(keypad->isHidden());
-        QVERIFY(!moved || moved->y() == 0);
-        if (edited) {
-            QVERIFY(!edited->isEditing());
-            QCOMPARE(finished.count(), 1);
-            QCOMPARE(edited->text(), QStringLiteral("한"));
+        const std::function<void()> ends[] = {[this] { screen->hide(); },
+                                              [this] { low->hide(); },
+                                              [this] { screen->setEnabled(false); },
+                                              [this] { keypad->hide(); },
+                                              [this] { (new DialogForm(screen))->show(); },
+                                              [this] { delete low; },
+                                              [this] { delete screen; }};
+        for (const auto& end : ends) {
+            init();
+            const QPointer<InputField> edited = low;
+            const QPointer<QWidget> moved = screen;
+            QSignalSpy finished(low, &InputField::editingFinished);
+            keypad->edit(low);
+            tap(QStringLiteral("ㅎㅏㄴ"));
+            end();
+            QVERIFY(keypad->isHidden());
+            QVERIFY(!moved || moved->y() == 0);
+            if (edited) {
+                QVERIFY(!edited->isEditing());
+                QCOMPARE(finished.count(), 1);
+                QCOMPARE(edited->text(), QStringLiteral("한"));
+            }
+            if (!moved)
+                continue;
+            screen->setEnabled(true);
+            screen->show();
+            keypad->edit(field);
+            tap(QStringLiteral("ㄱD"));
+            QCOMPARE(field->text(), QStringLiteral("ㄱ"));
         }
-        if (!moved)
-            return;
-        screen->setEnabled(true);
-        screen->show();
-        keypad->edit(field);
-        tap(QStringLiteral("ㄱD"));
-        QCOMPARE(field->text(), QStringLiteral("ㄱ"));
     }
 
  private:

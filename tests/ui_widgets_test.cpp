@@ -1,15 +1,18 @@
+#include <QLabel>
+#include <QLineEdit>
 #include <QPainter>
+#include <QPointer>
 #include <QScrollBar>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QVBoxLayout>
 #include <QtTest>
 
+#include "sim/device_root.h"
 #include "tests/support/finger.h"
 #include "tests/support/text_recorder.h"
-#include "ui/check_box.h"
 #include "ui/code_entry.h"
 #include "ui/combo.h"
+#include "ui/dialog_form.h"
 #include "ui/key_click.h"
 #include "ui/label_button.h"
 #include "ui/list_row.h"
@@ -19,6 +22,7 @@
 #include "ui/text_fit.h"
 #include "ui/toggle.h"
 #include "ui/top_bar.h"
+#include "ui/wait_form.h"
 
 namespace {
 
@@ -40,7 +44,6 @@ class UiWidgetsTest : public QObject {
     Q_OBJECT
 
  private slots:
-    void initTestCase() { qputenv("ZEL_ROOT", QFile::encodeName(root_.path())); }
     void init() {
         window_ = std::make_unique<QWidget>();
         window_->resize(480, 800);
@@ -52,18 +55,13 @@ class UiWidgetsTest : public QObject {
         window_.reset();
     }
 
-    void buttonTakesOneTouch() {
+    void buttonRunsItsActionOnce() {
         auto* button = add<LabelButton>(100, 100, 144, 72);
         Finger finger = show();
         QSignalSpy touched(button, &WidgetButton::touched);
         finger.down(button);
         QVERIFY(button->isDown());
         QCOMPARE(clicks_, 1);
-        QCOMPARE(touched.count(), 0);
-        finger.up();
-        QCOMPARE(touched.count(), 1);
-
-        finger.down(button);
         finger.move(0, 100);
         QVERIFY(!button->isDown());
         finger.up();
@@ -71,13 +69,11 @@ class UiWidgetsTest : public QObject {
         button->setEnabled(false);
         finger.up();
         finger.tap(button);
-        QCOMPARE(touched.count(), 1);
-        QCOMPARE(clicks_, 3);
-    }
+        QCOMPARE(touched.count(), 0);
+        QCOMPARE(clicks_, 2);
 
-    void buttonRunsItsActionOnce() {
-        auto* button = add<LabelButton>(100, 100, 144, 72);
-        show();
+        button->setEnabled(true);
+        clicks_ = 0;
         int runs = 0;
         connect(button, &WidgetButton::touched, this, [&] {
             ++runs;
@@ -113,34 +109,15 @@ class UiWidgetsTest : public QObject {
         QVERIFY(!minus->isLimited());
 
         finger.down(plus);
-        QTRY_VERIFY(number->value() >= 4);
-        const int held = number->value();
-        finger.up();
-        QCOMPARE(number->value(), held);
-        finger.down(plus);
         QTRY_COMPARE(number->value(), 8);
         QVERIFY(plus->isLimited());
         finger.up();
         QSignalSpy changed(number, &PlusMinus::valueChanged);
         finger.tap(plus);
-        QCOMPARE(clicks_, 4);
+        QCOMPARE(clicks_, 3);
         QCOMPARE(changed.count(), 0);
         number->setMaximum(5);
         QCOMPARE(number->value(), 5);
-    }
-
-    void controlsChange() {
-        auto* toggle = add<Toggle>(0, 0, 226, 56);
-        auto* box = add<CheckBox>(0, 100, 300, 56);
-        Finger finger = show();
-        QSignalSpy chosen(toggle, &Toggle::currentIndexChanged);
-        for (const int x : {200, 200, 20}) {
-            finger.tap(QPoint(x, 20));
-            QCOMPARE(toggle->currentIndex(), x > 113 ? 1 : 0);
-        }
-        QCOMPARE(chosen.count(), 2);
-        finger.tap(QPoint(280, 128));  // on the label
-        QVERIFY(box->isChecked());
     }
 
     void comboPicks() {
@@ -264,6 +241,139 @@ class UiWidgetsTest : public QObject {
         QCOMPARE(toggle->geometry(), QRect(10, 62, row->width() - 20, 56));
     }
 
+    void dialogTellsTheAnswer() {
+        Finger finger = show();
+        DialogForm dialog(window_.get());
+        QSignalSpy ok(&dialog, &DialogForm::touchOk);
+        QSignalSpy cancel(&dialog, &DialogForm::touchCancel);
+        QSignalSpy closed(&dialog, &DialogForm::closePopup);
+        const auto* okButton = dialog.findChild<QWidget*>(u("dialogOkButton"));
+        const auto* cancelButton = dialog.findChild<QWidget*>(u("dialogCancelButton"));
+        // A handler may ask the next question with the same dialog.
+        connect(&dialog, &DialogForm::touchOk, &dialog, &QWidget::show);
+        dialog.show();
+        for (const int type : {0, 16, 272}) {
+            dialog.setButtonType(type);
+            QCOMPARE(okButton->isVisible(), type != 0);
+            QCOMPARE(cancelButton->isVisible(), type == 272);
+        }
+        finger.tap(okButton);
+        QVERIFY(dialog.isVisible());
+        QCOMPARE(ok.count(), 1);
+        QCOMPARE(cancel.count() + closed.count(), 0);
+        finger.tap(cancelButton);
+        QVERIFY(!dialog.isVisible());
+        QCOMPARE(ok.count(), 1);
+        QCOMPARE(cancel.count(), 1);
+        QCOMPARE(closed.count(), 1);
+    }
+
+    void dialogClosesByItself() {
+        show();
+        DialogForm dialog(window_.get(), 1);
+        QSignalSpy closed(&dialog, &DialogForm::closePopup);
+        for (int shows = 1; shows <= 2; ++shows) {
+            dialog.show();
+            QTRY_VERIFY(!dialog.isVisible());
+            QCOMPARE(closed.count(), shows);
+        }
+        dialog.setAutoClose(0);
+        dialog.show();
+        dialog.hide();
+        QCOMPARE(closed.count(), 2);
+
+        dialog.show();
+        dialog.windowChanged();
+        QVERIFY(dialog.isVisible());
+        dialog.checkWindowChange(true);
+        dialog.windowChanged();
+        QVERIFY(!dialog.isVisible());
+
+        QPointer<DialogForm> once = new DialogForm(window_.get());
+        once->setDeleteOnClose(true);
+        once->show();
+        once->hide();
+        QTRY_VERIFY(!once);
+    }
+
+    void dialogBlocksWhatIsBehind() {
+        auto* behind = add<WidgetButton>(0, 0, 100, 100);
+        auto* entry = add<QLineEdit>(0, 700, 100, 50);
+        Finger finger = show();
+        entry->setFocus();
+        QSignalSpy touched(behind, &WidgetButton::touched);
+        DialogForm dialog(window_.get());
+        // A finger that lies on the button already does not set it off either.
+        finger.down(behind);
+        dialog.show();
+        finger.up();
+        finger.tap(behind);
+        for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Back, Qt::Key_Tab, Qt::Key_A})
+            QTest::keyClick(window_->windowHandle(), key);
+        QCOMPARE(touched.count(), 0);
+        QCOMPARE(entry->text(), QString());
+        QVERIFY(dialog.isVisible());
+
+        dialog.setBackgroundDisabled(false);
+        finger.tap(behind);
+        QCOMPARE(touched.count(), 1);
+        dialog.hide();
+        QTest::keyClick(window_->windowHandle(), 'a');
+        QCOMPARE(entry->text(), u("a"));
+        finger.tap(behind);
+        QCOMPARE(touched.count(), 2);
+    }
+
+    void dialogIsAloneInItsWindow() {
+        auto* screen = add<QWidget>(0, 0, 480, 800);
+        show();
+        DialogForm first(window_.get());
+        DialogForm second(screen);
+        WaitForm third(window_.get());
+        QSignalSpy firstClosed(&first, &DialogForm::closePopup);
+        first.show();
+        second.show();
+        QVERIFY(!first.isVisible());
+        QCOMPARE(firstClosed.count(), 1);
+        QCOMPARE(DialogOverlay::current(screen), static_cast<DialogOverlay*>(&second));
+        third.show();
+        QVERIFY(!second.isVisible());
+        third.hide();
+        QVERIFY(!DialogOverlay::current(window_.get()));
+
+        // It goes with its screen, and does not come back with it.
+        second.show();
+        screen->hide();
+        screen->show();
+        QVERIFY(!second.isVisible());
+    }
+
+    void dialogGrowsAroundItsTexts() {
+        show();
+        DialogForm dialog(window_.get());
+        dialog.show();
+        dialog.setIcon(DialogForm::Icon::Error);
+        const auto* ok = dialog.findChild<QWidget*>(u("dialogOkButton"));
+        const auto* label = dialog.findChild<QLabel*>(u("dialogText"));
+        int lastHeight = 0;
+        for (const char* text : {"One", "One\nTwo",
+                                 "One\nTwo<br>A third one that is so long that it takes two lines, "
+                                 "or rather three, if not four of them"}) {
+            ScriptHandler::Script script = sameText(u(text));
+            script.size = 26;
+            script.height = 95;
+            dialog.setText(script);
+            const QRect card = ok->parentWidget()->geometry();
+            QVERIFY(qAbs(card.center().y() - dialog.rect().center().y()) <= 1);
+            QVERIFY(card.height() > lastHeight);
+            lastHeight = card.height();
+            QVERIFY(label->height() >= label->heightForWidth(label->width()));
+            QVERIFY(label->geometry().bottom() < ok->y());
+        }
+        window_->resize(400, 700);
+        QCOMPARE(dialog.size(), window_->size());
+    }
+
     void timeRangeIsFormatted() {
         InputField field;
         field.setAllowedCharacters(InputField::TimeRange);
@@ -354,12 +464,12 @@ class UiWidgetsTest : public QObject {
     }
     Finger show() {
         window_->show();
-        if (!QTest::qWaitForWindowExposed(window_.get()))
+        if (!QTest::qWaitForWindowActive(window_.get()))
             qFatal("the window does not come up");
         return Finger(window_.get());
     }
 
-    QTemporaryDir root_;
+    DeviceRoot root_;
     std::unique_ptr<QWidget> window_;
     int clicks_ = 0;
 };

@@ -13,8 +13,8 @@ constexpr int kHeight = 56;
 constexpr int kInset = 4;  // the outline and 3 pixels of ground
 constexpr int kTick = 22;
 constexpr int kTickGap = 8;
-constexpr int kLeastTickGap = 4;  // rather than take a line of its own
-constexpr int kSide = 4;          // least room beside the tick and the word
+constexpr int kLeastTickGap = 6;  // rather than take a line of its own
+constexpr int kSide = 6;          // least room beside the tick and the word
 
 }  // namespace
 

@@ -35,10 +35,10 @@ WaitForm::WaitForm(QWidget* parent)
     setProgress(-1);
 }
 
-void WaitForm::setProgress(int percent) {
+void WaitForm::setProgress(int percent, bool numbered) {
     bar_->setVisible(percent >= 0);
     bar_->setValue(percent);
-    percent_->setVisible(percent >= 0);
+    percent_->setVisible(percent >= 0 && numbered);
     percent_->setText(QString::number(bar_->value()) + QLatin1Char('%'));
     partsChanged();
 }
@@ -48,7 +48,10 @@ int WaitForm::arrange() {
     if (!bar_->isHidden()) {
         y += kBarGap;
         bar_->setGeometry(kSide, y, kInnerWidth, kBarHeight);
-        y += kBarHeight + kPercentGap;
+        y += kBarHeight;
+    }
+    if (!percent_->isHidden()) {
+        y += kPercentGap;
         percent_->setFont(Theme::font(family(), 26, QFont::Bold));
         percent_->setGeometry(kSide, y, kInnerWidth, kPercentHeight);
         y += kPercentHeight;

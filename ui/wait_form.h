@@ -14,8 +14,9 @@ class WaitForm : public MessageOverlay {
  public:
     explicit WaitForm(QWidget* parent);
 
-    /// 0 to 100 percent; below 0 there is no progress bar, as at first.
-    void setProgress(int percent);
+    /// 0 to 100 percent; below 0 there is no progress bar, as at first. The number stands below
+    /// the bar, unless @p numbered is false because the text tells it.
+    void setProgress(int percent, bool numbered = true);
 
  protected:
     int arrange() override;

@@ -13,17 +13,9 @@ constexpr int kPopupOverlap = 17;
 
 constexpr auto Error = DialogForm::Icon::Error;
 constexpr auto Info = DialogForm::Icon::Info;
-constexpr auto Pass = DialogForm::Icon::Pass;
 
-/// By number, from 1 on.
+/// By number, from kFirstOwnPopup on.
 constexpr PopupText kPopups[] = {
-    {"ListItem_SetATime", Error},
-    {"ListItem_SetATime", Error},
-    {"ListItem_SetATime", Error},
-    {"ListItem_SetATime", Error},
-    {"ListItem_StartimeEndtimeSame", Error},
-    {"ListItem_IntimeOuttimeSame", Error},
-    {"ListItem_ConfigurationComplete", Pass},
     {"ListItem_BrackfastExceededInputRange", Error},
     {"ListItem_LunchExceededInputRange", Error},
     {"ListItem_DinnerExceededInputRange", Error},
@@ -35,7 +27,7 @@ constexpr PopupText kPopups[] = {
     {"ListItem_SavingConfiguring", Info},
     {"ListItem_MealtimeOverlap", Error},
 };
-static_assert(std::size(kPopups) == kPopupOverlap);
+static_assert(OperationSettingsForm::kFirstOwnPopup + std::size(kPopups) - 1 == kPopupOverlap);
 
 /// Any two of the periods, used or not, must stand beside each other.
 bool overlap(const OperationBlock& block) {

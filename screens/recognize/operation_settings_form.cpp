@@ -1,6 +1,7 @@
 #include "screens/recognize/operation_settings_form.h"
 
 #include <QScrollBar>
+#include <iterator>
 
 #include "app/main_window.h"
 #include "link/command_code.h"
@@ -16,6 +17,20 @@
 namespace {
 
 constexpr int kPopupSaved = 7;
+
+constexpr auto Error = DialogForm::Icon::Error;
+
+/// By number, from 1 on.
+constexpr PopupText kCommonPopups[] = {
+    {"ListItem_SetATime", Error},
+    {"ListItem_SetATime", Error},
+    {"ListItem_SetATime", Error},
+    {"ListItem_SetATime", Error},
+    {"ListItem_StartimeEndtimeSame", Error},
+    {"ListItem_IntimeOuttimeSame", Error},
+    {"ListItem_ConfigurationComplete", DialogForm::Icon::Pass},
+};
+static_assert(std::size(kCommonPopups) == OperationSettingsForm::kFirstOwnPopup - 1);
 
 OperationSettings settingsOf(const OperationBlock& block) {
     return {
@@ -120,6 +135,9 @@ void OperationSettingsForm::SetSettingResult(unsigned char result) {
 }
 
 void OperationSettingsForm::ShowPopup(int code, int seconds) {
-    if (code >= 1 && code <= popupCount_)
-        popup_.show(popups_[code - 1], seconds);
+    const int own = code - kFirstOwnPopup;
+    if (code >= 1 && own < 0)
+        popup_.show(kCommonPopups[code - 1], seconds);
+    else if (own >= 0 && own < popupCount_)
+        popup_.show(popups_[own], seconds);
 }

@@ -20,7 +20,10 @@ class OperationSettingsForm : public TitledForm {
     Q_OBJECT
 
  public:
-    /// @p popups are the screen's popups by number, from 1 on.
+    /// The popups with lower numbers are those of both screens.
+    static constexpr int kFirstOwnPopup = 8;
+
+    /// @p popups are the screen's own popups by number, from kFirstOwnPopup on.
     template <int count>
     OperationSettingsForm(QWidget* parent, const QString& title, const PopupText (&popups)[count])
         : OperationSettingsForm(parent, title, popups, count) {}

@@ -13,17 +13,9 @@ constexpr int kPopupSaving = 20;
 
 constexpr auto Error = DialogForm::Icon::Error;
 constexpr auto Info = DialogForm::Icon::Info;
-constexpr auto Pass = DialogForm::Icon::Pass;
 
-/// By number, from 1 on.
+/// By number, from kFirstOwnPopup on.
 constexpr PopupText kPopups[] = {
-    {"ListItem_SetATime", Error},
-    {"ListItem_SetATime", Error},
-    {"ListItem_SetATime", Error},
-    {"ListItem_SetATime", Error},
-    {"ListItem_StartimeEndtimeSame", Error},
-    {"ListItem_IntimeOuttimeSame", Error},
-    {"ListItem_ConfigurationComplete", Pass},
     {"ListItem_DoorOpentimeExceededInputRange", Error},
     {"ListItem_DoorClosetimeExceededInputRange", Error},
     {"ListItem_WeekdayWorkTimeExceededInputRange", Error},
@@ -38,7 +30,7 @@ constexpr PopupText kPopups[] = {
     {"ListItem_CheckInputRangeSaturdayLeave", Error},
     {"ListItem_SavingConfiguring", Info},
 };
-static_assert(std::size(kPopups) == kPopupSaving);
+static_assert(OperationSettingsForm::kFirstOwnPopup + std::size(kPopups) - 1 == kPopupSaving);
 
 }  // namespace
 

@@ -19,7 +19,9 @@ void upgradingWindow::createForm() {
 
 void upgradingWindow::windowInEvent() {
     TitledForm::windowInEvent();
-    ui_->download->setVisible(param().isValid());
+    // Without a download the new firmware is in place already.
+    ui_->downloadText->setVisible(param().isValid());
+    ui_->restartText->setVisible(!param().isValid());
     showProgress(0, -1, QString());
 }
 
@@ -27,6 +29,7 @@ void upgradingWindow::showProgress(qint64 received, qint64 total, const QString&
     // A server need not say how much there is to come.
     const bool known = total > 0;
     const int percent = known ? static_cast<int>(received * 100 / total) : 0;
+    ui_->spinner->setVisible(!known);
     ui_->downloadBar->setVisible(known);
     ui_->downloadBar->setValue(percent);
     ui_->downloadPercent->setText(known ? QString::number(percent) + QLatin1Char('%') : QString());

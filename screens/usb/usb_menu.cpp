@@ -119,11 +119,10 @@ constexpr Export kExports[] = {
     {"all_download", transfer::Everything, 1, true},
 };
 
-ScriptHandler::Script withPercent(const char* key, int percent) {
-    ScriptHandler::Script text = MainWindow::getMainWindow()->getScript(QLatin1String(key));
-    text.script.replace(QLatin1String("%1"), QString::number(qMin(percent, 100)));
-    return text;
-}
+/// Texts of the status row.
+constexpr char kConnected[] = "ListItem_UsbConnected";
+constexpr char kNotConnected[] = "ListItem_UsbNotConnected";
+constexpr char kNoFolder[] = "ListItem_UsbNoFolder";
 
 }  // namespace
 
@@ -131,7 +130,8 @@ UsbMenu::UsbMenu(QWidget* parent, const QString& title)
     : TitledForm(parent, title, QStringLiteral("zelMenuWindow")),
       mountCheckTimer_(new QTimer(this)),
       presenceTimer_(new QTimer(this)),
-      popup_(this) {
+      popup_(this),
+      statusKey_(kNotConnected) {
     mountCheckTimer_->setObjectName(QStringLiteral("mountCheckTimer"));
     presenceTimer_->setObjectName(QStringLiteral("presenceTimer"));
     for (QTimer* timer : {mountCheckTimer_, presenceTimer_}) {
@@ -170,7 +170,7 @@ void UsbMenu::createForm() {
 }
 
 void UsbMenu::scriptsApplied() {
-    showStatus(!ui_->actions->isHidden());
+    showStatus(statusKey_);
 }
 
 void UsbMenu::windowInEvent() {
@@ -202,6 +202,11 @@ void UsbMenu::UpdateUsbInfo(int state, int sub) {
     switch (state) {
         case stick::Mounted:
             if (sub != 1 && sub != 2) {
+                // An answer, though no good one: nobody is to ask for a stick that is there.
+                mountCheckRunning_ = false;
+                mountCheckTimer_->stop();
+                // The popup goes by itself; the reason why there is nothing to do stays.
+                showStatus(kNoFolder);
                 ShowPopup(kPopupNoFolder, kPopupSeconds);
                 break;
             }
@@ -252,25 +257,23 @@ void UsbMenu::UsbCheckMountTimeout() {
 }
 
 void UsbMenu::showActionButtons() {
-    showStatus(true);
+    showStatus(kConnected);
     ui_->insertLabel->hide();
     ui_->actions->show();
     presenceTimer_->start();
 }
 
 void UsbMenu::hideActionButtons() {
-    showStatus(false);
+    showStatus(kNotConnected);
     ui_->actions->hide();
     ui_->insertLabel->show();
     presenceTimer_->stop();
 }
 
-void UsbMenu::showStatus(bool stick) {
-    ui_->statusRow->setPositive(stick);
-    ui_->statusRow->setText(MainWindow::getMainWindow()
-                                ->getScript(stick ? QStringLiteral("ListItem_UsbConnected")
-                                                  : QStringLiteral("ListItem_UsbNotConnected"))
-                                .script);
+void UsbMenu::showStatus(const char* key) {
+    statusKey_ = key;
+    ui_->statusRow->setPositive(key == kConnected);
+    ui_->statusRow->setText(MainWindow::getMainWindow()->getScript(QLatin1String(key)).script);
 }
 
 // --- Exports and imports -------------------------------------------------------------------
@@ -384,13 +387,13 @@ void UsbMenu::showPercent(int phase, int percent) {
     if (phase == transfer::PreparingToSend) {
         ShowWait(kWaitPreparing);
     } else if (phase == transfer::Sending) {
-        showWaitText(withPercent("ListItem_Sending", percent), -1);
+        showWaitPercent("ListItem_Sending", percent);
     }
 }
 
 void UsbMenu::ShowFwUpgrade(int state, int percent) {
     if (state == transfer::Running) {
-        showWaitText(withPercent("ListItem_upgradingUSB", percent), -1);
+        showWaitPercent("ListItem_upgradingUSB", percent);
     } else if (state == transfer::Done) {
         ShowPopup(kPopupRestart, 0);
     } else {
@@ -400,16 +403,25 @@ void UsbMenu::ShowFwUpgrade(int state, int percent) {
 
 void UsbMenu::ShowWait(int number, int percent) {
     for (const NumberedText& wait : kWaits) {
-        if (wait.number == number)
-            showWaitText(MainWindow::getMainWindow()->getScript(QLatin1String(wait.key)), percent);
+        if (wait.number != number)
+            continue;
+        waitForm_->setProgress(percent);
+        showWaitText(MainWindow::getMainWindow()->getScript(QLatin1String(wait.key)));
     }
 }
 
-void UsbMenu::showWaitText(const ScriptHandler::Script& text, int percent) {
+void UsbMenu::showWaitPercent(const char* key, int percent) {
+    percent = qMin(percent, 100);
+    ScriptHandler::Script text = MainWindow::getMainWindow()->getScript(QLatin1String(key));
+    text.script.replace(QLatin1String("%1"), QString::number(percent));
+    waitForm_->setProgress(percent, false);
+    showWaitText(text);
+}
+
+void UsbMenu::showWaitText(const ScriptHandler::Script& text) {
     waitForm_->setText(text);
     waitForm_->setSecondText(
         MainWindow::getMainWindow()->getScript(QStringLiteral("ListItem_DoNotRemoveUSB")));
-    waitForm_->setProgress(percent);
     waitForm_->show();
 }
 

@@ -62,8 +62,10 @@ class UsbMenu : public TitledForm {
  private:
     void showActionButtons();
     void hideActionButtons();
-    void showStatus(bool stick);
-    void showWaitText(const ScriptHandler::Script& text, int percent);
+    void showStatus(const char* key);
+    /// The text of @p key tells the percentage itself.
+    void showWaitPercent(const char* key, int percent);
+    void showWaitText(const ScriptHandler::Script& text);
     void askBeforeLogImport();
     void openFileSelecter(const QString& action);
 
@@ -73,6 +75,7 @@ class UsbMenu : public TitledForm {
     WaitForm* waitForm_ = nullptr;
     DialogForm* logWarning_ = nullptr;
     ScreenPopup popup_;
+    const char* statusKey_;
     bool mountCheckRunning_ = false;
     bool stickPresent_ = false;
     int lastPercent_ = 0;
