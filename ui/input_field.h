@@ -68,6 +68,8 @@ class InputField : public WidgetButton, public Scripted {
     void editRequested();
     /// The keypad is done with it.
     void editingFinished();
+    /// The keypad's own key for that was touched.
+    void doneTouched();
 
  protected:
     void paintEvent(QPaintEvent* event) override;

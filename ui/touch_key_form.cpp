@@ -85,7 +85,12 @@ TouchKeyForm::TouchKeyForm(QWidget* parent) : QWidget(parent) {
     backspace_->setPicture(QStringLiteral("backspace.png"));
     backspace_->setAutoRepeat(true);
     clear_ = add("key_clear", TouchKey::Function, [this] { clear(); });
-    done_ = add("key_done", TouchKey::Primary, [this] { hide(); });
+    done_ = add("key_done", TouchKey::Primary, [this] {
+        const QPointer<InputField> field = field_;
+        hide();
+        if (field)
+            emit field->doneTouched();
+    });
     hide_ = add("key_hide", TouchKey::Function, [this] { hide(); });
     hide_->setPicture(QStringLiteral("keypad_hide.png"));
     option_ = add("key_option", TouchKey::Function, [this] { insert(option_->text()); });

@@ -26,6 +26,7 @@ void InputAdminPassword::createForm() {
     ui_->setupUi(this);
     connectForm(ui_->topBar);
     connect(ui_->topBar, &TopBar::forwardTouched, this, &InputAdminPassword::okButtonTouch);
+    connect(ui_->passwordField, &InputField::doneTouched, this, &InputAdminPassword::okButtonTouch);
     QPalette palette = ui_->messageLabel->palette();
     palette.setColor(QPalette::WindowText, Theme::color(Theme::kDanger));
     ui_->messageLabel->setPalette(palette);
@@ -65,6 +66,7 @@ void InputAdminPassword::refuse() {
         showEntry();
     } else {
         say(shell->getScript(QStringLiteral("Info_WrongPassword")));
+        shell->showTouchKey(ui_->passwordField);
     }
 }
 

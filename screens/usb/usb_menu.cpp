@@ -202,9 +202,6 @@ void UsbMenu::UpdateUsbInfo(int state, int sub) {
     switch (state) {
         case stick::Mounted:
             if (sub != 1 && sub != 2) {
-                // An answer, though no good one: nobody is to ask for a stick that is there.
-                mountCheckRunning_ = false;
-                mountCheckTimer_->stop();
                 // The popup goes by itself; the reason why there is nothing to do stays.
                 showStatus(kNoFolder);
                 ShowPopup(kPopupNoFolder, kPopupSeconds);
