@@ -271,7 +271,7 @@ class ScreensWalkTest : public QObject {
         const QStringList withoutBar{QStringLiteral("bootWindow"), QStringLiteral("stayWindow"),
                                      QStringLiteral("liveWindow"),
                                      QStringLiteral("recognizeWindow")};
-        int ways = 0;
+        QSet<QString> reached;
         for (const QString& title : titles()) {
             stage->open(title);
             const auto* bar = active()->findChild<TopBar*>();
@@ -281,8 +281,10 @@ class ScreensWalkTest : public QObject {
             const QList<WidgetButton*> buttons = active()->findChildren<WidgetButton*>();
             for (WidgetButton* button : buttons) {
                 const bool home = bar != nullptr && button == bar->button(TopBar::Home);
-                const QString target =
-                    home ? QStringLiteral("stayWindow") : button->property("target").toString();
+                const bool forward = bar != nullptr && button == bar->button(TopBar::Forward);
+                const QString target = home      ? QStringLiteral("stayWindow")
+                                       : forward ? bar->property("forwardTarget").toString()
+                                                 : button->property("target").toString();
                 const bool back = bar != nullptr && button == bar->button(TopBar::Back);
                 if (!button->isHidden() && (back || !target.isEmpty()))
                     targets.insert(button, target);
@@ -290,15 +292,21 @@ class ScreensWalkTest : public QObject {
             for (auto way = targets.cbegin(); way != targets.cend(); ++way) {
                 stage->open(title);
                 tap(way.key());
-                const QString reached = active()->getTitle();
-                QVERIFY2(reached != title, qPrintable(title));
+                const QString next = active()->getTitle();
+                QVERIFY2(next != title, qPrintable(title));
                 if (!way->isEmpty())
-                    QCOMPARE(reached, *way);
-                QCOMPARE(visibleScreens(), QStringList(reached));
+                    QCOMPARE(next, *way);
+                QCOMPARE(visibleScreens(), QStringList(next));
+                reached.insert(next);
             }
-            ways += targets.size();
         }
-        QVERIFY(ways > 140);
+        // The others come up at a touch that does more than that, or by themselves.
+        QStringList others = titles();
+        for (const QString& title : qAsConst(reached))
+            others.removeOne(title);
+        QCOMPARE(others.join(QLatin1Char(' ')),
+                 QStringLiteral("bootWindow usbUploadFileSelector recognizeWindow inputSubWindow "
+                                "UsbOutLogWindow upgradingWindow InputAdminPassword"));
     }
 
     void everyScreenOutlivesTheLink() {
