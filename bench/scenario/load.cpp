@@ -144,7 +144,9 @@ class LinkWatch : public QObject {
         connect(&controller, &ControllerSim::frameReceived, this, [this, &terminal](quint16 code) {
             if (code != command::AskUnsentUsers || !asked_.isValid())
                 return;
-            times_.push_back(static_cast<double>(asked_.nsecsElapsed()) / 1e6);
+            // This thread is the controller's too, and now and then draws somebody's picture.
+            times_.push_back(static_cast<double>(asked_.nsecsElapsed()) / 1e6 -
+                             (clockTime(CLOCK_THREAD_CPUTIME_ID) - ownBefore_));
             ownTimes_.push_back(terminal.mainThreadTime() - before_);
             asked_.invalidate();
         });
@@ -153,13 +155,14 @@ class LinkWatch : public QObject {
             if (asked_.isValid())
                 return;
             before_ = terminal.mainThreadTime();
+            ownBefore_ = clockTime(CLOCK_THREAD_CPUTIME_ID);
             asked_.start();
             controller.execute(QStringLiteral("unsent"));
         });
         timer_.start(kBetweenFrames);
     }
 
-    /// Milliseconds until the answers came.
+    /// Milliseconds until the answers came, less those that this thread worked meanwhile.
     const std::vector<double>& times() const { return times_; }
     /// Milliseconds that the thread which answers ran until then; where they are fewer by far,
     /// somebody else had the processor.
@@ -169,6 +172,7 @@ class LinkWatch : public QObject {
     QTimer timer_;
     QElapsedTimer asked_;
     double before_ = 0;
+    double ownBefore_ = 0;
     std::vector<double> times_;
     std::vector<double> ownTimes_;
 };

@@ -1,7 +1,5 @@
 #include "bench/scenario/program.h"
 
-#include <time.h>
-
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QEventLoop>
@@ -13,18 +11,18 @@ namespace {
 
 constexpr int kPatience = 10000;  // milliseconds
 
-qint64 nanoseconds(clockid_t clock) {
+}  // namespace
+
+double clockTime(clockid_t clock) {
     timespec now{};
     ::clock_gettime(clock, &now);
-    return now.tv_sec * 1000000000LL + now.tv_nsec;
+    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
 }
-
-}  // namespace
 
 Program::Program(const char* name, const QStringList& arguments) {
     process_.setStandardInputFile(QProcess::nullDevice());
     process_.setStandardErrorFile(QProcess::nullDevice());
-    started_ = nanoseconds(CLOCK_MONOTONIC);
+    started_ = clockTime(CLOCK_MONOTONIC);
     process_.start(QStringLiteral(ZEL_BINARY_DIR "/bin/") + QLatin1String(name), arguments);
     process_.waitForStarted();
 }
@@ -42,7 +40,7 @@ double Program::firstFrame() {
         while (process_.canReadLine()) {
             const QByteArray line = process_.readLine().trimmed();
             if (line.startsWith(mark))
-                return static_cast<double>(line.mid(mark.size()).toLongLong() - started_) / 1e6;
+                return static_cast<double>(line.mid(mark.size()).toLongLong()) / 1e6 - started_;
         }
         if (!process_.waitForReadyRead(static_cast<int>(deadline.remainingTime())))
             break;
@@ -62,7 +60,7 @@ double Program::cpuTime() const {
     clockid_t clock{};
     if (::clock_getcpuclockid(static_cast<pid_t>(process_.processId()), &clock) != 0)
         return -1;
-    return static_cast<double>(nanoseconds(clock)) / 1e9;
+    return clockTime(clock) / 1e3;
 }
 
 double Program::mainThreadTime() const {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <time.h>
+
 #include <QProcess>
 #include <QString>
 #include <QStringList>
@@ -30,11 +32,14 @@ class Program {
     int countOf(const char* folder) const;
 
     QProcess process_;
-    qint64 started_ = 0;  // CLOCK_MONOTONIC, nanoseconds
+    double started_ = 0;  // CLOCK_MONOTONIC, milliseconds
 };
 
 /// Resident memory in MB of the process @p pid ("self" for this one), -1 when there is none.
 double residentMemory(const QString& pid);
+
+/// What @p clock reads, in milliseconds.
+double clockTime(clockid_t clock);
 
 /// A TCP port of loopback that is free now.
 quint16 freePort();
