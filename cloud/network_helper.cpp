@@ -127,7 +127,8 @@ QString getGateway(const QString& interface) {
         if (got <= 0)
             return {};
         auto length = static_cast<unsigned int>(got);
-        for (const auto* message = reinterpret_cast<const nlmsghdr*>(buffer.data());
+        for (const auto* message =
+                 static_cast<const nlmsghdr*>(static_cast<const void*>(buffer.data()));
              NLMSG_OK(message, length); message = NLMSG_NEXT(message, length)) {
             if (message->nlmsg_type != RTM_NEWROUTE)
                 return {};  // the end of the list, or an error
