@@ -50,6 +50,7 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     bool SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2, unsigned short len,
                      const char* data) override;
     bool linkUp() const override { return link_->connected(); }
+    LinkProgress linkProgress() const override { return link_->progress(); }
     void SendCloseMessage(int value) override;
     void PlaySound(int id) override;
     void EnrollPlaySoundTts(int n, const char* text) override;
