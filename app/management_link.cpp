@@ -68,6 +68,7 @@ void ManagementLink::restart() {
     connectTimer_.stop();
     checkTimer_.stop();
     setConnected(false);
+    client_->takeSettings();
     if (!inUse())
         return;
     const NetworkBlock network = cloud_.settings().network;
