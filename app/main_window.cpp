@@ -176,12 +176,18 @@ void MainWindow::connectManagement() {
 // --- Device link ---------------------------------------------------------------------------
 
 bool MainWindow::SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2) {
-    return link_->send(cmd, p1, p2);
+    const bool sent = link_->send(cmd, p1, p2);
+    if (sent)
+        recognition_.sent(cmd, p1);
+    return sent;
 }
 
 bool MainWindow::SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2,
                              unsigned short len, const char* payload) {
-    return link_->send(cmd, p1, p2, len, payload);
+    const bool sent = link_->send(cmd, p1, p2, len, payload);
+    if (sent)
+        recognition_.sent(cmd, p1);
+    return sent;
 }
 
 void MainWindow::SendCloseMessage(int value) {
@@ -473,6 +479,8 @@ std::uint32_t MainWindow::selfCheckWord() const {
 // --- Management service --------------------------------------------------------------------
 
 void MainWindow::peersChanged() {
+    if (!linkUp())
+        recognition_.forget();
     if (WindowForm* active = windows_.active())
         active->peersChanged();
 }

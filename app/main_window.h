@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "app/languages.h"
+#include "app/recognition_run.h"
 #include "app/record_store.h"
 #include "app/system_status.h"
 #include "app/window_registry.h"
@@ -50,6 +51,7 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     bool SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2, unsigned short len,
                      const char* data) override;
     bool linkUp() const override { return link_->connected(); }
+    bool recognitionRuns() const override { return recognition_.runs(); }
     void SendCloseMessage(int value) override;
     void PlaySound(int id) override;
     void EnrollPlaySoundTts(int n, const char* text) override;
@@ -227,6 +229,7 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     TouchKeyForm* touchKey_ = nullptr;
     ManagementLink* management_ = nullptr;
 
+    RecognitionRun recognition_;
     DeviceMessage lastControllerEvent_;
     ReaderMode readerMode_ = ReaderMode::In;
     ServiceMode serviceMode_ = ServiceMode::InService;
