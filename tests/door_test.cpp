@@ -1,8 +1,10 @@
 #include <QElapsedTimer>
 #include <QImage>
 #include <QtTest>
+#include <functional>
 
 #include "base/clock.h"
+#include "cloud/parameters.h"
 #include "link/command_code.h"
 #include "screens/recognize/live_view.h"
 #include "screens/recognize/work_banner.h"
@@ -10,6 +12,7 @@
 #include "tests/support/finger.h"
 #include "ui/text_line.h"
 #include "ui/thumbnail_view.h"
+#include "ui/visible_timer.h"
 
 namespace {
 
@@ -54,6 +57,11 @@ QByteArray redPicture() {
     return bytes;
 }
 
+/// Somebody whom the management service speaks of.
+QVariant someUser() {
+    return QVariant::fromValue(FR33_3_Parameter{QStringLiteral("01000000000")});
+}
+
 RecognitionResult resultOf(const QString& userId, const QString& name) {
     RecognitionResult result{};
     setFieldText(result.userId, userId);
@@ -73,11 +81,17 @@ class DoorTest : public QObject {
     void cleanupTestCase() { t.reset(); }
     void aTouchWakesTheStandbyScreen();
     void theStandbyScreenSleeps();
+    void aDarkScreenLightsUpHoweverItIsLeft();
+    void aFingerOnAHiddenScreenDoesNothing();
+    void theLiveViewLooksForFaces();
+    void nothingMovesWhereScreensMustNotChange();
+    void aResultDuringTheStart();
     void theBannerTellsTheMode();
     void theBannerOfAnUnknownModeStays();
     void theStripOffersWhatIsSet();
     void theLiveViewEnds();
     void aVisitorRings();
+    void dialogsKeepTheLiveView();
     void theBoxPaintsLittle();
     void attendanceIsChosenOnce();
     void mealsArePaid();
@@ -118,6 +132,8 @@ void DoorTest::initTestCase() {
 
 void DoorTest::init() {
     Clock::fix(QDateTime(QDate(2026, 3, 9), QTime(8, 52)));
+    if (DialogOverlay* dialog = DialogOverlay::current(t->window.get()))
+        dialog->hide();
     t->window->changeWindow(QStringLiteral("stayWindow"));
     for (const char* line :
          {"track off", "status auto", "time 2026-03-09 08:52",
@@ -173,6 +189,147 @@ void DoorTest::theStandbyScreenSleeps() {
     word("sleep");
     word("track on");
     QCOMPARE(sent(), QStringList());
+}
+
+void DoorTest::aDarkScreenLightsUpHoweverItIsLeft() {
+    const struct {
+        const char* screen;
+        std::function<void()> leave;
+    } ways[] = {
+        {"liveWindow", [this] { t->tap("standbyView"); }},
+        {"recognizeWindow", [this] { word("card 10000002"); }},
+        {"liveWindow", [this] { word("card 99999999"); }},
+        {"liveWindow", [this] { word("live"); }},
+        {"liveWindow", [this] { t->window->sendCommand_ReceiveNetUserDelete(someUser()); }},
+        {"userEnroll_qualWindow", [this] { t->window->startEnrolment(); }},
+        {"upgradingWindow", [this] { word("frame 2990 0 0"); }},
+    };
+    for (const auto& way : ways) {
+        QVERIFY(t->open("stayWindow"));
+        word("sleep");
+        QVERIFY(t->sends("2035 0 0"));
+        way.leave();
+        QVERIFY2(t->shows(way.screen), way.screen);
+        QCOMPARE(sent().count(QStringLiteral("2035 1 0")), 1);
+    }
+}
+
+void DoorTest::aFingerOnAHiddenScreenDoesNothing() {
+    set("setup.operation", 1);
+    const struct {
+        const char* before;
+        const char* place;
+        const char* happens;
+        const char* after;
+    } touches[] = {
+        {"stayWindow", "standbyView", "card 10000002", "recognizeWindow"},
+        {"liveWindow", "menuButton", "card 10000002", "recognizeWindow"},
+        {"recognizeWindow", "cancelButton", "live", "liveWindow"},
+    };
+    for (const auto& touch : touches) {
+        QVERIFY(t->open(touch.before));
+        if (touch.place == touches[2].place)
+            word("card 10000002");
+        QTRY_VERIFY2(t->find(touch.place), touch.place);
+        Finger finger(t->window.get());
+        finger.down(t->find(touch.place));
+        word(touch.happens);
+        QVERIFY2(t->shows(touch.after), touch.place);
+        sent();
+        finger.up();
+        QCOMPARE(sent(), QStringList());
+        QCOMPARE(t->title(), QLatin1String(touch.after));
+    }
+
+    QWidget screen;
+    VisibleTimer timer(&screen);
+    timer.start(60000);
+    QVERIFY(!timer.isActive());
+    screen.show();
+    timer.start();
+    QVERIFY(timer.isActive());
+    screen.hide();
+    QVERIFY(!timer.isActive());
+}
+
+void DoorTest::theLiveViewLooksForFaces() {
+    set("setup.authMethod", 4);
+    set("resultSeconds", 1);
+    const struct {
+        const char* before;
+        std::function<void()> come;
+        bool startsAnew;
+    } ways[] = {
+        {"stayWindow", [this] { t->tap("standbyView"); }, true},
+        {"stayWindow", [this] { word("card 10000002"); }, true},
+        {"zelMenuWindow", [this] { word("card 10000002"); }, true},
+        {"liveWindow",
+         [this] {
+             t->tap("keypadButton");
+             t->tap("backButton");
+         },
+         true},
+        {"liveWindow", [this] { t->window->sendCommand_ReceiveNetUserDelete(someUser()); }, true},
+        {"liveWindow", [this] { word("face 01023456789"); }, false},
+    };
+    for (const auto& way : ways) {
+        QVERIFY(t->open("stayWindow") && t->open(way.before));
+        way.come();
+        QVERIFY(t->settle());
+        QVERIFY(t->shows("liveWindow"));
+        const QStringList frames = sent();
+        for (const char* frame : {"2011 1 0", "2010 1 0", "2030 0 0"}) {
+            QCOMPARE(frames.count(QLatin1String(frame)), way.startsAnew ? 1 : 0);
+            QVERIFY(frames.lastIndexOf(QStringLiteral("2010 0 0")) <=
+                    frames.indexOf(QLatin1String(frame)));
+        }
+        // Whoever comes now is seen.
+        word("face 01098765432");
+        QVERIFY(t->shows("recognizeWindow"));
+        QVERIFY(t->shows("liveWindow"));
+    }
+}
+
+void DoorTest::nothingMovesWhereScreensMustNotChange() {
+    QVERIFY(t->open("stayWindow"));
+    const auto allow = qScopeGuard([this] { t->window->setChangeWindowFlag(true); });
+    t->window->setChangeWindowFlag(false);
+    t->tap("standbyView");
+    QCOMPARE(t->title(), QStringLiteral("stayWindow"));
+    QCOMPARE(
+        sent().join(QLatin1Char('|')),
+        QStringLiteral("1908 0 0 c9 00|2011 1 0|2010 1 0|2030 0 0|2035 1 0|2011 0 0|2010 0 0"));
+    // A card that is refused, and one that is not.
+    word("card 99999999");
+    word("card 10000002");
+    t->window->startEnrolment();
+    QVERIFY(t->settle());
+    QCOMPARE(t->title(), QStringLiteral("stayWindow"));
+    QCOMPARE(sent().last(), QStringLiteral("2010 0 0"));
+
+    t->window->setChangeWindowFlag(true);
+    QVERIFY(t->open("liveWindow"));
+    t->window->setChangeWindowFlag(false);
+    for (const char* button : {"enrollButton", "menuButton"}) {
+        t->tap(button);
+        QCOMPARE(t->title(), QStringLiteral("liveWindow"));
+        QVERIFY(
+            sent().join(QLatin1Char('|')).endsWith(QLatin1String("2011 1 0|2010 1 0|2030 0 0")));
+    }
+}
+
+void DoorTest::aResultDuringTheStart() {
+    set("resultSeconds", 1);
+    for (const int commissioned : {1, 0}) {
+        set("commissioned", commissioned);
+        QVERIFY(t->open("bootWindow"));
+        word("card 10000002");
+        QVERIFY(t->shows("recognizeWindow"));
+        const QString frames = sent().join(QLatin1Char('|'));
+        QVERIFY2(frames.contains(QLatin1String("2011 0 0|2003 1 0|2010 0 0|")), qPrintable(frames));
+        QVERIFY(t->shows(commissioned == 1 ? "liveWindow" : "setupMenuWindow"));
+    }
+    set("commissioned", 1);
 }
 
 void DoorTest::theBannerTellsTheMode() {
@@ -298,6 +455,31 @@ void DoorTest::aVisitorRings() {
     QCOMPARE(DialogOverlay::current(t->window.get()), nullptr);
     QVERIFY(t->open("liveWindow"));
     QVERIFY(!t->find("doorDialog"));
+}
+
+void DoorTest::dialogsKeepTheLiveView() {
+    set("setup.operation", 2);
+    set("operation.mealCountView", 0);
+    word("status 1");
+    set("liveSeconds", 1);
+    const std::pair<const char*, const char*> dialogs[] = {{"callButton", "dialogOkButton"},
+                                                           {"noti_layer", "mealCountOkButton"}};
+    for (const auto& [opens, closes] : dialogs) {
+        QVERIFY(t->open("liveWindow"));
+        t->tap(opens);
+        QElapsedTimer since;
+        since.start();
+        while (since.elapsed() < 1300) {
+            // A face in front of it does not start the time either.
+            if (since.elapsed() < 200)
+                frame(command::TrackingBox, TrackedFace{100, 200, 200, 260, 1, 0});
+            QVERIFY(t->settle());
+            QVERIFY2(t->find(closes), opens);
+        }
+        t->tap(closes);
+        QCOMPARE(t->title(), QStringLiteral("liveWindow"));
+        QVERIFY(t->shows("stayWindow"));
+    }
 }
 
 void DoorTest::theBoxPaintsLittle() {

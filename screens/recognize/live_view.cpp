@@ -2,6 +2,7 @@
 
 #include <QPaintEvent>
 #include <QPainter>
+#include <algorithm>
 
 #include "app/main_window.h"
 #include "base/clock.h"
@@ -9,7 +10,9 @@
 #include "link/command_code.h"
 #include "link/command_parameters.h"
 #include "link/record_values.h"
+#include "screens/recognize/booting_form.h"
 #include "screens/recognize/meal_count_form.h"
+#include "screens/recognize/recognition.h"
 #include "screens/recognize/recognize_window.h"
 #include "screens/recognize/stay_window.h"
 #include "screens/recognize/work_state.h"
@@ -48,7 +51,7 @@ void LiveView::createForm() {
     ui_->strip->setPalette(veil);
     ui_->strip->setAutoFillBackground(true);
     showBanner(false);
-    connect(ui_->noti_layer, &WidgetButton::touched, this, [this] { MealCountForm::open(this); });
+    connect(ui_->noti_layer, &WidgetButton::touched, this, &LiveView::openMealCounts);
     connect(ui_->callButton, &WidgetButton::touched, this, &LiveView::doorRing);
     connect(ui_->keypadButton, &WidgetButton::touched, this, &LiveView::inputSub);
     connect(ui_->enrollButton, &WidgetButton::touched, this, &LiveView::enrollButtonTouch);
@@ -57,10 +60,13 @@ void LiveView::createForm() {
     doorDialog_ = new DialogForm(this, kDoorDialogTime);
     doorDialog_->setObjectName(QStringLiteral("doorDialog"));
     doorDialog_->setIcon(DialogForm::Icon::Info);
+    watch(doorDialog_);
 }
 
 void LiveView::showEvent(QShowEvent* event) {
     WindowForm::showEvent(event);
+    // Whatever screen was up before may have ended it.
+    recognise();
     MainWindow* shell = MainWindow::getMainWindow();
     shell->SendCommand(command::LivePicture, command::picture::Shown, 0);
     // Its own time and not the menus' ends it, since a face that is there is no touch.
@@ -73,8 +79,17 @@ void LiveView::showEvent(QShowEvent* event) {
 
 void LiveView::hideEvent(QHideEvent* event) {
     WindowForm::hideEvent(event);
-    liveTimer_.stop();
     ui_->trackingBox->clear();
+}
+
+void LiveView::recognise() {
+    if (!shell()->recognitionRuns())
+        Recognition::start(*shell());
+}
+
+void LiveView::peersChanged() {
+    // A controller that was away may have forgotten what it was told.
+    recognise();
 }
 
 void LiveView::showSettings() {
@@ -161,37 +176,72 @@ void LiveView::deviceAnswer(const DeviceMessage& message) {
 void LiveView::setTrackingBox(const TrackedFace& face) {
     ui_->trackingBox->setFace(face);
     if (face.state != FaceState::NoFace)
-        liveTimer_.start();
+        setLiveShowTimerReset();
 }
 
 void LiveView::setLiveShowTimerReset() {
+    const auto dialogs = findChildren<DialogOverlay*>(QString(), Qt::FindDirectChildrenOnly);
+    const bool open = std::any_of(dialogs.begin(), dialogs.end(),
+                                  [](const DialogOverlay* dialog) { return dialog->isVisible(); });
     const int seconds = MainWindow::getMainWindow()->menuRecord().liveSeconds;
-    liveTimer_.start((seconds > 0 ? seconds : kLiveTime) * 1000);
+    if (open)
+        liveTimer_.stop();
+    else
+        liveTimer_.start((seconds > 0 ? seconds : kLiveTime) * 1000);
+}
+
+void LiveView::watch(QWidget* dialog) {
+    dialog->installEventFilter(this);
+}
+
+bool LiveView::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Show || event->type() == QEvent::Hide)
+        setLiveShowTimerReset();
+    return WindowForm::eventFilter(watched, event);
 }
 
 void LiveView::verified() {
     MainWindow* shell = MainWindow::getMainWindow();
-    // A card works at the standby screen too; the live view follows then.
-    wakeStandby();
     const QString title = QStringLiteral("recognizeWindow");
     const AlarmMode alarm = shell->getAlarmMode();
     auto* result = qobject_cast<RecognizeWindow*>(shell->getWindow(title));
     if (result != nullptr && (alarm == AlarmMode::Arm || alarm == AlarmMode::Disarm))
         result->setArmEvent(RecognizeWindow::EVENT_TYPE::Alarm, RecognizeWindow::ARM_BTN_TYPE::Ok,
                             alarm == AlarmMode::Arm ? ArmState::Armed : ArmState::Disarmed);
-    shell->changeWindow(title);
+    if (shell->getActivateWindowForm() == result)
+        return;
+    const bool starting = qobject_cast<BootingForm*>(shell->getActivateWindowForm()) != nullptr;
+    // A card works at the standby screen too; the live view follows then.
+    takeOver();
+    // A terminal that has never been set up goes on with that, and every other with people.
+    const QString setup = QStringLiteral("setupMenuWindow");
+    const bool setsUp = starting && shell->getActivateWindowForm()->getTitle() == setup;
+    if (shell->changeWindow(title, setsUp ? QVariant(setup) : QVariant()) != 0)
+        stayHere();
 }
 
-void LiveView::wakeStandby() {
-    if (auto* standby =
-            qobject_cast<StayWindow*>(MainWindow::getMainWindow()->getActivateWindowForm()))
+void LiveView::takeOver() {
+    MainWindow* shell = MainWindow::getMainWindow();
+    if (auto* start = qobject_cast<BootingForm*>(shell->getActivateWindowForm()))
+        start->bootEnd();
+    if (auto* standby = qobject_cast<StayWindow*>(shell->getActivateWindowForm()))
         standby->wake();
+}
+
+void LiveView::stayHere() {
+    if (isVisible())
+        recognise();
+    else if (auto* standby =
+                 qobject_cast<StayWindow*>(MainWindow::getMainWindow()->getActivateWindowForm()))
+        standby->rest();
 }
 
 void LiveView::liveEnd() {
     MainWindow* shell = MainWindow::getMainWindow();
-    shell->changeWindow(QStringLiteral("stayWindow"));
-    shell->SendCommand(command::CameraRun, command::camera::Off, 0);
+    if (shell->changeWindow(QStringLiteral("stayWindow")) == 0)
+        shell->SendCommand(command::CameraRun, command::camera::Off, 0);
+    else
+        setLiveShowTimerReset();
 }
 
 void LiveView::doorRing() {
@@ -200,14 +250,17 @@ void LiveView::doorRing() {
     doorDialog_->setText(shell->getScript(QStringLiteral("Dialog_VisitorDoorCalling")));
     doorDialog_->setOkText(shell->getScript(QStringLiteral("TopMenu_OK")));
     doorDialog_->show();
+}
+
+void LiveView::openMealCounts() {
+    watch(MealCountForm::open(this));
     setLiveShowTimerReset();
 }
 
 void LiveView::inputSub() {
-    MainWindow* shell = MainWindow::getMainWindow();
-    shell->SendCommand(command::RecognitionMode, command::recognition::Off, 0);
-    shell->SendCommand(command::CameraRun, command::camera::Off, 0);
-    shell->changeWindow(QStringLiteral("inputSubWindow"));
+    Recognition::stop(*shell());
+    if (shell()->changeWindow(QStringLiteral("inputSubWindow")) != 0)
+        stayHere();
 }
 
 void LiveView::enrollButtonTouch() {
@@ -215,7 +268,7 @@ void LiveView::enrollButtonTouch() {
 }
 
 void LiveView::enrolRequested() {
-    wakeStandby();
+    takeOver();
     // The service has said already who it is.
     _gui_user_ user;
     MainWindow::getMainWindow()->GetGuiUser(&user);
@@ -230,7 +283,11 @@ void LiveView::startEnrolment(_gui_user_ user) {
     shell->SendCommand(command::RecognitionMode, command::recognition::Enrolment, 0);
     shell->SendCommand(command::CameraRun, command::camera::Off, 0);
     shell->SendCommand(command::CameraPictureStop, 0, 0);
-    shell->changeWindow(QStringLiteral("userEnroll_qualWindow"), int(AuthMethod::FromLiveView));
+    if (shell->changeWindow(QStringLiteral("userEnroll_qualWindow"),
+                            int(AuthMethod::FromLiveView)) != 0) {
+        stayHere();
+        return;
+    }
     // The person enters no ID there; the screen is given one.
     shell->SendCommand(command::StartEnrolment, 0, 0);
 }
@@ -238,11 +295,11 @@ void LiveView::startEnrolment(_gui_user_ user) {
 void LiveView::homeButtonTouch() {
     MainWindow* shell = MainWindow::getMainWindow();
     // Whoever works in the menu is not to be recognised meanwhile.
-    shell->SendCommand(command::RecognitionMode, command::recognition::Off, 0);
-    shell->SendCommand(command::CameraRun, command::camera::Off, 0);
+    Recognition::stop(*shell);
     const bool locked = !fieldText(shell->menuRecord().setup.adminPassword).isEmpty();
-    shell->changeWindow(locked ? QStringLiteral("InputAdminPassword")
-                               : QStringLiteral("zelMenuWindow"));
+    if (shell->changeWindow(locked ? QStringLiteral("InputAdminPassword")
+                                   : QStringLiteral("zelMenuWindow")) != 0)
+        stayHere();
 }
 
 void LiveView::mousePressEvent(QMouseEvent*) {

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <QTimer>
 #include <memory>
 
 #include "app/window_form.h"
+#include "ui/visible_timer.h"
 
 namespace Ui {
 class LiveView;
@@ -25,13 +25,14 @@ class LiveView : public WindowForm {
     void deviceAnswer(const DeviceMessage& message) override;
     void workModeChanged() override;
     void settingsChanged() override;
+    void peersChanged() override;
     void enrolRequested() override;
 
     /// Shows the banner of an operating mode by its number. Without one of its own the banner
     /// stays as it was.
     void updateWorkState(int mode);
     void setTrackingBox(const TrackedFace& face);
-    /// Gives the live view its whole time again.
+    /// Gives the live view its whole time again; it begins when no dialog is open over it.
     void setLiveShowTimerReset();
     /// Somebody is known: to the result, whatever screen is up.
     void verified();
@@ -53,14 +54,23 @@ class LiveView : public WindowForm {
     void hideEvent(QHideEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-    void wakeStandby();
+    /// Sees to it that faces are looked for.
+    void recognise();
+    /// Ends what the screen that is up would still do by itself: the start, or standing by.
+    void takeOver();
+    /// Takes back what has been sent for a screen that was not allowed to come up.
+    void stayHere();
+    void openMealCounts();
+    /// Stays as long as @p dialog is open.
+    void watch(QWidget* dialog);
     void startEnrolment(_gui_user_ user);
     void showSettings();
     void showBanner(bool shown);
 
     std::unique_ptr<Ui::LiveView> ui_;
     DialogForm* doorDialog_ = nullptr;
-    QTimer liveTimer_;
+    VisibleTimer liveTimer_{this};
 };

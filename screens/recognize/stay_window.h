@@ -1,9 +1,9 @@
 #pragma once
 
-#include <QTimer>
 #include <memory>
 
 #include "app/window_form.h"
+#include "ui/visible_timer.h"
 
 namespace Ui {
 class StayWindow;
@@ -17,6 +17,7 @@ class StayWindow : public WindowForm {
     StayWindow(QWidget* parent, const QString& title);
     ~StayWindow() override;
 
+    void windowOutEvent() override;
     void deviceAnswer(const DeviceMessage& message) override;
     void settingsChanged() override;
 
@@ -26,21 +27,27 @@ class StayWindow : public WindowForm {
     void centerTouch();
     /// Lights the panel and starts camera and recognition, for the screen that comes next.
     void wake();
+    /// Takes that back: the screen stays after all.
+    void rest();
     /// Starts the time to the burn-in protection anew.
     void setSleepTimerReset();
 
  protected:
     void createForm() override;
     void showEvent(QShowEvent* event) override;
-    void hideEvent(QHideEvent* event) override;
 
  private:
+    /// Wakes and goes to the live view; false where screens must not change.
+    bool goLive();
     /// Burn-in protection: nothing is shown until somebody comes.
     void sleepTimeout();
+    /// Ends that, and tells the controller.
+    void wakePanel();
     void lightUp();
     void loadPictures();
 
     std::unique_ptr<Ui::StayWindow> ui_;
-    QTimer clockTimer_;
-    QTimer sleepTimer_;
+    // A clock that nobody sees costs nothing.
+    VisibleTimer clockTimer_{this};
+    VisibleTimer sleepTimer_{this};
 };
