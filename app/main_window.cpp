@@ -51,7 +51,9 @@ MainWindow::MainWindow(QWidget* parent)
       callNumberPath_(DevicePaths::at(QStringLiteral("/mnt/data/callNumber.txt"))),
       locationPath_(DevicePaths::at(QStringLiteral("/mnt/data/location.txt"))),
       imageDirectory_(DevicePaths::at(QLatin1String(DeviceFolders::kImages))),
-      ui_(std::make_unique<Ui::MainWindow>()) {
+      ui_(std::make_unique<Ui::MainWindow>()),
+      session_(
+          [this] { return settingsArrived_ ? std::optional(records_.menu()) : std::nullopt; }) {
     installPictures();
     for (QWidget* widget : QApplication::topLevelWidgets()) {
         if (auto* window = qobject_cast<MainWindow*>(widget))
@@ -75,6 +77,8 @@ MainWindow::MainWindow(QWidget* parent)
     KeyClick::setHandler([this] { SendCommand(command::KeyClick, 0, 0); });
 
     WindowForm::setShell(this);
+    connect(&windows_, &WindowRegistry::changing, this,
+            [this](const QString& title) { session_.screenChanging(title); });
     initWindowList();
     link_->clearReceiveState();
     changeWindow(QStringLiteral("stayWindow"));
@@ -325,11 +329,68 @@ WorkMode MainWindow::getWorkMode() const {
 // --- Screens -------------------------------------------------------------------------------
 
 int MainWindow::changeWindow(const QString& title) {
-    return windows_.change(title);
+    return change(title, nullptr);
 }
 
 int MainWindow::changeWindow(const QString& title, const QVariant& param) {
-    return windows_.change(title, &param);
+    return change(title, &param);
+}
+
+int MainWindow::change(const QString& title, const QVariant* param) {
+    // A title that there is not and a change that would be refused anyway ask for nothing.
+    if (windows_.isChangeAllowed() && windows_.find(title) != nullptr && !session_.admits(title)) {
+        askPassword({title, param != nullptr ? *param : QVariant()});
+        return WindowRegistry::kRefused;
+    }
+    return windows_.change(title, param);
+}
+
+void MainWindow::askPassword(const PasswordPurpose& purpose) {
+    const QString title = QStringLiteral("InputAdminPassword");
+    const QVariant param = QVariant::fromValue(purpose);
+    // Whoever is typing it already is asked once.
+    if (windows_.active() != nullptr && windows_.active()->getTitle() == title)
+        windows_.active()->setParam(param);
+    else
+        windows_.change(title, &param);
+}
+
+void MainWindow::asAdministrator(const std::function<void()>& request) {
+    if (session_.isOpen())
+        request();
+    else
+        askPassword({{}, {}, request});
+}
+
+void MainWindow::passwordEntered(const PasswordPurpose& purpose) {
+    session_.open();
+    const WindowForm* asked = windows_.active();
+    if (purpose.request) {
+        purpose.request();
+        // It may have a screen of its own.
+        if (windows_.active() == asked)
+            changeWindow(QStringLiteral("stayWindow"));
+        return;
+    }
+    change(purpose.title.isEmpty() ? QStringLiteral("zelMenuWindow") : purpose.title,
+           purpose.param.isValid() ? &purpose.param : nullptr);
+}
+
+int MainWindow::enrolAtDoor(int enrolMode) {
+    if (!windows_.isChangeAllowed())
+        return WindowRegistry::kRefused;
+    session_.beginEnrolment();
+    const QString title = QStringLiteral("userEnroll_qualWindow");
+    if (windows_.active() == nullptr || windows_.active()->getTitle() != title)
+        return changeWindow(title, enrolMode);
+    // An order of the service takes the place of the enrolment that was there.
+    windows_.active()->setParam(enrolMode);
+    return WindowRegistry::kDone;
+}
+
+QString MainWindow::enrolmentReturnTitle() const {
+    return session_.enrolsAtDoor() ? QStringLiteral("stayWindow")
+                                   : QStringLiteral("userMenuWindow");
 }
 
 void MainWindow::changeWindowShowEvent(const QString& title) {

@@ -4,6 +4,7 @@
 #include <QVariant>
 #include <memory>
 
+#include "app/administrator_session.h"
 #include "app/languages.h"
 #include "app/record_store.h"
 #include "app/system_status.h"
@@ -95,7 +96,15 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     WindowForm* getWindow(const QString& title) const override { return windows_.find(title); }
     WindowForm* getActivateWindowForm() const override { return windows_.active(); }
     void setChangeWindowFlag(bool allowed) override { windows_.setChangeAllowed(allowed); }
+    bool canChangeWindow() const override { return windows_.isChangeAllowed(); }
     const QList<WindowForm*>& windowList() const { return windows_.windows(); }
+
+    void asAdministrator(const std::function<void()>& request) override;
+    void passwordEntered(const PasswordPurpose& purpose) override;
+    bool isAdministrator() override { return session_.isOpen(); }
+    int enrolAtDoor(int enrolMode) override;
+    QString enrolmentReturnTitle() const override;
+    AdministratorSession& session() { return session_; }
 
     void StartMenuTimer() override;
     void StartMenuTimer(int seconds, const QString& returnTitle) override;
@@ -196,6 +205,8 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
  private:
     void installPictures();
     void initWindowList();
+    int change(const QString& title, const QVariant* param);
+    void askPassword(const PasswordPurpose& purpose);
     void createDialogs();
     void connectManagement();
     void peersChanged();
@@ -216,6 +227,7 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     std::unique_ptr<Ui::MainWindow> ui_;
 
     WindowRegistry windows_;
+    AdministratorSession session_;
     Languages* languages_ = nullptr;
     MenuTimer* menuTimer_ = nullptr;
     SystemStatus* status_ = nullptr;

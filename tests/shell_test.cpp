@@ -13,6 +13,7 @@
 #include "tests/support/driven_terminal.h"
 #include "tests/support/text_recorder.h"
 #include "ui/dialog_form.h"
+#include "ui/input_field.h"
 #include "ui/notice_strip.h"
 
 /// The shell around the screens, as a finger on the panel, the controller and the management
@@ -32,6 +33,10 @@ class ShellTest : public QObject {
     void languageOfTheSettings();
     void languageAtTheUsersWish();
     void screensChangeOrNot();
+    void theMenuIsTheAdministrators();
+    void enrolmentAtTheDoor_data();
+    void enrolmentAtTheDoor();
+    void requestsAskForThePassword();
     void menuTimesOut();
     void everyTouchKeepsTheScreen();
     void factoryTests();
@@ -55,6 +60,17 @@ class ShellTest : public QObject {
         return recorder.has(text);
     }
 
+    /// Has the administrator know the word from now on, and nobody else.
+    bool locked() {
+        return t->tell("settings setup.adminPassword 2468") && QTest::qWaitFor([this] {
+                   return window()->menuRecord().setup.adminPassword[0] == '2';
+               });
+    }
+    void enterPassword() {
+        t->find<InputField>("passwordField")->setText(QStringLiteral("2468"));
+        t->tap("forwardButton");
+    }
+
     std::unique_ptr<DrivenTerminal> t;
 };
 
@@ -63,7 +79,8 @@ void ShellTest::init() {
     t->root.write("/mnt/data/rebootchkr", {});
     for (const char* words :
          {"settings commissioned 1", "settings setup.language 0", "settings screen.menuTimeout 3",
-          "settings network.useManager 0", "settings setup.operation 1", "status 0", "fault none"})
+          "settings network.useManager 0", "settings setup.adminPassword \"\"",
+          "settings setup.operation 1", "status 0", "fault none"})
         QVERIFY2(t->tell(words), words);
     QVERIFY(t->start());
     QVERIFY(t->settle());
@@ -193,6 +210,122 @@ void ShellTest::screensChangeOrNot() {
     QCOMPARE(changes.count(), 1);
     for (const WindowForm* screen : window()->windowList())
         QCOMPARE(screen->isVisible(), screen == window()->getActivateWindowForm());
+}
+
+void ShellTest::theMenuIsTheAdministrators() {
+    const QStringList everybodys{
+        QStringLiteral("bootWindow"),         QStringLiteral("stayWindow"),
+        QStringLiteral("liveWindow"),         QStringLiteral("recognizeWindow"),
+        QStringLiteral("inputSubWindow"),     QStringLiteral("InputDestinationForm"),
+        QStringLiteral("InputAdminPassword"), QStringLiteral("upgradingWindow")};
+    const QString password = QStringLiteral("InputAdminPassword");
+    QVERIFY(locked());
+    for (const WindowForm* screen : window()->windowList()) {
+        const QString title = screen->getTitle();
+        window()->changeWindow(QStringLiteral("inputSubWindow"));
+        window()->changeWindow(QStringLiteral("stayWindow"));
+        if (everybodys.contains(title)) {
+            window()->changeWindow(title);
+            QCOMPARE(t->title(), title);
+            continue;
+        }
+        QVERIFY2(window()->changeWindow(title, 7) == -1, qPrintable(title));
+        QCOMPARE(t->title(), password);
+        // Once it has been entered the way is free, until somebody else may stand there.
+        enterPassword();
+        QCOMPARE(t->title(), title);
+        window()->changeWindow(QStringLiteral("upgradingWindow"));
+        for (const char* end : {"stayWindow", "liveWindow", "recognizeWindow"}) {
+            QCOMPARE(window()->changeWindow(title), 0);
+            window()->changeWindow(QLatin1String(end));
+            window()->changeWindow(title);
+            QCOMPARE(t->title(), password);
+            enterPassword();
+            QCOMPARE(t->title(), title);
+            window()->changeWindow(QStringLiteral("inputSubWindow"));
+        }
+    }
+    // A password that is set while somebody is at work does not throw them out; one that nobody
+    // knows yet lets nobody in, and one that is taken back needs not be entered.
+    QVERIFY(t->tell("settings setup.adminPassword \"\"") && t->settle());
+    window()->changeWindow(QStringLiteral("zelMenuWindow"));
+    QVERIFY(locked());
+    t->tap("menuUserTile");
+    QCOMPARE(t->title(), QStringLiteral("userMenuWindow"));
+    t->window.reset();
+    t->window = std::make_unique<MainWindow>();
+    window()->show();
+    window()->changeWindow(QStringLiteral("zelMenuWindow"));
+    QCOMPARE(t->title(), password);
+    QVERIFY(!t->find("passwordField")->isEnabled());
+    QTRY_VERIFY(t->find("passwordField")->isEnabled());
+    QVERIFY(t->tell("settings setup.adminPassword \"\""));
+    QVERIFY(t->shows("zelMenuWindow"));
+}
+
+void ShellTest::enrolmentAtTheDoor_data() {
+    QTest::addColumn<bool>("byService");
+    QTest::newRow("the live view's button") << false;
+    QTest::newRow("the service's order") << true;
+}
+
+void ShellTest::enrolmentAtTheDoor() {
+    QFETCH(bool, byService);
+    QVERIFY(locked());
+    const QStringList steps{
+        QStringLiteral("userEnroll_IDWindow"), QStringLiteral("userEnroll_cardTagWindow"),
+        QStringLiteral("userEnroll_reCardTagWindow"), QStringLiteral("userEnroll_FaceWindow")};
+    const auto begin = [&] {
+        window()->changeWindow(QStringLiteral("liveWindow"));
+        if (byService)
+            window()->startEnrolment();
+        else
+            t->tap("enrollButton");
+        QCOMPARE(t->title(), QStringLiteral("userEnroll_qualWindow"));
+    };
+    for (const QString& step : steps) {
+        begin();
+        QCOMPARE(window()->changeWindow(step), 0);
+    }
+    // Out of the steps the way leads to nothing of the administrator's.
+    window()->changeWindow(QStringLiteral("userEnrollMenuWindow"));
+    QCOMPARE(t->title(), QStringLiteral("InputAdminPassword"));
+    window()->changeWindow(steps.first());
+    QCOMPARE(t->title(), QStringLiteral("InputAdminPassword"));
+    // Nor does it when an administrator was there before.
+    enterPassword();
+    QCOMPARE(t->title(), steps.first());
+    window()->startEnrolment();
+    QCOMPARE(t->title(), QStringLiteral("userEnroll_qualWindow"));
+    window()->changeWindow(QStringLiteral("zelMenuWindow"));
+    QCOMPARE(t->title(), QStringLiteral("InputAdminPassword"));
+}
+
+void ShellTest::requestsAskForThePassword() {
+    int done = 0;
+    const auto request = [&done] { ++done; };
+    window()->asAdministrator(request);
+    QCOMPARE(done, 1);
+    QVERIFY(locked());
+    window()->changeWindow(QStringLiteral("liveWindow"));
+    window()->changeWindow(QStringLiteral("zelMenuWindow"));
+    // It takes the place of what the password was wanted for before.
+    window()->asAdministrator(request);
+    QCOMPARE(t->title(), QStringLiteral("InputAdminPassword"));
+    QCOMPARE(done, 1);
+    enterPassword();
+    QCOMPARE(done, 2);
+    QCOMPARE(t->title(), QStringLiteral("stayWindow"));
+    // Who goes away has not agreed.
+    window()->asAdministrator(request);
+    t->tap("backButton");
+    window()->changeWindow(QStringLiteral("zelMenuWindow"));
+    enterPassword();
+    QCOMPARE(t->title(), QStringLiteral("zelMenuWindow"));
+    QCOMPARE(done, 2);
+    window()->asAdministrator(request);
+    QCOMPARE(done, 3);
+    QCOMPARE(t->title(), QStringLiteral("zelMenuWindow"));
 }
 
 void ShellTest::menuTimesOut() {
