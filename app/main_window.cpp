@@ -53,7 +53,7 @@ MainWindow::MainWindow(QWidget* parent)
       imageDirectory_(DevicePaths::at(QLatin1String(DeviceFolders::kImages))),
       ui_(std::make_unique<Ui::MainWindow>()),
       session_(
-          [this] { return settingsArrived_ ? std::optional(records_.menu()) : std::nullopt; }) {
+          [this] { return settingsArrived() ? std::optional(records_.menu()) : std::nullopt; }) {
     installPictures();
     for (QWidget* widget : QApplication::topLevelWidgets()) {
         if (auto* window = qobject_cast<MainWindow*>(widget))
@@ -66,6 +66,8 @@ MainWindow::MainWindow(QWidget* parent)
     else
         setFixedSize(Theme::kScreenWidth, Theme::kScreenHeight);
 
+    settings_ = new SettingsEntrance(records_, this);
+    connect(settings_, &SettingsEntrance::changed, this, &MainWindow::settingsChanged);
     languages_ = new Languages(this);
     status_ = new SystemStatus([this] { return records_.menu(); },
                                [this] { return management_->connected(); }, this);
@@ -244,7 +246,7 @@ void MainWindow::shellMessage(const DeviceMessage& message) {
             break;
         case command::Settings:
         case command::SettingsChanged:
-            settingsReceived(*message.record<_gui_menu_>());
+            settings_->receive(*message.record<_gui_menu_>());
             break;
         case command::ControllerEvent:
             lastControllerEvent_ = {message.command, message.p1, message.p2, 0, nullptr};
@@ -286,22 +288,28 @@ void MainWindow::shellMessage(const DeviceMessage& message) {
     }
 }
 
-void MainWindow::settingsReceived(const _gui_menu_& record) {
-    const _gui_menu_ before = records_.menu();
-    records_.setMenu(record);
+void MainWindow::settingsChanged(const SettingsChange& change) {
+    const SetupBlock& setup = change.now.setup;
     // The settings choose the numbering of the status that is in force.
-    if (before.setup.operation != record.setup.operation)
+    if (change.in(&_gui_menu_::setup, &SetupBlock::operation))
         status_->setStatus(status_->status());
-    setReaderMode(static_cast<ReaderMode>(record.setup.readerMode));
-    setServiceMode(static_cast<ServiceMode>(record.setup.serviceMode));
-    setAlarmMode(static_cast<AlarmMode>(record.setup.alarmMode));
-    languages_->apply(record.setup.language);
-    if (!settingsArrived_ ||
-        std::memcmp(&before.network, &record.network, sizeof before.network) != 0)
+    if (change.in(&_gui_menu_::setup, &SetupBlock::readerMode))
+        setReaderMode(static_cast<ReaderMode>(setup.readerMode));
+    if (change.in(&_gui_menu_::setup, &SetupBlock::serviceMode))
+        setServiceMode(static_cast<ServiceMode>(setup.serviceMode));
+    if (change.in(&_gui_menu_::setup, &SetupBlock::alarmMode))
+        setAlarmMode(static_cast<AlarmMode>(setup.alarmMode));
+    if (change.in(&_gui_menu_::setup, &SetupBlock::language))
+        languages_->apply(setup.language);
+    if (change.in(&_gui_menu_::screen, &ScreenBlock::menuTimeout) && menuTimer_->isRunning())
+        StartMenuTimer(MenuTimer::timeout(change.now.screen.menuTimeout),
+                       menuTimer_->returnTitle());
+    if (change.in(&_gui_menu_::network))
         initRestCall();
-    settingsArrived_ = true;
+    if (change.in(&_gui_menu_::network, &NetworkBlock::useManager))
+        peersChanged();
     if (WindowForm* active = windows_.active())
-        active->settingsChanged();
+        active->settingsChanged(change);
 }
 
 void MainWindow::quitByController() {

@@ -8,6 +8,8 @@
 #include "app/menu_timer.h"
 #include "app/status_popup.h"
 #include "app/system_status.h"
+#include "cloud/parameters.h"
+#include "link/command_code.h"
 #include "link/device_link.h"
 #include "tests/cloud_test_support.h"
 #include "tests/support/driven_terminal.h"
@@ -30,6 +32,8 @@ class ShellTest : public QObject {
     void firstScreen();
     void upgradeIsToldOnce_data();
     void upgradeIsToldOnce();
+    void everyChangeOfSettingsCounts_data();
+    void everyChangeOfSettingsCounts();
     void languageOfTheSettings();
     void languageAtTheUsersWish();
     void screensChangeOrNot();
@@ -80,7 +84,9 @@ void ShellTest::init() {
     for (const char* words :
          {"settings commissioned 1", "settings setup.language 0", "settings screen.menuTimeout 3",
           "settings network.useManager 0", "settings setup.adminPassword \"\"",
-          "settings setup.operation 1", "status 0", "fault none"})
+          "settings setup.operation 1", "settings setup.readerMode 0",
+          "settings setup.serviceMode 0", "settings setup.alarmMode 0",
+          "settings registration.on 1", "status 0", "fault none"})
         QVERIFY2(t->tell(words), words);
     QVERIFY(t->start());
     QVERIFY(t->settle());
@@ -138,6 +144,68 @@ void ShellTest::upgradeIsToldOnce() {
         QCOMPARE(reads(window()->getScript(QLatin1String(key)).script), told);
         QVERIFY(!QFile::exists(t->root.path(marker.constData())));
     }
+}
+
+void ShellTest::everyChangeOfSettingsCounts_data() {
+    QTest::addColumn<int>("by");
+    QTest::newRow("the controller") << 0;
+    QTest::newRow("a screen") << 1;
+    QTest::newRow("the management service") << 2;
+}
+
+void ShellTest::everyChangeOfSettingsCounts() {
+    QFETCH(int, by);
+    QVERIFY(t->tell("status 2"));
+    QVERIFY(t->tell("settings screen.menuTimeout 0"));
+    QTRY_COMPARE(int(window()->getWorkMode()), 2);
+    QVERIFY(t->settle());
+    auto* service = window()->managementLink();
+    service->setConnected(true);
+    window()->changeWindow(QStringLiteral("liveWindow"));
+    QVERIFY(t->find("enrollButton") != nullptr);
+    window()->StartMenuTimer();
+
+    _gui_menu_ record = window()->menuRecord();
+    record.setup.operation = Operation::Meals;
+    record.setup.readerMode = 1;
+    record.setup.serviceMode = 1;
+    record.setup.alarmMode = 2;
+    record.setup.language = 1;
+    record.registration.on = 0;
+    record.network.checkPeriod = 77;
+    record.screen.menuTimeout = 1;
+    if (by == 0) {
+        window()->sendTestPacket(command::SettingsChanged, sizeof record,
+                                 reinterpret_cast<const char*>(&record));
+    } else if (by == 1) {
+        window()->SetGuiMenu(&record);
+    } else {
+        const _gui_menu_ before = window()->menuRecord();
+        Device_Setup_Parameter order;
+        for (std::size_t i = 0; i < sizeof record; ++i) {
+            const auto byte = reinterpret_cast<const std::uint8_t*>(&record)[i];
+            if (byte != reinterpret_cast<const std::uint8_t*>(&before)[i])
+                order.bytes.push_back({i, byte});
+        }
+        window()->sendCommand_ReceiveNetDeviceSetting(QVariant::fromValue(order));
+    }
+    const _gui_menu_ now = window()->menuRecord();
+    QCOMPARE(memcmp(&now, &record, sizeof now), 0);
+    QCOMPARE(window()->getWorkMode(), WorkMode::Lunch);
+    QCOMPARE(window()->getReaderMode(), ReaderMode::Out);
+    QCOMPARE(window()->getServiceMode(), ServiceMode::OutOfService);
+    QCOMPARE(window()->getAlarmMode(), AlarmMode::Disarm);
+    QVERIFY(!service->connected());
+    QCOMPARE(window()->findChild<MenuTimer*>()->seconds(), 20);
+    QVERIFY(t->find("enrollButton") == nullptr);
+    QVERIFY(t->reads(QStringLiteral("Lunch")));
+    // The same record once more changes nothing: neither does what was set by hand since.
+    window()->setAlarmMode(AlarmMode::Arm);
+    service->setConnected(true);
+    window()->sendTestPacket(command::SettingsChanged, sizeof record,
+                             reinterpret_cast<const char*>(&record));
+    QCOMPARE(window()->getAlarmMode(), AlarmMode::Arm);
+    QVERIFY(service->connected());
 }
 
 void ShellTest::languageOfTheSettings() {

@@ -1,6 +1,7 @@
 #include "screens/recognize/input_admin_password.h"
 
 #include "app/administrator_session.h"
+#include "app/settings_change.h"
 #include "app/window_shell.h"
 #include "link/command_parameters.h"
 #include "link/device_message.h"
@@ -44,11 +45,11 @@ void InputAdminPassword::windowOutEvent() {
     ui_->passwordField->clear();
 }
 
-void InputAdminPassword::settingsChanged() {
-    TitledForm::settingsChanged();
+void InputAdminPassword::settingsChanged(const SettingsChange& change) {
+    TitledForm::settingsChanged(change);
     if (shell()->isAdministrator())
         proceed();
-    else
+    else if (change.first)
         showEntry();
 }
 

@@ -23,7 +23,7 @@ class InputAdminPassword : public TitledForm {
 
     void windowInEvent() override;
     void windowOutEvent() override;
-    void settingsChanged() override;
+    void settingsChanged(const SettingsChange& change) override;
     /// How long the entry is locked, in milliseconds; 30 seconds unless a test cannot wait.
     void setLockTime(int ms) { lockTime_ = ms; }
 

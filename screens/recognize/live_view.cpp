@@ -87,8 +87,8 @@ void LiveView::showSettings() {
     setLiveShowTimerReset();
 }
 
-void LiveView::settingsChanged() {
-    WindowForm::settingsChanged();
+void LiveView::settingsChanged(const SettingsChange& change) {
+    WindowForm::settingsChanged(change);
     showSettings();
 }
 

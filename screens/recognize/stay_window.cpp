@@ -75,8 +75,8 @@ void StayWindow::deviceAnswer(const DeviceMessage& message) {
     }
 }
 
-void StayWindow::settingsChanged() {
-    WindowForm::settingsChanged();
+void StayWindow::settingsChanged(const SettingsChange& change) {
+    WindowForm::settingsChanged(change);
     loadPictures();
     if (!ui_->standbyView->isDark())
         setSleepTimerReset();
