@@ -434,6 +434,11 @@ void MainWindow::StopMenuTimer() {
 }
 
 void MainWindow::MenuTimeout(const QString& returnTitle) {
+    // An operation that must not be left is waited for.
+    if (!windows_.isChangeAllowed()) {
+        ResetMenuTimer();
+        return;
+    }
     SendCloseMessage(command::closed::ByMenuTimeout);
     changeWindow(returnTitle);
 }

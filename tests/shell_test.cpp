@@ -6,10 +6,12 @@
 
 #include "app/management_link.h"
 #include "app/menu_timer.h"
+#include "app/message_dispatch.h"
 #include "app/status_popup.h"
 #include "app/system_status.h"
 #include "cloud/parameters.h"
 #include "link/command_code.h"
+#include "link/command_parameters.h"
 #include "link/device_link.h"
 #include "tests/cloud_test_support.h"
 #include "tests/support/driven_terminal.h"
@@ -37,6 +39,7 @@ class ShellTest : public QObject {
     void languageOfTheSettings();
     void languageAtTheUsersWish();
     void screensChangeOrNot();
+    void aFrozenScreenStays();
     void theMenuIsTheAdministrators();
     void enrolmentAtTheDoor_data();
     void enrolmentAtTheDoor();
@@ -278,6 +281,40 @@ void ShellTest::screensChangeOrNot() {
     QCOMPARE(changes.count(), 1);
     for (const WindowForm* screen : window()->windowList())
         QCOMPARE(screen->isVisible(), screen == window()->getActivateWindowForm());
+}
+
+void ShellTest::aFrozenScreenStays() {
+    auto* dispatch = window()->findChild<MessageDispatch*>();
+    const QByteArray result(sizeof(RecognitionResult), '\0');
+    const DeviceMessage messages[] = {
+        {command::RecognitionFailed, 1, command::failure::ByCard, 0, nullptr},
+        {command::RecognitionFailed, 1, command::failure::ByFace, 0, nullptr},
+        {command::ShowLiveView, 0, 0, 0, nullptr},
+        {command::Recognised, 0, 0, sizeof(RecognitionResult), result.constData()},
+        {command::FirmwareUpdateAnswer, 0, 0, 0, nullptr},
+        {command::FirmwareUpdateAnswer, 1, 0, 0, nullptr},
+    };
+    for (const WindowForm* screen : window()->windowList()) {
+        const QString title = screen->getTitle();
+        window()->changeWindow(title);
+        QCOMPARE(t->title(), title);
+        window()->setChangeWindowFlag(false);
+        for (const DeviceMessage& message : messages)
+            dispatch->dispatch(message);
+        window()->startEnrolment();
+        window()->asAdministrator([] {});
+        emit window()->findChild<MenuTimer*>()->timedOut(QStringLiteral("liveWindow"));
+        QVERIFY(screen->isVisible());
+        QCOMPARE(t->title(), title);
+        window()->setChangeWindowFlag(true);
+    }
+    // The time-out was only put off.
+    window()->changeWindow(QStringLiteral("enviWindow"));
+    window()->StartMenuTimer(1, QStringLiteral("stayWindow"));
+    window()->setChangeWindowFlag(false);
+    emit window()->findChild<MenuTimer*>()->timedOut(QStringLiteral("stayWindow"));
+    window()->setChangeWindowFlag(true);
+    QVERIFY(t->shows("stayWindow"));
 }
 
 void ShellTest::theMenuIsTheAdministrators() {
