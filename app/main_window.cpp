@@ -547,6 +547,11 @@ std::uint32_t MainWindow::selfCheckWord() const {
 // --- Management service --------------------------------------------------------------------
 
 void MainWindow::peersChanged() {
+    // What was not reported meanwhile is wanted now, whichever of the two has come last.
+    const bool both = linkUp() && serviceReached();
+    if (both && !peersReached_)
+        checkingForUnsentData();
+    peersReached_ = both;
     if (WindowForm* active = windows_.active())
         active->peersChanged();
 }
@@ -556,7 +561,7 @@ bool MainWindow::serviceInUse() const {
 }
 
 bool MainWindow::serviceReached() const {
-    return management_ != nullptr && management_->connected();
+    return serviceInUse() && management_->connected();
 }
 
 DownloadManager& MainWindow::downloads() {

@@ -247,5 +247,6 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     AlarmMode alarmMode_ = AlarmMode::None;
     int state1N1_ = 0;
     bool shownOnce_ = false;
+    bool peersReached_ = false;  // both the controller and the service
     bool factoryActive_ = false;
 };

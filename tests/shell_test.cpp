@@ -647,8 +647,10 @@ void ShellTest::theServiceIsSought() {
     refuses = false;
     QTRY_COMPARE_WITH_TIMEOUT(asked("/connect.do"), 2, SystemStatus::kRetryInterval + 3000);
     QCOMPARE(asked("/connection-check.do"), 0);
-    QTRY_VERIFY(window()->findChild<ManagementLink*>()->connected());
+    QTRY_VERIFY(window()->managementLink()->connected());
+    QVERIFY(t->sends("2039 0 0"));
     QVERIFY(t->says("Popup_ErrTamper"));
+    QVERIFY(t->settle());
     t->frames.clear();
     QVERIFY(t->tell("fault none"));
     QTRY_COMPARE(asked("/connection-check.do"), 1);
@@ -669,6 +671,28 @@ void ShellTest::asksForWhatIsUnsent() {
                      QStringList({QStringLiteral("2040 0 0"), QStringLiteral("2039 0 0")}));
         }
     }
+    // So is what stayed behind while the service or the controller was away.
+    const QStringList both{QStringLiteral("2040 0 0"), QStringLiteral("2039 0 0")};
+    auto* service = window()->managementLink();
+    QVERIFY(t->tell("settings network.useManager 1"));
+    QTRY_VERIFY(window()->serviceInUse());
+    for (int outage = 0; outage < 2; ++outage) {
+        t->frames.clear();
+        service->setConnected(false);
+        service->setConnected(true);
+        service->setConnected(true);
+        QVERIFY(t->settle());
+        QCOMPARE(t->frames, both);
+    }
+    QVERIFY(t->tell("drop"));
+    QTRY_VERIFY(!window()->linkUp());
+    service->setConnected(false);
+    service->setConnected(true);
+    t->frames.clear();
+    window()->findChild<DeviceLink*>()->open(t->sim.port());
+    QVERIFY(t->sends("2039 0 0"));
+    QCOMPARE(t->frames.mid(0, 3), QStringList({QStringLiteral("1901 0 0")}) + both);
+    QVERIFY(t->settle());
     // What else is answered at once.
     t->frames.clear();
     QVERIFY(t->tell("frame 3032 0 0"));
