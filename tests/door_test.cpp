@@ -286,36 +286,32 @@ void DoorTest::theLiveViewLooksForFaces() {
         // Whoever comes now is seen.
         word("face 01098765432");
         QVERIFY(t->shows("recognizeWindow"));
-        QVERIFY(t->shows("liveWindow"));
     }
 }
 
 void DoorTest::nothingMovesWhereScreensMustNotChange() {
-    QVERIFY(t->open("stayWindow"));
     const auto allow = qScopeGuard([this] { t->window->setChangeWindowFlag(true); });
+    QVERIFY(t->open("stayWindow"));
+    word("sleep");
+    QVERIFY(t->sends("2035 0 0"));
+    sent();
     t->window->setChangeWindowFlag(false);
     t->tap("standbyView");
-    QCOMPARE(t->title(), QStringLiteral("stayWindow"));
-    QCOMPARE(
-        sent().join(QLatin1Char('|')),
-        QStringLiteral("1908 0 0 c9 00|2011 1 0|2010 1 0|2030 0 0|2035 1 0|2011 0 0|2010 0 0"));
-    // A card that is refused, and one that is not.
-    word("card 99999999");
-    word("card 10000002");
+    // It is light where the finger is, but nobody is looked for.
+    QCOMPARE(sent().join(QLatin1Char('|')), QStringLiteral("1908 0 0 c9 00|2035 1 0"));
+    for (const char* line : {"card 99999999", "card 10000002", "live"})
+        word(line);
     t->window->startEnrolment();
-    QVERIFY(t->settle());
+    QVERIFY(!sent().join(QLatin1Char('|')).contains(QLatin1String("2011")));
     QCOMPARE(t->title(), QStringLiteral("stayWindow"));
-    QCOMPARE(sent().last(), QStringLiteral("2010 0 0"));
 
     t->window->setChangeWindowFlag(true);
     QVERIFY(t->open("liveWindow"));
     t->window->setChangeWindowFlag(false);
-    for (const char* button : {"enrollButton", "menuButton"}) {
-        t->tap(button);
-        QCOMPARE(t->title(), QStringLiteral("liveWindow"));
-        QVERIFY(
-            sent().join(QLatin1Char('|')).endsWith(QLatin1String("2011 1 0|2010 1 0|2030 0 0")));
-    }
+    t->tap("enrollButton");
+    t->tap("menuButton");
+    QCOMPARE(sent(), QStringList());
+    QCOMPARE(t->title(), QStringLiteral("liveWindow"));
 }
 
 void DoorTest::aResultDuringTheStart() {
@@ -611,14 +607,16 @@ void DoorTest::refusalsAreTold() {
         quint8 result;
         const char* key;
         bool positive;
+        int operation = 2;
     } rows[] = {
-        {1, "Info_NoAccessTime", false},   {2, "Info_NotPermitted", false},
-        {3, "Info_Registered", true},      {4, "Info_MealTaken", false},
-        {200, "Info_NotPermitted", false}, {0, "Info_Authenticated_TnA_DEMO", true},
+        {1, "Info_NoMealTime", false},      {2, "Info_NotPermitted", false},
+        {3, "Info_Registered", true},       {4, "Info_MealTaken", false},
+        {200, "Info_NotPermitted", false},  {0, "Info_Authenticated_TnA_DEMO", true, 0},
+        {1, "Info_NoAccessTime", false, 0},
     };
     for (const auto& row : rows) {
         // Neither meals nor attendance are offered to somebody who is refused.
-        set("setup.operation", row.result == 0 ? 0 : 2);
+        set("setup.operation", row.operation);
         QVERIFY(t->open("liveWindow"));
         RecognitionResult record = resultOf(QStringLiteral("01023456789"), QStringLiteral("A"));
         record.result = row.result;

@@ -102,8 +102,8 @@ void LiveView::showSettings() {
     setLiveShowTimerReset();
 }
 
-void LiveView::settingsChanged() {
-    WindowForm::settingsChanged();
+void LiveView::settingsChanged(const SettingsChange& change) {
+    WindowForm::settingsChanged(change);
     showSettings();
 }
 
@@ -208,7 +208,7 @@ void LiveView::verified() {
     if (result != nullptr && (alarm == AlarmMode::Arm || alarm == AlarmMode::Disarm))
         result->setArmEvent(RecognizeWindow::EVENT_TYPE::Alarm, RecognizeWindow::ARM_BTN_TYPE::Ok,
                             alarm == AlarmMode::Arm ? ArmState::Armed : ArmState::Disarmed);
-    if (shell->getActivateWindowForm() == result)
+    if (shell->getActivateWindowForm() == result || !shell->canChangeWindow())
         return;
     const bool starting = qobject_cast<BootingForm*>(shell->getActivateWindowForm()) != nullptr;
     // A card works at the standby screen too; the live view follows then.
@@ -216,8 +216,7 @@ void LiveView::verified() {
     // A terminal that has never been set up goes on with that, and every other with people.
     const QString setup = QStringLiteral("setupMenuWindow");
     const bool setsUp = starting && shell->getActivateWindowForm()->getTitle() == setup;
-    if (shell->changeWindow(title, setsUp ? QVariant(setup) : QVariant()) != 0)
-        stayHere();
+    shell->changeWindow(title, setsUp ? QVariant(setup) : QVariant());
 }
 
 void LiveView::takeOver() {
@@ -226,14 +225,6 @@ void LiveView::takeOver() {
         start->bootEnd();
     if (auto* standby = qobject_cast<StayWindow*>(shell->getActivateWindowForm()))
         standby->wake();
-}
-
-void LiveView::stayHere() {
-    if (isVisible())
-        recognise();
-    else if (auto* standby =
-                 qobject_cast<StayWindow*>(MainWindow::getMainWindow()->getActivateWindowForm()))
-        standby->rest();
 }
 
 void LiveView::liveEnd() {
@@ -258,16 +249,20 @@ void LiveView::openMealCounts() {
 }
 
 void LiveView::inputSub() {
+    if (!shell()->canChangeWindow())
+        return;
     Recognition::stop(*shell());
-    if (shell()->changeWindow(QStringLiteral("inputSubWindow")) != 0)
-        stayHere();
+    shell()->changeWindow(QStringLiteral("inputSubWindow"));
 }
 
 void LiveView::enrollButtonTouch() {
-    startEnrolment({});
+    if (shell()->canChangeWindow())
+        startEnrolment({});
 }
 
 void LiveView::enrolRequested() {
+    if (!shell()->canChangeWindow())
+        return;
     takeOver();
     // The service has said already who it is.
     _gui_user_ user;
@@ -283,23 +278,18 @@ void LiveView::startEnrolment(_gui_user_ user) {
     shell->SendCommand(command::RecognitionMode, command::recognition::Enrolment, 0);
     shell->SendCommand(command::CameraRun, command::camera::Off, 0);
     shell->SendCommand(command::CameraPictureStop, 0, 0);
-    if (shell->changeWindow(QStringLiteral("userEnroll_qualWindow"),
-                            int(AuthMethod::FromLiveView)) != 0) {
-        stayHere();
-        return;
-    }
     // The person enters no ID there; the screen is given one.
-    shell->SendCommand(command::StartEnrolment, 0, 0);
+    if (shell->enrolAtDoor(AuthMethod::FromLiveView) == 0)
+        shell->SendCommand(command::StartEnrolment, 0, 0);
 }
 
 void LiveView::homeButtonTouch() {
     MainWindow* shell = MainWindow::getMainWindow();
+    if (!shell->canChangeWindow())
+        return;
     // Whoever works in the menu is not to be recognised meanwhile.
     Recognition::stop(*shell);
-    const bool locked = !fieldText(shell->menuRecord().setup.adminPassword).isEmpty();
-    if (shell->changeWindow(locked ? QStringLiteral("InputAdminPassword")
-                                   : QStringLiteral("zelMenuWindow")) != 0)
-        stayHere();
+    shell->changeWindow(QStringLiteral("zelMenuWindow"));
 }
 
 void LiveView::mousePressEvent(QMouseEvent*) {

@@ -24,7 +24,7 @@ class LiveView : public WindowForm {
 
     void deviceAnswer(const DeviceMessage& message) override;
     void workModeChanged() override;
-    void settingsChanged() override;
+    void settingsChanged(const SettingsChange& change) override;
     void peersChanged() override;
     void enrolRequested() override;
 
@@ -61,8 +61,6 @@ class LiveView : public WindowForm {
     void recognise();
     /// Ends what the screen that is up would still do by itself: the start, or standing by.
     void takeOver();
-    /// Takes back what has been sent for a screen that was not allowed to come up.
-    void stayHere();
     void openMealCounts();
     /// Stays as long as @p dialog is open.
     void watch(QWidget* dialog);

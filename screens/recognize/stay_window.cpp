@@ -72,8 +72,8 @@ void StayWindow::deviceAnswer(const DeviceMessage& message) {
     }
 }
 
-void StayWindow::settingsChanged() {
-    WindowForm::settingsChanged();
+void StayWindow::settingsChanged(const SettingsChange& change) {
+    WindowForm::settingsChanged(change);
     loadPictures();
     if (!ui_->standbyView->isDark())
         setSleepTimerReset();
@@ -123,16 +123,13 @@ void StayWindow::wake() {
     wakePanel();
 }
 
-void StayWindow::rest() {
-    Recognition::stop(*MainWindow::getMainWindow());
-}
-
 bool StayWindow::goLive() {
+    if (!shell()->canChangeWindow()) {
+        wakePanel();
+        return false;
+    }
     wake();
-    const bool gone = MainWindow::getMainWindow()->changeWindow(QStringLiteral("liveWindow")) == 0;
-    if (!gone)
-        rest();
-    return gone;
+    return shell()->changeWindow(QStringLiteral("liveWindow")) == 0;
 }
 
 void StayWindow::centerTouch() {

@@ -19,7 +19,7 @@ class StayWindow : public WindowForm {
 
     void windowOutEvent() override;
     void deviceAnswer(const DeviceMessage& message) override;
-    void settingsChanged() override;
+    void settingsChanged(const SettingsChange& change) override;
 
     /// Shows the present time.
     void showTime();
@@ -27,8 +27,6 @@ class StayWindow : public WindowForm {
     void centerTouch();
     /// Lights the panel and starts camera and recognition, for the screen that comes next.
     void wake();
-    /// Takes that back: the screen stays after all.
-    void rest();
     /// Starts the time to the burn-in protection anew.
     void setSleepTimerReset();
 
