@@ -142,7 +142,8 @@ void MainWindow::initWindowList() {
 void MainWindow::createDialogs() {
     popups_ = new ReportPopups([this](const QString& key) { return getScript(key); }, this);
     connect(this, &MainWindow::signal_changeWindow, popups_, &ReportPopups::windowChanged);
-    connect(&windows_, &WindowRegistry::changed, popups_, &ReportPopups::windowRaised);
+    connect(&windows_, &WindowRegistry::changed, popups_,
+            [this] { popups_->windowRaised(windows_.active()->noticeTop()); });
     connect(status_, &SystemStatus::faultsChanged, popups_, &ReportPopups::showFaults);
     connect(popups_, &ReportPopups::screenWanted, this,
             [this](const QString& title) { changeWindow(title); });
@@ -272,9 +273,11 @@ void MainWindow::shellMessage(const DeviceMessage& message) {
             EnrollPlaySoundTts(0, nullptr);
             break;
         case command::AccessEvent:
-            if (const auto event = message.record<GUI_LOGDATA>())
+            if (const auto event = message.record<GUI_LOGDATA>()) {
                 sendUserInoutData(&*event);
-            ShowCommandPopup(message.command, message.p1, message.p2, message.payload);
+                if (message.p1 == command::event::New)
+                    popups_->showAccess(event->eventStatus != 0);
+            }
             break;
         case command::UserEnrolled:
             if (const auto info = message.record<info_s>())

@@ -49,6 +49,10 @@ class WindowForm : public QWidget {
     /// The terminal's operating mode has changed while this screen is the active one.
     virtual void workModeChanged() {}
 
+    /// The pixel line from which on a strip of NoticeStrip::kHeight covers nothing that is read on
+    /// this screen. By default right below the title of a bar.
+    virtual int noticeTop() const { return 66; }
+
     /// Builds the form if it is not there yet and brings its texts up to date.
     void ensureForm();
     bool isFormBuilt() const { return formBuilt_; }

@@ -10,6 +10,7 @@
 #include "screens/recognize/work_banner.h"
 #include "tests/support/driven_terminal.h"
 #include "tests/support/finger.h"
+#include "ui/notice_strip.h"
 #include "ui/text_line.h"
 #include "ui/thumbnail_view.h"
 #include "ui/visible_timer.h"
@@ -46,6 +47,16 @@ int area(const QRegion& region) {
     for (const QRect& rect : region)
         pixels += rect.width() * rect.height();
     return pixels;
+}
+
+/// Whether something on @p widget is drawn in the colour of what goes well.
+bool hasGreen(QWidget* widget) {
+    const QImage image = widget->grab().toImage();
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            if (qGreen(image.pixel(x, y)) - qRed(image.pixel(x, y)) > 60)
+                return true;
+    return false;
 }
 
 QByteArray redPicture() {
@@ -93,6 +104,8 @@ class DoorTest : public QObject {
     void aVisitorRings();
     void dialogsKeepTheLiveView();
     void theBoxPaintsLittle();
+    void theSignTellsWhoIsNotReached();
+    void theStripCoversNothing();
     void attendanceIsChosenOnce();
     void mealsArePaid();
     void refusalsAreTold();
@@ -516,6 +529,82 @@ void DoorTest::theBoxPaintsLittle() {
     QVERIFY(t->settle());
     QVERIFY(t->readsKey("Info_CardNotRegistered"));
     QTRY_VERIFY(!t->readsKey("Info_CardNotRegistered"));
+}
+
+void DoorTest::theSignTellsWhoIsNotReached() {
+    for (const char* screen : {"stayWindow", "liveWindow"}) {
+        QVERIFY(t->open(screen));
+        QVERIFY(!t->find("peerSign"));
+        set("network.useManager", 1);
+        QTRY_VERIFY(t->readsKey("Info_ServiceNotReached"));
+        PaintCounter paints(t->window.get());
+        t->window->getActivateWindowForm()->peersChanged();
+        QVERIFY(t->settle());
+        QCOMPARE(paints.count, 0);
+        t->window->updateRestConnectStatus(true);
+        QTRY_VERIFY(!t->find("peerSign"));
+        t->window->updateRestConnectStatus(false);
+        QTRY_VERIFY(t->readsKey("Info_ServiceNotReached"));
+        if (t->title() == QLatin1String("stayWindow")) {
+            word("sleep");
+            QTRY_VERIFY(!t->readsKey("Info_ServiceNotReached"));
+        }
+        set("network.useManager", 0);
+        QTRY_VERIFY(!t->find("peerSign"));
+    }
+    word("drop");
+    QTRY_VERIFY(t->readsKey("Info_ControllerNotReached"));
+    QTRY_VERIFY_WITH_TIMEOUT(t->window->linkUp(), 30000);
+    QVERIFY(!t->find("peerSign"));
+    // The controller may be another one.
+    QVERIFY(t->sends("2030 0 0"));
+    word("face 01098765432");
+    QVERIFY(t->shows("recognizeWindow"));
+}
+
+void DoorTest::theStripCoversNothing() {
+    auto* strip = t->window->findChild<NoticeStrip*>();
+    const struct {
+        const char* screen;
+        const char* happens;
+        int operation;
+    } rows[] = {
+        {"stayWindow", "live", 1},          {"liveWindow", "card 99999999", 1},
+        {"liveWindow", "card 10000002", 1}, {"liveWindow", "card 10000002", 2},
+        {"liveWindow", "card 10000006", 0}, {"zelMenuWindow", "track off", 1},
+        {"workMenuWindow", "track off", 1}, {"usbMenuWindow", "track off", 1},
+    };
+    for (const int language : {0, 1, 2}) {
+        set("setup.language", language);
+        for (const auto& row : rows) {
+            set("setup.operation", row.operation);
+            QVERIFY(t->open("stayWindow") && t->open(row.screen));
+            word(row.happens);
+            QVERIFY(t->settle());
+            QTRY_VERIFY(strip->isHidden());
+            TextRecorder recorder(t->window->size());
+            t->window->render(&recorder);
+            for (const bool accepted : {false, true}) {
+                GUI_LOGDATA event{};
+                event.eventStatus = accepted;
+                frame(command::AccessEvent, event);
+                const char* const key = accepted ? "Info_AccessEvent" : "Info_AccessRefusedEvent";
+                QTRY_COMPARE(strip->textKey(), QLatin1String(key));
+                QVERIFY(strip->text().startsWith(t->text(key)));
+                QVERIFY2(!strip->visibleRegion().isEmpty(), row.screen);
+                for (const TextRecorder::Text& text : recorder.texts())
+                    QVERIFY2(!strip->geometry().intersects(text.ink), qPrintable(text.text));
+                QCOMPARE(hasGreen(strip), accepted);
+            }
+            if (auto* button = t->find("inButton")) {
+                QVERIFY(!strip->geometry().intersects(
+                    QRect(button->mapTo(t->window.get(), QPoint()), button->size())));
+                t->tap("inButton");
+                QVERIFY(t->sends("2020 16 0"));
+            }
+            strip->hide();
+        }
+    }
 }
 
 void DoorTest::attendanceIsChosenOnce() {

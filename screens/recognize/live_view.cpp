@@ -17,6 +17,7 @@
 #include "screens/recognize/stay_window.h"
 #include "screens/recognize/work_state.h"
 #include "ui/dialog_form.h"
+#include "ui/notice_strip.h"
 #include "ui/pictures.h"
 #include "ui/theme.h"
 #include "ui_live_view.h"
@@ -90,6 +91,12 @@ void LiveView::recognise() {
 void LiveView::peersChanged() {
     // A controller that was away may have forgotten what it was told.
     recognise();
+    showPeers();
+}
+
+void LiveView::showPeers() {
+    ui_->peerSign->setPeers(*shell());
+    placeReasons();
 }
 
 void LiveView::showSettings() {
@@ -99,6 +106,7 @@ void LiveView::showSettings() {
     ui_->enrollButton->setVisible(settings.registration.on == 1);
     ui_->noti_layer->setTouchable(MealCountForm::isOffered(settings));
     workModeChanged();
+    showPeers();
     setLiveShowTimerReset();
 }
 
@@ -149,8 +157,20 @@ void LiveView::updateWorkState(int mode) {
 
 void LiveView::showBanner(bool shown) {
     ui_->noti_layer->setVisible(shown);
-    const int top = shown ? ui_->noti_layer->height() : 0;
-    ui_->trackingBox->setVisiblePart({0, top, width(), ui_->strip->y() - top});
+    placeReasons();
+}
+
+void LiveView::placeReasons() {
+    int top = 0;
+    for (const QWidget* above :
+         {static_cast<QWidget*>(ui_->noti_layer), static_cast<QWidget*>(ui_->peerSign)})
+        if (!above->isHidden())
+            top = above->geometry().bottom() + 1;
+    ui_->trackingBox->setVisiblePart({0, top, width(), noticeTop() - top});
+}
+
+int LiveView::noticeTop() const {
+    return ui_->strip->y() - NoticeStrip::kHeight;
 }
 
 void LiveView::deviceAnswer(const DeviceMessage& message) {

@@ -26,6 +26,8 @@ class LiveView : public WindowForm {
     void workModeChanged() override;
     void settingsChanged(const SettingsChange& change) override;
     void peersChanged() override;
+    /// Between the picture and the buttons.
+    int noticeTop() const override;
     void enrolRequested() override;
 
     /// Shows the banner of an operating mode by its number. Without one of its own the banner
@@ -67,6 +69,9 @@ class LiveView : public WindowForm {
     void startEnrolment(_gui_user_ user);
     void showSettings();
     void showBanner(bool shown);
+    void showPeers();
+    /// Keeps what is said about a face clear of what stands above and below the picture.
+    void placeReasons();
 
     std::unique_ptr<Ui::LiveView> ui_;
     DialogForm* doorDialog_ = nullptr;

@@ -31,6 +31,8 @@ class RecognizeWindow : public WindowForm {
     ~RecognizeWindow() override;
 
     void deviceAnswer(const DeviceMessage& message) override;
+    /// Below the panel and the buttons.
+    int noticeTop() const override { return 776; }
 
     /// Begins the result of the user @p userId: result text, operating mode, display time.
     void setUserID(const QString& userId);

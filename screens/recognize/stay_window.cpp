@@ -37,6 +37,7 @@ void StayWindow::showEvent(QShowEvent* event) {
     Recognition::stop(*shell);
     shell->StopMenuTimer();
     loadPictures();
+    peersChanged();
     shell->SendCloseMessage(command::closed::ByMenuTimeout);
     lightUp();
 }
@@ -75,8 +76,13 @@ void StayWindow::deviceAnswer(const DeviceMessage& message) {
 void StayWindow::settingsChanged(const SettingsChange& change) {
     WindowForm::settingsChanged(change);
     loadPictures();
+    peersChanged();
     if (!ui_->standbyView->isDark())
         setSleepTimerReset();
+}
+
+void StayWindow::peersChanged() {
+    ui_->peerSign->setPeers(*shell());
 }
 
 void StayWindow::loadPictures() {
@@ -103,6 +109,7 @@ void StayWindow::sleepTimeout() {
     sleepTimer_.stop();
     clockTimer_.stop();
     ui_->standbyView->setDark(true);
+    ui_->standbyView->raise();
     MainWindow::getMainWindow()->SendCommand(command::BurnInTimer, command::burn_in::Darken, 0);
 }
 
@@ -113,6 +120,7 @@ void StayWindow::wakePanel() {
 
 void StayWindow::lightUp() {
     ui_->standbyView->setDark(false);
+    ui_->peerSign->raise();
     showTime();
     clockTimer_.start(kClockInterval);
     setSleepTimerReset();

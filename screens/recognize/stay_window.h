@@ -20,6 +20,9 @@ class StayWindow : public WindowForm {
     void windowOutEvent() override;
     void deviceAnswer(const DeviceMessage& message) override;
     void settingsChanged(const SettingsChange& change) override;
+    void peersChanged() override;
+    /// Above the logo.
+    int noticeTop() const override { return 0; }
 
     /// Shows the present time.
     void showTime();
