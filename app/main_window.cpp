@@ -23,6 +23,7 @@
 #include "base/clock.h"
 #include "base/device_folders.h"
 #include "base/device_paths.h"
+#include "base/folder_links.h"
 #include "cloud/event_reports.h"
 #include "cloud/parameters.h"
 #include "link/command_code.h"
@@ -41,8 +42,24 @@ MainWindow* theMainWindow = nullptr;
 /// How long the end of the process waits for the last frames to leave, in milliseconds.
 constexpr int kFlushTime = 500;
 constexpr int kMaxSpokenText = 128;
+/// How much of a controller's note is written to the log, in characters.
+constexpr int kMostOfNote = 200;
 /// By the settings' sleep choice, in seconds.
 constexpr int kSleepTimes[] = {0, 30, 60, 180, 300, 600};
+
+/// The payload as one line of a log, whatever it holds: cut, and with everything that is no letter
+/// or sign as its number.
+QString logText(const DeviceMessage& message) {
+    const QString text = QString::fromUtf8(message.payload, message.length);
+    QString line;
+    for (const QChar character : text.left(kMostOfNote)) {
+        if (character.isPrint() && character != QLatin1Char('\\'))
+            line += character;
+        else
+            line += QStringLiteral("\\u%1").arg(character.unicode(), 4, 16, QLatin1Char('0'));
+    }
+    return text.size() > kMostOfNote ? line + QStringLiteral("...") : line;
+}
 
 }  // namespace
 
@@ -131,8 +148,8 @@ void MainWindow::installPictures() {
     const QString folder = DevicePaths::at(QStringLiteral("/usr/img"));
     if (!QFileInfo(folder).isDir() || !QFileInfo(folder).isWritable())
         qCWarning(appLog, "%s cannot be written, there will be no pictures", qPrintable(folder));
-    DevicePaths::runShell(QStringLiteral("rm /usr/img/* "));
-    DevicePaths::runShell(QStringLiteral("ln -s /zel1/image/img/* /usr/img/ "));
+    FolderLinks::replace(folder,
+                         FolderLinks::entries(DevicePaths::at(QStringLiteral("/zel1/image/img"))));
 }
 
 void MainWindow::initWindowList() {
@@ -280,7 +297,8 @@ void MainWindow::shellMessage(const DeviceMessage& message) {
                     QVariant::fromValue(event_reports::visitor(fieldText(call->visiblePicture))));
             break;
         case command::ControllerNote:
-            qCDebug(appLog, "controller note %d %d", message.p1, message.p2);
+            qCInfo(appLog, "controller note %d %d: %s", message.p1, message.p2,
+                   qUtf8Printable(logText(message)));
             break;
         default:
             ShowCommandPopup(message.command, message.p1, message.p2, message.payload);

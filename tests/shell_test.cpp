@@ -1,3 +1,6 @@
+#include <sys/stat.h>
+
+#include <QDir>
 #include <QFileInfo>
 #include <QSignalSpy>
 #include <QWindow>
@@ -34,6 +37,7 @@ class ShellTest : public QObject {
     void firstScreen();
     void upgradeIsToldOnce_data();
     void upgradeIsToldOnce();
+    void linksAreRenewed();
     void everyChangeOfSettingsCounts_data();
     void everyChangeOfSettingsCounts();
     void languageOfTheSettings();
@@ -54,6 +58,7 @@ class ShellTest : public QObject {
     void statusChoosesTheMode();
     void theServiceIsSought();
     void asksForWhatIsUnsent();
+    void aNoteIsLogged();
     void aShortRecordIsIgnored();
     void theLinkComesBack();
     void ends_data();
@@ -147,6 +152,46 @@ void ShellTest::upgradeIsToldOnce() {
         QCOMPARE(reads(window()->getScript(QLatin1String(key)).script), told);
         QVERIFY(!QFile::exists(t->root.path(marker.constData())));
     }
+}
+
+void ShellTest::linksAreRenewed() {
+    const QDir links(t->root.path("/usr/img"));
+    const QDir pictures(t->root.path("/zel1/image/img"));
+    const QFileInfoList there = pictures.entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot);
+    QVERIFY(there.size() > 20);
+    const QString kept = links.filePath(there.at(0).fileName());
+    struct stat before {};
+    QCOMPARE(::lstat(QFile::encodeName(kept).constData(), &before), 0);
+    t->root.write("/elsewhere", "x");
+    const QString elsewhere = t->root.path("/elsewhere");
+    for (int wrong : {1, 2}) {
+        QVERIFY(QFile::remove(links.filePath(there.at(wrong).fileName())));
+        QVERIFY(wrong == 2 || QFile::link(elsewhere, links.filePath(there.at(1).fileName())));
+    }
+    t->root.write("/usr/img/stale.png", "x");
+    t->root.write("/usr/lib/fonts/stale.otf", "x");
+    t->root.write("/usr/img/.hidden", "x");
+    QVERIFY(QFile::link(t->root.path("/nowhere"), links.filePath(QStringLiteral("nowhere.png"))));
+    QVERIFY(QFile::link(elsewhere, t->root.path("/usr/lib/fonts/NotoSerif-Bold.ttf.old")));
+    QVERIFY(links.mkpath(QStringLiteral("folder/below")));
+
+    QVERIFY(t->start());
+    QStringList wanted;
+    for (const QFileInfo& picture : there) {
+        wanted.append(picture.fileName());
+        QCOMPARE(QFileInfo(links.filePath(picture.fileName())).symLinkTarget(), picture.filePath());
+    }
+    QStringList found = links.entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot);
+    found.removeOne(QStringLiteral("folder"));
+    QCOMPARE(found, wanted);
+    QVERIFY(links.exists(QStringLiteral(".hidden")) &&
+            links.exists(QStringLiteral("folder/below")));
+    QVERIFY(QFile::exists(elsewhere));
+    QCOMPARE(QDir(t->root.path("/usr/lib/fonts")).entryList(QDir::Files | QDir::System).size(), 5);
+    // What was right has not been written once more.
+    struct stat after {};
+    QCOMPARE(::lstat(QFile::encodeName(kept).constData(), &after), 0);
+    QCOMPARE(after.st_ino, before.st_ino);
 }
 
 void ShellTest::everyChangeOfSettingsCounts_data() {
@@ -699,6 +744,22 @@ void ShellTest::asksForWhatIsUnsent() {
     QVERIFY(t->sends("2039 0 0"));
     QVERIFY(t->tell("frame 3033 0 0"));
     QVERIFY(t->sends("2033 0 0"));
+}
+
+void ShellTest::aNoteIsLogged() {
+    const std::pair<QByteArray, QString> notes[] = {
+        {{}, QString()},
+        {"relay \xEB\xAC\xB8", QStringLiteral("relay 문")},
+        {QByteArray("\x1b[2Ja\nb\\\0c", 10), QStringLiteral("\\u001b[2Ja\\u000ab\\u005c\\u0000c")},
+        {QByteArray(500, 'x'), QString(200, QLatin1Char('x')) + QStringLiteral("...")},
+    };
+    for (const auto& [payload, text] : notes) {
+        const QString line = QStringLiteral("controller note 3 7: ") + text;
+        QTest::ignoreMessage(
+            QtInfoMsg, QRegularExpression(QRegularExpression::escape(line) + QStringLiteral("$")));
+        QVERIFY(t->tell(QStringLiteral("frame 3035 3 7 ") + QLatin1String(payload.toHex())));
+        QVERIFY(t->settle());
+    }
 }
 
 void ShellTest::aShortRecordIsIgnored() {
