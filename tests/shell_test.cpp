@@ -10,6 +10,7 @@
 #include "app/management_link.h"
 #include "app/menu_timer.h"
 #include "app/message_dispatch.h"
+#include "app/message_routes.h"
 #include "app/status_popup.h"
 #include "app/system_status.h"
 #include "cloud/parameters.h"
@@ -58,7 +59,7 @@ class ShellTest : public QObject {
     void statusChoosesTheMode();
     void theServiceIsSought();
     void asksForWhatIsUnsent();
-    void aNoteIsLogged();
+    void routesLeadToScreens();
     void aShortRecordIsIgnored();
     void theLinkComesBack();
     void ends_data();
@@ -738,27 +739,17 @@ void ShellTest::asksForWhatIsUnsent() {
     QVERIFY(t->sends("2039 0 0"));
     QCOMPARE(t->frames.mid(0, 3), QStringList({QStringLiteral("1901 0 0")}) + both);
     QVERIFY(t->settle());
-    // What else is answered at once.
-    t->frames.clear();
-    QVERIFY(t->tell("frame 3032 0 0"));
-    QVERIFY(t->sends("2039 0 0"));
-    QVERIFY(t->tell("frame 3033 0 0"));
-    QVERIFY(t->sends("2033 0 0"));
 }
 
-void ShellTest::aNoteIsLogged() {
-    const std::pair<QByteArray, QString> notes[] = {
-        {{}, QString()},
-        {"relay \xEB\xAC\xB8", QStringLiteral("relay 문")},
-        {QByteArray("\x1b[2Ja\nb\\\0c", 10), QStringLiteral("\\u001b[2Ja\\u000ab\\u005c\\u0000c")},
-        {QByteArray(500, 'x'), QString(200, QLatin1Char('x')) + QStringLiteral("...")},
-    };
-    for (const auto& [payload, text] : notes) {
-        const QString line = QStringLiteral("controller note 3 7: ") + text;
-        QTest::ignoreMessage(
-            QtInfoMsg, QRegularExpression(QRegularExpression::escape(line) + QStringLiteral("$")));
-        QVERIFY(t->tell(QStringLiteral("frame 3035 3 7 ") + QLatin1String(payload.toHex())));
-        QVERIFY(t->settle());
+void ShellTest::routesLeadToScreens() {
+    for (int code = 0; code <= 0xFFFF; ++code) {
+        const MessageRoute* route = findMessageRoute(static_cast<std::uint16_t>(code));
+        if (route == nullptr)
+            continue;
+        const bool titled =
+            route->rule == RouteRule::ActiveScreen || route->rule == RouteRule::NamedScreen;
+        QCOMPARE(window()->getWindow(route->title) != nullptr, titled);
+        QVERIFY(route->secondTitle.isNull() || window()->getWindow(route->secondTitle) != nullptr);
     }
 }
 
