@@ -28,6 +28,7 @@
 #include "link/command_code.h"
 #include "link/command_parameters.h"
 #include "ui/key_click.h"
+#include "ui/message_overlay.h"
 #include "ui/theme.h"
 #include "ui/touch_key_form.h"
 #include "ui_main_window.h"
@@ -73,12 +74,13 @@ MainWindow::MainWindow(QWidget* parent)
                                   const char* payload) { DataParsing(command, length, payload); },
                            this);
     KeyClick::setHandler([this] { SendCommand(command::KeyClick, 0, 0); });
+    MessageOverlay::setScripts([this](const QString& key) { return getScript(key); });
 
     WindowForm::setShell(this);
     initWindowList();
     link_->clearReceiveState();
     changeWindow(QStringLiteral("stayWindow"));
-    statusPopup_ = new StatusPopup([this](const QString& key) { return getScript(key); }, this);
+    statusPopup_ = new StatusPopup(this);
     connect(menuTimer_, &MenuTimer::timedOut, this, &MainWindow::MenuTimeout);
     connect(dispatch_, &MessageDispatch::shellMessage, this, &MainWindow::shellMessage);
 
@@ -91,6 +93,8 @@ MainWindow::MainWindow(QWidget* parent)
     touchKey_->hide();
     applyScriptToKeypad();
     connect(languages_, &Languages::changed, this, &MainWindow::applyScriptToKeypad);
+    connect(languages_, &Languages::changed, this,
+            [this] { MessageOverlay::scriptsChanged(this); });
 
     link_->open(DevicePaths::linkPort());
 
@@ -110,6 +114,7 @@ MainWindow::~MainWindow() {
     // Joins the thread that serves HTTP, which may call back until then.
     delete std::exchange(management_, nullptr);
     KeyClick::setHandler(nullptr);
+    MessageOverlay::setScripts(nullptr);
     // The screens go while everything that they use is still there.
     windows_.deleteAll();
     WindowForm::setShell(nullptr);

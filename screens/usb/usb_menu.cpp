@@ -423,6 +423,8 @@ void UsbMenu::showWaitText(const ScriptHandler::Script& text) {
 }
 
 void UsbMenu::ShowPopup(int number, int seconds) {
+    // What the user waited for has come to its end, however it did.
+    waitForm_->hide();
     for (const NumberedPopup& popup : kPopups) {
         if (popup.number == number)
             popup_.show(popup.text, seconds);
