@@ -144,7 +144,7 @@ void MainWindow::createDialogs() {
     connect(&windows_, &WindowRegistry::changed, popups_, &ReportPopups::windowRaised);
     connect(status_, &SystemStatus::faultsChanged, popups_, &ReportPopups::showFaults);
     connect(popups_, &ReportPopups::screenWanted, this,
-            [this](const QString& title) { changeWindow(title); });
+            [this](const QString& title) { showScreen(title, {}); });
     connect(popups_, &ReportPopups::errorShown, this, [this] { PlaySound(command::sound::Error); });
     connect(popups_, &ReportPopups::deleteLogsWanted, this, &MainWindow::deleteWarnMaxLog);
     connect(popups_, &ReportPopups::keepLogsWanted, this, &MainWindow::cancelWarnMaxLog);
@@ -335,6 +335,14 @@ int MainWindow::changeWindow(const QString& title) {
 
 int MainWindow::changeWindow(const QString& title, const QVariant& param) {
     return windows_.change(title, &param);
+}
+
+void MainWindow::showScreen(const QString& title, const QVariant& param) {
+    WindowForm* active = windows_.active();
+    if (active != nullptr && active->getTitle() == title)
+        active->setParam(param);
+    else
+        changeWindow(title, param);
 }
 
 void MainWindow::changeWindowShowEvent(const QString& title) {
@@ -613,7 +621,7 @@ void MainWindow::userRestChkrResult() {
 
 void MainWindow::fwFileDownloadStart(const QString& path) {
     qCInfo(appLog, "Start Download : %s", qPrintable(path));
-    changeWindow(QStringLiteral("upgradingWindow"), path);
+    showScreen(QStringLiteral("upgradingWindow"), path);
 }
 
 void MainWindow::fileDownloadComplete() {

@@ -204,6 +204,8 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     void applyScriptToKeypad();
     void shellMessage(const DeviceMessage& message);
     void quitByController();
+    /// Shows a screen, or tells it the parameter if it is up already.
+    void showScreen(const QString& title, const QVariant& param);
     void MenuTimeout(const QString& returnTitle);
     void deleteWarnMaxLog();
     void cancelWarnMaxLog();
