@@ -45,7 +45,7 @@ void WindowForm::setParam(QVariant param) {
 
 void WindowForm::deviceAnswer(const DeviceMessage&) {}
 
-void WindowForm::settingsChanged() {
+void WindowForm::settingsChanged(const SettingsChange&) {
     ensureForm();
 }
 
