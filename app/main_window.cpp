@@ -494,7 +494,12 @@ DialogForm* MainWindow::getPopupForm() const {
 }
 
 void MainWindow::deleteWarnMaxLog() {
-    SendCommand(command::DeleteFullLogs, 0, 0);
+    // Whoever has to enter the password first is not to be recognised meanwhile.
+    if (!isAdministrator() && canChangeWindow()) {
+        SendCommand(command::RecognitionMode, command::recognition::Off, 0);
+        SendCommand(command::CameraRun, command::camera::Off, 0);
+    }
+    asAdministrator([this] { SendCommand(command::DeleteFullLogs, 0, 0); });
 }
 
 void MainWindow::cancelWarnMaxLog() {

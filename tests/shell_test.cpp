@@ -49,6 +49,7 @@ class ShellTest : public QObject {
     void factoryTests();
     void faultsCome();
     void reportsComeUp();
+    void oldLogsGoAtTheAdministratorsWord();
     void anUpgradeIsNotLeftAlone();
     void recordedAccessLeavesTheScreenFree();
     void statusPopupsClose();
@@ -592,6 +593,32 @@ void ShellTest::reportsComeUp() {
     QTRY_VERIFY(t->says("ListItem_LogStoreEmptied"));
     t->tap("dialogOkButton");
     QCOMPARE(t->dialogText(), QString());
+}
+
+void ShellTest::oldLogsGoAtTheAdministratorsWord() {
+    QVERIFY(locked());
+    const auto agree = [this] {
+        t->frames.clear();
+        return t->tell("frame 3039 1 0") &&
+               QTest::qWaitFor([this] { return t->says("ListItem_LogStoreNearlyFull"); }) &&
+               (t->tap("dialogOkButton"), t->settle());
+    };
+    window()->changeWindow(QStringLiteral("liveWindow"));
+    QVERIFY(agree());
+    QCOMPARE(t->title(), QStringLiteral("InputAdminPassword"));
+    QVERIFY(t->sent("2011 0 0") >= 0 && t->sent("2010 0 0") >= 0);
+    t->tap("backButton");
+    QVERIFY(agree());
+    QCOMPARE(t->sent("2032 0 0"), -1);
+    enterPassword();
+    QVERIFY(t->sends("2032 0 0"));
+    QCOMPARE(t->title(), QStringLiteral("stayWindow"));
+    // Who has entered it is not asked again.
+    window()->changeWindow(QStringLiteral("zelMenuWindow"));
+    enterPassword();
+    QVERIFY(agree());
+    QVERIFY(t->sends("2032 0 0"));
+    QCOMPARE(t->title(), QStringLiteral("zelMenuWindow"));
 }
 
 void ShellTest::anUpgradeIsNotLeftAlone() {
