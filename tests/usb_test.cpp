@@ -324,7 +324,12 @@ class UsbTest : public QObject {
         t.tell("frame 2963 2 1");
         QVERIFY(!heardError());
         QVERIFY(t.says("ListItem_TransferInterrupted"));
+        t.tell("frame 2964 1 0");
+        QVERIFY(t.settle());
+        QVERIFY(t.says("ListItem_TransferInterrupted"));
         // A copy that has gone on all the same.
+        t.tell("frame 2966 1 90");
+        QTRY_VERIFY(t.says("ListItem_Copying"));
         t.tell("frame 2963 2 0");
         QTRY_VERIFY(t.says("ListItem_TransmissionComplete"));
         t.tap("dialogOkButton");

@@ -419,19 +419,21 @@ void UsbMenu::showPercent(int phase, int percent) {
 void UsbMenu::ShowFwUpgrade(int state, int percent) {
     if (state == transfer::Running) {
         showWaitPercent("ListItem_upgradingUSB", percent);
+    } else if (state == transfer::Done) {
+        transferEnds(kPopupRestart, false);
     } else {
-        transferEnds(state == transfer::Done ? kPopupRestart : kPopupUpgradeFailed, false);
+        // It does not say why; perhaps that is known.
+        transferEnds(kPopupUpgradeFailed, interruption_->isOpen());
     }
 }
 
 void UsbMenu::transferEnds(int popup, bool stickGone) {
-    if (stickGone && transferRuns_)
+    if (stickGone && transferRuns_) {
         interrupt(kStickRemoved);
-    if (stickGone && interruption_->isOpen())
-        return;
-    // Perhaps it went on without the link.
-    interruption_->hide();
-    ShowPopup(popup, popup == kPopupRestart ? 0 : kPopupSeconds);
+    } else if (!stickGone || !interruption_->isOpen()) {
+        interruption_->hide();
+        ShowPopup(popup, popup == kPopupRestart ? 0 : kPopupSeconds);
+    }
 }
 
 void UsbMenu::interrupt(const char* reason) {
@@ -460,6 +462,9 @@ void UsbMenu::showWaitPercent(const char* key, int percent) {
 }
 
 void UsbMenu::showWaitText(const char* key, const QString& percent) {
+    // Perhaps it has gone on without the link.
+    if (transferRuns_)
+        interruption_->hide();
     waitForm_->setTextKey(QLatin1String(key), percent);
     waitForm_->show();
 }
