@@ -132,6 +132,7 @@ class UiWidgetsTest : public QObject {
             keys.append(QString::number(i));
         combo->setItemKeys(keys);
         combo->applyScripts(sameText);
+        MessageOverlay::setScripts(sameText);
         combo->setCurrentIndex(18);
         combo->setCurrentIndex(20);
         QCOMPARE(combo->currentText(), u("18"));
@@ -149,6 +150,9 @@ class UiWidgetsTest : public QObject {
 
         finger.tap(combo);
         finger.tap(QPoint(5, 5));
+        QTRY_VERIFY(!list());
+        finger.tap(combo);
+        MessageOverlay::scriptsChanged(window_.get());
         QTRY_VERIFY(!list());
         finger.tap(combo);
         screen->hide();
@@ -368,6 +372,16 @@ class UiWidgetsTest : public QObject {
         QCOMPARE(seen(), &fault);
         fault.hide();
         QVERIFY(!DialogOverlay::current(window_.get()));
+        // Opened while its screen is away, it comes up with that.
+        screen->hide();
+        later.show();
+        message.show();
+        QCOMPARE(seen(), &message);
+        message.hide();
+        QVERIFY(!DialogOverlay::current(window_.get()));
+        screen->show();
+        QCOMPARE(seen(), &later);
+        later.hide();
 
         // A screen may lie above them all, but for its own.
         message.show();

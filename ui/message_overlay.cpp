@@ -45,6 +45,8 @@ void MessageOverlay::setScripts(Lookup lookup) {
 }
 
 void MessageOverlay::scriptsChanged(const QWidget* widget) {
+    if (!theScripts())
+        return;
     const QVector<DialogOverlay*> open = DialogStack::instance().all(widget);
     for (DialogOverlay* dialog : open) {
         applyBelow(dialog, theScripts());
