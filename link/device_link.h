@@ -51,6 +51,8 @@ class DeviceLink : public QObject {
  signals:
     /// The link has been reported up, or down.
     void connectedChanged(bool connected);
+    /// A frame has been handed to the socket.
+    void sent(quint16 command, quint8 p1);
 
  private:
     void processReceivePacket();
@@ -59,6 +61,7 @@ class DeviceLink : public QObject {
     void ReconnectHost();
     void connectNow();
     bool write(const QByteArray& frame);
+    bool writeFrame(quint16 command, quint8 p1, const QByteArray& frame);
 
     QTimer* const reconnectTimer_;
     QTcpSocket* const socket_;

@@ -202,7 +202,7 @@ void LiveView::setTrackingBox(const TrackedFace& face) {
 void LiveView::setLiveShowTimerReset() {
     const auto dialogs = findChildren<DialogOverlay*>(QString(), Qt::FindDirectChildrenOnly);
     const bool open = std::any_of(dialogs.begin(), dialogs.end(),
-                                  [](const DialogOverlay* dialog) { return dialog->isVisible(); });
+                                  [](const DialogOverlay* dialog) { return dialog->isOpen(); });
     const int seconds = MainWindow::getMainWindow()->menuRecord().liveSeconds;
     if (open)
         liveTimer_.stop();
@@ -258,8 +258,7 @@ void LiveView::liveEnd() {
 void LiveView::doorRing() {
     MainWindow* shell = MainWindow::getMainWindow();
     shell->SendCommand(command::RecognitionKey, command::key::DoorRing, 0);
-    doorDialog_->setText(shell->getScript(QStringLiteral("Dialog_VisitorDoorCalling")));
-    doorDialog_->setOkText(shell->getScript(QStringLiteral("TopMenu_OK")));
+    doorDialog_->setTextKey(QStringLiteral("Dialog_VisitorDoorCalling"));
     doorDialog_->show();
 }
 

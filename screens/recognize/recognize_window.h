@@ -12,6 +12,7 @@
 namespace Ui {
 class RecognizeWindow;
 }
+class TouchShield;
 
 /// The result of one recognition: who it was, what came of it, and what the person has to choose,
 /// if anything. It goes away by itself; a result that arrives meanwhile takes its place.
@@ -31,6 +32,7 @@ class RecognizeWindow : public WindowForm {
     ~RecognizeWindow() override;
 
     void deviceAnswer(const DeviceMessage& message) override;
+    bool coversDialogs() const override { return true; }
     /// Below the panel and the buttons.
     int noticeTop() const override { return 776; }
 
@@ -85,6 +87,7 @@ class RecognizeWindow : public WindowForm {
     bool betweenMeals() const;
 
     std::unique_ptr<Ui::RecognizeWindow> ui_;
+    TouchShield* shield_ = nullptr;
     RecognitionResult result_{};
     WorkMode workMode_ = WorkMode::AccessOnly;  // in force when the result arrived
     const WorkState::Attendance* recorded_ = nullptr;
