@@ -320,8 +320,11 @@ void ControllerSimTest::attendanceWaitsForTheChoice() {
     Terminal terminal(sim_->port());
     QTRY_VERIFY(sim_->terminalConnected());
     word("time 2026-03-13 08:00");
-    QTRY_VERIFY(terminal.has(command::SystemStatus));
+    // Whatever time it was before, a greeting asks for the status.
+    terminal.send(command::Greeting);
+    QTRY_VERIFY(terminal.has(command::SelfCheck) && terminal.has(command::SystemStatus));
     QCOMPARE(int(terminal.last.p1), 1);
+    terminal.forget();
 
     // A camera that is off, or takes a picture for an enrolment, sees nobody.
     word("track on");
