@@ -37,7 +37,6 @@ void StayWindow::showEvent(QShowEvent* event) {
     Recognition::stop(*shell);
     shell->StopMenuTimer();
     loadPictures();
-    peersChanged();
     shell->SendCloseMessage(command::closed::ByMenuTimeout);
     lightUp();
 }
@@ -82,7 +81,8 @@ void StayWindow::settingsChanged(const SettingsChange& change) {
 }
 
 void StayWindow::peersChanged() {
-    ui_->peerSign->setPeers(*shell());
+    if (!ui_->standbyView->isDark())
+        ui_->peerSign->setPeers(*shell());
 }
 
 void StayWindow::loadPictures() {
@@ -109,7 +109,7 @@ void StayWindow::sleepTimeout() {
     sleepTimer_.stop();
     clockTimer_.stop();
     ui_->standbyView->setDark(true);
-    ui_->standbyView->raise();
+    ui_->peerSign->hide();
     MainWindow::getMainWindow()->SendCommand(command::BurnInTimer, command::burn_in::Darken, 0);
 }
 
@@ -120,7 +120,7 @@ void StayWindow::wakePanel() {
 
 void StayWindow::lightUp() {
     ui_->standbyView->setDark(false);
-    ui_->peerSign->raise();
+    peersChanged();
     showTime();
     clockTimer_.start(kClockInterval);
     setSleepTimerReset();
