@@ -97,6 +97,7 @@ class ControllerSimTest : public QObject {
     void eventsAreReportedUntilConfirmed();
     void usersGoToTheServiceAndComeFromIt();
     void aBrokenUserTableIsPutAside();
+    void helpNamesTheValues();
 
  private:
     QString word(const char* line) { return sim_->execute(QString::fromUtf8(line)); }
@@ -241,8 +242,10 @@ void ControllerSimTest::wordsThatMakeNoSense_data() {
          {"nonsense", "settings nothing 1", "settings reserved1 1", "settings setup.language 256",
           "settings setup.language -1", "settings operation.weekdayIn 8:00~9:00",
           "settings operation.weekdayIn 25:00~26:00", "settings network.own.dns 1.2.3",
-          "settings setup.adminPassword 123456789", "status", "status 256", "fault", "fault x",
-          "frame", "frame 70000 0 0", "frame 3000 0 0 0", "frame 3000 0 0 xy"})
+          "settings setup.adminPassword 123456789", "status", "status 256", "fault x", "frame",
+          "frame 70000 0 0", "frame 3000 0 0 0", "frame 3000 0 0 xy",
+
+          "help nonsense"})
         QTest::newRow(line) << QString::fromLatin1(line);
     QTest::newRow("huge line") << QString(LineBuffer::kMaxLine + 1, QLatin1Char('a'));
     QTest::newRow("more than a frame")
@@ -487,6 +490,15 @@ void ControllerSimTest::aBrokenUserTableIsPutAside() {
     start();
     QVERIFY(word("card 10000001").startsWith(QLatin1String("ok")));
     QCOMPARE(QFileInfo(path + QStringLiteral(".broken")).size(), qint64(5000));
+}
+
+void ControllerSimTest::helpNamesTheValues() {
+    const QStringList values = word("help settings").split(QLatin1Char('\n'));
+    QCOMPARE(values.size(), word("settings").split(QLatin1Char('\n')).size() + 1);
+    for (const QString& line : values)
+        QVERIFY2(!line.endsWith(QLatin1String(": ")), qPrintable(line));
+    QVERIFY(values.filter(QStringLiteral("setup.language: "))[0].endsWith(
+        QLatin1String("0 Korean, 1 English, 2 Japanese")));
 }
 
 QTEST_MAIN(ControllerSimTest)
