@@ -97,6 +97,7 @@ class ControllerSimTest : public QObject {
     void eventsAreReportedUntilConfirmed();
     void usersGoToTheServiceAndComeFromIt();
     void aBrokenUserTableIsPutAside();
+    void requestsMeetTrouble();
     void helpNamesTheValues();
 
  private:
@@ -238,14 +239,32 @@ void ControllerSimTest::aNewTerminalReplacesTheOldOne() {
 
 void ControllerSimTest::wordsThatMakeNoSense_data() {
     QTest::addColumn<QString>("line");
-    for (const char* line :
-         {"nonsense", "settings nothing 1", "settings reserved1 1", "settings setup.language 256",
-          "settings setup.language -1", "settings operation.weekdayIn 8:00~9:00",
-          "settings operation.weekdayIn 25:00~26:00", "settings network.own.dns 1.2.3",
-          "settings setup.adminPassword 123456789", "status", "status 256", "fault x", "frame",
-          "frame 70000 0 0", "frame 3000 0 0 0", "frame 3000 0 0 xy",
+    for (const char* line : {"nonsense",
+                             "settings nothing 1",
+                             "settings reserved1 1",
+                             "settings setup.language 256",
+                             "settings setup.language -1",
+                             "settings operation.weekdayIn 8:00~9:00",
+                             "settings operation.weekdayIn 25:00~26:00",
+                             "settings network.own.dns 1.2.3",
+                             "settings setup.adminPassword 123456789",
+                             "status",
+                             "status 256",
+                             "fault x",
+                             "frame",
+                             "frame 70000 0 0",
+                             "frame 3000 0 0 0",
+                             "frame 3000 0 0 xy",
+                             "refuse",
+                             "refuse 3000",
+                             "refuse 1905",
+                             "refuse 1951 256",
+                             "silent 1951 1",
+                             "delay 1951",
+                             "delay 1951 -1",
+                             "lose-link-at x",
 
-          "help nonsense"})
+                             "help nonsense"})
         QTest::newRow(line) << QString::fromLatin1(line);
     QTest::newRow("huge line") << QString(LineBuffer::kMaxLine + 1, QLatin1Char('a'));
     QTest::newRow("more than a frame")
@@ -490,6 +509,60 @@ void ControllerSimTest::aBrokenUserTableIsPutAside() {
     start();
     QVERIFY(word("card 10000001").startsWith(QLatin1String("ok")));
     QCOMPARE(QFileInfo(path + QStringLiteral(".broken")).size(), qint64(5000));
+}
+
+void ControllerSimTest::requestsMeetTrouble() {
+    Terminal terminal(sim_->port());
+    QTRY_VERIFY(sim_->terminalConnected());
+    ScreenBlock screen = sim_->settings().screen;
+    const auto save = [&](quint8 brightness) {
+        screen.brightness = brightness;
+        terminal.forget();
+        terminal.sendRecord(command::SaveScreenSettings, 1, screen);
+        terminal.send(command::Greeting);
+        [&] { QTRY_VERIFY(terminal.has(command::SelfCheck)); }();
+    };
+    const auto stored = [this] { return int(sim_->settings().screen.brightness); };
+    const int before = stored();
+
+    QCOMPARE(word("refuse 1951 9"), QStringLiteral("ok SaveScreenSettings"));
+    word("silent 1951");
+    save(1);
+    QVERIFY(terminal.has(command::ScreenSettingsSaved));
+    QCOMPARE(int(terminal.last.p1), 9);
+    save(2);
+    QVERIFY(!terminal.has(command::ScreenSettingsSaved));
+    QCOMPARE(stored(), before);
+    word("delay 1951 100");
+    save(3);
+    QVERIFY(!terminal.has(command::ScreenSettingsSaved));
+    QTRY_VERIFY(terminal.has(command::ScreenSettingsSaved));
+    QCOMPARE(stored(), 3);
+    word("silent 1951");
+    word("normal");
+    save(4);
+    QVERIFY(terminal.has(command::ScreenSettingsSaved));
+
+    // Where the result stands differs.
+    terminal.forget();
+    word("refuse 1962");
+    terminal.send(command::UsbImport, 2, 0, "/mnt/usb/ZEL01/x");
+    QTRY_VERIFY(terminal.has(command::UsbImported));
+    QCOMPARE(int(terminal.last.p1), 2);
+    QCOMPARE(int(terminal.last.p2), 5);
+
+    // What was asked for on a lost link is not answered on the next one.
+    word("delay 1951 50");
+    word("lose-link-at 1957");
+    save(5);
+    terminal.send(command::Initialise, 1);
+    QTRY_COMPARE(terminal.socket.state(), QAbstractSocket::UnconnectedState);
+    Terminal next(sim_->port());
+    word("delay 1905 150");
+    next.send(command::ScreenClosed);
+    QTRY_VERIFY(next.has(command::ScreenClosedAnswer));
+    QVERIFY(!next.has(command::ScreenSettingsSaved));
+    QCOMPARE(stored(), 4);
 }
 
 void ControllerSimTest::helpNamesTheValues() {

@@ -12,6 +12,7 @@
 #include "sim/controller/device.h"
 #include "sim/controller/subject.h"
 #include "sim/controller/terminal_link.h"
+#include "sim/controller/trouble.h"
 
 /// A stand-in for the device controller: answers the terminal as the real one does, keeps users,
 /// settings and logs of its own, and is driven by words.
@@ -54,6 +55,7 @@ class ControllerSim : public QObject {
 
  private:
     void handleFrame(const Request& request);
+    void carryOut(const Request& request);
     QString statePath() const;
     void loadState();
     void storeState();
@@ -61,6 +63,7 @@ class ControllerSim : public QObject {
     TerminalLink link_;
     ControlPort control_;
     Device device_;
+    Trouble trouble_;
     std::vector<std::unique_ptr<Subject>> subjects_;
     QHash<quint16, QVector<Subject::RequestHandler>> requests_;
     WordTable words_;
