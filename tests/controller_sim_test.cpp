@@ -98,6 +98,7 @@ class ControllerSimTest : public QObject {
     void usersGoToTheServiceAndComeFromIt();
     void aBrokenUserTableIsPutAside();
     void requestsMeetTrouble();
+    void storesAreFilled();
     void helpNamesTheValues();
 
  private:
@@ -263,6 +264,9 @@ void ControllerSimTest::wordsThatMakeNoSense_data() {
                              "delay 1951",
                              "delay 1951 -1",
                              "lose-link-at x",
+                             "users -1",
+                             "users 10001",
+                             "logs 100001",
 
                              "help nonsense"})
         QTest::newRow(line) << QString::fromLatin1(line);
@@ -563,6 +567,42 @@ void ControllerSimTest::requestsMeetTrouble() {
     QTRY_VERIFY(next.has(command::ScreenClosedAnswer));
     QVERIFY(!next.has(command::ScreenSettingsSaved));
     QCOMPARE(stored(), 4);
+}
+
+void ControllerSimTest::storesAreFilled() {
+    Terminal terminal(sim_->port());
+    QTRY_VERIFY(sim_->terminalConnected());
+    const UserCounts first = sim_->settings().users;
+    QCOMPARE(word("users 9999"), QStringLiteral("ok 9999"));
+    QCOMPARE(word("users 10000"), QStringLiteral("ok 10000"));
+    QTRY_VERIFY(terminal.has(command::SettingsChanged) &&
+                terminal.lastRecord<_gui_menu_>().users.all == 10000U);
+    const UserCounts full = sim_->settings().users;
+    QCOMPARE(full.general + full.admin + full.visitor, 10000U);
+    QCOMPARE(full.admin, first.admin);
+    const QStringList list = word("users").split(QLatin1Char('\n'));
+    for (const char* script : {"[가-힣]", "[A-Za-z]", "[ぁ-んァ-ン一-龠]"})
+        QVERIFY(list.filter(QRegularExpression(QString::fromUtf8(script))).size() > 1000);
+
+    QCOMPARE(word("logs 5000"), QStringLiteral("ok 5000"));
+    const QString newest = word("logs");
+    QVERIFY(QDateTime::fromString(newest.section(QLatin1Char(' '), 1, 2),
+                                  QStringLiteral("yyyy-MM-dd HH:mm:ss"))
+                .daysTo(QDateTime::currentDateTime()) < 7);
+    QVERIFY(newest.contains(QLatin1String("accepted")));
+    terminal.send(command::AskUnsentLogs);
+    terminal.send(command::Greeting);
+    QTRY_VERIFY(terminal.has(command::SelfCheck));
+    QVERIFY(!terminal.has(command::AccessEvent));  // the service knows of them
+
+    // Who came first is still there; the counts are those of a store that is counted anew.
+    QCOMPARE(word("users 7"), QStringLiteral("ok 7"));
+    QVERIFY(memcmp(&sim_->settings().users, &first, sizeof first) == 0);
+    word("users 500");
+    const UserCounts before = sim_->settings().users;
+    sim_.reset();
+    start();
+    QVERIFY(memcmp(&sim_->settings().users, &before, sizeof before) == 0);
 }
 
 void ControllerSimTest::helpNamesTheValues() {

@@ -4,6 +4,7 @@
 #include "link/command_parameters.h"
 #include "link/device_message.h"
 #include "sim/controller/device.h"
+#include "sim/controller/made_up.h"
 #include "sim/controller/subjects.h"
 #include "sim/controller/terminal_link.h"
 
@@ -67,7 +68,8 @@ class ReportsSubject : public Subject {
             device_.send(command::ShowLiveView);
             return done();
         });
-        onWord("logs", "list the newest events", [this](const QString&) { return listLogs(); });
+        onWord("logs", "[N]: list the newest events, or have N of them over the last year instead",
+               [this](const QString& text) { return text.isEmpty() ? listLogs() : fill(text); });
     }
 
  private:
@@ -103,6 +105,19 @@ class ReportsSubject : public Subject {
             }
         }
         return failed(QStringLiteral("expected enrolment|delete|firmware|logs N"));
+    }
+
+    QString fill(const QString& text) {
+        constexpr int kMost = 100000;
+        bool ok = false;
+        const int count = text.toInt(&ok);
+        if (!ok || count < 0 || count > kMost)
+            return failed(QStringLiteral("expected a number up to %1").arg(kMost));
+        deleteLogs();
+        device_.logs().add(
+            made_up::events(count, device_.users().users(), device_.settings(), device_.now()));
+        emit device_.statusChanged();
+        return done(QString::number(count));
     }
 
     QString listLogs() {
