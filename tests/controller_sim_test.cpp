@@ -9,6 +9,7 @@
 #include "link/device_records.h"
 #include "link/frame.h"
 #include "link/frame_parser.h"
+#include "sim/common/firmware_image.h"
 #include "sim/common/line_buffer.h"
 #include "sim/controller/controller_sim.h"
 #include "sim/controller/work_status.h"
@@ -99,6 +100,7 @@ class ControllerSimTest : public QObject {
     void aBrokenUserTableIsPutAside();
     void requestsMeetTrouble();
     void storesAreFilled();
+    void firmwareRestartsTheTerminal();
     void helpNamesTheValues();
 
  private:
@@ -267,7 +269,8 @@ void ControllerSimTest::wordsThatMakeNoSense_data() {
                              "users -1",
                              "users 10001",
                              "logs 100001",
-
+                             "restart-gui",
+                             "screen",
                              "help nonsense"})
         QTest::newRow(line) << QString::fromLatin1(line);
     QTest::newRow("huge line") << QString(LineBuffer::kMaxLine + 1, QLatin1Char('a'));
@@ -603,6 +606,40 @@ void ControllerSimTest::storesAreFilled() {
     sim_.reset();
     start();
     QVERIFY(memcmp(&sim_->settings().users, &before, sizeof before) == 0);
+}
+
+void ControllerSimTest::firmwareRestartsTheTerminal() {
+    sim_->setSupervises(true);
+    Terminal terminal(sim_->port());
+    terminal.send(command::UpdateFirmware);
+    QTRY_VERIFY(terminal.has(command::FirmwareUpdateAnswer));
+    QCOMPARE(int(terminal.last.p1), 1);
+    QCOMPARE(word("terminal"), QStringLiteral("ok connected"));
+
+    QFile archive(folder_->filePath(QStringLiteral("input/zel01.tar.bz2")));
+    QVERIFY(QDir(folder_->path()).mkpath(QStringLiteral("input")));
+    QVERIFY(archive.open(QIODevice::WriteOnly));
+    archive.write(firmware_image::make(QStringLiteral("1.2.0"), 5000));
+    archive.close();
+    terminal.forget();
+    terminal.send(command::UpdateFirmware);
+    QTRY_VERIFY_WITH_TIMEOUT(terminal.has(command::Quit), 20000);
+    QVERIFY(terminal.has(command::FirmwareUpdateAnswer));
+    QVERIFY(!archive.exists());
+    QVERIFY(QFile::exists(folder_->filePath(QStringLiteral("fw_upgrade_ok"))));
+    terminal.socket.close();
+    QTRY_VERIFY(!sim_->terminalConnected());
+    QCOMPARE(word("terminal"), QStringLiteral("ok restarting"));
+
+    Terminal anew(sim_->port());
+    anew.send(command::Greeting);
+    QTRY_VERIFY(anew.has(command::Settings));
+    QCOMPARE(QString::fromUtf8(anew.lastRecord<_gui_menu_>().firmwareVersion),
+             QStringLiteral("1.2.0"));
+    QCOMPARE(word("terminal"), QStringLiteral("ok connected"));
+    anew.send(command::Initialise, 1);
+    QTRY_VERIFY(anew.has(command::Initialised));
+    QCOMPARE(QString::fromUtf8(sim_->settings().firmwareVersion), QStringLiteral("1.2.0"));
 }
 
 void ControllerSimTest::helpNamesTheValues() {

@@ -46,6 +46,11 @@ class ControllerSim : public QObject {
 
     /// What the terminal was told last.
     const _gui_menu_& settings() const { return device_.settings(); }
+    /// The controller's clock.
+    QDateTime now() const { return device_.now(); }
+    /// Says that the terminal's program is started again whenever it ends, so that an upgrade and a
+    /// reboot may end it.
+    void setSupervises(bool supervises) { device_.setSupervises(supervises); }
 
  signals:
     /// A frame from the terminal, before it is answered.

@@ -41,7 +41,11 @@ int main(int argc, char* argv[]) {
     const QCommandLineOption withPanel(
         QLatin1String(kPanelOption).mid(2),
         QStringLiteral("Open a window of buttons; closing it leaves the controller running."));
+    const QCommandLineOption supervise(
+        QStringLiteral("supervise"),
+        QStringLiteral("The terminal's program is started again when the controller ends it."));
     arguments.addOption(control);
+    arguments.addOption(supervise);
     arguments.addOption(withPanel);
     arguments.process(*application);
     bool ok = false;
@@ -55,6 +59,7 @@ int main(int argc, char* argv[]) {
                              DevicePaths::at(QStringLiteral("/mnt/data")));
     if (!controller.listening())
         return 1;
+    controller.setSupervises(arguments.isSet(supervise));
     std::printf("waiting for the terminal on 127.0.0.1:%d, for words here and on 127.0.0.1:%d\n",
                 controller.port(), controller.controlPort());
     std::fflush(stdout);

@@ -51,10 +51,6 @@ class SessionSubject : public Subject {
             link.setSplit(!link.split());
             return done(link.split() ? QStringLiteral("on") : QStringLiteral("off"));
         });
-        onWord("quit-gui", "ask the terminal's program to end", [this](const QString&) {
-            device_.send(command::Quit);
-            return done();
-        });
         onWord("frame", "CODE P1 P2 [HEX]: send any frame",
                [this](const QString& text) { return sendFrame(text); });
         onWord("quit", "end the simulated controller", [this](const QString&) {

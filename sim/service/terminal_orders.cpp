@@ -7,6 +7,7 @@
 #include <QStringList>
 #include <QTcpSocket>
 
+#include "sim/common/firmware_image.h"
 #include "sim/common/portrait.h"
 #include "sim/service/http_message.h"
 #include "sim/service/service_calls.h"
@@ -177,12 +178,15 @@ QString TerminalOrders::setDevice(const QString& text) const {
 }
 
 QString TerminalOrders::updateFirmware(const QString& text) const {
-    const QString version = text.isEmpty() ? QStringLiteral("1.1.0") : text;
-    return post(QStringLiteral("device-fw-update.do"),
-                QJsonObject{{QStringLiteral("firmwareType"), QStringLiteral("main")},
-                            {QStringLiteral("version"), version},
-                            {QStringLiteral("firmFile"),
-                             QStringLiteral(":%1%2")
-                                 .arg(firmwarePort_)
-                                 .arg(QLatin1String(ServiceCalls::kFirmwarePath))}});
+    const QString version =
+        text.isEmpty() ? QString::fromLatin1(firmware_image::kNewVersion) : text;
+    if (!firmware_image::isVersion(version))
+        return failed(QStringLiteral("a version has up to 15 letters, digits and dots"));
+    return post(
+        QStringLiteral("device-fw-update.do"),
+        QJsonObject{
+            {QStringLiteral("firmwareType"), QStringLiteral("main")},
+            {QStringLiteral("version"), version},
+            {QStringLiteral("firmFile"),
+             QStringLiteral(":%1%2").arg(firmwarePort_).arg(ServiceCalls::firmwarePath(version))}});
 }
