@@ -36,6 +36,8 @@ ControllerSim::ControllerSim(quint16 linkPort, quint16 controlPort, const QStrin
     loadState();
 
     connect(&device_, &Device::quitRequested, this, &ControllerSim::quitRequested);
+    connect(&device_, &Device::restartRequested, this, &ControllerSim::restartRequested);
+    connect(&device_, &Device::changed, this, &ControllerSim::changed);
     connect(&device_, &Device::changed, this, [this] {
         // One file for all that happens in one turn of the event loop.
         if (!storePending_)

@@ -55,8 +55,12 @@ class ControllerSim : public QObject {
  signals:
     /// A frame from the terminal, before it is answered.
     void frameReceived(quint16 code, quint8 p1, quint8 p2, const QByteArray& payload);
+    /// Settings, clock or anything else that words show may have changed.
+    void changed();
     /// The word `quit` was given.
     void quitRequested();
+    /// The word `restart` was given.
+    void restartRequested();
 
  private:
     void handleFrame(const Request& request);

@@ -72,6 +72,8 @@ class Device : public QObject {
     void firmwareAccepted(const QString& file);
     /// The word `quit` was given: the simulated controller is to end.
     void quitRequested();
+    /// The word `restart` was given: it is to start anew.
+    void restartRequested();
 
  private:
     TerminalLink& link_;

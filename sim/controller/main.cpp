@@ -6,6 +6,7 @@
 
 #include "base/device_paths.h"
 #include "sim/common/console.h"
+#include "sim/common/relaunch.h"
 #include "sim/controller/controller_sim.h"
 #include "sim/controller/panel.h"
 
@@ -25,9 +26,8 @@ std::unique_ptr<QCoreApplication> makeApplication(int& argc, char* argv[]) {
     return application;
 }
 
-}  // namespace
-
-int main(int argc, char* argv[]) {
+/// The program but for its end: gives the event loop's status.
+int runController(int argc, char* argv[]) {
     const Console console;
     const std::unique_ptr<QCoreApplication> application = makeApplication(argc, argv);
     QCommandLineParser arguments;
@@ -65,6 +65,8 @@ int main(int argc, char* argv[]) {
     std::fflush(stdout);
     QObject::connect(&controller, &ControllerSim::quitRequested, application.get(),
                      &QCoreApplication::quit);
+    QObject::connect(&controller, &ControllerSim::restartRequested, application.get(),
+                     [] { QCoreApplication::exit(Relaunch::kStatus); });
     console.read([&controller](const QString& line) { return controller.execute(line); },
                  &controller);
 
@@ -74,4 +76,11 @@ int main(int argc, char* argv[]) {
         panel->show();
     }
     return QCoreApplication::exec();
+}
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+    const Relaunch relaunch(argc, argv);
+    return relaunch.finish(runController(argc, argv));
 }

@@ -57,6 +57,11 @@ class SessionSubject : public Subject {
             emit device_.quitRequested();
             return done();
         });
+        onWord("restart", "start the simulated controller anew, when it was built again",
+               [this](const QString&) {
+                   emit device_.restartRequested();
+                   return done();
+               });
     }
 
     QString stateKey() const override { return QStringLiteral("session"); }
