@@ -3,6 +3,7 @@
 #include <QDateTime>
 #include <QDeadlineTimer>
 #include <QJsonDocument>
+#include <QLoggingCategory>
 #include <QNetworkProxy>
 #include <QStringList>
 #include <QTcpSocket>
@@ -11,6 +12,8 @@
 #include "sim/common/portrait.h"
 #include "sim/service/http_message.h"
 #include "sim/service/service_calls.h"
+
+Q_LOGGING_CATEGORY(simOrdersLog, "zel.sim.orders", QtInfoMsg)
 
 namespace {
 
@@ -115,6 +118,13 @@ QString TerminalOrders::post(const QString& route, const QJsonObject& body) cons
 }
 
 QString TerminalOrders::post(const QString& route, const QByteArray& body) const {
+    const QString answer = exchange(route, body);
+    qCInfo(simOrdersLog, "-> POST %s\n<- %s", qUtf8Printable(route),
+           qUtf8Printable(answer.section(QLatin1Char('\n'), -1)));
+    return answer;
+}
+
+QString TerminalOrders::exchange(const QString& route, const QByteArray& body) const {
     const QDeadlineTimer deadline(kPatience);
     QTcpSocket socket;
     socket.setProxy(QNetworkProxy::NoProxy);
