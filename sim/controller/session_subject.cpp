@@ -36,7 +36,7 @@ class SessionSubject : public Subject {
         });
         onRequest(command::QuitAcknowledged, [](const Request&) {});
 
-        onWord("fault", "touch|network|tamper|none, several may follow: report the self-check",
+        onWord("fault", "[touch|network|tamper|none...]: show or report the self-check",
                [this](const QString& text) { return setFaults(text); });
         onWord("drop", "close the connection to the terminal", [this](const QString&) {
             device_.link().drop();
@@ -91,11 +91,20 @@ class SessionSubject : public Subject {
             faults |= bit;
         }
         if (words.isEmpty())
-            return failed(QStringLiteral("which fault?"));
+            return done(faultWords());
         faults_ = faults;
         device_.stateChanged();
         sendSelfCheck();
         return done();
+    }
+
+    QString faultWords() const {
+        QStringList words;
+        for (const auto& fault : kFaults) {
+            if ((faults_ & fault.bit) != 0)
+                words.append(QLatin1String(fault.word));
+        }
+        return words.isEmpty() ? QStringLiteral("none") : words.join(QLatin1Char(' '));
     }
 
     QString sendFrame(const QString& text) {
