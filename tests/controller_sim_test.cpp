@@ -351,6 +351,11 @@ void ControllerSimTest::attendanceWaitsForTheChoice() {
     word("time 2026-03-13 08:00");
     QTRY_VERIFY(terminal.has(command::SystemStatus));
     QCOMPARE(int(terminal.last.p1), 1);
+    QFile clock(folder_->filePath(QStringLiteral("sim/clock")));
+    QVERIFY(clock.open(QIODevice::ReadOnly));
+    const QDateTime shown =
+        QDateTime::currentDateTime().addSecs(clock.readAll().trimmed().toLongLong());
+    QVERIFY(qAbs(shown.secsTo(sim_->now())) <= 1);
 
     word("face 01023456789");
     QTRY_VERIFY(terminal.has(command::Recognised));
