@@ -77,6 +77,12 @@ MainWindow::MainWindow(QWidget* parent)
     KeyClick::setHandler([this] { SendCommand(command::KeyClick, 0, 0); });
     MessageOverlay::setScripts([this](const QString& key) { return getScript(key); });
 
+    // Who looks on from outside, a tester or a script, can tell the screens apart by their names.
+    connect(&windows_, &WindowRegistry::changed, this, [this] {
+        const QString title = windows_.active()->getTitle();
+        setWindowTitle(QStringLiteral("zel-terminal: ") + title);
+        qCInfo(appLog, "screen %s", qPrintable(title));
+    });
     WindowForm::setShell(this);
     initWindowList();
     link_->clearReceiveState();

@@ -221,9 +221,11 @@ void ManagementCommands::addUserRestCommandDir(const CommandFolder::Command& com
         return;
     }
     qCInfo(cloudLog, "ADD Id : %s", qUtf8Printable(command.cardNo));
-    if (const auto user = CommandFolder::takeUser(command))
+    if (const auto user = CommandFolder::takeUser(command)) {
         cloud_.parsingRestCommand(host_command::kEnrolUser, QVariant::fromValue(*user));
-    else
+        qCInfo(cloudLog, "user %s goes to the controller, %s picture",
+               qUtf8Printable(command.cardNo), user->picture.isEmpty() ? "without a" : "with a");
+    } else
         qCWarning(cloudLog, "%s holds no user", qUtf8Printable(command.path));
 }
 
