@@ -195,6 +195,9 @@ void MainWindow::connectManagement() {
             &MainWindow::sendCommand_ReceiveNetSystemSetting);
     connect(this, &MainWindow::signal_restCall_FR51, management_, &ManagementLink::reportVisitor);
     connect(management_, &ManagementLink::connectedChanged, this, &MainWindow::peersChanged);
+    connect(link_, &DeviceLink::drained, management_, &ManagementLink::linkDrained);
+    connect(dispatch_, &MessageDispatch::shellMessage, management_,
+            &ManagementLink::controllerMessage);
     connect(status_, &SystemStatus::connectWanted, management_, &ManagementLink::connectNow);
     connect(status_, &SystemStatus::connectionCheckWanted, this, [this] {
         management_->checkNow();
@@ -435,7 +438,7 @@ RestClass* MainWindow::restClient() const {
 
 void MainWindow::downloadFileURL(const QVariant& parameter) {
     if (parameter.canConvert<FR44_Parameter>())
-        management_->downloads().append(QUrl(parameter.value<FR44_Parameter>().address));
+        management_->firmware().order(parameter.value<FR44_Parameter>());
 }
 
 void MainWindow::sendUserInoutData(const GUI_LOGDATA* event) {
@@ -488,5 +491,5 @@ void MainWindow::fwFileDownloadStart(const QString& path) {
 }
 
 void MainWindow::fileDownloadComplete() {
-    management_->commands().finishDownload(management_->downloads());
+    management_->firmware().downloaded();
 }

@@ -56,6 +56,7 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
         return link_->send(cmd, p1, p2, len, payload);
     }
     bool linkUp() const override { return link_->connected(); }
+    LinkProgress linkProgress() const override { return link_->progress(); }
     void SendCloseMessage(int value) override { orders_->tellClosed(value); }
     void PlaySound(int id) override { orders_->playSound(id); }
     void EnrollPlaySoundTts(int n, const char* text) override { orders_->speak(n, text); }

@@ -12,6 +12,7 @@
 
 #include "cloud/cloud_host.h"
 #include "cloud/cloud_log.h"
+#include "cloud/firmware_orders.h"
 #include "cloud/network_helper.h"
 #include "cloud/parameters.h"
 #include "cloud/terminal_routes.h"
@@ -194,8 +195,13 @@ void RestServer::doUserDataDelete(const Request& request, Response response) {
 
 void RestServer::doUpdateFW(const Request& request, Response response) {
     serve(response, Permission::NotNeeded, [&] {
-        return envelope(handOver(kUpdateFirmware, terminal_routes::decodeFirmwareUpdate(
-                                                      bodyOf(request), getManagerIP())));
+        auto order = terminal_routes::decodeFirmwareUpdate(bodyOf(request), getManagerIP());
+        if (order.ok() && !FirmwareOrders::keep(order.value))
+            return envelope(result::kUnknownError);
+        const int code = handOver(kUpdateFirmware, order);
+        if (order.ok() && code != result::kSucceed)
+            FirmwareOrders::remove(order.value.number);
+        return envelope(code);
     });
 }
 
