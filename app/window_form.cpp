@@ -20,6 +20,10 @@ void WindowForm::setShell(WindowShell* shell) {
     theShell = shell;
 }
 
+WindowShell* WindowForm::shell() {
+    return theShell;
+}
+
 WindowForm::WindowForm(QWidget* parent, const QString& title) : QWidget(parent), title_(title) {
     setObjectName(title);
     setGeometry(0, 0, Theme::kScreenWidth, Theme::kScreenHeight);
@@ -41,7 +45,7 @@ void WindowForm::setParam(QVariant param) {
 
 void WindowForm::deviceAnswer(const DeviceMessage&) {}
 
-void WindowForm::settingsChanged() {
+void WindowForm::settingsChanged(const SettingsChange&) {
     ensureForm();
 }
 

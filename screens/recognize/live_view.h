@@ -24,7 +24,7 @@ class LiveView : public WindowForm {
 
     void deviceAnswer(const DeviceMessage& message) override;
     void workModeChanged() override;
-    void settingsChanged() override;
+    void settingsChanged(const SettingsChange& change) override;
     void enrolRequested() override;
 
     /// Shows the banner of an operating mode by its number. Without one of its own the banner

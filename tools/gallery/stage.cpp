@@ -125,6 +125,7 @@ void Stage::open(const QString& title) {
     if (window_->getActivateWindowForm()->getTitle() == title)
         window_->changeWindow(title == QLatin1String("stayWindow") ? QStringLiteral("liveWindow")
                                                                    : QStringLiteral("stayWindow"));
+    window_->session().open();
     window_->changeWindow(title);
 }
 
