@@ -366,6 +366,19 @@ class CloudRestServerTest : public QObject {
         QVERIFY(client.isOpen());
     }
 
+    /// What is not given would go to the controller as it is not known yet.
+    void settingsAreChangedWhenTheyAreKnown() {
+        serve();
+        const QByteArray order = post("/cloud-service/rest-api/device-set.do",
+                                      R"({"DeviceSettings":{"DoorOpenDuration":5}})");
+        host_.arrived = false;
+        QVERIFY(exchange(port, order).contains("\"9999\""));
+        QCOMPARE(host_.takeCommands().size(), 0);
+        host_.arrived = true;
+        QVERIFY(exchange(port, order).contains("\"1000\""));
+        QCOMPARE(host_.takeCommands().size(), 1);
+    }
+
     /// What the GUI thread has not carried out yet is limited; here it does nothing between orders.
     void ordersWaitForTheGuiThread() {
         serve();

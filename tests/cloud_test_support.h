@@ -8,6 +8,7 @@
 #include <QPair>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <atomic>
 #include <functional>
 
 #include "cloud/cloud_host.h"
@@ -19,6 +20,7 @@ class FakeHost final : public CloudHost {
         const QMutexLocker lock(&lock_);
         return settings_;
     }
+    bool settingsArrived() const override { return arrived; }
     void setSettings(const _gui_menu_& settings) {
         const QMutexLocker lock(&lock_);
         settings_ = settings;
@@ -35,6 +37,7 @@ class FakeHost final : public CloudHost {
     void completedRestCommand(QVariant procIdx) override { completed.append(procIdx); }
     std::uint32_t selfCheckWord() const override { return selfCheck; }
 
+    std::atomic<bool> arrived{true};
     bool link = false;
     QList<QVariant> completed;
     std::uint32_t selfCheck = 0;
