@@ -112,8 +112,8 @@ MainWindow::MainWindow(QWidget* parent)
     connect(this, &MainWindow::signal_changeWindow, this, &MainWindow::changeWindowShowEvent);
     createDialogs();
     management_ = new ManagementLink(*this, *this, this);
-    management_->start();
     connectManagement();
+    management_->start();
 }
 
 MainWindow::~MainWindow() {

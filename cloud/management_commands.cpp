@@ -140,17 +140,14 @@ void ManagementCommands::runKioskEnrolMode(const QVariant& parameter) {
 
 void ManagementCommands::setTime(const QVariant& parameter) {
     const auto given = parameter.value<FR01_Parameter>();
-    const QStringList day = given.date.split(QLatin1Char('-'));
-    const QStringList hour = given.time.split(QLatin1Char(':'));
-    if (day.size() != 3 || hour.size() != 3)
-        return;
-    const QDate date(day[0].toInt(), day[1].toInt(), day[2].toInt());
-    const QTime time(hour[0].toInt(), hour[1].toInt(), hour[2].toInt());
-    if (!date.isValid() || !time.isValid() || date.year() < 2000 || date.year() > 2099) {
+    const std::optional<QDateTime> moment = given.moment();
+    if (!moment) {
         qCWarning(cloudLog, "clock not set to '%s' '%s'", qUtf8Printable(given.date),
                   qUtf8Printable(given.time));
         return;
     }
+    const QDate date = moment->date();
+    const QTime time = moment->time();
     const ClockTime clock{
         static_cast<std::uint8_t>(date.year() % 100), static_cast<std::uint8_t>(date.month()),
         static_cast<std::uint8_t>(date.day()),        static_cast<std::uint8_t>(time.hour()),

@@ -84,16 +84,20 @@ RestClass* RestClass::instance() {
 }
 
 void RestClass::run() {
-    {
-        const std::lock_guard<std::mutex> lock(serverLock_);
-        if (stopped_)
-            return;
-        const Pistache::Port port(DevicePaths::restPort());
-        server_ = std::make_unique<RestServer>(Pistache::Address(Pistache::Ipv4::any(), port),
-                                               host_, &gate_);
+    try {
+        {
+            const std::lock_guard<std::mutex> lock(serverLock_);
+            if (stopped_)
+                return;
+            const Pistache::Port port(DevicePaths::restPort());
+            server_ = std::make_unique<RestServer>(Pistache::Address(Pistache::Ipv4::any(), port),
+                                                   host_, &gate_);
+            server_->init(kServerThreads);
+        }
+        server_->start();
+    } catch (const std::exception& error) {
+        qCWarning(cloudLog, "REST server not started: %s", error.what());
     }
-    server_->init(kServerThreads);
-    server_->start();
     const std::lock_guard<std::mutex> lock(serverLock_);
     server_.reset();
 }
