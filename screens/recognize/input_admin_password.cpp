@@ -14,7 +14,7 @@ constexpr int kMostWrong = 3;
 }  // namespace
 
 InputAdminPassword::InputAdminPassword(QWidget* parent, const QString& title)
-    : TitledForm(parent, title, QStringLiteral("stayWindow")) {
+    : TitledForm(parent, title) {
     countdown_.setSingleShot(true);
     connect(&countdown_, &QTimer::timeout, this, &InputAdminPassword::showEntry);
 }

@@ -48,10 +48,7 @@ OperationTimes timesOf(const OperationBlock& block) {
 
 OperationSettingsForm::OperationSettingsForm(QWidget* parent, const QString& title,
                                              const PopupText* popups, int popupCount)
-    : TitledForm(parent, title, QStringLiteral("zelMenuWindow")),
-      popups_(popups),
-      popupCount_(popupCount),
-      popup_(this) {}
+    : TitledForm(parent, title), popups_(popups), popupCount_(popupCount), popup_(this) {}
 
 void OperationSettingsForm::connectForm(TopBar* bar, ScrollList* list,
                                         const QVector<TimeField>& times) {

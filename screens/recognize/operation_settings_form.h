@@ -3,8 +3,8 @@
 #include <QVector>
 
 #include "link/device_records.h"
-#include "screens/screen_popup.h"
-#include "screens/titled_form.h"
+#include "screens/common/screen_popup.h"
+#include "screens/common/titled_form.h"
 
 class Combo;
 class InputField;

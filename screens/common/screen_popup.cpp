@@ -1,4 +1,4 @@
-#include "screens/screen_popup.h"
+#include "screens/common/screen_popup.h"
 
 #include "app/main_window.h"
 #include "link/command_parameters.h"

@@ -1,13 +1,11 @@
-#include "screens/titled_form.h"
+#include "screens/common/titled_form.h"
 
 #include "app/main_window.h"
 #include "ui/top_bar.h"
 #include "ui/widget_button.h"
 
-TitledForm::TitledForm(QWidget* parent, const QString& title, const QString& backTitle)
-    : WindowForm(parent, title), backTitle_(backTitle) {}
-
 void TitledForm::connectForm(TopBar* bar) {
+    backTarget_ = bar->property("backTarget").toString();
     connect(bar, &TopBar::backTouched, this, &TitledForm::prevButtonTouch);
     connect(bar, &TopBar::homeTouched, this, &TitledForm::homeButtonTouch);
     const QString forwardTarget = bar->property("forwardTarget").toString();
@@ -24,7 +22,7 @@ void TitledForm::connectForm(TopBar* bar) {
 }
 
 void TitledForm::prevButtonTouch() {
-    MainWindow::getMainWindow()->changeWindow(backTitle_);
+    MainWindow::getMainWindow()->changeWindow(backTarget_);
 }
 
 void TitledForm::homeButtonTouch() {
