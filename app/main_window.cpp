@@ -92,6 +92,7 @@ MainWindow::MainWindow(QWidget* parent)
     applyScriptToKeypad();
     connect(languages_, &Languages::changed, this, &MainWindow::applyScriptToKeypad);
 
+    connect(link_, &DeviceLink::connectedChanged, this, &MainWindow::peersChanged);
     link_->open(DevicePaths::linkPort());
 
     connect(&windows_, &WindowRegistry::changing, this, &MainWindow::signal_changeWindow);
@@ -118,10 +119,6 @@ MainWindow::~MainWindow() {
 
 MainWindow* MainWindow::getMainWindow() {
     return theMainWindow;
-}
-
-bool MainWindow::onPanel() {
-    return QGuiApplication::platformName() == QLatin1String("eglfs");
 }
 
 void MainWindow::installPictures() {
@@ -168,6 +165,7 @@ void MainWindow::connectManagement() {
     connect(this, &MainWindow::signal_restCall_FR61, this,
             &MainWindow::sendCommand_ReceiveNetSystemSetting);
     connect(this, &MainWindow::signal_restCall_FR51, management_, &ManagementLink::reportVisitor);
+    connect(management_, &ManagementLink::connectedChanged, this, &MainWindow::peersChanged);
     connect(status_, &SystemStatus::connectWanted, management_, &ManagementLink::connectNow);
     connect(status_, &SystemStatus::connectionCheckWanted, this, [this] {
         management_->checkNow();
@@ -177,13 +175,13 @@ void MainWindow::connectManagement() {
 
 // --- Device link ---------------------------------------------------------------------------
 
-void MainWindow::SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2) {
-    link_->send(cmd, p1, p2);
+bool MainWindow::SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2) {
+    return link_->send(cmd, p1, p2);
 }
 
-void MainWindow::SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2,
+bool MainWindow::SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2,
                              unsigned short len, const char* payload) {
-    link_->send(cmd, p1, p2, len, payload);
+    return link_->send(cmd, p1, p2, len, payload);
 }
 
 void MainWindow::SendCloseMessage(int value) {
@@ -473,6 +471,23 @@ std::uint32_t MainWindow::selfCheckWord() const {
 }
 
 // --- Management service --------------------------------------------------------------------
+
+void MainWindow::peersChanged() {
+    if (WindowForm* active = windows_.active())
+        active->peersChanged();
+}
+
+bool MainWindow::serviceInUse() const {
+    return management_ != nullptr && management_->inUse();
+}
+
+bool MainWindow::serviceReached() const {
+    return management_ != nullptr && management_->connected();
+}
+
+DownloadManager& MainWindow::downloads() {
+    return management_->downloads();
+}
 
 void MainWindow::parsingRestCommand(int command, QVariant parameter) {
     switch (command) {

@@ -44,28 +44,15 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
 
     /// The one main window; null before it is made and once it is being destroyed.
     static MainWindow* getMainWindow();
-    /// Whether this is the terminal's own display, where the camera's picture lies under the
-    /// window and shows wherever nothing is painted.
-    static bool onPanel();
 
     // --- Device link -----------------------------------------------------------------------
-    /// Sends a frame without payload; dropped unless the link has been reported up.
-    void SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2) override;
-    /// Sends a frame; dropped unless the socket is connected. @p data may be null with @p len 0.
-    void SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2, unsigned short len,
+    bool SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2) override;
+    bool SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2, unsigned short len,
                      const char* data) override;
     bool linkUp() const override { return link_->connected(); }
-    /// Sends a frame whose payload is a packed record.
-    template <typename Record>
-    void SendRecord(unsigned short cmd, unsigned char p1, unsigned char p2, const Record& record) {
-        SendCommand(cmd, p1, p2, sizeof record, reinterpret_cast<const char*>(&record));
-    }
-    /// Tells the controller that a screen has closed; 1: by the menu time-out.
-    void SendCloseMessage(int value);
-    /// Plays the sound number @p id, 16 bits.
-    void PlaySound(int id);
-    /// Speaks @p text (UTF-8, at most 128 bytes are sent); without one only @p n is sent.
-    void EnrollPlaySoundTts(int n, const char* text);
+    void SendCloseMessage(int value) override;
+    void PlaySound(int id) override;
+    void EnrollPlaySoundTts(int n, const char* text) override;
     /// Asks for the users and logs that the management service has not seen.
     void checkingForUnsentData();
     /// Kept without effect: frames are never sent again.
@@ -76,84 +63,75 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     void DataParsing(unsigned short command, unsigned short length, const char* payload);
 
     // --- Records ---------------------------------------------------------------------------
-    /// Whole-record copies out of and into the terminal's own. GetGuiMenu may be called from any
-    /// thread.
+    /// GetGuiMenu may be called from any thread.
     void GetGuiMenu(_gui_menu_* record) const override { *record = records_.menu(); }
     void SetGuiMenu(const _gui_menu_* record) override { records_.setMenu(*record); }
-    void GetGuiUser(_gui_user_* record) const { *record = records_.user(); }
+    void GetGuiUser(_gui_user_* record) const override { *record = records_.user(); }
     void SetGuiUser(const _gui_user_* record) override { records_.setUser(*record); }
-    void GetUserLog(GUI_USERLOG* record) const { *record = records_.userLog(); }
-    void SetUserLog(const GUI_USERLOG* record) { records_.setUserLog(*record); }
-    void GetMealCount(MEAL_COUNT* record) const { *record = records_.mealCount(); }
-    /// The settings record, for reading single fields.
-    _gui_menu_ menuRecord() const { return records_.menu(); }
-    /// Whether the controller has sent its settings since the start.
-    bool settingsArrived() const { return settingsArrived_; }
-    /// Files of the device's data folder: the call number, the location, the pictures.
-    QString callNumberPath() const { return callNumberPath_; }
-    QString locationPath() const { return locationPath_; }
-    QString imageDirectory() const { return imageDirectory_; }
-    /// Seconds until the standby screen asks for burn-in protection; 0 never.
-    int getSleepMode() const;
+    void GetUserLog(GUI_USERLOG* record) const override { *record = records_.userLog(); }
+    void SetUserLog(const GUI_USERLOG* record) override { records_.setUserLog(*record); }
+    void GetMealCount(MEAL_COUNT* record) const override { *record = records_.mealCount(); }
+    _gui_menu_ menuRecord() const override { return records_.menu(); }
+    bool settingsArrived() const override { return settingsArrived_; }
+    QString callNumberPath() const override { return callNumberPath_; }
+    QString locationPath() const override { return locationPath_; }
+    QString imageDirectory() const override { return imageDirectory_; }
+    int getSleepMode() const override;
 
-    void setReaderMode(ReaderMode mode) { readerMode_ = mode; }
-    ReaderMode getReaderMode() const { return readerMode_; }
-    void setServiceMode(ServiceMode mode) { serviceMode_ = mode; }
-    ServiceMode getServiceMode() const { return serviceMode_; }
-    void setAlarmMode(AlarmMode mode) { alarmMode_ = mode; }
-    AlarmMode getAlarmMode() const { return alarmMode_; }
-    void setWorkMode(WorkMode mode);
-    WorkMode getWorkMode() const;
-    /// Whether the next recognition compares with one person, whose number was entered (1), or
-    /// with all (0).
-    void setState1N1(int state) { state1N1_ = state; }
-    int getState1N1() const { return state1N1_; }
+    void setReaderMode(ReaderMode mode) override { readerMode_ = mode; }
+    ReaderMode getReaderMode() const override { return readerMode_; }
+    void setServiceMode(ServiceMode mode) override { serviceMode_ = mode; }
+    ServiceMode getServiceMode() const override { return serviceMode_; }
+    void setAlarmMode(AlarmMode mode) override { alarmMode_ = mode; }
+    AlarmMode getAlarmMode() const override { return alarmMode_; }
+    void setWorkMode(WorkMode mode) override;
+    WorkMode getWorkMode() const override;
+    void setState1N1(int state) override { state1N1_ = state; }
+    int getState1N1() const override { return state1N1_; }
 
     // --- Screens ---------------------------------------------------------------------------
-    /// 0 done, 1 no such window, -1 refused.
     int changeWindow(const QString& title) override;
-    int changeWindow(const QString& title, const QVariant& param);
-    WindowForm* getWindow(const QString& title) const { return windows_.find(title); }
-    WindowForm* getActivateWindowForm() const { return windows_.active(); }
-    /// Switches screen changes off (and on), for an operation that must not be left.
-    void setChangeWindowFlag(bool allowed) { windows_.setChangeAllowed(allowed); }
+    int changeWindow(const QString& title, const QVariant& param) override;
+    WindowForm* getWindow(const QString& title) const override { return windows_.find(title); }
+    WindowForm* getActivateWindowForm() const override { return windows_.active(); }
+    void setChangeWindowFlag(bool allowed) override { windows_.setChangeAllowed(allowed); }
     const QList<WindowForm*>& windowList() const { return windows_.windows(); }
 
-    void StartMenuTimer();
-    void StartMenuTimer(int seconds, const QString& returnTitle);
-    void ResetMenuTimer();
-    void ResetMenuTimer(int seconds);
-    void UpdateResetTimer(int selector);
-    void StopMenuTimer();
+    void StartMenuTimer() override;
+    void StartMenuTimer(int seconds, const QString& returnTitle) override;
+    void ResetMenuTimer() override;
+    void ResetMenuTimer(int seconds) override;
+    void UpdateResetTimer(int selector) override;
+    void StopMenuTimer() override;
 
-    void showTouchKey();
+    void showTouchKey() override;
     void showTouchKey(InputField* field) override;
     void removeTouchKey() override;
-    void setTouchKeyOpt(const QString& text);
+    void setTouchKeyOpt(const QString& text) override;
 
-    void ShowPopup(int key, int seconds);
-    void ClosePopup();
-    DialogForm* getPopupForm() const;
-    /// Shows what the controller says of @p command with @p p1, if that has a text.
-    void ShowCommandPopup(int command, int p1, int p2, const char* payload);
+    void ShowPopup(int key, int seconds) override;
+    void ClosePopup() override;
+    DialogForm* getPopupForm() const override;
+    void ShowCommandPopup(int command, int p1, int p2, const char* payload) override;
 
     // --- Languages -------------------------------------------------------------------------
     ScriptHandler::Script getScript(const QString& key) const override {
         return languages_->scripts().getScript(key);
     }
-    QStringList getLanguageList() const { return languages_->titles(); }
-    QString getScriptFontFamily() const { return languages_->scripts().getFontFamily(); }
+    QStringList getLanguageList() const override { return languages_->titles(); }
+    QString getScriptFontFamily() const override { return languages_->scripts().getFontFamily(); }
     int scriptRevision() const override { return languages_->scripts().revision(); }
-    /// Switches to the language @p languageNumber at the user's wish; a number that the list does
-    /// not have changes nothing. Screens take the new texts when they are next shown.
-    void changeLanguage(int languageNumber);
+    void changeLanguage(int languageNumber) override;
 
     // --- Status ----------------------------------------------------------------------------
     void setSystemStatus(int status, int p2, int value);
-    int getSystemStatus() const;
+    int getSystemStatus() const override;
     void dev_selfChkrResult();
 
     // --- Management service ----------------------------------------------------------------
+    bool serviceInUse() const override;
+    bool serviceReached() const override;
+    DownloadManager& downloads() override;
     _gui_menu_ settings() const override { return records_.menu(); }
     std::uint32_t selfCheckWord() const override;
     /// Turns a management command into its signal, whose slot runs in the GUI thread. A number
@@ -220,6 +198,7 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     void initWindowList();
     void createDialogs();
     void connectManagement();
+    void peersChanged();
     void settingsReceived(const _gui_menu_& record);
     void checkBootchecker();
     void applyScriptToKeypad();

@@ -49,12 +49,19 @@ bool ManagementLink::inUse() const {
     return cloud_.settings().network.useManager == kInUse;
 }
 
+void ManagementLink::setConnected(bool connected) {
+    if (connected == connected_)
+        return;
+    connected_ = connected;
+    emit connectedChanged(connected);
+}
+
 void ManagementLink::restart() {
     connectTimer_.stop();
     checkTimer_.stop();
+    setConnected(false);
     if (!inUse())
         return;
-    connected_ = false;
     const NetworkBlock network = cloud_.settings().network;
     connectTimer_.start(milliseconds(network.connectPeriod, kConnectPeriod));
     checkTimer_.start(milliseconds(network.checkPeriod, kCheckPeriod));

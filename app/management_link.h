@@ -36,7 +36,9 @@ class ManagementLink : public QObject {
 
     /// Whether the management service has been reached.
     bool connected() const { return connected_; }
-    void setConnected(bool connected) { connected_ = connected; }
+    void setConnected(bool connected);
+    /// Whether the settings have it in use.
+    bool inUse() const;
     /// Starts the contact anew, with the address and the periods of the settings in force.
     void restart();
     /// Tries to connect now, or checks the connection.
@@ -56,9 +58,10 @@ class ManagementLink : public QObject {
     DownloadManager& downloads() { return downloads_; }
     ManagementCommands& commands() { return commands_; }
 
- private:
-    bool inUse() const;
+ signals:
+    void connectedChanged(bool connected);
 
+ private:
     CloudHost& cloud_;
     ManagementCommands commands_;
     DownloadManager downloads_;

@@ -20,6 +20,10 @@ void WindowForm::setShell(WindowShell* shell) {
     theShell = shell;
 }
 
+WindowShell* WindowForm::shell() {
+    return theShell;
+}
+
 WindowForm::WindowForm(QWidget* parent, const QString& title) : QWidget(parent), title_(title) {
     setObjectName(title);
     setGeometry(0, 0, Theme::kScreenWidth, Theme::kScreenHeight);

@@ -16,6 +16,8 @@ class WindowForm : public QWidget {
  public:
     /// The shell that all screens live in; null while there is none.
     static void setShell(WindowShell* shell);
+    /// The same, for the screens and their parts.
+    static WindowShell* shell();
 
     /// @p title is the name in the registry.
     WindowForm(QWidget* parent, const QString& title);
@@ -34,6 +36,10 @@ class WindowForm : public QWidget {
     /// Called on the active screen when the controller has sent its settings. Brings the texts up
     /// to date, since the language is one of them.
     virtual void settingsChanged();
+
+    /// Called on the active screen when the device controller or the management service has been
+    /// reached, or is no longer.
+    virtual void peersChanged() {}
 
     /// The management service asks for what the screen's enrol button starts.
     virtual void enrolRequested() {}

@@ -8,10 +8,12 @@
 /// The main window implements it with operations that it has anyway. GUI thread only.
 class ManagementHost {
  public:
-    /// Sends a frame without payload; dropped unless the link has been reported up.
-    virtual void SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2) = 0;
-    /// Sends a frame; dropped unless the socket is connected. @p data may be null with @p len 0.
-    virtual void SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2,
+    /// Sends a frame without payload. False, with nothing sent, unless the link has been reported
+    /// up.
+    virtual bool SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2) = 0;
+    /// Sends a frame. False, with nothing sent, unless the socket is connected. @p data may be
+    /// null with @p len 0.
+    virtual bool SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2,
                              unsigned short len, const char* data) = 0;
     /// Whether a frame sent now would leave.
     virtual bool linkUp() const = 0;

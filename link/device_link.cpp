@@ -76,6 +76,7 @@ void DeviceLink::socketConnected() {
     socket_->setSocketOption(QAbstractSocket::LowDelayOption, 1);
     qCInfo(linkLog, "connected to the device controller");
     write(Frame::build(command::Greeting, 0, 0));
+    emit connectedChanged(true);
 }
 
 void DeviceLink::socketDisconnected() {
@@ -84,9 +85,11 @@ void DeviceLink::socketDisconnected() {
                kReconnectInterval / 1000);
     else if (!reconnectTimer_->isActive())
         qCInfo(linkLog, "no device controller yet, trying every %d s", kReconnectInterval / 1000);
-    connected_ = false;
+    const bool wasConnected = std::exchange(connected_, false);
     if (!reconnectTimer_->isActive())
         reconnectTimer_->start();
+    if (wasConnected)
+        emit connectedChanged(false);
 }
 
 void DeviceLink::ReconnectHost() {
@@ -110,28 +113,28 @@ void DeviceLink::processReceivePacket() {
     }
 }
 
-void DeviceLink::send(quint16 command, quint8 p1, quint8 p2) {
-    if (connected_)
-        write(Frame::build(command, p1, p2));
+bool DeviceLink::send(quint16 command, quint8 p1, quint8 p2) {
+    return connected_ && write(Frame::build(command, p1, p2));
 }
 
-void DeviceLink::send(quint16 command, quint8 p1, quint8 p2, quint16 length, const char* data) {
+bool DeviceLink::send(quint16 command, quint8 p1, quint8 p2, quint16 length, const char* data) {
     if (!isSocketConnected())
-        return;
+        return false;
     const QByteArray frame = Frame::build(command, p1, p2, length, data);
-    if (frame.isEmpty())
+    if (frame.isEmpty()) {
         qCWarning(linkLog, "command %d not sent: %d bytes from nowhere or too many", command,
                   length);
-    else
-        write(frame);
+        return false;
+    }
+    return write(frame);
 }
 
-void DeviceLink::write(const QByteArray& frame) {
+bool DeviceLink::write(const QByteArray& frame) {
     const QMutexLocker lock(&writeLock_);
     // A peer that no longer reads must not make the process grow.
     if (socket_->bytesToWrite() > kMaxUnsent) {
         qCWarning(linkLog, "the device controller does not read, frame dropped");
-        return;
+        return false;
     }
-    socket_->write(frame);
+    return socket_->write(frame) == frame.size();
 }

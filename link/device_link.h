@@ -31,11 +31,12 @@ class DeviceLink : public QObject {
     /// leave the socket, then closes it. No signal of the socket is heeded any more.
     void close(int flushTime);
 
-    /// Sends a frame without payload if the link has been reported up (connected()).
-    void send(quint16 command, quint8 p1, quint8 p2);
+    /// Sends a frame without payload if the link has been reported up (connected()). Whether it
+    /// could: what was sent may still be lost with the connection.
+    bool send(quint16 command, quint8 p1, quint8 p2);
     /// Sends a frame if the socket itself is connected, which it is shortly before the link is
     /// reported up. @p length above Frame::kMaxPayloadSize sends nothing.
-    void send(quint16 command, quint8 p1, quint8 p2, quint16 length, const char* data);
+    bool send(quint16 command, quint8 p1, quint8 p2, quint16 length, const char* data);
 
     /// Whether the link has been reported up.
     bool connected() const { return connected_; }
@@ -47,13 +48,17 @@ class DeviceLink : public QObject {
     /// Forgets a half-received frame.
     void clearReceiveState() { parser_.reset(); }
 
+ signals:
+    /// The link has been reported up, or down.
+    void connectedChanged(bool connected);
+
  private:
     void processReceivePacket();
     void socketConnected();
     void socketDisconnected();
     void ReconnectHost();
     void connectNow();
-    void write(const QByteArray& frame);
+    bool write(const QByteArray& frame);
 
     QTimer* const reconnectTimer_;
     QTcpSocket* const socket_;

@@ -16,13 +16,14 @@ namespace {
 /// Keeps what a command does, in its order: frames as "code(p1,p2) payload", the rest by name.
 class FakeTerminal final : public ManagementHost {
  public:
-    void SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2) override {
-        SendCommand(cmd, p1, p2, 0, nullptr);
+    bool SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2) override {
+        return SendCommand(cmd, p1, p2, 0, nullptr);
     }
-    void SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2, unsigned short len,
+    bool SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2, unsigned short len,
                      const char* data) override {
         log << QStringLiteral("%1(%2,%3)%4").arg(cmd).arg(p1).arg(p2).arg(len);
         payloads << QByteArray(data, len);
+        return up;
     }
     bool linkUp() const override { return up; }
     void GetGuiMenu(_gui_menu_* record) const override { *record = menu; }
