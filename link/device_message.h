@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QVector>
 #include <cstdint>
 #include <cstring>
 #include <optional>
@@ -22,6 +23,15 @@ struct DeviceMessage {
         Record copy;
         std::memcpy(&copy, payload, sizeof copy);
         return copy;
+    }
+
+    /// Copies of the packed records that the payload consists of. Too short an end counts as none.
+    template <typename Record>
+    QVector<Record> records() const {
+        QVector<Record> copies(payload == nullptr ? 0 : length / static_cast<int>(sizeof(Record)));
+        if (!copies.isEmpty())
+            std::memcpy(copies.data(), payload, copies.size() * sizeof(Record));
+        return copies;
     }
 };
 

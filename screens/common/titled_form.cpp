@@ -1,8 +1,40 @@
 #include "screens/common/titled_form.h"
 
-#include "app/main_window.h"
+#include "app/window_shell.h"
+#include "screens/common/device_request.h"
 #include "ui/top_bar.h"
 #include "ui/widget_button.h"
+
+namespace {
+
+QList<DeviceRequest*> requestsOf(const TitledForm* screen) {
+    return screen->findChildren<DeviceRequest*>(QString(), Qt::FindDirectChildrenOnly);
+}
+
+}  // namespace
+
+void TitledForm::windowOutEvent() {
+    WindowForm::windowOutEvent();
+    const auto requests = requestsOf(this);
+    for (DeviceRequest* request : requests)
+        request->cancel();
+}
+
+void TitledForm::deviceAnswer(const DeviceMessage& message) {
+    const auto requests = requestsOf(this);
+    for (DeviceRequest* request : requests) {
+        if (request->take(message))
+            return;
+    }
+}
+
+void TitledForm::peersChanged() {
+    if (shell()->linkUp())
+        return;
+    const auto requests = requestsOf(this);
+    for (DeviceRequest* request : requests)
+        request->linkLost();
+}
 
 void TitledForm::connectForm(TopBar* bar) {
     backTarget_ = bar->property("backTarget").toString();
@@ -11,20 +43,20 @@ void TitledForm::connectForm(TopBar* bar) {
     const QString forwardTarget = bar->property("forwardTarget").toString();
     if (!forwardTarget.isEmpty())
         connect(bar, &TopBar::forwardTouched, this,
-                [forwardTarget] { MainWindow::getMainWindow()->changeWindow(forwardTarget); });
+                [forwardTarget] { shell()->changeWindow(forwardTarget); });
     const QList<WidgetButton*> buttons = findChildren<WidgetButton*>();
     for (WidgetButton* button : buttons) {
         const QString target = button->property("target").toString();
         if (!target.isEmpty())
             connect(button, &WidgetButton::touched, this,
-                    [target] { MainWindow::getMainWindow()->changeWindow(target); });
+                    [target] { shell()->changeWindow(target); });
     }
 }
 
 void TitledForm::prevButtonTouch() {
-    MainWindow::getMainWindow()->changeWindow(backTarget_);
+    shell()->changeWindow(backTarget_);
 }
 
 void TitledForm::homeButtonTouch() {
-    MainWindow::getMainWindow()->changeWindow(QStringLiteral("stayWindow"));
+    shell()->changeWindow(QStringLiteral("stayWindow"));
 }
