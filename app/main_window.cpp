@@ -336,7 +336,8 @@ void MainWindow::changeWindowShowEvent(const QString& title) {
     StartMenuTimer();
     if (title.startsWith(QLatin1String("factory")) || title.startsWith(QLatin1String("f_")))
         factoryActive_ = true;
-    if (factoryActive_)
+    const WindowForm* next = getWindow(title);
+    if (factoryActive_ || (next != nullptr && !next->timesOut()))
         StopMenuTimer();
 }
 

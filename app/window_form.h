@@ -41,6 +41,10 @@ class WindowForm : public QWidget {
     /// reached, or is no longer.
     virtual void peersChanged() {}
 
+    /// Whether an unattended terminal leaves this screen after the menus' time. Asked when the
+    /// screen is about to come up.
+    virtual bool timesOut() const { return true; }
+
     /// The management service asks for what the screen's enrol button starts.
     virtual void enrolRequested() {}
 
