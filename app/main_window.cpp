@@ -27,6 +27,7 @@
 #include "cloud/parameters.h"
 #include "link/command_code.h"
 #include "link/command_parameters.h"
+#include "ui/input_field.h"
 #include "ui/key_click.h"
 #include "ui/theme.h"
 #include "ui/touch_key_form.h"
@@ -73,6 +74,7 @@ MainWindow::MainWindow(QWidget* parent)
                                   const char* payload) { DataParsing(command, length, payload); },
                            this);
     KeyClick::setHandler([this] { SendCommand(command::KeyClick, 0, 0); });
+    InputField::setKeypad([this](InputField* field) { showTouchKey(field); });
 
     WindowForm::setShell(this);
     initWindowList();
@@ -111,6 +113,7 @@ MainWindow::~MainWindow() {
     // Joins the thread that serves HTTP, which may call back until then.
     delete std::exchange(management_, nullptr);
     KeyClick::setHandler(nullptr);
+    InputField::setKeypad(nullptr);
     // The screens go while everything that they use is still there.
     windows_.deleteAll();
     WindowForm::setShell(nullptr);

@@ -58,7 +58,7 @@ class WindowForm : public QWidget {
     void setVisible(bool visible) override;
 
  protected:
-    /// Builds the screen's form; called once. Its input fields get the keypad when touched.
+    /// Builds the screen's form; called once.
     virtual void createForm() = 0;
     /// Called after the texts of the form's widgets have been set for a language.
     virtual void scriptsApplied();

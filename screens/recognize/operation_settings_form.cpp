@@ -12,7 +12,6 @@
 #include "ui/input_field.h"
 #include "ui/scroll_list.h"
 #include "ui/top_bar.h"
-#include "ui/touch_key_form.h"
 
 namespace {
 
@@ -59,12 +58,6 @@ void OperationSettingsForm::connectForm(TopBar* bar, ScrollList* list,
     });
     list_ = list;
     times_ = times;
-    for (const TimeField& time : times) {
-        InputField* field = time.field;
-        connect(field, &InputField::editRequested, this,
-                [this, field] { makeRoomForKeypad(field); });
-        connect(field, &InputField::editingFinished, list, [list] { list->setCoveredHeight(0); });
-    }
 }
 
 void OperationSettingsForm::windowInEvent() {
@@ -74,13 +67,6 @@ void OperationSettingsForm::windowInEvent() {
         time.field->setText(TimeRange::betweenTimeText(operation_.*time.range));
     showRecord();
     list_->verticalScrollBar()->setValue(0);
-}
-
-void OperationSettingsForm::makeRoomForKeypad(const InputField* field) {
-    // Done with the field edited before: its end uncovers the list.
-    MainWindow::getMainWindow()->removeTouchKey();
-    list_->setCoveredHeight(TouchKeyForm::kHeight);
-    list_->reveal(field->parentWidget());
 }
 
 void OperationSettingsForm::choose(Combo* combo, int choice) {
@@ -97,7 +83,7 @@ bool OperationSettingsForm::readTimes() {
             TimeRange::getBetweenTime(time.field->text(), &(operation_.*time.range));
         if (reading == TimeRange::Valid)
             continue;
-        list_->reveal(time.field->parentWidget());
+        list_->reveal(time.field);
         ShowPopup(reading == TimeRange::OutOfRange ? time.outOfRange : time.malformed,
                   kPopupSeconds);
         return false;

@@ -72,9 +72,6 @@ class OperationSettingsForm : public TitledForm {
  private:
     OperationSettingsForm(QWidget* parent, const QString& title, const PopupText* popups,
                           int popupCount);
-    /// Scrolls the list so that @p field is seen above the keypad that is about to come up for it.
-    void makeRoomForKeypad(const InputField* field);
-
     const PopupText* const popups_;
     const int popupCount_;
     ScreenPopup popup_;
