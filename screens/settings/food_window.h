@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "screens/recognize/operation_settings_form.h"
+#include "screens/settings/operation_settings_form.h"
 
 namespace Ui {
 class FoodWindow;

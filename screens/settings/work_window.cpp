@@ -1,9 +1,9 @@
-#include "screens/recognize/work_window.h"
+#include "screens/settings/work_window.h"
 
 #include <iterator>
 
 #include "link/record_values.h"
-#include "screens/recognize/time_range.h"
+#include "screens/settings/time_range.h"
 #include "ui_work_window.h"
 
 namespace {

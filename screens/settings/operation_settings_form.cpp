@@ -1,4 +1,4 @@
-#include "screens/recognize/operation_settings_form.h"
+#include "screens/settings/operation_settings_form.h"
 
 #include <QScrollBar>
 #include <iterator>
@@ -7,7 +7,7 @@
 #include "link/command_code.h"
 #include "link/command_parameters.h"
 #include "link/device_message.h"
-#include "screens/recognize/time_range.h"
+#include "screens/settings/time_range.h"
 #include "ui/combo.h"
 #include "ui/input_field.h"
 #include "ui/scroll_list.h"

@@ -1,8 +1,8 @@
-#include "screens/recognize/food_window.h"
+#include "screens/settings/food_window.h"
 
 #include <iterator>
 
-#include "screens/recognize/time_range.h"
+#include "screens/settings/time_range.h"
 #include "ui_food_window.h"
 
 namespace {
