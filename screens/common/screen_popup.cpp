@@ -11,6 +11,8 @@ namespace {
 
 using Icon = DialogForm::Icon;
 
+constexpr float kSecondSize = 20;  // pixels, of a line that no script holds
+
 bool isPopup(ScreenText::Kind kind) {
     return kind < ScreenText::Question;
 }
@@ -121,8 +123,11 @@ void ScreenPopup::present(DialogForm* dialog, const ScreenText& text, const QStr
     dialog->setIcon(iconOf(text.kind));
     dialog->setText(script(text.key));
     ScriptHandler::Script below = script(text.secondKey);
-    if (!second.isEmpty())
+    if (!second.isEmpty()) {
+        below = script(text.key);
+        below.size = kSecondSize;
         below.script = second;
+    }
     dialog->setSecondText(below);
     dialog->setOkText(script(text.okKey != nullptr ? text.okKey : "TopMenu_OK"));
     dialog->setCancelText(script(text.cancelKey != nullptr ? text.cancelKey : "TopMenu_Cancel"));

@@ -55,7 +55,7 @@ class ScreenPopup {
     /// @p texts must stay; the first one with a number counts.
     template <std::size_t count>
     void add(const ScreenText (&texts)[count]) {
-        tables_.append({texts, texts + count});
+        tables_.append(Table{texts, texts + count});
     }
 
     /// A popup, which has one button and closes after @p seconds by itself; 0: it does not.

@@ -94,6 +94,10 @@ class SettingsSubject : public Subject {
 
         onWord("settings", "[FIELD [VALUE]]: list the settings, show one, or set one",
                [this](const QString& text) { return settings(text); });
+        onWord("refuse", "CODE|none: refuse saves with that command",
+               [this](const QString& text) { return setOutcome(&refused_, text); });
+        onWord("silent", "CODE|none: take no notice of saves with that command",
+               [this](const QString& text) { return setOutcome(&silent_, text); });
     }
 
     QString stateKey() const override { return QStringLiteral("settings"); }
@@ -126,8 +130,16 @@ class SettingsSubject : public Subject {
 
     template <typename Block>
     void save(quint16 code, quint16 answer, void (*store)(_gui_menu_&, const Block&)) {
-        onRequest(code, [this, answer, store](const Request& request) {
-            const auto block = request.record<Block>();
+        onRequest(code, [this, code, answer, store](const Request& request) {
+            // Of the two halves of one save the first goes the way of the second.
+            quint16 decides = code;
+            if (code == command::SaveOperationSettings)
+                decides = command::SaveOperationTimes;
+            if (silent_ == decides)
+                return;
+            std::optional<Block> block;
+            if (refused_ != decides)
+                block = request.record<Block>();
             if (block) {
                 _gui_menu_ menu = device_.settings();
                 store(menu, *block);
@@ -163,6 +175,13 @@ class SettingsSubject : public Subject {
             device_.send(answer, stored ? command::answer::Done : command::answer::Failed);
     }
 
+    QString setOutcome(quint16* code, const QString& text) {
+        *code = text.toUShort();
+        return *code != 0 || text == QLatin1String("none")
+                   ? done()
+                   : failed(QStringLiteral("no command's code"));
+    }
+
     QString settings(const QString& text) {
         _gui_menu_ menu = device_.settings();
         if (text.isEmpty()) {
@@ -193,6 +212,9 @@ class SettingsSubject : public Subject {
     static QString line(const settings::Field& field, const _gui_menu_& menu) {
         return QLatin1String(field.name) + QLatin1Char(' ') + settings::value(field, menu);
     }
+
+    quint16 refused_ = 0;
+    quint16 silent_ = 0;
 };
 
 }  // namespace
