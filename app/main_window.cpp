@@ -52,7 +52,9 @@ MainWindow::MainWindow(QWidget* parent)
       callNumberPath_(DevicePaths::at(QStringLiteral("/mnt/data/callNumber.txt"))),
       locationPath_(DevicePaths::at(QStringLiteral("/mnt/data/location.txt"))),
       imageDirectory_(DevicePaths::at(QLatin1String(DeviceFolders::kImages))),
-      ui_(std::make_unique<Ui::MainWindow>()) {
+      ui_(std::make_unique<Ui::MainWindow>()),
+      session_(
+          [this] { return settingsArrived() ? std::optional(records_.menu()) : std::nullopt; }) {
     installPictures();
     for (QWidget* widget : QApplication::topLevelWidgets()) {
         if (auto* window = qobject_cast<MainWindow*>(widget))
@@ -65,6 +67,8 @@ MainWindow::MainWindow(QWidget* parent)
     else
         setFixedSize(Theme::kScreenWidth, Theme::kScreenHeight);
 
+    settings_ = new SettingsEntrance(records_, this);
+    connect(settings_, &SettingsEntrance::changed, this, &MainWindow::settingsChanged);
     languages_ = new Languages(this);
     status_ = new SystemStatus([this] { return records_.menu(); },
                                [this] { return management_->connected(); }, this);
@@ -77,6 +81,8 @@ MainWindow::MainWindow(QWidget* parent)
     InputField::setKeypad([this](InputField* field) { showTouchKey(field); });
 
     WindowForm::setShell(this);
+    connect(&windows_, &WindowRegistry::changing, this,
+            [this](const QString& title) { session_.screenChanging(title); });
     initWindowList();
     link_->clearReceiveState();
     changeWindow(QStringLiteral("stayWindow"));
@@ -243,7 +249,7 @@ void MainWindow::shellMessage(const DeviceMessage& message) {
             break;
         case command::Settings:
         case command::SettingsChanged:
-            settingsReceived(*message.record<_gui_menu_>());
+            settings_->receive(*message.record<_gui_menu_>());
             break;
         case command::ControllerEvent:
             lastControllerEvent_ = {message.command, message.p1, message.p2, 0, nullptr};
@@ -285,22 +291,28 @@ void MainWindow::shellMessage(const DeviceMessage& message) {
     }
 }
 
-void MainWindow::settingsReceived(const _gui_menu_& record) {
-    const _gui_menu_ before = records_.menu();
-    records_.setMenu(record);
+void MainWindow::settingsChanged(const SettingsChange& change) {
+    const SetupBlock& setup = change.now.setup;
     // The settings choose the numbering of the status that is in force.
-    if (before.setup.operation != record.setup.operation)
+    if (change.in(&_gui_menu_::setup, &SetupBlock::operation))
         status_->setStatus(status_->status());
-    setReaderMode(static_cast<ReaderMode>(record.setup.readerMode));
-    setServiceMode(static_cast<ServiceMode>(record.setup.serviceMode));
-    setAlarmMode(static_cast<AlarmMode>(record.setup.alarmMode));
-    languages_->apply(record.setup.language);
-    if (!settingsArrived_ ||
-        std::memcmp(&before.network, &record.network, sizeof before.network) != 0)
+    if (change.in(&_gui_menu_::setup, &SetupBlock::readerMode))
+        setReaderMode(static_cast<ReaderMode>(setup.readerMode));
+    if (change.in(&_gui_menu_::setup, &SetupBlock::serviceMode))
+        setServiceMode(static_cast<ServiceMode>(setup.serviceMode));
+    if (change.in(&_gui_menu_::setup, &SetupBlock::alarmMode))
+        setAlarmMode(static_cast<AlarmMode>(setup.alarmMode));
+    if (change.in(&_gui_menu_::setup, &SetupBlock::language))
+        languages_->apply(setup.language);
+    if (change.in(&_gui_menu_::screen, &ScreenBlock::menuTimeout) && menuTimer_->isRunning())
+        StartMenuTimer(MenuTimer::timeout(change.now.screen.menuTimeout),
+                       menuTimer_->returnTitle());
+    if (change.in(&_gui_menu_::network))
         initRestCall();
-    settingsArrived_ = true;
+    if (change.in(&_gui_menu_::network, &NetworkBlock::useManager))
+        peersChanged();
     if (WindowForm* active = windows_.active())
-        active->settingsChanged();
+        active->settingsChanged(change);
 }
 
 void MainWindow::quitByController() {
@@ -328,11 +340,68 @@ WorkMode MainWindow::getWorkMode() const {
 // --- Screens -------------------------------------------------------------------------------
 
 int MainWindow::changeWindow(const QString& title) {
-    return windows_.change(title);
+    return change(title, nullptr);
 }
 
 int MainWindow::changeWindow(const QString& title, const QVariant& param) {
-    return windows_.change(title, &param);
+    return change(title, &param);
+}
+
+int MainWindow::change(const QString& title, const QVariant* param) {
+    // A title that there is not and a change that would be refused anyway ask for nothing.
+    if (windows_.isChangeAllowed() && windows_.find(title) != nullptr && !session_.admits(title)) {
+        askPassword({title, param != nullptr ? *param : QVariant()});
+        return WindowRegistry::kRefused;
+    }
+    return windows_.change(title, param);
+}
+
+void MainWindow::askPassword(const PasswordPurpose& purpose) {
+    const QString title = QStringLiteral("InputAdminPassword");
+    const QVariant param = QVariant::fromValue(purpose);
+    // Whoever is typing it already is asked once.
+    if (windows_.active() != nullptr && windows_.active()->getTitle() == title)
+        windows_.active()->setParam(param);
+    else
+        windows_.change(title, &param);
+}
+
+void MainWindow::asAdministrator(const std::function<void()>& request) {
+    if (session_.isOpen())
+        request();
+    else
+        askPassword({{}, {}, request});
+}
+
+void MainWindow::passwordEntered(const PasswordPurpose& purpose) {
+    session_.open();
+    const WindowForm* asked = windows_.active();
+    if (purpose.request) {
+        purpose.request();
+        // It may have a screen of its own.
+        if (windows_.active() == asked)
+            changeWindow(QStringLiteral("stayWindow"));
+        return;
+    }
+    change(purpose.title.isEmpty() ? QStringLiteral("zelMenuWindow") : purpose.title,
+           purpose.param.isValid() ? &purpose.param : nullptr);
+}
+
+int MainWindow::enrolAtDoor(int enrolMode) {
+    if (!windows_.isChangeAllowed())
+        return WindowRegistry::kRefused;
+    session_.beginEnrolment();
+    const QString title = QStringLiteral("userEnroll_qualWindow");
+    if (windows_.active() == nullptr || windows_.active()->getTitle() != title)
+        return changeWindow(title, enrolMode);
+    // An order of the service takes the place of the enrolment that was there.
+    windows_.active()->setParam(enrolMode);
+    return WindowRegistry::kDone;
+}
+
+QString MainWindow::enrolmentReturnTitle() const {
+    return session_.enrolsAtDoor() ? QStringLiteral("stayWindow")
+                                   : QStringLiteral("userMenuWindow");
 }
 
 void MainWindow::changeWindowShowEvent(const QString& title) {
@@ -369,6 +438,11 @@ void MainWindow::StopMenuTimer() {
 }
 
 void MainWindow::MenuTimeout(const QString& returnTitle) {
+    // An operation that must not be left is waited for.
+    if (!windows_.isChangeAllowed()) {
+        ResetMenuTimer();
+        return;
+    }
     SendCloseMessage(command::closed::ByMenuTimeout);
     changeWindow(returnTitle);
 }
@@ -477,6 +551,11 @@ std::uint32_t MainWindow::selfCheckWord() const {
 // --- Management service --------------------------------------------------------------------
 
 void MainWindow::peersChanged() {
+    // What was not reported meanwhile is wanted now, whichever of the two has come last.
+    const bool both = linkUp() && serviceReached();
+    if (both && !peersReached_)
+        checkingForUnsentData();
+    peersReached_ = both;
     if (WindowForm* active = windows_.active())
         active->peersChanged();
 }
@@ -486,7 +565,7 @@ bool MainWindow::serviceInUse() const {
 }
 
 bool MainWindow::serviceReached() const {
-    return management_ != nullptr && management_->connected();
+    return serviceInUse() && management_->connected();
 }
 
 DownloadManager& MainWindow::downloads() {

@@ -4,8 +4,10 @@
 #include <QVariant>
 #include <memory>
 
+#include "app/administrator_session.h"
 #include "app/languages.h"
 #include "app/record_store.h"
+#include "app/settings_entrance.h"
 #include "app/system_status.h"
 #include "app/window_registry.h"
 #include "app/window_shell.h"
@@ -65,14 +67,14 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     // --- Records ---------------------------------------------------------------------------
     /// GetGuiMenu may be called from any thread.
     void GetGuiMenu(_gui_menu_* record) const override { *record = records_.menu(); }
-    void SetGuiMenu(const _gui_menu_* record) override { records_.setMenu(*record); }
+    void SetGuiMenu(const _gui_menu_* record) override { settings_->store(*record); }
     void GetGuiUser(_gui_user_* record) const override { *record = records_.user(); }
     void SetGuiUser(const _gui_user_* record) override { records_.setUser(*record); }
     void GetUserLog(GUI_USERLOG* record) const override { *record = records_.userLog(); }
     void SetUserLog(const GUI_USERLOG* record) override { records_.setUserLog(*record); }
     void GetMealCount(MEAL_COUNT* record) const override { *record = records_.mealCount(); }
     _gui_menu_ menuRecord() const override { return records_.menu(); }
-    bool settingsArrived() const override { return settingsArrived_; }
+    bool settingsArrived() const override { return settings_->arrived(); }
     QString callNumberPath() const override { return callNumberPath_; }
     QString locationPath() const override { return locationPath_; }
     QString imageDirectory() const override { return imageDirectory_; }
@@ -95,7 +97,15 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     WindowForm* getWindow(const QString& title) const override { return windows_.find(title); }
     WindowForm* getActivateWindowForm() const override { return windows_.active(); }
     void setChangeWindowFlag(bool allowed) override { windows_.setChangeAllowed(allowed); }
+    bool canChangeWindow() const override { return windows_.isChangeAllowed(); }
     const QList<WindowForm*>& windowList() const { return windows_.windows(); }
+
+    void asAdministrator(const std::function<void()>& request) override;
+    void passwordEntered(const PasswordPurpose& purpose) override;
+    bool isAdministrator() override { return session_.isOpen(); }
+    int enrolAtDoor(int enrolMode) override;
+    QString enrolmentReturnTitle() const override;
+    AdministratorSession& session() { return session_; }
 
     void StartMenuTimer() override;
     void StartMenuTimer(int seconds, const QString& returnTitle) override;
@@ -196,10 +206,12 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
  private:
     void installPictures();
     void initWindowList();
+    int change(const QString& title, const QVariant* param);
+    void askPassword(const PasswordPurpose& purpose);
     void createDialogs();
     void connectManagement();
     void peersChanged();
-    void settingsReceived(const _gui_menu_& record);
+    void settingsChanged(const SettingsChange& change);
     void checkBootchecker();
     void applyScriptToKeypad();
     void shellMessage(const DeviceMessage& message);
@@ -216,8 +228,10 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     std::unique_ptr<Ui::MainWindow> ui_;
 
     WindowRegistry windows_;
+    AdministratorSession session_;
     Languages* languages_ = nullptr;
     MenuTimer* menuTimer_ = nullptr;
+    SettingsEntrance* settings_ = nullptr;
     SystemStatus* status_ = nullptr;
     MessageDispatch* dispatch_ = nullptr;
     DeviceLink* link_ = nullptr;
@@ -232,7 +246,7 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     ServiceMode serviceMode_ = ServiceMode::InService;
     AlarmMode alarmMode_ = AlarmMode::None;
     int state1N1_ = 0;
-    bool settingsArrived_ = false;
     bool shownOnce_ = false;
+    bool peersReached_ = false;  // both the controller and the service
     bool factoryActive_ = false;
 };

@@ -44,7 +44,7 @@ void WindowForm::setParam(QVariant param) {
 
 void WindowForm::deviceAnswer(const DeviceMessage&) {}
 
-void WindowForm::settingsChanged() {
+void WindowForm::settingsChanged(const SettingsChange&) {
     ensureForm();
 }
 

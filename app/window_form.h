@@ -5,6 +5,7 @@
 #include <QWidget>
 
 struct DeviceMessage;
+struct SettingsChange;
 class WindowShell;
 
 /// Base of every full-screen screen. A screen is created once at start-up as a light object; what
@@ -33,9 +34,10 @@ class WindowForm : public QWidget {
     /// Takes a frame of the device controller that is meant for this screen. What a screen does
     /// not know it ignores.
     virtual void deviceAnswer(const DeviceMessage& message);
-    /// Called on the active screen when the controller has sent its settings. Brings the texts up
-    /// to date, since the language is one of them.
-    virtual void settingsChanged();
+    /// Called on the active screen when the settings in force have changed, whoever has changed
+    /// them: the controller, a screen, this one among them, or the management service. Brings the
+    /// texts up to date, since the language is one of them.
+    virtual void settingsChanged(const SettingsChange& change);
 
     /// Called on the active screen when the device controller or the management service has been
     /// reached, or is no longer.

@@ -429,14 +429,16 @@ void DoorTest::refusalsAreTold() {
         quint8 result;
         const char* key;
         bool positive;
+        int operation = 2;
     } rows[] = {
-        {1, "Info_NoAccessTime", false},   {2, "Info_NotPermitted", false},
-        {3, "Info_Registered", true},      {4, "Info_MealTaken", false},
-        {200, "Info_NotPermitted", false}, {0, "Info_Authenticated_TnA_DEMO", true},
+        {1, "Info_NoMealTime", false},      {2, "Info_NotPermitted", false},
+        {3, "Info_Registered", true},       {4, "Info_MealTaken", false},
+        {200, "Info_NotPermitted", false},  {0, "Info_Authenticated_TnA_DEMO", true, 0},
+        {1, "Info_NoAccessTime", false, 0},
     };
     for (const auto& row : rows) {
         // Neither meals nor attendance are offered to somebody who is refused.
-        set("setup.operation", row.result == 0 ? 0 : 2);
+        set("setup.operation", row.operation);
         QVERIFY(t->open("liveWindow"));
         RecognitionResult record = resultOf(QStringLiteral("01023456789"), QStringLiteral("A"));
         record.result = row.result;

@@ -6,13 +6,18 @@
 
 #include "app/management_link.h"
 #include "app/menu_timer.h"
+#include "app/message_dispatch.h"
 #include "app/status_popup.h"
 #include "app/system_status.h"
+#include "cloud/parameters.h"
+#include "link/command_code.h"
+#include "link/command_parameters.h"
 #include "link/device_link.h"
 #include "tests/cloud_test_support.h"
 #include "tests/support/driven_terminal.h"
 #include "tests/support/text_recorder.h"
 #include "ui/dialog_form.h"
+#include "ui/input_field.h"
 #include "ui/notice_strip.h"
 
 /// The shell around the screens, as a finger on the panel, the controller and the management
@@ -29,9 +34,16 @@ class ShellTest : public QObject {
     void firstScreen();
     void upgradeIsToldOnce_data();
     void upgradeIsToldOnce();
+    void everyChangeOfSettingsCounts_data();
+    void everyChangeOfSettingsCounts();
     void languageOfTheSettings();
     void languageAtTheUsersWish();
     void screensChangeOrNot();
+    void aFrozenScreenStays();
+    void theMenuIsTheAdministrators();
+    void enrolmentAtTheDoor_data();
+    void enrolmentAtTheDoor();
+    void requestsAskForThePassword();
     void menuTimesOut();
     void everyTouchKeepsTheScreen();
     void factoryTests();
@@ -55,6 +67,25 @@ class ShellTest : public QObject {
         return recorder.has(text);
     }
 
+    /// Has the administrator know the word from now on, and nobody else.
+    bool locked() {
+        return t->tell("settings setup.adminPassword 2468") && QTest::qWaitFor([this] {
+                   return window()->menuRecord().setup.adminPassword[0] == '2';
+               });
+    }
+    /// Has the terminal be run so that the screen @p title can be had.
+    void runFor(const QString& title) {
+        const bool meals = title == QLatin1String("foodMenuWindow");
+        if (!meals && window()->menuRecord().setup.operation != Operation::Meals)
+            return;
+        QVERIFY(t->tell(meals ? "settings setup.operation 2" : "settings setup.operation 1"));
+        QTRY_VERIFY(t->agrees());
+    }
+    void enterPassword() {
+        t->find<InputField>("passwordField")->setText(QStringLiteral("2468"));
+        t->tap("forwardButton");
+    }
+
     std::unique_ptr<DrivenTerminal> t;
 };
 
@@ -63,7 +94,10 @@ void ShellTest::init() {
     t->root.write("/mnt/data/rebootchkr", {});
     for (const char* words :
          {"settings commissioned 1", "settings setup.language 0", "settings screen.menuTimeout 3",
-          "settings network.useManager 0", "settings setup.operation 1", "status 0", "fault none"})
+          "settings network.useManager 0", "settings setup.adminPassword \"\"",
+          "settings setup.operation 1", "settings setup.readerMode 0",
+          "settings setup.serviceMode 0", "settings setup.alarmMode 0",
+          "settings registration.on 1", "status 0", "fault none"})
         QVERIFY2(t->tell(words), words);
     QVERIFY(t->start());
     QVERIFY(t->settle());
@@ -121,6 +155,68 @@ void ShellTest::upgradeIsToldOnce() {
         QCOMPARE(reads(window()->getScript(QLatin1String(key)).script), told);
         QVERIFY(!QFile::exists(t->root.path(marker.constData())));
     }
+}
+
+void ShellTest::everyChangeOfSettingsCounts_data() {
+    QTest::addColumn<int>("by");
+    QTest::newRow("the controller") << 0;
+    QTest::newRow("a screen") << 1;
+    QTest::newRow("the management service") << 2;
+}
+
+void ShellTest::everyChangeOfSettingsCounts() {
+    QFETCH(int, by);
+    QVERIFY(t->tell("status 2"));
+    QVERIFY(t->tell("settings screen.menuTimeout 0"));
+    QTRY_COMPARE(int(window()->getWorkMode()), 2);
+    QVERIFY(t->settle());
+    auto* service = window()->managementLink();
+    service->setConnected(true);
+    window()->changeWindow(QStringLiteral("liveWindow"));
+    QVERIFY(t->find("enrollButton") != nullptr);
+    window()->StartMenuTimer();
+
+    _gui_menu_ record = window()->menuRecord();
+    record.setup.operation = Operation::Meals;
+    record.setup.readerMode = 1;
+    record.setup.serviceMode = 1;
+    record.setup.alarmMode = 2;
+    record.setup.language = 1;
+    record.registration.on = 0;
+    record.network.checkPeriod = 77;
+    record.screen.menuTimeout = 1;
+    if (by == 0) {
+        window()->sendTestPacket(command::SettingsChanged, sizeof record,
+                                 reinterpret_cast<const char*>(&record));
+    } else if (by == 1) {
+        window()->SetGuiMenu(&record);
+    } else {
+        const _gui_menu_ before = window()->menuRecord();
+        Device_Setup_Parameter order;
+        for (std::size_t i = 0; i < sizeof record; ++i) {
+            const auto byte = reinterpret_cast<const std::uint8_t*>(&record)[i];
+            if (byte != reinterpret_cast<const std::uint8_t*>(&before)[i])
+                order.bytes.push_back({i, byte});
+        }
+        window()->sendCommand_ReceiveNetDeviceSetting(QVariant::fromValue(order));
+    }
+    const _gui_menu_ now = window()->menuRecord();
+    QCOMPARE(memcmp(&now, &record, sizeof now), 0);
+    QCOMPARE(window()->getWorkMode(), WorkMode::Lunch);
+    QCOMPARE(window()->getReaderMode(), ReaderMode::Out);
+    QCOMPARE(window()->getServiceMode(), ServiceMode::OutOfService);
+    QCOMPARE(window()->getAlarmMode(), AlarmMode::Disarm);
+    QVERIFY(!service->connected());
+    QCOMPARE(window()->findChild<MenuTimer*>()->seconds(), 20);
+    QVERIFY(t->find("enrollButton") == nullptr);
+    QVERIFY(t->reads(QStringLiteral("Lunch")));
+    // The same record once more changes nothing: neither does what was set by hand since.
+    window()->setAlarmMode(AlarmMode::Arm);
+    service->setConnected(true);
+    window()->sendTestPacket(command::SettingsChanged, sizeof record,
+                             reinterpret_cast<const char*>(&record));
+    QCOMPARE(window()->getAlarmMode(), AlarmMode::Arm);
+    QVERIFY(service->connected());
 }
 
 void ShellTest::languageOfTheSettings() {
@@ -193,6 +289,158 @@ void ShellTest::screensChangeOrNot() {
     QCOMPARE(changes.count(), 1);
     for (const WindowForm* screen : window()->windowList())
         QCOMPARE(screen->isVisible(), screen == window()->getActivateWindowForm());
+}
+
+void ShellTest::aFrozenScreenStays() {
+    auto* dispatch = window()->findChild<MessageDispatch*>();
+    const QByteArray result(sizeof(RecognitionResult), '\0');
+    const DeviceMessage messages[] = {
+        {command::RecognitionFailed, 1, command::failure::ByCard, 0, nullptr},
+        {command::RecognitionFailed, 1, command::failure::ByFace, 0, nullptr},
+        {command::ShowLiveView, 0, 0, 0, nullptr},
+        {command::Recognised, 0, 0, sizeof(RecognitionResult), result.constData()},
+        {command::FirmwareUpdateAnswer, 0, 0, 0, nullptr},
+        {command::FirmwareUpdateAnswer, 1, 0, 0, nullptr},
+    };
+    for (const WindowForm* screen : window()->windowList()) {
+        const QString title = screen->getTitle();
+        runFor(title);
+        window()->changeWindow(title);
+        QCOMPARE(t->title(), title);
+        window()->setChangeWindowFlag(false);
+        for (const DeviceMessage& message : messages)
+            dispatch->dispatch(message);
+        window()->startEnrolment();
+        window()->asAdministrator([] {});
+        emit window()->findChild<MenuTimer*>()->timedOut(QStringLiteral("liveWindow"));
+        QVERIFY(screen->isVisible());
+        QCOMPARE(t->title(), title);
+        window()->setChangeWindowFlag(true);
+    }
+    // The time-out was only put off.
+    window()->changeWindow(QStringLiteral("enviWindow"));
+    window()->StartMenuTimer(1, QStringLiteral("stayWindow"));
+    window()->setChangeWindowFlag(false);
+    emit window()->findChild<MenuTimer*>()->timedOut(QStringLiteral("stayWindow"));
+    window()->setChangeWindowFlag(true);
+    QVERIFY(t->shows("stayWindow"));
+}
+
+void ShellTest::theMenuIsTheAdministrators() {
+    const QStringList everybodys{
+        QStringLiteral("bootWindow"),         QStringLiteral("stayWindow"),
+        QStringLiteral("liveWindow"),         QStringLiteral("recognizeWindow"),
+        QStringLiteral("inputSubWindow"),     QStringLiteral("InputDestinationForm"),
+        QStringLiteral("InputAdminPassword"), QStringLiteral("upgradingWindow")};
+    const QString password = QStringLiteral("InputAdminPassword");
+    QVERIFY(locked());
+    for (const WindowForm* screen : window()->windowList()) {
+        const QString title = screen->getTitle();
+        runFor(title);
+        window()->changeWindow(QStringLiteral("inputSubWindow"));
+        window()->changeWindow(QStringLiteral("stayWindow"));
+        if (everybodys.contains(title)) {
+            window()->changeWindow(title);
+            QCOMPARE(t->title(), title);
+            continue;
+        }
+        QVERIFY2(window()->changeWindow(title, 7) == -1, qPrintable(title));
+        QCOMPARE(t->title(), password);
+        // Once it has been entered the way is free, until somebody else may stand there.
+        enterPassword();
+        QCOMPARE(t->title(), title);
+        window()->changeWindow(QStringLiteral("upgradingWindow"));
+        for (const char* end : {"stayWindow", "liveWindow", "recognizeWindow"}) {
+            QCOMPARE(window()->changeWindow(title), 0);
+            window()->changeWindow(QLatin1String(end));
+            window()->changeWindow(title);
+            QCOMPARE(t->title(), password);
+            enterPassword();
+            QCOMPARE(t->title(), title);
+            window()->changeWindow(QStringLiteral("inputSubWindow"));
+        }
+    }
+    // A password that is set while somebody is at work does not throw them out; one that nobody
+    // knows yet lets nobody in, and one that is taken back needs not be entered.
+    QVERIFY(t->tell("settings setup.adminPassword \"\"") && t->settle());
+    window()->changeWindow(QStringLiteral("zelMenuWindow"));
+    QVERIFY(locked());
+    t->tap("menuUserTile");
+    QCOMPARE(t->title(), QStringLiteral("userMenuWindow"));
+    t->window.reset();
+    t->window = std::make_unique<MainWindow>();
+    window()->show();
+    window()->changeWindow(QStringLiteral("zelMenuWindow"));
+    QCOMPARE(t->title(), password);
+    QVERIFY(!t->find("passwordField")->isEnabled());
+    QTRY_VERIFY(t->find("passwordField")->isEnabled());
+    QVERIFY(t->tell("settings setup.adminPassword \"\""));
+    QVERIFY(t->shows("zelMenuWindow"));
+}
+
+void ShellTest::enrolmentAtTheDoor_data() {
+    QTest::addColumn<bool>("byService");
+    QTest::newRow("the live view's button") << false;
+    QTest::newRow("the service's order") << true;
+}
+
+void ShellTest::enrolmentAtTheDoor() {
+    QFETCH(bool, byService);
+    QVERIFY(locked());
+    const QStringList steps{
+        QStringLiteral("userEnroll_IDWindow"), QStringLiteral("userEnroll_cardTagWindow"),
+        QStringLiteral("userEnroll_reCardTagWindow"), QStringLiteral("userEnroll_FaceWindow")};
+    const auto begin = [&] {
+        window()->changeWindow(QStringLiteral("liveWindow"));
+        if (byService)
+            window()->startEnrolment();
+        else
+            t->tap("enrollButton");
+        QCOMPARE(t->title(), QStringLiteral("userEnroll_qualWindow"));
+    };
+    for (const QString& step : steps) {
+        begin();
+        QCOMPARE(window()->changeWindow(step), 0);
+    }
+    // Out of the steps the way leads to nothing of the administrator's.
+    window()->changeWindow(QStringLiteral("userEnrollMenuWindow"));
+    QCOMPARE(t->title(), QStringLiteral("InputAdminPassword"));
+    window()->changeWindow(steps.first());
+    QCOMPARE(t->title(), QStringLiteral("InputAdminPassword"));
+    // Nor does it when an administrator was there before.
+    enterPassword();
+    QCOMPARE(t->title(), steps.first());
+    window()->startEnrolment();
+    QCOMPARE(t->title(), QStringLiteral("userEnroll_qualWindow"));
+    window()->changeWindow(QStringLiteral("zelMenuWindow"));
+    QCOMPARE(t->title(), QStringLiteral("InputAdminPassword"));
+}
+
+void ShellTest::requestsAskForThePassword() {
+    int done = 0;
+    const auto request = [&done] { ++done; };
+    window()->asAdministrator(request);
+    QCOMPARE(done, 1);
+    QVERIFY(locked());
+    window()->changeWindow(QStringLiteral("liveWindow"));
+    window()->changeWindow(QStringLiteral("zelMenuWindow"));
+    // It takes the place of what the password was wanted for before.
+    window()->asAdministrator(request);
+    QCOMPARE(t->title(), QStringLiteral("InputAdminPassword"));
+    QCOMPARE(done, 1);
+    enterPassword();
+    QCOMPARE(done, 2);
+    QCOMPARE(t->title(), QStringLiteral("stayWindow"));
+    // Who goes away has not agreed.
+    window()->asAdministrator(request);
+    t->tap("backButton");
+    window()->changeWindow(QStringLiteral("zelMenuWindow"));
+    enterPassword();
+    QCOMPARE(t->title(), QStringLiteral("zelMenuWindow"));
+    QCOMPARE(done, 2);
+    window()->asAdministrator(request);
+    QCOMPARE(done, 3);
+    QCOMPARE(t->title(), QStringLiteral("zelMenuWindow"));
 }
 
 void ShellTest::menuTimesOut() {
@@ -409,8 +657,10 @@ void ShellTest::theServiceIsSought() {
     refuses = false;
     QTRY_COMPARE_WITH_TIMEOUT(asked("/connect.do"), 2, SystemStatus::kRetryInterval + 3000);
     QCOMPARE(asked("/connection-check.do"), 0);
-    QTRY_VERIFY(window()->findChild<ManagementLink*>()->connected());
+    QTRY_VERIFY(window()->managementLink()->connected());
+    QVERIFY(t->sends("2039 0 0"));
     QVERIFY(t->says("Popup_ErrTamper"));
+    QVERIFY(t->settle());
     t->frames.clear();
     QVERIFY(t->tell("fault none"));
     QTRY_COMPARE(asked("/connection-check.do"), 1);
@@ -431,6 +681,28 @@ void ShellTest::asksForWhatIsUnsent() {
                      QStringList({QStringLiteral("2040 0 0"), QStringLiteral("2039 0 0")}));
         }
     }
+    // So is what stayed behind while the service or the controller was away.
+    const QStringList both{QStringLiteral("2040 0 0"), QStringLiteral("2039 0 0")};
+    auto* service = window()->managementLink();
+    QVERIFY(t->tell("settings network.useManager 1"));
+    QTRY_VERIFY(window()->serviceInUse());
+    for (int outage = 0; outage < 2; ++outage) {
+        t->frames.clear();
+        service->setConnected(false);
+        service->setConnected(true);
+        service->setConnected(true);
+        QVERIFY(t->settle());
+        QCOMPARE(t->frames, both);
+    }
+    QVERIFY(t->tell("drop"));
+    QTRY_VERIFY(!window()->linkUp());
+    service->setConnected(false);
+    service->setConnected(true);
+    t->frames.clear();
+    window()->findChild<DeviceLink*>()->open(t->sim.port());
+    QVERIFY(t->sends("2039 0 0"));
+    QCOMPARE(t->frames.mid(0, 3), QStringList({QStringLiteral("1901 0 0")}) + both);
+    QVERIFY(t->settle());
     // What else is answered at once.
     t->frames.clear();
     QVERIFY(t->tell("frame 3032 0 0"));

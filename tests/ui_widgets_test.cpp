@@ -471,6 +471,34 @@ class UiWidgetsTest : public QObject {
         QCOMPARE(write(TextFit::roleSized(small), 300), 26);
     }
 
+    void namesKeepTheirGlyphs() {
+        const auto drawn = [](const char* text, const char* family, TextFit::Rule rule) {
+            rule.steps[0].size = 40;
+            ScriptHandler::Script script = sameText(u(text));
+            script.fontFamily = u(family);
+            QImage image(480, 72, QImage::Format_Grayscale8);
+            image.fill(Qt::black);
+            QPainter painter(&image);
+            TextFit::draw(&painter, image.rect(), Qt::AlignLeft, script, rule, QFont::Bold,
+                          qRgb(255, 255, 255));
+            return image;
+        };
+        constexpr char korean[] = "Noto Sans CJK KR";
+        constexpr char japanese[] = "Noto Sans CJK JP";
+        for (const char* name : {"美咲", "咲かおる", "𠮷咲", "김咲"})
+            QCOMPARE(drawn(name, korean, TextFit::kName), drawn(name, japanese, TextFit::kName));
+        QVERIFY(drawn("咲", korean, TextFit::kTitle) != drawn("咲", korean, TextFit::kName));
+        QVERIFY(drawn("김咲", japanese, TextFit::kTitle) !=
+                drawn("김咲", japanese, TextFit::kName));
+
+        auto* field = add<InputField>(0, 0, 480, 56);
+        field->setAllowedCharacters(InputField::Any);
+        field->setText(u("<i>x</i>"));
+        TextRecorder recorder(field->size());
+        field->render(&recorder);
+        QVERIFY(recorder.has(u("<i>x</i>")));
+    }
+
  private:
     template <class Widget>
     Widget* add(int x, int y, int width, int height) {

@@ -204,6 +204,7 @@ void InputField::paintEvent(QPaintEvent*) {
         return;
     }
 
+    const TextFit::Rule& rule = empty ? TextFit::kValue : TextFit::kEntered;
     QRect line = rect().adjusted(kPadding, 0, -kPadding, 0);
     if (!empty)
         shown.script = typed_ + preedit_;
@@ -211,13 +212,13 @@ void InputField::paintEvent(QPaintEvent*) {
         shown.script.fill(QChar(0x2022));
         shown.size = kDotSize;
     }
-    const int textWidth = TextFit::width(shown, TextFit::kValue, QFont::Normal);
+    const int textWidth = TextFit::width(shown, rule, QFont::Normal);
     if (focused && !empty && textWidth > line.width()) {
         // While it is typed one wants to see its end.
         painter.setClipRect(line);
         line.setLeft(line.right() + 1 - textWidth);
     }
-    TextFit::draw(&painter, line, Qt::AlignLeft, shown, TextFit::kValue, QFont::Normal, ink);
+    TextFit::draw(&painter, line, Qt::AlignLeft, shown, rule, QFont::Normal, ink);
     if (!focused)
         return;
     const int end = line.x() + (empty ? 0 : textWidth);
@@ -226,7 +227,7 @@ void InputField::paintEvent(QPaintEvent*) {
     if (!preedit_.isEmpty()) {
         ScriptHandler::Script open = shown;
         open.script = preedit_;
-        const int openWidth = TextFit::width(open, TextFit::kValue, QFont::Normal);
+        const int openWidth = TextFit::width(open, rule, QFont::Normal);
         painter.fillRect(end - openWidth, (height() + kCaretHeight) / 2, openWidth, 2,
                          Theme::color(Theme::kAccent));
     }

@@ -130,8 +130,8 @@ void SettingsForm::discard() {
     tellStored();
 }
 
-void SettingsForm::settingsChanged() {
-    TitledForm::settingsChanged();
+void SettingsForm::settingsChanged(const SettingsChange& change) {
+    TitledForm::settingsChanged(change);
     if (publishing_)
         return;
     // What the controller holds now is what it goes back to.

@@ -47,7 +47,7 @@ class SettingsForm : public TitledForm {
 
     void windowInEvent() override;
     void windowOutEvent() override;
-    void settingsChanged() override;
+    void settingsChanged(const SettingsChange& change) override;
     void deviceAnswer(const DeviceMessage& message) override;
 
     /// Checks, stores and sends what was entered.

@@ -85,8 +85,8 @@ void LiveView::showSettings() {
     setLiveShowTimerReset();
 }
 
-void LiveView::settingsChanged() {
-    WindowForm::settingsChanged();
+void LiveView::settingsChanged(const SettingsChange& change) {
+    WindowForm::settingsChanged(change);
     showSettings();
 }
 
@@ -228,9 +228,9 @@ void LiveView::startEnrolment(_gui_user_ user) {
     shell->SendCommand(command::RecognitionMode, command::recognition::Enrolment, 0);
     shell->SendCommand(command::CameraRun, command::camera::Off, 0);
     shell->SendCommand(command::CameraPictureStop, 0, 0);
-    shell->changeWindow(QStringLiteral("userEnroll_qualWindow"), int(AuthMethod::FromLiveView));
     // The person enters no ID there; the screen is given one.
-    shell->SendCommand(command::StartEnrolment, 0, 0);
+    if (shell->enrolAtDoor(AuthMethod::FromLiveView) == 0)
+        shell->SendCommand(command::StartEnrolment, 0, 0);
 }
 
 void LiveView::homeButtonTouch() {
@@ -238,9 +238,7 @@ void LiveView::homeButtonTouch() {
     // Whoever works in the menu is not to be recognised meanwhile.
     shell->SendCommand(command::RecognitionMode, command::recognition::Off, 0);
     shell->SendCommand(command::CameraRun, command::camera::Off, 0);
-    const bool locked = !fieldText(shell->menuRecord().setup.adminPassword).isEmpty();
-    shell->changeWindow(locked ? QStringLiteral("InputAdminPassword")
-                               : QStringLiteral("zelMenuWindow"));
+    shell->changeWindow(QStringLiteral("zelMenuWindow"));
 }
 
 void LiveView::mousePressEvent(QMouseEvent*) {

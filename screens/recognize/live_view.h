@@ -24,7 +24,7 @@ class LiveView : public WindowForm {
 
     void deviceAnswer(const DeviceMessage& message) override;
     void workModeChanged() override;
-    void settingsChanged() override;
+    void settingsChanged(const SettingsChange& change) override;
     void enrolRequested() override;
     /// Its own time and not the menus' ends it, since a face that is there is no touch.
     bool timesOut() const override { return false; }

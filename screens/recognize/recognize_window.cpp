@@ -199,6 +199,9 @@ void RecognizeWindow::viewStateMode() {
         icon = QStringLiteral("menu_attendance_24_accent.png");
         text =
             script("Arg_WorkMode").script.replace(QLatin1String("%1"), script(event->word).script);
+    } else if (WorkState::isMealOperation(MainWindow::getMainWindow()->menuRecord())) {
+        icon = QStringLiteral("menu_meal_24_accent.png");
+        text = script("Info_ModeMeals").script;
     }
     ui_->stateChip->setIconName(icon);
     ui_->stateChip->setText(text);
@@ -311,7 +314,10 @@ QString RecognizeWindow::resultKey() const {
         case Verdict::Accepted:
             break;
         case Verdict::NoAccessTime:
-            return QStringLiteral("Info_NoAccessTime");
+            // A canteen has no entrance to speak of.
+            return WorkState::isMealOperation(MainWindow::getMainWindow()->menuRecord())
+                       ? QStringLiteral("Info_NoMealTime")
+                       : QStringLiteral("Info_NoAccessTime");
         case Verdict::Registered:
             return QStringLiteral("Info_Registered");
         case Verdict::MealTaken:

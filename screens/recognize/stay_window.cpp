@@ -66,16 +66,16 @@ void StayWindow::deviceAnswer(const DeviceMessage& message) {
         case command::RecognitionFailed:
             // A card was refused; the live view tells why.
             wake();
-            shell->changeWindow(QStringLiteral("liveWindow"));
-            shell->getActivateWindowForm()->deviceAnswer(message);
+            if (shell->changeWindow(QStringLiteral("liveWindow")) == 0)
+                shell->getActivateWindowForm()->deviceAnswer(message);
             break;
         default:
             break;
     }
 }
 
-void StayWindow::settingsChanged() {
-    WindowForm::settingsChanged();
+void StayWindow::settingsChanged(const SettingsChange& change) {
+    WindowForm::settingsChanged(change);
     loadPictures();
     if (!ui_->standbyView->isDark())
         setSleepTimerReset();

@@ -18,7 +18,7 @@ class StayWindow : public WindowForm {
     ~StayWindow() override;
 
     void deviceAnswer(const DeviceMessage& message) override;
-    void settingsChanged() override;
+    void settingsChanged(const SettingsChange& change) override;
     bool timesOut() const override { return false; }
 
     /// Shows the present time.

@@ -48,9 +48,9 @@ void OperationSettingsForm::windowInEvent() {
     leftForOtherOperation();
 }
 
-void OperationSettingsForm::settingsChanged() {
+void OperationSettingsForm::settingsChanged(const SettingsChange& change) {
     if (!leftForOtherOperation())
-        SettingsForm::settingsChanged();
+        SettingsForm::settingsChanged(change);
 }
 
 bool OperationSettingsForm::leftForOtherOperation() {

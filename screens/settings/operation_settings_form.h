@@ -15,7 +15,7 @@ class OperationSettingsForm : public SettingsForm {
     OperationSettingsForm(QWidget* parent, const QString& title);
 
     void windowInEvent() override;
-    void settingsChanged() override;
+    void settingsChanged(const SettingsChange& change) override;
 
     /// Sends the times that the record holds; false when it could not.
     bool setTime();

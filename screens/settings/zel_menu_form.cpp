@@ -21,8 +21,8 @@ void ZelMenuForm::windowInEvent() {
     enableTiles();
 }
 
-void ZelMenuForm::settingsChanged() {
-    FormScreen::settingsChanged();
+void ZelMenuForm::settingsChanged(const SettingsChange& change) {
+    FormScreen::settingsChanged(change);
     enableTiles();
 }
 

@@ -14,7 +14,7 @@ class ZelMenuForm : public FormScreen<Ui::ZelMenuForm> {
     using FormScreen::FormScreen;
 
     void windowInEvent() override;
-    void settingsChanged() override;
+    void settingsChanged(const SettingsChange& change) override;
 
  protected:
     void built() override;

@@ -316,6 +316,13 @@ constexpr NamedState kStates[] = {
          stage.touch(QStringLiteral("modeCombo"));
          stage.press(QStringLiteral("item3"));
      }},
+    {"workMenuWindow", "door-list",
+     [](Stage& stage) { stage.touch(QStringLiteral("doorOpenCombo")); }},
+    {"workMenuWindow", "door-longest-choice",
+     [](Stage& stage) {
+         stage.touch(QStringLiteral("doorOpenCombo"));
+         stage.touch(QStringLiteral("item2"));
+     }},
     {"workMenuWindow", "manual-mode", manualMode},
     {"workMenuWindow", "save-pressed",
      [](Stage& stage) { stage.press(QStringLiteral("forwardButton")); }},

@@ -130,6 +130,7 @@ void Stage::open(const QString& title) {
     // They can be had on such a terminal only.
     if (title == QLatin1String("foodMenuWindow"))
         changeSettings(DoorStates::mealSettings(*this));
+    window_->session().open();
     window_->changeWindow(title);
 }
 
