@@ -17,10 +17,6 @@
 
 namespace {
 
-/// Numbers of the commands of a command folder, in the host's numbering.
-constexpr int kEnrolUser = 4;
-constexpr int kDeleteUser = 6;
-
 struct SystemAction {
     const char* word;
     unsigned short command;
@@ -220,13 +216,13 @@ int ManagementCommands::userRestChkrResult() {
 void ManagementCommands::addUserRestCommandDir(const CommandFolder::Command& command) {
     if (command.kind == CommandFolder::Kind::Delete) {
         qCInfo(cloudLog, "DEL Id : %s", qUtf8Printable(command.cardNo));
-        cloud_.parsingRestCommand(kDeleteUser,
+        cloud_.parsingRestCommand(host_command::kDeleteUser,
                                   QVariant::fromValue(FR33_3_Parameter{command.cardNo}));
         return;
     }
     qCInfo(cloudLog, "ADD Id : %s", qUtf8Printable(command.cardNo));
     if (const auto user = CommandFolder::takeUser(command))
-        cloud_.parsingRestCommand(kEnrolUser, QVariant::fromValue(*user));
+        cloud_.parsingRestCommand(host_command::kEnrolUser, QVariant::fromValue(*user));
     else
         qCWarning(cloudLog, "%s holds no user", qUtf8Printable(command.path));
 }

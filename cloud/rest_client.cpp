@@ -28,8 +28,6 @@ constexpr int kMaxTimeouts = 3;
 
 constexpr int kGood = 1000;
 constexpr int kGoodToo = 2003;
-/// Command that sets the clock, in the host's numbering.
-constexpr int kSetTime = 18;
 
 const char* const kSendData = "sendData";
 
@@ -337,7 +335,7 @@ void RestClass::replyFinished_FR01(QNetworkReply* reply) {
                 const int blank = time.indexOf(QLatin1Char(' '));
                 const FR01_Parameter parameter{time.left(blank),
                                                blank < 0 ? QString() : time.mid(blank + 1)};
-                host_.parsingRestCommand(kSetTime, QVariant::fromValue(parameter));
+                host_.parsingRestCommand(host_command::kSetTime, QVariant::fromValue(parameter));
             }
         }
     }

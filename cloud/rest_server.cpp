@@ -22,6 +22,8 @@ namespace Http = Pistache::Http;
 namespace Rest = Pistache::Rest;
 namespace Tcp = Pistache::Tcp;
 
+using namespace host_command;
+
 namespace {
 
 constexpr std::chrono::seconds kRetryInterval{1};
@@ -29,18 +31,6 @@ constexpr std::chrono::seconds kRetryInterval{1};
 constexpr std::chrono::seconds kHeaderTimeout{10};
 constexpr std::chrono::seconds kBodyTimeout{30};
 constexpr std::chrono::seconds kKeepAliveTimeout{60};
-
-/// The commands in the host's numbering. Running recognition has no effect there.
-enum Command {
-    kGetUser = 5,
-    kRunEnrolment = 10,
-    kRunRecognition = 11,
-    kUpdateFirmware = 12,
-    kSetDevice = 14,
-    kSetSystem = 15,
-    kOpenDoor = 16,
-    kSetTime = 18,
-};
 
 CommandGate::Cost costOf(int command) {
     const bool light = command == kGetUser || command == kOpenDoor || command == kSetTime;

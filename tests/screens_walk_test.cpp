@@ -310,9 +310,11 @@ class ScreensWalkTest : public QObject {
         QStringList others = titles();
         for (const QString& title : qAsConst(reached))
             others.removeOne(title);
-        QCOMPARE(others.join(QLatin1Char(' ')),
-                 QStringLiteral("bootWindow usbUploadFileSelector foodMenuWindow recognizeWindow inputSubWindow "
-                                "UsbOutLogWindow upgradingWindow InputAdminPassword"));
+        QCOMPARE(
+            others.join(QLatin1Char(' ')),
+            QStringLiteral(
+                "bootWindow usbUploadFileSelector foodMenuWindow recognizeWindow inputSubWindow "
+                "UsbOutLogWindow upgradingWindow InputAdminPassword"));
         for (const int language : {0, 1, 2}) {
             stage->restart(language);
             const auto words = [this](const QString& key) {

@@ -1,6 +1,7 @@
 #include "screens/recognize/input_admin_password.h"
 
 #include "app/administrator_session.h"
+#include "app/screen_titles.h"
 #include "app/settings_change.h"
 #include "app/window_shell.h"
 #include "link/command_parameters.h"

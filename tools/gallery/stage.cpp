@@ -107,8 +107,7 @@ void Stage::clear() {
         tellSettings(settings_);
         receive(command::SystemStatus, 0);
     }
-    if (DialogOverlay* dialog = DialogOverlay::current(window_.get()))
-        dialog->hide();
+    DialogOverlay::closeAll(window_.get());
     const QList<NoticeStrip*> strips = window_->findChildren<NoticeStrip*>();
     for (NoticeStrip* strip : strips)
         strip->hide();
