@@ -310,8 +310,8 @@ void OperationSettingsTest::aSaveThatFailsChangesNothing_data() {
     };
     row("refused", "refuse 1984", "", "Error_SettingsRefused");
     row("no answer", "silent 1984", "wait", "Error_ControllerSilent");
-    row("no link", "drop", "", "Error_NoController");
-    row("link lost", "silent 1984", "drop", "Error_NoController");
+    row("no link", "drop", "", "ListItem_NoController");
+    row("link lost", "silent 1984", "drop", "ListItem_NoController");
     // What arrived on the way is what it goes back to.
     row("changed and refused", "silent 1984", "settings operation.doorOpenTime 3;frame 2984 1 0",
         "Error_SettingsRefused");

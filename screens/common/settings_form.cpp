@@ -21,7 +21,7 @@ constexpr ScreenText kTexts[] = {
     {SettingsForm::Saved, "ListItem_ConfigurationComplete", ScreenText::Pass},
     {SettingsForm::Refused, "Error_SettingsRefused", ScreenText::Error},
     {SettingsForm::NoAnswer, "Error_ControllerSilent", ScreenText::Error},
-    {SettingsForm::NoConnection, "Error_NoController", ScreenText::Error},
+    {SettingsForm::NoConnection, "ListItem_NoController", ScreenText::Error},
 };
 
 constexpr int kAddressParts = 4;
@@ -216,8 +216,7 @@ void SettingsForm::endSaving() {
     if (bar_ == nullptr)
         return;
     bar_->button(TopBar::Forward)->setEnabled(true);
-    if (popup_.isWaiting())
-        popup_.close();
+    popup_.endWait();
 }
 
 void SettingsForm::putBack() {
