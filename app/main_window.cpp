@@ -24,6 +24,7 @@
 #include "cloud/parameters.h"
 #include "link/command_code.h"
 #include "link/command_parameters.h"
+#include "ui/input_field.h"
 #include "ui/key_click.h"
 #include "ui/message_overlay.h"
 #include "ui/theme.h"
@@ -75,8 +76,15 @@ MainWindow::MainWindow(QWidget* parent)
     orders_ = std::make_unique<ControllerOrders>(*link_);
     messages_ = new ShellMessages(*link_, records_, *settings_, *status_, this);
     KeyClick::setHandler([this] { SendCommand(command::KeyClick, 0, 0); });
+    InputField::setKeypad([this](InputField* field) { showTouchKey(field); });
     MessageOverlay::setScripts([this](const QString& key) { return getScript(key); });
 
+    // Who looks on from outside, a tester or a script, can tell the screens apart by their names.
+    connect(&navigation_->windows(), &WindowRegistry::changed, this, [this] {
+        const QString title = navigation_->active()->getTitle();
+        setWindowTitle(QStringLiteral("zel-terminal: ") + title);
+        qCInfo(appLog, "screen %s", qPrintable(title));
+    });
     WindowForm::setShell(this);
     initWindowList();
     link_->clearReceiveState();
@@ -108,8 +116,8 @@ MainWindow::MainWindow(QWidget* parent)
     connect(this, &MainWindow::signal_changeWindow, this, &MainWindow::changeWindowShowEvent);
     createDialogs();
     management_ = new ManagementLink(*this, *this, this);
-    management_->start();
     connectManagement();
+    management_->start();
 }
 
 MainWindow::~MainWindow() {
@@ -120,6 +128,7 @@ MainWindow::~MainWindow() {
     // Joins the thread that serves HTTP, which may call back until then.
     delete std::exchange(management_, nullptr);
     KeyClick::setHandler(nullptr);
+    InputField::setKeypad(nullptr);
     MessageOverlay::setScripts(nullptr);
     // The screens go while everything that they use is still there.
     navigation_->windows().deleteAll();
@@ -193,6 +202,9 @@ void MainWindow::connectManagement() {
             &MainWindow::sendCommand_ReceiveNetSystemSetting);
     connect(this, &MainWindow::signal_restCall_FR51, management_, &ManagementLink::reportVisitor);
     connect(management_, &ManagementLink::connectedChanged, this, &MainWindow::peersChanged);
+    connect(link_, &DeviceLink::drained, management_, &ManagementLink::linkDrained);
+    connect(dispatch_, &MessageDispatch::shellMessage, management_,
+            &ManagementLink::controllerMessage);
     connect(status_, &SystemStatus::connectWanted, management_, &ManagementLink::connectNow);
     connect(status_, &SystemStatus::connectionCheckWanted, this, [this] {
         management_->checkNow();
@@ -435,7 +447,7 @@ RestClass* MainWindow::restClient() const {
 
 void MainWindow::downloadFileURL(const QVariant& parameter) {
     if (parameter.canConvert<FR44_Parameter>())
-        management_->downloads().append(QUrl(parameter.value<FR44_Parameter>().address));
+        management_->firmware().order(parameter.value<FR44_Parameter>());
 }
 
 void MainWindow::sendUserInoutData(const GUI_LOGDATA* event) {
@@ -488,5 +500,5 @@ void MainWindow::fwFileDownloadStart(const QString& path) {
 }
 
 void MainWindow::fileDownloadComplete() {
-    management_->commands().finishDownload(management_->downloads());
+    management_->firmware().downloaded();
 }

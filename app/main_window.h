@@ -57,6 +57,7 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
         return link_->send(cmd, p1, p2, len, payload);
     }
     bool linkUp() const override { return link_->connected(); }
+    LinkProgress linkProgress() const override { return link_->progress(); }
     bool recognitionRuns() const override { return recognition_.runs(); }
     void SendCloseMessage(int value) override { orders_->tellClosed(value); }
     void PlaySound(int id) override { orders_->playSound(id); }

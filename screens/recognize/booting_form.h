@@ -23,6 +23,7 @@ class BootingForm : public WindowForm {
     BootingForm(QWidget* parent, const QString& title);
     ~BootingForm() override;
 
+    bool timesOut() const override { return false; }
     /// The start is over: moves on. Called by itself when its time is up.
     void bootEnd();
 

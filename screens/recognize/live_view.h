@@ -29,6 +29,8 @@ class LiveView : public WindowForm {
     /// Between the picture and the buttons.
     int noticeTop() const override;
     void enrolRequested() override;
+    /// Its own time and not the menus' ends it, since a face that is there is no touch.
+    bool timesOut() const override { return false; }
 
     /// Shows the banner of an operating mode by its number. Without one of its own the banner
     /// stays as it was.

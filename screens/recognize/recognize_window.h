@@ -32,6 +32,8 @@ class RecognizeWindow : public WindowForm {
     ~RecognizeWindow() override;
 
     void deviceAnswer(const DeviceMessage& message) override;
+    /// Its own time and not the menus' ends it.
+    bool timesOut() const override { return false; }
     bool coversDialogs() const override { return true; }
     /// Below the panel and the buttons.
     int noticeTop() const override { return 776; }

@@ -35,7 +35,6 @@ void StayWindow::showEvent(QShowEvent* event) {
     MainWindow* shell = MainWindow::getMainWindow();
     shell->SendCommand(command::LivePicture, command::picture::Hidden, 0);
     Recognition::stop(*shell);
-    shell->StopMenuTimer();
     loadPictures();
     shell->SendCloseMessage(command::closed::ByMenuTimeout);
     lightUp();

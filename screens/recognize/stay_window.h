@@ -20,6 +20,7 @@ class StayWindow : public WindowForm {
     void windowOutEvent() override;
     void deviceAnswer(const DeviceMessage& message) override;
     void settingsChanged(const SettingsChange& change) override;
+    bool timesOut() const override { return false; }
     void peersChanged() override;
     /// Above the logo.
     int noticeTop() const override { return 0; }
