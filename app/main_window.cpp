@@ -24,6 +24,7 @@
 #include "cloud/parameters.h"
 #include "link/command_code.h"
 #include "link/command_parameters.h"
+#include "ui/input_field.h"
 #include "ui/key_click.h"
 #include "ui/theme.h"
 #include "ui/touch_key_form.h"
@@ -74,6 +75,7 @@ MainWindow::MainWindow(QWidget* parent)
     orders_ = std::make_unique<ControllerOrders>(*link_);
     messages_ = new ShellMessages(*link_, records_, *settings_, *status_, this);
     KeyClick::setHandler([this] { SendCommand(command::KeyClick, 0, 0); });
+    InputField::setKeypad([this](InputField* field) { showTouchKey(field); });
 
     WindowForm::setShell(this);
     initWindowList();
@@ -114,6 +116,7 @@ MainWindow::~MainWindow() {
     // Joins the thread that serves HTTP, which may call back until then.
     delete std::exchange(management_, nullptr);
     KeyClick::setHandler(nullptr);
+    InputField::setKeypad(nullptr);
     // The screens go while everything that they use is still there.
     navigation_->windows().deleteAll();
     WindowForm::setShell(nullptr);

@@ -2,6 +2,7 @@
 
 #include <QFontMetrics>
 #include <QPainter>
+#include <utility>
 
 #include "ui/text_fit.h"
 #include "ui/theme.h"
@@ -35,11 +36,23 @@ QString withSigns(const QString& digits, const char* pattern) {
     return text;
 }
 
+std::function<void(InputField*)>& theKeypad() {
+    static std::function<void(InputField*)> keypad;
+    return keypad;
+}
+
 }  // namespace
+
+void InputField::setKeypad(std::function<void(InputField*)> keypad) {
+    theKeypad() = std::move(keypad);
+}
 
 InputField::InputField(QWidget* parent) : WidgetButton(parent) {
     setObjectName(QStringLiteral("InputField"));
-    connect(this, &WidgetButton::touched, this, &InputField::editRequested);
+    connect(this, &WidgetButton::touched, this, [this] {
+        if (theKeypad())
+            theKeypad()(this);
+    });
 }
 
 QString InputField::text() const {

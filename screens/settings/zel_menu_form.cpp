@@ -3,7 +3,6 @@
 #include <QEvent>
 
 #include "app/main_window.h"
-#include "ui_zel_menu_form.h"
 
 namespace {
 
@@ -12,15 +11,7 @@ constexpr int kFactoryTime = 3000;  // milliseconds for all taps
 
 }  // namespace
 
-ZelMenuForm::ZelMenuForm(QWidget* parent, const QString& title)
-    : TitledForm(parent, title, QString()) {}
-
-ZelMenuForm::~ZelMenuForm() = default;
-
-void ZelMenuForm::createForm() {
-    ui_ = std::make_unique<Ui::ZelMenuForm>();
-    ui_->setupUi(this);
-    connectForm(ui_->topBar);
+void ZelMenuForm::built() {
     ui_->topBar->installEventFilter(this);
 }
 
@@ -29,7 +20,7 @@ bool ZelMenuForm::eventFilter(QObject* watched, QEvent* event) {
     // The second of two quick taps comes as a double click.
     if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick)
         titleTapped();
-    return TitledForm::eventFilter(watched, event);
+    return FormScreen::eventFilter(watched, event);
 }
 
 void ZelMenuForm::titleTapped() {

@@ -127,7 +127,7 @@ constexpr char kNoFolder[] = "ListItem_UsbNoFolder";
 }  // namespace
 
 UsbMenu::UsbMenu(QWidget* parent, const QString& title)
-    : TitledForm(parent, title, QStringLiteral("zelMenuWindow")),
+    : TitledForm(parent, title),
       mountCheckTimer_(new QTimer(this)),
       presenceTimer_(new QTimer(this)),
       popup_(this),

@@ -31,7 +31,7 @@ std::uint8_t byte(int value) {
 }  // namespace
 
 UsbOutLogDate::UsbOutLogDate(QWidget* parent, const QString& title)
-    : TitledForm(parent, title, QStringLiteral("usbMenuWindow")), popup_(this) {}
+    : TitledForm(parent, title), popup_(this) {}
 
 UsbOutLogDate::~UsbOutLogDate() = default;
 

@@ -54,7 +54,7 @@ bool isOnStick(const QString& devicePath) {
 }  // namespace
 
 UsbUploadFileSelecter::UsbUploadFileSelecter(QWidget* parent, const QString& title)
-    : TitledForm(parent, title, QStringLiteral("usbMenuWindow")), popup_(this) {}
+    : TitledForm(parent, title), popup_(this) {}
 
 UsbUploadFileSelecter::~UsbUploadFileSelecter() = default;
 

@@ -5,7 +5,7 @@
 #include "app/management_link.h"
 #include "link/command_code.h"
 #include "link/device_records.h"
-#include "screens/recognize/operation_settings_form.h"
+#include "screens/settings/operation_settings_form.h"
 #include "sim/common/portrait.h"
 #include "tools/gallery/door_states.h"
 #include "tools/gallery/stage.h"
