@@ -434,18 +434,40 @@ void ShellTest::enrolmentAtTheDoor() {
             t->tap("enrollButton");
         QCOMPARE(t->title(), QStringLiteral("userEnroll_qualWindow"));
     };
+    // Wherever it is broken off, it ends where it began.
     for (const QString& step : steps) {
-        begin();
-        QCOMPARE(window()->changeWindow(step), 0);
+        for (const char* button : {"backButton", "homeButton"}) {
+            begin();
+            QCOMPARE(window()->changeWindow(step), 0);
+            for (int touches = 0; touches < 2 && t->title().startsWith(QLatin1String("userEn"));
+                 ++touches)
+                t->tap(button);
+            QCOMPARE(t->title(), QStringLiteral("stayWindow"));
+            window()->changeWindow(QStringLiteral("liveWindow"));
+        }
     }
+    begin();
+    t->tap("backButton");
+    QCOMPARE(t->title(), QStringLiteral("stayWindow"));
+    begin();
     // Out of the steps the way leads to nothing of the administrator's.
     window()->changeWindow(QStringLiteral("userEnrollMenuWindow"));
     QCOMPARE(t->title(), QStringLiteral("InputAdminPassword"));
     window()->changeWindow(steps.first());
     QCOMPARE(t->title(), QStringLiteral("InputAdminPassword"));
-    // Nor does it when an administrator was there before.
+    // An administrator's own leads back to the menu; nobody else's does after it.
     enterPassword();
     QCOMPARE(t->title(), steps.first());
+    QVERIFY(t->settle());
+    t->frames.clear();
+    t->tap("homeButton");
+    QCOMPARE(t->title(), QStringLiteral("userMenuWindow"));
+    QVERIFY(t->settle());
+    QCOMPARE(t->frames.mid(t->frames.size() - 2),
+             QStringList({QStringLiteral("2011 0 0"), QStringLiteral("2010 0 0")}));
+    window()->changeWindow(QStringLiteral("userEnroll_qualWindow"));
+    t->tap("backButton");
+    QCOMPARE(t->title(), QStringLiteral("userEnrollMenuWindow"));
     window()->startEnrolment();
     QCOMPARE(t->title(), QStringLiteral("userEnroll_qualWindow"));
     window()->changeWindow(QStringLiteral("zelMenuWindow"));
