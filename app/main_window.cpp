@@ -26,6 +26,7 @@
 #include "link/command_parameters.h"
 #include "ui/input_field.h"
 #include "ui/key_click.h"
+#include "ui/message_overlay.h"
 #include "ui/theme.h"
 #include "ui/touch_key_form.h"
 #include "ui_main_window.h"
@@ -76,12 +77,13 @@ MainWindow::MainWindow(QWidget* parent)
     messages_ = new ShellMessages(*link_, records_, *settings_, *status_, this);
     KeyClick::setHandler([this] { SendCommand(command::KeyClick, 0, 0); });
     InputField::setKeypad([this](InputField* field) { showTouchKey(field); });
+    MessageOverlay::setScripts([this](const QString& key) { return getScript(key); });
 
     WindowForm::setShell(this);
     initWindowList();
     link_->clearReceiveState();
     changeWindow(screen_title::kStandby);
-    statusPopup_ = new StatusPopup([this](const QString& key) { return getScript(key); }, this);
+    statusPopup_ = new StatusPopup(this);
     connect(navigation_, &Navigation::timedOut, this,
             [this] { SendCloseMessage(command::closed::ByMenuTimeout); });
     connectMessages();
@@ -95,6 +97,8 @@ MainWindow::MainWindow(QWidget* parent)
     touchKey_->hide();
     applyScriptToKeypad();
     connect(languages_, &Languages::changed, this, &MainWindow::applyScriptToKeypad);
+    connect(languages_, &Languages::changed, this,
+            [this] { MessageOverlay::scriptsChanged(this); });
 
     connect(link_, &DeviceLink::connectedChanged, this, &MainWindow::peersChanged);
     link_->open(DevicePaths::linkPort());
@@ -117,6 +121,7 @@ MainWindow::~MainWindow() {
     delete std::exchange(management_, nullptr);
     KeyClick::setHandler(nullptr);
     InputField::setKeypad(nullptr);
+    MessageOverlay::setScripts(nullptr);
     // The screens go while everything that they use is still there.
     navigation_->windows().deleteAll();
     WindowForm::setShell(nullptr);
@@ -160,7 +165,7 @@ void MainWindow::createDialogs() {
             &ReportPopups::windowRaised);
     connect(status_, &SystemStatus::faultsChanged, popups_, &ReportPopups::showFaults);
     connect(popups_, &ReportPopups::screenWanted, this,
-            [this](const QString& title) { changeWindow(title); });
+            [this](const QString& title) { showScreen(title, {}); });
     connect(popups_, &ReportPopups::errorShown, this, [this] { PlaySound(command::sound::Error); });
     connect(popups_, &ReportPopups::deleteLogsWanted, this, &MainWindow::deleteWarnMaxLog);
     connect(popups_, &ReportPopups::keepLogsWanted, this, &MainWindow::cancelWarnMaxLog);
@@ -240,6 +245,14 @@ int MainWindow::getSleepMode() const {
 
 // --- Screens -------------------------------------------------------------------------------
 
+void MainWindow::showScreen(const QString& title, const QVariant& param) {
+    WindowForm* active = getActivateWindowForm();
+    if (active != nullptr && active->getTitle() == title)
+        active->setParam(param);
+    else
+        changeWindow(title, param);
+}
+
 void MainWindow::showTouchKey() {
     touchKey_->showInit();
     touchKey_->raise();
@@ -278,7 +291,12 @@ DialogForm* MainWindow::getPopupForm() const {
 }
 
 void MainWindow::deleteWarnMaxLog() {
-    SendCommand(command::DeleteFullLogs, 0, 0);
+    // Whoever has to enter the password first is not to be recognised meanwhile.
+    if (!isAdministrator() && canChangeWindow()) {
+        SendCommand(command::RecognitionMode, command::recognition::Off, 0);
+        SendCommand(command::CameraRun, command::camera::Off, 0);
+    }
+    asAdministrator([this] { SendCommand(command::DeleteFullLogs, 0, 0); });
 }
 
 void MainWindow::cancelWarnMaxLog() {
@@ -463,7 +481,7 @@ void MainWindow::userRestChkrResult() {
 
 void MainWindow::fwFileDownloadStart(const QString& path) {
     qCInfo(appLog, "Start Download : %s", qPrintable(path));
-    changeWindow(screen_title::kUpgrading, path);
+    showScreen(screen_title::kUpgrading, path);
 }
 
 void MainWindow::fileDownloadComplete() {

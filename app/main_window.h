@@ -232,6 +232,8 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     void checkBootchecker();
     void applyScriptToKeypad();
     void quitByController();
+    /// Shows a screen, or tells it the parameter if it is up already.
+    void showScreen(const QString& title, const QVariant& param);
     void deleteWarnMaxLog();
     void cancelWarnMaxLog();
 

@@ -54,6 +54,8 @@ class ShellTest : public QObject {
     void factoryTests();
     void faultsCome();
     void reportsComeUp();
+    void oldLogsGoAtTheAdministratorsWord();
+    void anUpgradeIsNotLeftAlone();
     void recordedAccessLeavesTheScreenFree();
     void statusPopupsClose();
     void statusChoosesTheMode();
@@ -597,8 +599,23 @@ void ShellTest::faultsCome() {
     QVERIFY(t->tell("fault none"));
     QTRY_COMPARE(t->dialogText(), QString());
 
+    // It stays until somebody has seen it, whatever comes up; only a result at the door lies above
+    // it.
     QVERIFY(t->tell("fault tamper"));
     QTRY_VERIFY(t->says("Popup_ErrTamper"));
+    for (const char* screen : {"bootWindow", "recognizeWindow", "usbMenuWindow", "liveWindow"}) {
+        window()->changeWindow(QLatin1String(screen));
+        QCOMPARE(t->says("Popup_ErrTamper"), qstrcmp(screen, "recognizeWindow") != 0);
+    }
+    window()->ShowPopup(2, 5);
+    window()->StartMenuTimer(1, QStringLiteral("stayWindow"));
+    QVERIFY(t->shows("stayWindow"));
+    QVERIFY(t->says("Popup_ErrTamper"));
+    QVERIFY(t->tell("settings setup.language 2"));
+    QTRY_COMPARE(int(window()->menuRecord().setup.language), 2);
+    QVERIFY(t->says("Popup_ErrTamper"));
+    t->tap("dialogOkButton");
+    QVERIFY(t->says("ListItem_NetworkConfigurationFailed"));
     t->tap("dialogOkButton");
     QCOMPARE(t->dialogText(), QString());
     QCOMPARE(t->title(), QStringLiteral("stayWindow"));
@@ -618,6 +635,7 @@ void ShellTest::reportsComeUp() {
         {QStringLiteral("2931 1 0"), "ListItem_FailedDeleted", true},
         {QStringLiteral("3039 0 0"), "ListItem_LogStoreEmptied", false},
         {QStringLiteral("3039 1 0"), "ListItem_LogStoreNearlyFull", false},
+        {QStringLiteral("3039 7 0"), "ListItem_LogStoreNearlyFull", false},
         {QStringLiteral("2990 0 0"), "ListItem_FwRestart", false, "upgradingWindow"},
         {QStringLiteral("2990 1 0"), "ListItem_FwUpgradeFailed", true, "stayWindow"},
     };
@@ -631,10 +649,68 @@ void ShellTest::reportsComeUp() {
         QVERIFY(t->settle());
         QCOMPARE(t->sent("1908 0 0 cb 00") >= 0, report.isError);
         t->tap("dialogOkButton");
-        QCOMPARE(t->dialogText(), QString());
+        QVERIFY(!t->says(report.key));
         QVERIFY(t->settle());
-        QCOMPARE(t->sent("2032 0 0") >= 0, report.frame == QLatin1String("3039 1 0"));
+        QCOMPARE(t->sent("2032 0 0") >= 0, report.key == QByteArray("ListItem_LogStoreNearlyFull"));
     }
+    // Emptied meanwhile, there is nothing left to ask for.
+    DialogOverlay::closeAll(window());
+    QVERIFY(t->tell("frame 3039 1 0"));
+    QTRY_VERIFY(t->says("ListItem_LogStoreNearlyFull"));
+    QVERIFY(t->tell("frame 3039 0 0"));
+    QTRY_VERIFY(t->says("ListItem_LogStoreEmptied"));
+    t->tap("dialogOkButton");
+    QCOMPARE(t->dialogText(), QString());
+}
+
+void ShellTest::oldLogsGoAtTheAdministratorsWord() {
+    QVERIFY(locked());
+    const auto agree = [this] {
+        t->frames.clear();
+        return t->tell("frame 3039 1 0") &&
+               QTest::qWaitFor([this] { return t->says("ListItem_LogStoreNearlyFull"); }) &&
+               (t->tap("dialogOkButton"), t->settle());
+    };
+    window()->changeWindow(QStringLiteral("liveWindow"));
+    QVERIFY(agree());
+    QCOMPARE(t->title(), QStringLiteral("InputAdminPassword"));
+    QVERIFY(t->sent("2011 0 0") >= 0 && t->sent("2010 0 0") >= 0);
+    t->tap("backButton");
+    QVERIFY(agree());
+    QCOMPARE(t->sent("2032 0 0"), -1);
+    enterPassword();
+    QVERIFY(t->sends("2032 0 0"));
+    QCOMPARE(t->title(), QStringLiteral("stayWindow"));
+    // Who has entered it is not asked again.
+    window()->changeWindow(QStringLiteral("zelMenuWindow"));
+    enterPassword();
+    QVERIFY(agree());
+    QVERIFY(t->sends("2032 0 0"));
+    QCOMPARE(t->title(), QStringLiteral("zelMenuWindow"));
+}
+
+void ShellTest::anUpgradeIsNotLeftAlone() {
+    QVERIFY(t->tell("settings screen.menuTimeout 0"));
+    QVERIFY(t->settle());
+    const auto* timer = window()->findChild<MenuTimer*>();
+    for (int download = 0; download < 2; ++download) {
+        window()->fwFileDownloadStart(QStringLiteral("archive"));
+        QCOMPARE(t->title(), QStringLiteral("upgradingWindow"));
+        QVERIFY(t->find("downloadText") && !t->find("restartText"));
+        QVERIFY(!timer->isRunning());
+        QVERIFY(t->tell("frame 2990 0 0"));
+        QTRY_VERIFY(t->says("ListItem_FwRestart"));
+        QVERIFY(t->find("restartText") && !t->find("downloadText"));
+        QVERIFY(!timer->isRunning());
+        t->tap("dialogOkButton");
+    }
+    // Without the controller nothing comes after a download.
+    window()->fwFileDownloadStart(QStringLiteral("archive"));
+    QVERIFY(t->tell("drop"));
+    QTRY_VERIFY(!window()->linkUp());
+    QVERIFY(!timer->isRunning());
+    emit window()->downloads().finished();
+    QVERIFY(timer->isRunning());
 }
 
 void ShellTest::recordedAccessLeavesTheScreenFree() {
@@ -710,14 +786,14 @@ void ShellTest::theServiceIsSought() {
     QTRY_VERIFY(t->says("Popup_ErrTamper"));
     t->tap("dialogOkButton");
     QCOMPARE(t->dialogText(), QString());
-    // Again by itself until it is reached, and the fault with it; then the connection is checked,
-    // and no more sought.
+    // Again by itself until it is reached, without the fault that somebody has seen; then the
+    // connection is checked, and no more sought.
     refuses = false;
     QTRY_COMPARE_WITH_TIMEOUT(asked("/connect.do"), 2, SystemStatus::kRetryInterval + 3000);
     QCOMPARE(asked("/connection-check.do"), 0);
     QTRY_VERIFY(window()->managementLink()->connected());
     QVERIFY(t->sends("2039 0 0"));
-    QVERIFY(t->says("Popup_ErrTamper"));
+    QCOMPARE(t->dialogText(), QString());
     QVERIFY(t->settle());
     t->frames.clear();
     QVERIFY(t->tell("fault none"));

@@ -119,13 +119,16 @@ void ScreenPopup::ask(int number, const Answer& agreed, const Answer& declined) 
 void ScreenPopup::present(DialogForm* dialog, const ScreenText& text, const QString& second) {
     hideIfMade(wait_);
     dialog->setIcon(iconOf(text.kind));
-    dialog->setText(script(text.key));
-    ScriptHandler::Script below = script(text.secondKey);
-    if (!second.isEmpty())
+    dialog->setTextKey(QLatin1String(text.key));
+    dialog->setSecondTextKey(QLatin1String(text.secondKey));
+    if (!second.isEmpty()) {
+        ScriptHandler::Script below = script(text.secondKey);
         below.script = second;
-    dialog->setSecondText(below);
-    dialog->setOkText(script(text.okKey != nullptr ? text.okKey : "TopMenu_OK"));
-    dialog->setCancelText(script(text.cancelKey != nullptr ? text.cancelKey : "TopMenu_Cancel"));
+        dialog->setSecondText(below);
+    }
+    dialog->setOkKey(QLatin1String(text.okKey != nullptr ? text.okKey : "TopMenu_OK"));
+    dialog->setCancelKey(
+        QLatin1String(text.cancelKey != nullptr ? text.cancelKey : "TopMenu_Cancel"));
     dialog->show();
 }
 
@@ -134,11 +137,9 @@ void ScreenPopup::wait(int number, int percent) {
     if (text == nullptr)
         return;
     made(wait_, screen_, "screenWait");
-    ScriptHandler::Script said = script(text->key);
-    const bool tellsPercent = said.script.contains(QLatin1String("%1"));
-    said.script.replace(QLatin1String("%1"), QString::number(qBound(0, percent, 100)));
-    wait_->setText(said);
-    wait_->setSecondText(script(text->secondKey));
+    const bool tellsPercent = script(text->key).script.contains(QLatin1String("%1"));
+    wait_->setTextKey(QLatin1String(text->key), QString::number(qBound(0, percent, 100)));
+    wait_->setSecondTextKey(QLatin1String(text->secondKey));
     wait_->setProgress(percent, !tellsPercent);
     wait_->show();
 }
