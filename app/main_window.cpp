@@ -78,8 +78,8 @@ MainWindow::MainWindow(QWidget* parent)
     MessageOverlay::setScripts([this](const QString& key) { return getScript(key); });
 
     // Who looks on from outside, a tester or a script, can tell the screens apart by their names.
-    connect(&windows_, &WindowRegistry::changed, this, [this] {
-        const QString title = windows_.active()->getTitle();
+    connect(&navigation_->windows(), &WindowRegistry::changed, this, [this] {
+        const QString title = getActivateWindowForm()->getTitle();
         setWindowTitle(QStringLiteral("zel-terminal: ") + title);
         qCInfo(appLog, "screen %s", qPrintable(title));
     });
