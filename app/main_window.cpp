@@ -24,6 +24,7 @@
 #include "cloud/parameters.h"
 #include "link/command_code.h"
 #include "link/command_parameters.h"
+#include "ui/input_field.h"
 #include "ui/key_click.h"
 #include "ui/message_overlay.h"
 #include "ui/theme.h"
@@ -75,11 +76,12 @@ MainWindow::MainWindow(QWidget* parent)
     orders_ = std::make_unique<ControllerOrders>(*link_);
     messages_ = new ShellMessages(*link_, records_, *settings_, *status_, this);
     KeyClick::setHandler([this] { SendCommand(command::KeyClick, 0, 0); });
+    InputField::setKeypad([this](InputField* field) { showTouchKey(field); });
     MessageOverlay::setScripts([this](const QString& key) { return getScript(key); });
 
     // Who looks on from outside, a tester or a script, can tell the screens apart by their names.
     connect(&navigation_->windows(), &WindowRegistry::changed, this, [this] {
-        const QString title = getActivateWindowForm()->getTitle();
+        const QString title = navigation_->active()->getTitle();
         setWindowTitle(QStringLiteral("zel-terminal: ") + title);
         qCInfo(appLog, "screen %s", qPrintable(title));
     });
@@ -104,6 +106,8 @@ MainWindow::MainWindow(QWidget* parent)
     connect(languages_, &Languages::changed, this,
             [this] { MessageOverlay::scriptsChanged(this); });
 
+    connect(link_, &DeviceLink::sent, this,
+            [this](quint16 command, quint8 p1) { recognition_.sent(command, p1); });
     connect(link_, &DeviceLink::connectedChanged, this, &MainWindow::peersChanged);
     link_->open(DevicePaths::linkPort());
 
@@ -124,6 +128,7 @@ MainWindow::~MainWindow() {
     // Joins the thread that serves HTTP, which may call back until then.
     delete std::exchange(management_, nullptr);
     KeyClick::setHandler(nullptr);
+    InputField::setKeypad(nullptr);
     MessageOverlay::setScripts(nullptr);
     // The screens go while everything that they use is still there.
     navigation_->windows().deleteAll();
@@ -154,6 +159,8 @@ void MainWindow::connectMessages() {
             [this](int status) { setSystemStatus(status, 0, 0); });
     connect(messages_, &ShellMessages::accessReported, this,
             [this](const GUI_LOGDATA& event) { sendUserInoutData(&event); });
+    connect(messages_, &ShellMessages::accessRecorded, this,
+            [this](bool accepted) { popups_->showAccess(accepted); });
     connect(messages_, &ShellMessages::userEnrolled, this,
             [this](const info_s& info) { sendUserEnrollData(&info); });
     connect(messages_, &ShellMessages::visitorCalled, this, &MainWindow::signal_restCall_FR51);
@@ -165,7 +172,7 @@ void MainWindow::createDialogs() {
     popups_ = new ReportPopups([this](const QString& key) { return getScript(key); }, this);
     connect(this, &MainWindow::signal_changeWindow, popups_, &ReportPopups::windowChanged);
     connect(&navigation_->windows(), &WindowRegistry::changed, popups_,
-            &ReportPopups::windowRaised);
+            [this] { popups_->windowRaised(navigation_->active()->noticeTop()); });
     connect(status_, &SystemStatus::faultsChanged, popups_, &ReportPopups::showFaults);
     connect(popups_, &ReportPopups::screenWanted, this,
             [this](const QString& title) { showScreen(title, {}); });
@@ -351,6 +358,8 @@ void MainWindow::setSystemStatus(int status, int, int) {
 // --- Management service --------------------------------------------------------------------
 
 void MainWindow::peersChanged() {
+    if (!linkUp())
+        recognition_.forget();
     // What was not reported meanwhile is wanted now, whichever of the two has come last.
     const bool both = linkUp() && serviceReached();
     if (both && !peersReached_)

@@ -43,11 +43,19 @@ class WindowForm : public QWidget {
     /// reached, or is no longer.
     virtual void peersChanged() {}
 
+    /// Whether an unattended terminal leaves this screen after the menus' time. Asked when the
+    /// screen is about to come up.
+    virtual bool timesOut() const { return true; }
+
     /// The management service asks for what the screen's enrol button starts.
     virtual void enrolRequested() {}
 
     /// The terminal's operating mode has changed while this screen is the active one.
     virtual void workModeChanged() {}
+
+    /// The pixel line from which on a strip of NoticeStrip::kHeight covers nothing that is read on
+    /// this screen. By default right below the title of a bar.
+    virtual int noticeTop() const { return 66; }
 
     /// Whether the screen lies above every dialog but its own, which come back after it. For one
     /// that somebody at the door has to see, and that ends by itself.
@@ -60,7 +68,7 @@ class WindowForm : public QWidget {
     void setVisible(bool visible) override;
 
  protected:
-    /// Builds the screen's form; called once. Its input fields get the keypad when touched.
+    /// Builds the screen's form; called once.
     virtual void createForm() = 0;
     /// Called after the texts of the form's widgets have been set for a language.
     virtual void scriptsApplied();
