@@ -4,30 +4,28 @@
 #include <iterator>
 #include <utility>
 
+#include "app/screen_titles.h"
 #include "link/device_message.h"
 
 namespace {
 
-constexpr const char* kPublic[] = {
-    "bootWindow",     "stayWindow",           "liveWindow",         "recognizeWindow",
-    "inputSubWindow", "InputDestinationForm", "InputAdminPassword", "upgradingWindow",
+using namespace screen_title;
+
+constexpr QLatin1String kPublic[] = {
+    kBoot, kStandby, kLive, kResult, kNumberEntry, kDestination, kPassword, kUpgrading,
 };
 
 /// Whoever sees one of these is at the door, not at the terminal's settings.
-constexpr const char* kEndOfSession[] = {"stayWindow", "liveWindow", "recognizeWindow"};
+constexpr QLatin1String kEndOfSession[] = {kStandby, kLive, kResult};
 
-constexpr const char* kEnrolmentSteps[] = {
-    "userEnroll_qualWindow",      "userEnroll_IDWindow",   "userEnroll_cardTagWindow",
-    "userEnroll_reCardTagWindow", "userEnroll_FaceWindow",
+constexpr QLatin1String kEnrolmentSteps[] = {
+    kEnrolQualification, kEnrolId, kEnrolCard, kEnrolCardAgain, kEnrolFace,
 };
 
-/// Asked for in the course of an enrolment, but not only there.
-constexpr char kDestination[] = "InputDestinationForm";
-
 template <std::size_t count>
-bool contains(const char* const (&titles)[count], const QString& title) {
+bool contains(const QLatin1String (&titles)[count], const QString& title) {
     return std::any_of(std::begin(titles), std::end(titles),
-                       [&title](const char* one) { return title == QLatin1String(one); });
+                       [&title](QLatin1String one) { return title == one; });
 }
 
 }  // namespace
@@ -64,6 +62,7 @@ void AdministratorSession::beginEnrolment() {
 void AdministratorSession::screenChanging(const QString& title) {
     if (contains(kEndOfSession, title))
         open_ = false;
-    if (!isEnrolmentStep(title) && title != QLatin1String(kDestination))
+    // The destination is asked for in the course of an enrolment, but not only there.
+    if (!isEnrolmentStep(title) && title != kDestination)
         enrolsAtDoor_ = false;
 }

@@ -49,6 +49,10 @@ class WindowForm : public QWidget {
     /// The terminal's operating mode has changed while this screen is the active one.
     virtual void workModeChanged() {}
 
+    /// Whether the screen lies above every dialog but its own, which come back after it. For one
+    /// that somebody at the door has to see, and that ends by itself.
+    virtual bool coversDialogs() const { return false; }
+
     /// Builds the form if it is not there yet and brings its texts up to date.
     void ensureForm();
     bool isFormBuilt() const { return formBuilt_; }

@@ -59,6 +59,7 @@ struct FR44_Parameter {
     QString firmwareType;
     QString version;
     QString address;
+    int number = 0;  // under which it is kept on the disk; 0 when it is not
 };
 
 /// A visitor at the door.

@@ -14,6 +14,7 @@
 #include "base/descriptors.h"
 #include "cloud/cloud_host.h"
 #include "cloud/cloud_log.h"
+#include "cloud/firmware_orders.h"
 #include "cloud/network_helper.h"
 #include "cloud/parameters.h"
 #include "cloud/terminal_routes.h"
@@ -23,6 +24,8 @@
 namespace Http = Pistache::Http;
 namespace Rest = Pistache::Rest;
 
+using namespace host_command;
+
 namespace {
 
 constexpr std::chrono::seconds kRetryInterval{1};
@@ -31,18 +34,6 @@ constexpr int kDescriptorsPerConnection = 4;
 constexpr int kLeastConnections = 4;
 /// Connections that may wait for their turn to be accepted or closed beside those that are served.
 constexpr int kInTransit = 8;
-
-/// The commands in the host's numbering. Running recognition has no effect there.
-enum Command {
-    kGetUser = 5,
-    kRunEnrolment = 10,
-    kRunRecognition = 11,
-    kUpdateFirmware = 12,
-    kSetDevice = 14,
-    kSetSystem = 15,
-    kOpenDoor = 16,
-    kSetTime = 18,
-};
 
 CommandGate::Cost costOf(int command) {
     const bool light = command == kGetUser || command == kOpenDoor || command == kSetTime;
@@ -218,8 +209,13 @@ void RestServer::doUserDataDelete(const Request& request, Response response) {
 
 void RestServer::doUpdateFW(const Request& request, Response response) {
     serve(response, Permission::NotNeeded, [&] {
-        return envelope(handOver(kUpdateFirmware, terminal_routes::decodeFirmwareUpdate(
-                                                      bodyOf(request), getManagerIP())));
+        auto order = terminal_routes::decodeFirmwareUpdate(bodyOf(request), getManagerIP());
+        if (order.ok() && !FirmwareOrders::keep(order.value))
+            return envelope(result::kUnknownError);
+        const int code = handOver(kUpdateFirmware, order);
+        if (order.ok() && code != result::kSucceed)
+            FirmwareOrders::remove(order.value.number);
+        return envelope(code);
     });
 }
 

@@ -11,8 +11,7 @@ void ScreenPopup::show(const PopupText& text, int seconds) {
     }
     dialog_->hide();
     dialog_->setIcon(text.icon);
-    dialog_->setText(shell->getScript(QLatin1String(text.key)));
-    dialog_->setOkText(shell->getScript(QStringLiteral("TopMenu_OK")));
+    dialog_->setTextKey(QLatin1String(text.key));
     dialog_->setAutoClose(seconds * 1000);
     dialog_->show();
     if (text.icon == DialogForm::Icon::Error)

@@ -7,7 +7,6 @@
 #include <QtTest>
 #include <memory>
 
-#include "cloud/command_folder.h"
 #include "cloud/parameters.h"
 #include "cloud/terminal_routes.h"
 #include "cloud/user_routes.h"
@@ -36,15 +35,6 @@ class CloudRoutesTest : public QObject {
  private:
     QTemporaryDir root_;
 
-    QStringList folders() const {
-        return QDir(CommandFolder::directory())
-            .entryList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
-    }
-    void touch(const QString& path) const {
-        QDir().mkpath(QFileInfo(CommandFolder::directory() + path).path());
-        QFile file(CommandFolder::directory() + path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-    }
     void sql(const char* text) const {
         sqlite3* db = nullptr;
         QDir().mkpath(root_.path() + QStringLiteral("/mnt/data/db_user2"));
@@ -157,54 +147,6 @@ class CloudRoutesTest : public QObject {
             QCOMPARE(code(date, "1:2:3"), 9999);
         for (const char* const time : {"24:0:0", "1:2", "1:2:60", "1:2:3.5", "1:2:", "-1:2:3"})
             QCOMPARE(code("2024-2-9", time), 9999);
-    }
-
-    void commandsComeBackAsTheyWereSent() {
-        DoReceiveUserData user;
-        user.cardNo = QStringLiteral("123456");
-        user.name = QString::fromUtf8("a\\n\n\r\\홍길동\t\\");
-        user.templateFile = QString(QLatin1String("x\0y", 3));
-        user.restrictTime = QStringLiteral("\n");
-        CommandFolder writer;
-        touch(QStringLiteral("logo/picture.png"));
-        touch(QStringLiteral("usb/20_add_123456"));
-        for (int i = 0; i < 50; ++i)
-            QVERIFY(i % 2 == 0 ? writer.writeAdd(user, QByteArray("jpg"))
-                               : writer.writeDelete(QStringLiteral("A1")));
-        QCOMPARE(folders().size(), 52);
-
-        for (int i = 0; i < 50; ++i) {
-            const auto command = CommandFolder::oldest();
-            QVERIFY(command.has_value());
-            QCOMPARE(command->kind == CommandFolder::Kind::Add, i % 2 == 0);
-            if (i == 0) {
-                const auto read = CommandFolder::takeUser(*command);
-                QVERIFY(read.has_value());
-                QCOMPARE(read->name, user.name);
-                QCOMPARE(read->templateFile, user.templateFile);
-                QCOMPARE(read->restrictTime, user.restrictTime);
-                QCOMPARE(read->picture, QStringLiteral("123456.jpg"));
-                QVERIFY(QFile::exists(CommandFolder::directory() + read->picture));
-            }
-            CommandFolder::remove(*command);
-        }
-        QVERIFY(!CommandFolder::oldest().has_value());
-        QCOMPARE(folders(), QStringList({QStringLiteral("logo"), QStringLiteral("usb")}));
-    }
-
-    void unfinishedCommandsAreNeverTaken() {
-        touch(QStringLiteral(".240101120000000_add_123456/123456.info"));
-        touch(QStringLiteral(".thumbnails/keep"));
-        touch(QStringLiteral("240101120000001_add_123456/123456.jpg"));
-        touch(QStringLiteral("240101120000002_mod_123456/x"));
-        const auto command = CommandFolder::oldest();
-        QVERIFY(command.has_value() && command->path.endsWith(QLatin1String("001_add_123456")));
-        QVERIFY(!CommandFolder::takeUser(*command).has_value());
-        CommandFolder::remove(*command);
-        QVERIFY(!CommandFolder::oldest().has_value());
-        CommandFolder::removeUnfinished();
-        QCOMPARE(folders(), QStringList({QStringLiteral(".thumbnails"),
-                                         QStringLiteral("240101120000002_mod_123456")}));
     }
 
     void usersPresentAreListed() {

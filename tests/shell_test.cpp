@@ -1,3 +1,6 @@
+#include <sys/stat.h>
+
+#include <QDir>
 #include <QFileInfo>
 #include <QSignalSpy>
 #include <QWindow>
@@ -7,6 +10,7 @@
 #include "app/management_link.h"
 #include "app/menu_timer.h"
 #include "app/message_dispatch.h"
+#include "app/message_routes.h"
 #include "app/status_popup.h"
 #include "app/system_status.h"
 #include "cloud/parameters.h"
@@ -34,6 +38,7 @@ class ShellTest : public QObject {
     void firstScreen();
     void upgradeIsToldOnce_data();
     void upgradeIsToldOnce();
+    void linksAreRenewed();
     void everyChangeOfSettingsCounts_data();
     void everyChangeOfSettingsCounts();
     void languageOfTheSettings();
@@ -49,11 +54,14 @@ class ShellTest : public QObject {
     void factoryTests();
     void faultsCome();
     void reportsComeUp();
+    void oldLogsGoAtTheAdministratorsWord();
+    void anUpgradeIsNotLeftAlone();
     void recordedAccessLeavesTheScreenFree();
     void statusPopupsClose();
     void statusChoosesTheMode();
     void theServiceIsSought();
     void asksForWhatIsUnsent();
+    void routesLeadToScreens();
     void aShortRecordIsIgnored();
     void theLinkComesBack();
     void ends_data();
@@ -147,6 +155,46 @@ void ShellTest::upgradeIsToldOnce() {
         QCOMPARE(reads(window()->getScript(QLatin1String(key)).script), told);
         QVERIFY(!QFile::exists(t->root.path(marker.constData())));
     }
+}
+
+void ShellTest::linksAreRenewed() {
+    const QDir links(t->root.path("/usr/img"));
+    const QDir pictures(t->root.path("/zel1/image/img"));
+    const QFileInfoList there = pictures.entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot);
+    QVERIFY(there.size() > 20);
+    const QString kept = links.filePath(there.at(0).fileName());
+    struct stat before {};
+    QCOMPARE(::lstat(QFile::encodeName(kept).constData(), &before), 0);
+    t->root.write("/elsewhere", "x");
+    const QString elsewhere = t->root.path("/elsewhere");
+    for (int wrong : {1, 2}) {
+        QVERIFY(QFile::remove(links.filePath(there.at(wrong).fileName())));
+        QVERIFY(wrong == 2 || QFile::link(elsewhere, links.filePath(there.at(1).fileName())));
+    }
+    t->root.write("/usr/img/stale.png", "x");
+    t->root.write("/usr/lib/fonts/stale.otf", "x");
+    t->root.write("/usr/img/.hidden", "x");
+    QVERIFY(QFile::link(t->root.path("/nowhere"), links.filePath(QStringLiteral("nowhere.png"))));
+    QVERIFY(QFile::link(elsewhere, t->root.path("/usr/lib/fonts/NotoSerif-Bold.ttf.old")));
+    QVERIFY(links.mkpath(QStringLiteral("folder/below")));
+
+    QVERIFY(t->start());
+    QStringList wanted;
+    for (const QFileInfo& picture : there) {
+        wanted.append(picture.fileName());
+        QCOMPARE(QFileInfo(links.filePath(picture.fileName())).symLinkTarget(), picture.filePath());
+    }
+    QStringList found = links.entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot);
+    found.removeOne(QStringLiteral("folder"));
+    QCOMPARE(found, wanted);
+    QVERIFY(links.exists(QStringLiteral(".hidden")) &&
+            links.exists(QStringLiteral("folder/below")));
+    QVERIFY(QFile::exists(elsewhere));
+    QCOMPARE(QDir(t->root.path("/usr/lib/fonts")).entryList(QDir::Files | QDir::System).size(), 5);
+    // What was right has not been written once more.
+    struct stat after {};
+    QCOMPARE(::lstat(QFile::encodeName(kept).constData(), &after), 0);
+    QCOMPARE(after.st_ino, before.st_ino);
 }
 
 void ShellTest::everyChangeOfSettingsCounts_data() {
@@ -529,8 +577,23 @@ void ShellTest::faultsCome() {
     QVERIFY(t->tell("fault none"));
     QTRY_COMPARE(t->dialogText(), QString());
 
+    // It stays until somebody has seen it, whatever comes up; only a result at the door lies above
+    // it.
     QVERIFY(t->tell("fault tamper"));
     QTRY_VERIFY(t->says("Popup_ErrTamper"));
+    for (const char* screen : {"bootWindow", "recognizeWindow", "usbMenuWindow", "liveWindow"}) {
+        window()->changeWindow(QLatin1String(screen));
+        QCOMPARE(t->says("Popup_ErrTamper"), qstrcmp(screen, "recognizeWindow") != 0);
+    }
+    window()->ShowPopup(2, 5);
+    window()->StartMenuTimer(1, QStringLiteral("stayWindow"));
+    QVERIFY(t->shows("stayWindow"));
+    QVERIFY(t->says("Popup_ErrTamper"));
+    QVERIFY(t->tell("settings setup.language 2"));
+    QTRY_COMPARE(int(window()->menuRecord().setup.language), 2);
+    QVERIFY(t->says("Popup_ErrTamper"));
+    t->tap("dialogOkButton");
+    QVERIFY(t->says("ListItem_NetworkConfigurationFailed"));
     t->tap("dialogOkButton");
     QCOMPARE(t->dialogText(), QString());
     QCOMPARE(t->title(), QStringLiteral("stayWindow"));
@@ -550,6 +613,7 @@ void ShellTest::reportsComeUp() {
         {QStringLiteral("2931 1 0"), "ListItem_FailedDeleted", true},
         {QStringLiteral("3039 0 0"), "ListItem_LogStoreEmptied", false},
         {QStringLiteral("3039 1 0"), "ListItem_LogStoreNearlyFull", false},
+        {QStringLiteral("3039 7 0"), "ListItem_LogStoreNearlyFull", false},
         {QStringLiteral("2990 0 0"), "ListItem_FwRestart", false, "upgradingWindow"},
         {QStringLiteral("2990 1 0"), "ListItem_FwUpgradeFailed", true, "stayWindow"},
     };
@@ -563,10 +627,68 @@ void ShellTest::reportsComeUp() {
         QVERIFY(t->settle());
         QCOMPARE(t->sent("1908 0 0 cb 00") >= 0, report.isError);
         t->tap("dialogOkButton");
-        QCOMPARE(t->dialogText(), QString());
+        QVERIFY(!t->says(report.key));
         QVERIFY(t->settle());
-        QCOMPARE(t->sent("2032 0 0") >= 0, report.frame == QLatin1String("3039 1 0"));
+        QCOMPARE(t->sent("2032 0 0") >= 0, report.key == QByteArray("ListItem_LogStoreNearlyFull"));
     }
+    // Emptied meanwhile, there is nothing left to ask for.
+    DialogOverlay::closeAll(window());
+    QVERIFY(t->tell("frame 3039 1 0"));
+    QTRY_VERIFY(t->says("ListItem_LogStoreNearlyFull"));
+    QVERIFY(t->tell("frame 3039 0 0"));
+    QTRY_VERIFY(t->says("ListItem_LogStoreEmptied"));
+    t->tap("dialogOkButton");
+    QCOMPARE(t->dialogText(), QString());
+}
+
+void ShellTest::oldLogsGoAtTheAdministratorsWord() {
+    QVERIFY(locked());
+    const auto agree = [this] {
+        t->frames.clear();
+        return t->tell("frame 3039 1 0") &&
+               QTest::qWaitFor([this] { return t->says("ListItem_LogStoreNearlyFull"); }) &&
+               (t->tap("dialogOkButton"), t->settle());
+    };
+    window()->changeWindow(QStringLiteral("liveWindow"));
+    QVERIFY(agree());
+    QCOMPARE(t->title(), QStringLiteral("InputAdminPassword"));
+    QVERIFY(t->sent("2011 0 0") >= 0 && t->sent("2010 0 0") >= 0);
+    t->tap("backButton");
+    QVERIFY(agree());
+    QCOMPARE(t->sent("2032 0 0"), -1);
+    enterPassword();
+    QVERIFY(t->sends("2032 0 0"));
+    QCOMPARE(t->title(), QStringLiteral("stayWindow"));
+    // Who has entered it is not asked again.
+    window()->changeWindow(QStringLiteral("zelMenuWindow"));
+    enterPassword();
+    QVERIFY(agree());
+    QVERIFY(t->sends("2032 0 0"));
+    QCOMPARE(t->title(), QStringLiteral("zelMenuWindow"));
+}
+
+void ShellTest::anUpgradeIsNotLeftAlone() {
+    QVERIFY(t->tell("settings screen.menuTimeout 0"));
+    QVERIFY(t->settle());
+    const auto* timer = window()->findChild<MenuTimer*>();
+    for (int download = 0; download < 2; ++download) {
+        window()->fwFileDownloadStart(QStringLiteral("archive"));
+        QCOMPARE(t->title(), QStringLiteral("upgradingWindow"));
+        QVERIFY(t->find("downloadText") && !t->find("restartText"));
+        QVERIFY(!timer->isRunning());
+        QVERIFY(t->tell("frame 2990 0 0"));
+        QTRY_VERIFY(t->says("ListItem_FwRestart"));
+        QVERIFY(t->find("restartText") && !t->find("downloadText"));
+        QVERIFY(!timer->isRunning());
+        t->tap("dialogOkButton");
+    }
+    // Without the controller nothing comes after a download.
+    window()->fwFileDownloadStart(QStringLiteral("archive"));
+    QVERIFY(t->tell("drop"));
+    QTRY_VERIFY(!window()->linkUp());
+    QVERIFY(!timer->isRunning());
+    emit window()->downloads().finished();
+    QVERIFY(timer->isRunning());
 }
 
 void ShellTest::recordedAccessLeavesTheScreenFree() {
@@ -642,14 +764,14 @@ void ShellTest::theServiceIsSought() {
     QTRY_VERIFY(t->says("Popup_ErrTamper"));
     t->tap("dialogOkButton");
     QCOMPARE(t->dialogText(), QString());
-    // Again by itself until it is reached, and the fault with it; then the connection is checked,
-    // and no more sought.
+    // Again by itself until it is reached, without the fault that somebody has seen; then the
+    // connection is checked, and no more sought.
     refuses = false;
     QTRY_COMPARE_WITH_TIMEOUT(asked("/connect.do"), 2, SystemStatus::kRetryInterval + 3000);
     QCOMPARE(asked("/connection-check.do"), 0);
     QTRY_VERIFY(window()->managementLink()->connected());
     QVERIFY(t->sends("2039 0 0"));
-    QVERIFY(t->says("Popup_ErrTamper"));
+    QCOMPARE(t->dialogText(), QString());
     QVERIFY(t->settle());
     t->frames.clear();
     QVERIFY(t->tell("fault none"));
@@ -693,12 +815,18 @@ void ShellTest::asksForWhatIsUnsent() {
     QVERIFY(t->sends("2039 0 0"));
     QCOMPARE(t->frames.mid(0, 3), QStringList({QStringLiteral("1901 0 0")}) + both);
     QVERIFY(t->settle());
-    // What else is answered at once.
-    t->frames.clear();
-    QVERIFY(t->tell("frame 3032 0 0"));
-    QVERIFY(t->sends("2039 0 0"));
-    QVERIFY(t->tell("frame 3033 0 0"));
-    QVERIFY(t->sends("2033 0 0"));
+}
+
+void ShellTest::routesLeadToScreens() {
+    for (int code = 0; code <= 0xFFFF; ++code) {
+        const MessageRoute* route = findMessageRoute(static_cast<std::uint16_t>(code));
+        if (route == nullptr)
+            continue;
+        const bool titled =
+            route->rule == RouteRule::ActiveScreen || route->rule == RouteRule::NamedScreen;
+        QCOMPARE(window()->getWindow(route->title) != nullptr, titled);
+        QVERIFY(route->secondTitle.isNull() || window()->getWindow(route->secondTitle) != nullptr);
+    }
 }
 
 void ShellTest::aShortRecordIsIgnored() {

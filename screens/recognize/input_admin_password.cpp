@@ -1,6 +1,7 @@
 #include "screens/recognize/input_admin_password.h"
 
 #include "app/administrator_session.h"
+#include "app/screen_titles.h"
 #include "app/settings_change.h"
 #include "app/window_shell.h"
 #include "link/command_parameters.h"
@@ -16,7 +17,7 @@ constexpr int kMostWrong = 3;
 }  // namespace
 
 InputAdminPassword::InputAdminPassword(QWidget* parent, const QString& title)
-    : TitledForm(parent, title, QStringLiteral("stayWindow")) {
+    : TitledForm(parent, title, screen_title::kStandby) {
     countdown_.setSingleShot(true);
     connect(&countdown_, &QTimer::timeout, this, &InputAdminPassword::showEntry);
 }

@@ -197,8 +197,7 @@ void LiveView::liveEnd() {
 void LiveView::doorRing() {
     MainWindow* shell = MainWindow::getMainWindow();
     shell->SendCommand(command::RecognitionKey, command::key::DoorRing, 0);
-    doorDialog_->setText(shell->getScript(QStringLiteral("Dialog_VisitorDoorCalling")));
-    doorDialog_->setOkText(shell->getScript(QStringLiteral("TopMenu_OK")));
+    doorDialog_->setTextKey(QStringLiteral("Dialog_VisitorDoorCalling"));
     doorDialog_->show();
     setLiveShowTimerReset();
 }

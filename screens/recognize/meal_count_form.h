@@ -3,7 +3,7 @@
 #include <QTimer>
 
 #include "ui/dialog_overlay.h"
-#include "ui/script_handler.h"
+#include "ui/scripted.h"
 
 class LabelButton;
 class MealRow;
@@ -11,7 +11,7 @@ struct _gui_menu_;
 
 /// The popup that tells how many meals have been taken in the present periods. Meals that the
 /// settings switch off step back.
-class MealCountForm : public DialogOverlay {
+class MealCountForm : public DialogOverlay, public Scripted {
     Q_OBJECT
 
  public:
@@ -31,6 +31,8 @@ class MealCountForm : public DialogOverlay {
     void setlunch_countText(const QString& count) { setCount(1, count); }
     void setdinner_countText(const QString& count) { setCount(2, count); }
     void setsupper_countText(const QString& count) { setCount(3, count); }
+
+    void applyScripts(const Lookup&) override { showCounts(); }
 
  protected:
     int arrange() override;

@@ -11,6 +11,7 @@
 #include "link/record_values.h"
 #include "ui/pictures.h"
 #include "ui/theme.h"
+#include "ui/touch_shield.h"
 #include "ui_recognize_window.h"
 
 namespace {
@@ -45,6 +46,7 @@ RecognizeWindow::~RecognizeWindow() = default;
 void RecognizeWindow::createForm() {
     ui_ = std::make_unique<Ui::RecognizeWindow>();
     ui_->setupUi(this);
+    shield_ = new TouchShield(this);
     ui_->band->setAutoFillBackground(true);
     ui_->bandIcon->setPixmap(Pictures::icon(QStringLiteral("band_ok.png")));
     connect(ui_->inOutButtons, &InOutButtonForm::inTouched, this, &RecognizeWindow::inButtonTouch);
@@ -137,10 +139,9 @@ void RecognizeWindow::showPage() {
     paymentCount_ = asksPayment() ? 1 : 0;
     updatePaymentCount();
     ui_->nameLine->setText(oneLine(fieldText(result_.name)));
-    for (WidgetButton* button :
-         {ui_->plusButton, ui_->minusButton, ui_->paymentButton, ui_->cancelButton})
-        // A finger that came down for somebody else's result decides nothing.
-        button->cancelTouch();
+    // A finger that came down for somebody else's result, or before this one could be read, decides
+    // nothing.
+    shield_->raiseShield();
 }
 
 void RecognizeWindow::setThumbnail(int show, const QString& userId) {

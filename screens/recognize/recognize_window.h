@@ -12,6 +12,7 @@
 namespace Ui {
 class RecognizeWindow;
 }
+class TouchShield;
 
 /// The result of one recognition: who it was, what came of it, and what the person has to choose,
 /// if anything. It goes away by itself; a result that arrives meanwhile takes its place.
@@ -28,6 +29,7 @@ class RecognizeWindow : public WindowForm {
     ~RecognizeWindow() override;
 
     void deviceAnswer(const DeviceMessage& message) override;
+    bool coversDialogs() const override { return true; }
 
     /// Begins the result of the user @p userId: result text, operating mode, display time.
     void setUserID(const QString& userId);
@@ -78,6 +80,7 @@ class RecognizeWindow : public WindowForm {
     bool betweenMeals() const;
 
     std::unique_ptr<Ui::RecognizeWindow> ui_;
+    TouchShield* shield_ = nullptr;
     RecognitionResult result_{};
     WorkMode workMode_ = WorkMode::AccessOnly;  // in force when the result arrived
     const WorkState::Attendance* recorded_ = nullptr;

@@ -124,6 +124,12 @@ constexpr char kConnected[] = "ListItem_UsbConnected";
 constexpr char kNotConnected[] = "ListItem_UsbNotConnected";
 constexpr char kNoFolder[] = "ListItem_UsbNoFolder";
 
+/// Why a transfer has been interrupted.
+constexpr char kStickRemoved[] = "ListItem_UsbRemoved";
+constexpr char kLinkLost[] = "ListItem_LinkLost";
+
+constexpr PopupText kNoController{"ListItem_NoController", Error};
+
 }  // namespace
 
 UsbMenu::UsbMenu(QWidget* parent, const QString& title)
@@ -131,6 +137,7 @@ UsbMenu::UsbMenu(QWidget* parent, const QString& title)
       mountCheckTimer_(new QTimer(this)),
       presenceTimer_(new QTimer(this)),
       popup_(this),
+      restartPopup_(parent),
       statusKey_(kNotConnected) {
     mountCheckTimer_->setObjectName(QStringLiteral("mountCheckTimer"));
     presenceTimer_->setObjectName(QStringLiteral("presenceTimer"));
@@ -167,6 +174,11 @@ void UsbMenu::createForm() {
 
     waitForm_ = new WaitForm(this);
     waitForm_->setObjectName(QStringLiteral("usbWaitForm"));
+    waitForm_->setSecondTextKey(QStringLiteral("ListItem_DoNotRemoveUSB"));
+    interruption_ = new DialogForm(this);
+    interruption_->setObjectName(QStringLiteral("usbInterruption"));
+    interruption_->setIcon(Error);
+    interruption_->setTextKey(QStringLiteral("ListItem_TransferInterrupted"));
 }
 
 void UsbMenu::scriptsApplied() {
@@ -187,6 +199,7 @@ void UsbMenu::windowInEvent() {
 void UsbMenu::hideEvent(QHideEvent* event) {
     TitledForm::hideEvent(event);
     waitForm_->hide();
+    transferRuns_ = false;
     presenceTimer_->stop();
     // The other timer may run out; nobody waits for it any more.
     mountCheckRunning_ = false;
@@ -201,16 +214,18 @@ void UsbMenu::mount_usb() {
 void UsbMenu::UpdateUsbInfo(int state, int sub) {
     switch (state) {
         case stick::Mounted:
+            // An answer, be it a good one or not: nobody is to ask for a stick that is there.
+            mountCheckRunning_ = false;
+            mountCheckTimer_->stop();
             if (sub != 1 && sub != 2) {
+                hideActionButtons();
                 // The popup goes by itself; the reason why there is nothing to do stays.
                 showStatus(kNoFolder);
                 ShowPopup(kPopupNoFolder, kPopupSeconds);
                 break;
             }
             waitForm_->hide();
-            mountCheckRunning_ = false;
             stickPresent_ = true;
-            mountCheckTimer_->stop();
             showActionButtons();
             break;
         case stick::Mounting:
@@ -219,16 +234,21 @@ void UsbMenu::UpdateUsbInfo(int state, int sub) {
             mountCheckRunning_ = true;
             break;
         case stick::Present:
-            if (sub != 0)
+            if (sub != 0) {
                 showActionButtons();
-            else
-                hideActionButtons();
+                break;
+            }
+            hideActionButtons();
+            if (transferRuns_)
+                interrupt(kStickRemoved);
             break;
         default:
             stickPresent_ = false;
             hideActionButtons();
             // Without a stick nothing goes on but the search for one.
-            if (!mountCheckRunning_)
+            if (transferRuns_)
+                interrupt(kStickRemoved);
+            else if (!mountCheckRunning_)
                 waitForm_->hide();
             break;
     }
@@ -245,12 +265,22 @@ void UsbMenu::UsbCheckTimeout() {
 }
 
 void UsbMenu::UsbCheckMountTimeout() {
-    MainWindow* shell = MainWindow::getMainWindow();
-    // What was going on will not be reported any more, and the user must get out.
-    if (!shell->linkUp())
-        waitForm_->hide();
-    shell->SendCommand(command::UsbMount, stick::Check, 0, 0, nullptr);
+    MainWindow::getMainWindow()->SendCommand(command::UsbMount, stick::Check, 0, 0, nullptr);
     presenceTimer_->start();
+}
+
+void UsbMenu::peersChanged() {
+    if (shell()->linkUp())
+        return;
+    // What was going on will not be reported any more, and the user must get out.
+    if (transferRuns_) {
+        interrupt(kLinkLost);
+    } else if (mountCheckRunning_) {
+        mountCheckRunning_ = false;
+        mountCheckTimer_->stop();
+        waitForm_->hide();
+        popup_.show(kNoController, kPopupSeconds);
+    }
 }
 
 void UsbMenu::showActionButtons() {
@@ -284,8 +314,9 @@ void UsbMenu::showDirSelecter(const QString& action) {
     for (const Export& one : kExports) {
         if (action != QLatin1String(one.action))
             continue;
-        shell->SendCommand(command::UsbExport, one.kind, one.option, 0, nullptr);
-        if (one.takesLong)
+        if (!shell->SendCommand(command::UsbExport, one.kind, one.option, 0, nullptr))
+            popup_.show(kNoController, kPopupSeconds);
+        else if (one.takesLong)
             shell->StopMenuTimer();
     }
 }
@@ -298,19 +329,16 @@ void UsbMenu::showFileSelecter(const QString& action) {
 }
 
 void UsbMenu::askBeforeLogImport() {
-    MainWindow* shell = MainWindow::getMainWindow();
     if (logWarning_ == nullptr) {
         logWarning_ = new DialogForm(this);
         logWarning_->setObjectName(QStringLiteral("logWarning"));
         logWarning_->setButtonType(DialogForm::OkCancelButtons);
         logWarning_->setIcon(Warning);
         logWarning_->setDanger(true);
+        logWarning_->setTextKey(QStringLiteral("ListItem_RunDeleteOldLogs"));
         connect(logWarning_, &DialogForm::touchOk, this,
                 [this] { openFileSelecter(QStringLiteral("log_upload")); });
     }
-    logWarning_->setText(shell->getScript(QStringLiteral("ListItem_RunDeleteOldLogs")));
-    logWarning_->setOkText(shell->getScript(QStringLiteral("TopMenu_OK")));
-    logWarning_->setCancelText(shell->getScript(QStringLiteral("TopMenu_Cancel")));
     logWarning_->show();
 }
 
@@ -353,14 +381,14 @@ void UsbMenu::ShowUsbSetResult(int kind, int result) {
     if (result == transfer::Running)
         ShowWait(lookUp(kExportWaits, kind, 0));
     else
-        ShowPopup(lookUp(kExportPopups, result, kPopupInsert), kPopupSeconds);
+        transferEnds(lookUp(kExportPopups, result, kPopupInsert), result == transfer::NoStick);
 }
 
 void UsbMenu::ShowUsbGetResult(int kind, int result) {
     if (result == transfer::Running)
         ShowWait(lookUp(kImportWaits, kind, 0));
     else
-        ShowPopup(lookUp(kImportPopups, result, kPopupInsert), kPopupSeconds);
+        transferEnds(lookUp(kImportPopups, result, kPopupInsert), result == transfer::NoStick);
 }
 
 void UsbMenu::ShowUsbProgress(int phase, int percent) {
@@ -392,39 +420,61 @@ void UsbMenu::ShowFwUpgrade(int state, int percent) {
     if (state == transfer::Running) {
         showWaitPercent("ListItem_upgradingUSB", percent);
     } else if (state == transfer::Done) {
-        ShowPopup(kPopupRestart, 0);
+        transferEnds(kPopupRestart, false);
     } else {
-        ShowPopup(kPopupUpgradeFailed, kPopupSeconds);
+        // It does not say why; perhaps that is known.
+        transferEnds(kPopupUpgradeFailed, interruption_->isOpen());
     }
+}
+
+void UsbMenu::transferEnds(int popup, bool stickGone) {
+    if (stickGone && transferRuns_) {
+        interrupt(kStickRemoved);
+    } else if (!stickGone || !interruption_->isOpen()) {
+        interruption_->hide();
+        ShowPopup(popup, popup == kPopupRestart ? 0 : kPopupSeconds);
+    }
+}
+
+void UsbMenu::interrupt(const char* reason) {
+    transferRuns_ = false;
+    waitForm_->hide();
+    interruption_->setSecondTextKey(QLatin1String(reason));
+    interruption_->show();
+    shell()->PlaySound(command::sound::Error);
 }
 
 void UsbMenu::ShowWait(int number, int percent) {
     for (const NumberedText& wait : kWaits) {
         if (wait.number != number)
             continue;
+        transferRuns_ = number != kWaitReading;
         waitForm_->setProgress(percent);
-        showWaitText(MainWindow::getMainWindow()->getScript(QLatin1String(wait.key)));
+        showWaitText(wait.key);
     }
 }
 
 void UsbMenu::showWaitPercent(const char* key, int percent) {
     percent = qMin(percent, 100);
-    ScriptHandler::Script text = MainWindow::getMainWindow()->getScript(QLatin1String(key));
-    text.script.replace(QLatin1String("%1"), QString::number(percent));
+    transferRuns_ = true;
     waitForm_->setProgress(percent, false);
-    showWaitText(text);
+    showWaitText(key, QString::number(percent));
 }
 
-void UsbMenu::showWaitText(const ScriptHandler::Script& text) {
-    waitForm_->setText(text);
-    waitForm_->setSecondText(
-        MainWindow::getMainWindow()->getScript(QStringLiteral("ListItem_DoNotRemoveUSB")));
+void UsbMenu::showWaitText(const char* key, const QString& percent) {
+    // Perhaps it has gone on without the link.
+    if (transferRuns_)
+        interruption_->hide();
+    waitForm_->setTextKey(QLatin1String(key), percent);
     waitForm_->show();
 }
 
 void UsbMenu::ShowPopup(int number, int seconds) {
+    // What the user waited for has come to its end, however it did.
+    transferRuns_ = false;
+    waitForm_->hide();
     for (const NumberedPopup& popup : kPopups) {
         if (popup.number == number)
-            popup_.show(popup.text, seconds);
+            (number == kPopupRestart ? restartPopup_ : popup_).show(popup.text, seconds);
     }
 }

@@ -25,6 +25,7 @@ class UsbMenu : public TitledForm {
 
     void windowInEvent() override;
     void deviceAnswer(const DeviceMessage& message) override;
+    void peersChanged() override;
 
     /// The controller's reports, by their header parameters.
     void UpdateUsbInfo(int state, int sub);
@@ -63,9 +64,13 @@ class UsbMenu : public TitledForm {
     void showActionButtons();
     void hideActionButtons();
     void showStatus(const char* key);
+    /// What is being transferred cannot go on, and the user learns why.
+    void interrupt(const char* reason);
+    /// It has come to its end, which popup number @p popup tells.
+    void transferEnds(int popup, bool stickGone);
     /// The text of @p key tells the percentage itself.
     void showWaitPercent(const char* key, int percent);
-    void showWaitText(const ScriptHandler::Script& text);
+    void showWaitText(const char* key, const QString& percent = {});
     void askBeforeLogImport();
     void openFileSelecter(const QString& action);
 
@@ -74,9 +79,12 @@ class UsbMenu : public TitledForm {
     QTimer* const presenceTimer_;
     WaitForm* waitForm_ = nullptr;
     DialogForm* logWarning_ = nullptr;
+    DialogForm* interruption_ = nullptr;
     ScreenPopup popup_;
+    ScreenPopup restartPopup_;  // stays when the screen goes
     const char* statusKey_;
     bool mountCheckRunning_ = false;
     bool stickPresent_ = false;
+    bool transferRuns_ = false;
     int lastPercent_ = 0;
 };

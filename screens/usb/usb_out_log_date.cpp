@@ -76,8 +76,11 @@ void UsbOutLogDate::exportButtonTouch() {
         dates = {byte(from.year() - kFirstYear), byte(from.month()), byte(from.day()),
                  byte(to.year() - kFirstYear),   byte(to.month()),   byte(to.day())};
     }
-    shell->SendRecord(command::UsbExport, transfer::LogsOfDays,
-                      all ? transfer::AllDays : transfer::SomeDays, dates);
+    if (!shell->SendRecord(command::UsbExport, transfer::LogsOfDays,
+                           all ? transfer::AllDays : transfer::SomeDays, dates)) {
+        popup_.show({"ListItem_NoController", DialogForm::Icon::Error}, kPopupSeconds);
+        return;
+    }
     shell->changeWindow(QStringLiteral("usbMenuWindow"), true);
     // A long copy is not to be cut off.
     shell->StopMenuTimer();

@@ -160,11 +160,16 @@ void UsbUploadFileSelecter::selectedOK() {
     MainWindow* shell = MainWindow::getMainWindow();
     const QByteArray path = payloadOf(folderPath_ + QLatin1Char('/') + chosen_->name());
     for (const Import& one : kImports) {
-        if (caller_ == QLatin1String(one.action))
-            shell->SendCommand(one.command, one.kind, 0, static_cast<unsigned short>(path.size()),
-                               path.constData());
+        if (caller_ == QLatin1String(one.action) &&
+            !shell->SendCommand(one.command, one.kind, 0, static_cast<unsigned short>(path.size()),
+                                path.constData())) {
+            popup_.show({"ListItem_NoController", DialogForm::Icon::Error}, kPopupSeconds);
+            return;
+        }
     }
     shell->changeWindow(QStringLiteral("usbMenuWindow"), true);
+    // What takes long is not to be cut off.
+    shell->StopMenuTimer();
 }
 
 QByteArray UsbUploadFileSelecter::payloadOf(const QString& devicePath) {

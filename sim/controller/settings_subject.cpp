@@ -92,8 +92,10 @@ class SettingsSubject : public Subject {
             device_.setSettings(menu);
         });
 
-        onWord("settings", "[FIELD [VALUE]]: list the settings, show one, or set one",
-               [this](const QString& text) { return settings(text); });
+        onWord(
+            "settings",
+            "[FIELD [VALUE]]: list the settings, show one, or set one; 'help settings' for values",
+            [this](const QString& text) { return settings(text); }, [] { return values(); });
     }
 
     QString stateKey() const override { return QStringLiteral("settings"); }
@@ -188,6 +190,14 @@ class SettingsSubject : public Subject {
         device_.setSettings(menu);
         device_.sendRecord(command::SettingsChanged, 0, 0, device_.settings());
         return done(line(*field, menu));
+    }
+
+    static QString values() {
+        QString list;
+        for (const settings::Field& field : settings::fields())
+            list += QLatin1String(field.name) + QStringLiteral(": ") + settings::values(field) +
+                    QLatin1Char('\n');
+        return list;
     }
 
     static QString line(const settings::Field& field, const _gui_menu_& menu) {

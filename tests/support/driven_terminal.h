@@ -14,6 +14,7 @@
 #include "tests/support/text_recorder.h"
 #include "ui/dialog_overlay.h"
 #include "ui/scroll_list.h"
+#include "ui/touch_shield.h"
 
 /// The real main window with a simulated controller at the other end of a real socket, in a device
 /// root of its own; driven by a finger on the window and by the controller's words. One per
@@ -28,6 +29,8 @@ class DrivenTerminal {
                                  frame += QLatin1Char(' ') + QLatin1String(payload.toHex(' '));
                              frames.append(frame);
                          });
+        // A test's finger knows what it touches.
+        TouchShield::setTime(0);
         QTcpServer free;
         free.listen(QHostAddress::LocalHost);
         qputenv("ZEL_LINK_PORT", QByteArray::number(sim.port()));

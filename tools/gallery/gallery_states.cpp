@@ -252,7 +252,7 @@ constexpr NamedState kStates[] = {
          stage.press(QStringLiteral("exportUserTile"));
      }},
     {"usbMenuWindow", "mounting", usbReport<command::UsbState, 10, 0>},
-    {"usbMenuWindow", "no-folder", [](Stage& stage) { stage.receive(command::UsbState, 0, 0); }},
+    {"usbMenuWindow", "no-folder", usbReport<command::UsbState, 0, 0>},
     {"usbMenuWindow", "export-begins", usbReport<command::UsbExported, 2, 10>},
     {"usbMenuWindow", "copying", usbReport<command::UsbProgress, 1, 64>},
     {"usbMenuWindow", "sending", usbReport<command::UsbSending, 1, 64>},
@@ -263,6 +263,26 @@ constexpr NamedState kStates[] = {
     {"usbMenuWindow", "administrators-exceeded", usbReport<command::UsbImported, 2, 4>},
     {"usbMenuWindow", "invalid-data", usbReport<command::UsbImported, 3, 5>},
     {"usbMenuWindow", "no-valid-file", usbReport<command::UsbImported, 5, 6>},
+    {"usbMenuWindow", "stick-pulled",
+     [](Stage& stage) {
+         usbReport<command::UsbProgress, 1, 64>(stage);
+         stage.receive(command::UsbState, 1);
+     }},
+    {"usbMenuWindow", "link-lost",
+     [](Stage& stage) {
+         usbReport<command::UsbProgress, 1, 64>(stage);
+         stage.active<WindowForm>()->peersChanged();
+     }},
+    {"usbMenuWindow", "without-link",
+     [](Stage& stage) {
+         withStick(stage);
+         stage.touch(QStringLiteral("exportUserTile"));
+     }},
+    {"usbMenuWindow", "fault-while-copying",
+     [](Stage& stage) {
+         usbReport<command::UsbProgress, 1, 64>(stage);
+         faults(stage, 0x10);
+     }},
     {"usbMenuWindow", "upgrading", usbReport<command::FirmwareProgress, 10, 64>},
     {"usbMenuWindow", "upgraded", usbReport<command::FirmwareProgress, 0, 0>},
     {"usbMenuWindow", "upgrade-failed", usbReport<command::FirmwareProgress, 1, 0>},

@@ -100,8 +100,7 @@ void Stage::clear() {
         return;
     if (pressed_)
         pressed_->cancelTouch();
-    if (DialogOverlay* dialog = DialogOverlay::current(window_.get()))
-        dialog->hide();
+    DialogOverlay::closeAll(window_.get());
     const QList<NoticeStrip*> strips = window_->findChildren<NoticeStrip*>();
     for (NoticeStrip* strip : strips)
         strip->hide();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QString>
 #include <cstdint>
 
 /// Who gets which frame of the device controller.
@@ -15,9 +16,9 @@ enum class RouteRule {
 struct MessageRoute {
     std::uint16_t command;
     RouteRule rule;
-    std::uint16_t minPayload;           ///< a shorter payload is not handled
-    const char* title;                  ///< registry title, null where the rule needs none
-    const char* secondTitle = nullptr;  ///< a further screen that may be the active one
+    std::uint16_t minPayload;        ///< a shorter payload is not handled
+    QLatin1String title;             ///< registry title, null where the rule needs none
+    QLatin1String secondTitle = {};  ///< a further screen that may be the active one
 };
 
 /// The row of @p command; null for a code that the terminal does not know.
