@@ -24,6 +24,7 @@
 #include "cloud/parameters.h"
 #include "link/command_code.h"
 #include "link/command_parameters.h"
+#include "ui/input_field.h"
 #include "ui/key_click.h"
 #include "ui/message_overlay.h"
 #include "ui/theme.h"
@@ -75,11 +76,12 @@ MainWindow::MainWindow(QWidget* parent)
     orders_ = std::make_unique<ControllerOrders>(*link_);
     messages_ = new ShellMessages(*link_, records_, *settings_, *status_, this);
     KeyClick::setHandler([this] { SendCommand(command::KeyClick, 0, 0); });
+    InputField::setKeypad([this](InputField* field) { showTouchKey(field); });
     MessageOverlay::setScripts([this](const QString& key) { return getScript(key); });
 
     // Who looks on from outside, a tester or a script, can tell the screens apart by their names.
-    connect(&windows_, &WindowRegistry::changed, this, [this] {
-        const QString title = windows_.active()->getTitle();
+    connect(&navigation_->windows(), &WindowRegistry::changed, this, [this] {
+        const QString title = navigation_->active()->getTitle();
         setWindowTitle(QStringLiteral("zel-terminal: ") + title);
         qCInfo(appLog, "screen %s", qPrintable(title));
     });
@@ -124,6 +126,7 @@ MainWindow::~MainWindow() {
     // Joins the thread that serves HTTP, which may call back until then.
     delete std::exchange(management_, nullptr);
     KeyClick::setHandler(nullptr);
+    InputField::setKeypad(nullptr);
     MessageOverlay::setScripts(nullptr);
     // The screens go while everything that they use is still there.
     navigation_->windows().deleteAll();

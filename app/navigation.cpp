@@ -76,7 +76,8 @@ void Navigation::startTime(const QString& title) {
     menuTimer_.start();
     if (title.startsWith(QLatin1String("factory")) || title.startsWith(QLatin1String("f_")))
         factoryActive_ = true;
-    if (factoryActive_)
+    const WindowForm* next = windows_.find(title);
+    if (factoryActive_ || (next != nullptr && !next->timesOut()))
         menuTimer_.stop();
 }
 

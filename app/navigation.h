@@ -33,8 +33,8 @@ class Navigation : public QObject {
     int enrolAtDoor(int enrolMode);
     QString enrolmentReturnTitle() const;
 
-    /// Gives the screen @p title, which is about to come up, its time; factory screens and all
-    /// that come up after the first of them have none.
+    /// Gives the screen @p title, which is about to come up, its time, unless it never times out;
+    /// factory screens and all that come up after the first of them do not.
     void startTime(const QString& title);
 
  signals:

@@ -43,6 +43,10 @@ class WindowForm : public QWidget {
     /// reached, or is no longer.
     virtual void peersChanged() {}
 
+    /// Whether an unattended terminal leaves this screen after the menus' time. Asked when the
+    /// screen is about to come up.
+    virtual bool timesOut() const { return true; }
+
     /// The management service asks for what the screen's enrol button starts.
     virtual void enrolRequested() {}
 
@@ -60,7 +64,7 @@ class WindowForm : public QWidget {
     void setVisible(bool visible) override;
 
  protected:
-    /// Builds the screen's form; called once. Its input fields get the keypad when touched.
+    /// Builds the screen's form; called once.
     virtual void createForm() = 0;
     /// Called after the texts of the form's widgets have been set for a language.
     virtual void scriptsApplied();

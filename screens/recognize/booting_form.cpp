@@ -63,7 +63,6 @@ void BootingForm::hideEvent(QHideEvent* event) {
 
 void BootingForm::bootEnd() {
     MainWindow* shell = MainWindow::getMainWindow();
-    shell->StopMenuTimer();
     shell->SendCommand(command::RecognitionMode, command::recognition::Off, 0);
     shell->SendCommand(command::LivePicture, command::picture::Shown, 0);
     shell->SendCommand(command::CameraRun, command::camera::Off, 0);

@@ -23,6 +23,8 @@ class BootingForm : public WindowForm {
     BootingForm(QWidget* parent, const QString& title);
     ~BootingForm() override;
 
+    bool timesOut() const override { return false; }
+
  protected:
     void createForm() override;
     void scriptsApplied() override;

@@ -17,7 +17,7 @@ constexpr int kMostWrong = 3;
 }  // namespace
 
 InputAdminPassword::InputAdminPassword(QWidget* parent, const QString& title)
-    : TitledForm(parent, title, screen_title::kStandby) {
+    : TitledForm(parent, title) {
     countdown_.setSingleShot(true);
     connect(&countdown_, &QTimer::timeout, this, &InputAdminPassword::showEntry);
 }

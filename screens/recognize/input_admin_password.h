@@ -4,7 +4,7 @@
 #include <QTimer>
 #include <memory>
 
-#include "screens/titled_form.h"
+#include "screens/common/titled_form.h"
 #include "ui/script_handler.h"
 
 namespace Ui {

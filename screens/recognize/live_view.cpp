@@ -63,8 +63,6 @@ void LiveView::showEvent(QShowEvent* event) {
     WindowForm::showEvent(event);
     MainWindow* shell = MainWindow::getMainWindow();
     shell->SendCommand(command::LivePicture, command::picture::Shown, 0);
-    // Its own time and not the menus' ends it, since a face that is there is no touch.
-    shell->StopMenuTimer();
     showSettings();
     // The result is to come at once when it comes.
     if (WindowForm* result = shell->getWindow(QStringLiteral("recognizeWindow")))

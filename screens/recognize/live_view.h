@@ -26,6 +26,8 @@ class LiveView : public WindowForm {
     void workModeChanged() override;
     void settingsChanged(const SettingsChange& change) override;
     void enrolRequested() override;
+    /// Its own time and not the menus' ends it, since a face that is there is no touch.
+    bool timesOut() const override { return false; }
 
     /// Shows the banner of an operating mode by its number. Without one of its own the banner
     /// stays as it was.

@@ -72,8 +72,6 @@ void RecognizeWindow::showEvent(QShowEvent* event) {
     WindowForm::showEvent(event);
     MainWindow* shell = MainWindow::getMainWindow();
     shell->SendCommand(command::LivePicture, command::picture::Hidden, 0);
-    // Its own time and not the menus' ends it.
-    shell->StopMenuTimer();
     startTimer(shell->menuRecord().resultSeconds);
 }
 

@@ -29,6 +29,8 @@ class RecognizeWindow : public WindowForm {
     ~RecognizeWindow() override;
 
     void deviceAnswer(const DeviceMessage& message) override;
+    /// Its own time and not the menus' ends it.
+    bool timesOut() const override { return false; }
     bool coversDialogs() const override { return true; }
 
     /// Begins the result of the user @p userId: result text, operating mode, display time.

@@ -35,7 +35,6 @@ void StayWindow::showEvent(QShowEvent* event) {
     shell->SendCommand(command::LivePicture, command::picture::Hidden, 0);
     shell->SendCommand(command::RecognitionMode, command::recognition::Off, 0);
     shell->SendCommand(command::CameraRun, command::camera::Off, 0);
-    shell->StopMenuTimer();
     loadPictures();
     shell->SendCloseMessage(command::closed::ByMenuTimeout);
     lightUp();

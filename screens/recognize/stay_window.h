@@ -19,6 +19,7 @@ class StayWindow : public WindowForm {
 
     void deviceAnswer(const DeviceMessage& message) override;
     void settingsChanged(const SettingsChange& change) override;
+    bool timesOut() const override { return false; }
 
     /// Shows the present time.
     void showTime();

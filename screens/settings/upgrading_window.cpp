@@ -5,7 +5,7 @@
 #include "ui_upgrading_window.h"
 
 upgradingWindow::upgradingWindow(QWidget* parent, const QString& title)
-    : TitledForm(parent, title, QString()) {}
+    : TitledForm(parent, title) {}
 
 upgradingWindow::~upgradingWindow() = default;
 

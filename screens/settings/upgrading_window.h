@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "screens/titled_form.h"
+#include "screens/common/titled_form.h"
 
 namespace Ui {
 class upgradingWindow;

@@ -67,15 +67,13 @@ class SettingsSubject : public Subject {
                                 });
         save<DdnsBlock>(command::SaveDdns, command::DdnsSaved,
                         [](_gui_menu_& menu, const DdnsBlock& ddns) { menu.ddns = ddns; });
-        // The two halves of one save; only the second is answered.
-        save<OperationSettings>(command::SaveOperationSettings, kNoAnswer,
-                                [](_gui_menu_& menu, const OperationSettings& settings) {
-                                    menu.operation = withSettings(menu.operation, settings);
-                                });
-        save<OperationTimes>(command::SaveOperationTimes, command::OperationSettingsSaved,
-                             [](_gui_menu_& menu, const OperationTimes& times) {
-                                 menu.operation = withTimes(menu.operation, times);
-                             });
+        // The two halves of one save: the first waits for the second, which alone is answered.
+        onRequest(command::SaveOperationSettings, [this](const Request& request) {
+            firstHalf_ = request.record<OperationSettings>();
+            finish(request, kNoAnswer, firstHalf_.has_value());
+        });
+        onRequest(command::SaveOperationTimes,
+                  [this](const Request& request) { saveOperation(request); });
         onRequest(command::SaveNetwork, [this](const Request& request) { saveNetwork(request); });
 
         onRequest(command::Greeting, [this](const Request&) {
@@ -137,6 +135,17 @@ class SettingsSubject : public Subject {
             }
             finish(request, answer, block.has_value());
         });
+    }
+
+    void saveOperation(const Request& request) {
+        const auto settings = std::exchange(firstHalf_, std::nullopt);
+        const auto times = request.record<OperationTimes>();
+        if (settings && times) {
+            _gui_menu_ menu = device_.settings();
+            menu.operation = withTimes(withSettings(menu.operation, *settings), *times);
+            device_.setSettings(menu);
+        }
+        finish(request, command::OperationSettingsSaved, settings && times);
     }
 
     void saveNetwork(const Request& request) {
@@ -203,6 +212,8 @@ class SettingsSubject : public Subject {
     static QString line(const settings::Field& field, const _gui_menu_& menu) {
         return QLatin1String(field.name) + QLatin1Char(' ') + settings::value(field, menu);
     }
+
+    std::optional<OperationSettings> firstHalf_;
 };
 
 }  // namespace

@@ -103,10 +103,8 @@ void mealCounts(Stage& stage) {
     stage.touch(QStringLiteral("noti_layer"));
 }
 
-void reopenWithMeals(Stage& stage) {
-    stage.changeSettings(settingsOf(stage, Meals));
-    stage.touch(QStringLiteral("backButton"));
-    stage.touch(QStringLiteral("menuFoodTile"));
+_gui_menu_ mealSettings(const Stage& stage) {
+    return settingsOf(stage, Meals);
 }
 
 void result(Stage& stage, int user, std::uint8_t code, Operation operation, int status) {

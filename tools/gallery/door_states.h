@@ -24,9 +24,8 @@ void unknownCard(Stage& stage);
 void visitorCall(Stage& stage);
 void mealCounts(Stage& stage);
 
-/// The settings of meals, opened anew on a terminal that counts them: attendance would leave its
-/// own times there.
-void reopenWithMeals(Stage& stage);
+/// The settings of a terminal that counts meals.
+_gui_menu_ mealSettings(const Stage& stage);
 
 /// The result for the user number @p user of a fresh controller.
 void result(Stage& stage, int user, std::uint8_t result, Operation operation, int status);

@@ -5,7 +5,7 @@
 #include "app/management_link.h"
 #include "link/command_code.h"
 #include "link/device_records.h"
-#include "screens/recognize/operation_settings_form.h"
+#include "screens/settings/operation_settings_form.h"
 #include "sim/common/portrait.h"
 #include "tools/gallery/door_states.h"
 #include "tools/gallery/stage.h"
@@ -103,6 +103,16 @@ void typedPassword(Stage& stage) {
 void listEnd(Stage& stage) {
     QScrollBar* bar = stage.active<QWidget>()->findChild<ScrollList*>()->verticalScrollBar();
     bar->setValue(bar->maximum());
+}
+
+/// The time in @p field lies within another; @p closed tells that one has read so.
+void overlap(Stage& stage, const char* field, bool closed) {
+    stage.touch(QLatin1String(field));
+    for (const char* key : {"key_0", "key_8", "key_0", "key_0", "key_1", "key_2", "key_0", "key_0"})
+        stage.touch(QLatin1String(key));
+    stage.touch(QStringLiteral("forwardButton"));
+    if (closed)
+        stage.touch(QStringLiteral("dialogOkButton"));
 }
 
 void wrongPassword(Stage& stage, int times) {
@@ -228,6 +238,9 @@ constexpr NamedState kStates[] = {
     {"recognizeWindow", "armed", [](Stage& stage) { alarm(stage, 1); }},
     {"recognizeWindow", "disarmed", [](Stage& stage) { alarm(stage, 2); }},
     {"zelMenuWindow", "pressed", [](Stage& stage) { stage.press(QStringLiteral("menuWorkTile")); }},
+    {"zelMenuWindow", "meals", [](Stage& stage) { stage.changeSettings(mealSettings(stage)); }},
+    {"zelMenuWindow", "other-operation",
+     [](Stage& stage) { stage.window().changeWindow(QStringLiteral("foodMenuWindow")); }},
     {"zelMenuWindow", "dialog",
      [](Stage& stage) { dialog(stage, DialogForm::OkButton, DialogForm::Icon::None, false); }},
     {"zelMenuWindow", "dialog-question",
@@ -347,9 +360,26 @@ constexpr NamedState kStates[] = {
      [](Stage& stage) { stage.active<OperationSettingsForm>()->ShowPopup(10, 0); }},
     {"workMenuWindow", "saved",
      [](Stage& stage) { stage.active<OperationSettingsForm>()->ShowPopup(7, 0); }},
+    {"workMenuWindow", "saving",
+     [](Stage& stage) {
+         stage.active<OperationSettingsForm>()->ShowPopup(SettingsForm::Saving, 0);
+     }},
+    {"workMenuWindow", "refused",
+     [](Stage& stage) {
+         stage.active<OperationSettingsForm>()->ShowPopup(SettingsForm::Refused, 0);
+     }},
+    {"workMenuWindow", "no-answer",
+     [](Stage& stage) {
+         stage.active<OperationSettingsForm>()->ShowPopup(SettingsForm::NoAnswer, 0);
+     }},
+    {"workMenuWindow", "no-link",
+     [](Stage& stage) { stage.touch(QStringLiteral("forwardButton")); }},
+    {"workMenuWindow", "overlap", [](Stage& stage) { overlap(stage, "weekdayOutTime", false); }},
+    {"workMenuWindow", "overlap-rows",
+     [](Stage& stage) { overlap(stage, "weekdayOutTime", true); }},
     {"foodMenuWindow", "end", listEnd},
-    {"foodMenuWindow", "error",
-     [](Stage& stage) { stage.active<OperationSettingsForm>()->ShowPopup(17, 0); }},
+    {"foodMenuWindow", "overlap", [](Stage& stage) { overlap(stage, "supperTime", false); }},
+    {"foodMenuWindow", "overlap-rows", [](Stage& stage) { overlap(stage, "supperTime", true); }},
     {"foodMenuWindow", "duplicate-use-list",
      [](Stage& stage) { stage.touch(QStringLiteral("duplicateUseCombo")); }},
     {"userEnrollMenuWindow", "pressed",
@@ -385,8 +415,6 @@ constexpr NamedState kStates[] = {
 
 void GalleryState::show(Stage& stage) const {
     stage.open(title);
-    if (title == QLatin1String("foodMenuWindow"))
-        DoorStates::reopenWithMeals(stage);
     if (arrange != nullptr)
         arrange(stage);
 }
