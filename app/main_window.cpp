@@ -106,6 +106,8 @@ MainWindow::MainWindow(QWidget* parent)
     connect(languages_, &Languages::changed, this,
             [this] { MessageOverlay::scriptsChanged(this); });
 
+    connect(link_, &DeviceLink::sent, this,
+            [this](quint16 command, quint8 p1) { recognition_.sent(command, p1); });
     connect(link_, &DeviceLink::connectedChanged, this, &MainWindow::peersChanged);
     link_->open(DevicePaths::linkPort());
 
@@ -157,6 +159,8 @@ void MainWindow::connectMessages() {
             [this](int status) { setSystemStatus(status, 0, 0); });
     connect(messages_, &ShellMessages::accessReported, this,
             [this](const GUI_LOGDATA& event) { sendUserInoutData(&event); });
+    connect(messages_, &ShellMessages::accessRecorded, this,
+            [this](bool accepted) { popups_->showAccess(accepted); });
     connect(messages_, &ShellMessages::userEnrolled, this,
             [this](const info_s& info) { sendUserEnrollData(&info); });
     connect(messages_, &ShellMessages::visitorCalled, this, &MainWindow::signal_restCall_FR51);
@@ -168,7 +172,7 @@ void MainWindow::createDialogs() {
     popups_ = new ReportPopups([this](const QString& key) { return getScript(key); }, this);
     connect(this, &MainWindow::signal_changeWindow, popups_, &ReportPopups::windowChanged);
     connect(&navigation_->windows(), &WindowRegistry::changed, popups_,
-            &ReportPopups::windowRaised);
+            [this] { popups_->windowRaised(navigation_->active()->noticeTop()); });
     connect(status_, &SystemStatus::faultsChanged, popups_, &ReportPopups::showFaults);
     connect(popups_, &ReportPopups::screenWanted, this,
             [this](const QString& title) { showScreen(title, {}); });
@@ -354,6 +358,8 @@ void MainWindow::setSystemStatus(int status, int, int) {
 // --- Management service --------------------------------------------------------------------
 
 void MainWindow::peersChanged() {
+    if (!linkUp())
+        recognition_.forget();
     // What was not reported meanwhile is wanted now, whichever of the two has come last.
     const bool both = linkUp() && serviceReached();
     if (both && !peersReached_)

@@ -356,7 +356,23 @@ void ControllerSimTest::attendanceWaitsForTheChoice() {
     const QDateTime shown =
         QDateTime::currentDateTime().addSecs(clock.readAll().trimmed().toLongLong());
     QVERIFY(qAbs(shown.secsTo(sim_->now())) <= 1);
+    terminal.forget();
 
+    // A camera that is off, or takes a picture for an enrolment, sees nobody.
+    word("track on");
+    for (const quint8 mode : {0, 2}) {
+        terminal.send(command::RecognitionMode, mode);
+        terminal.send(command::CameraRun, mode == 0 ? 0 : 1);
+        terminal.send(command::Greeting);
+        QTRY_VERIFY(terminal.has(command::SelfCheck));
+        QVERIFY(word("face 01023456789").startsWith(QLatin1String("error")));
+        QVERIFY(!terminal.has(command::TrackingBox));
+        terminal.forget();
+    }
+    terminal.send(command::RecognitionMode, 1);
+    QTRY_VERIFY(terminal.has(command::TrackingBox));
+    word("track off");
+    terminal.forget();
     word("face 01023456789");
     QTRY_VERIFY(terminal.has(command::Recognised));
     auto result = terminal.lastRecord<RecognitionResult>();
@@ -404,7 +420,9 @@ void ControllerSimTest::mealsAreCountedAndTakenOnce() {
           "settings setup.operation 2", "time 2026-03-13 12:00"})
         QVERIFY(word(line).startsWith(QLatin1String("ok")));
 
-    word("face 01023456789");
+    terminal.send(command::RecognitionMode, 1);
+    terminal.send(command::CameraRun, 1);
+    QTRY_VERIFY(word("face 01023456789").startsWith(QLatin1String("ok")));
     QTRY_VERIFY(terminal.has(command::Recognised));
     terminal.send(command::RecognitionKey, 33, 0);  // no meals: not a payment
     terminal.send(command::RecognitionKey, 33, 100);

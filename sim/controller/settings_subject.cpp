@@ -1,6 +1,8 @@
 #include <QLoggingCategory>
 #include <QStringList>
 #include <cstring>
+#include <optional>
+#include <utility>
 
 #include "link/command_code.h"
 #include "link/command_parameters.h"
