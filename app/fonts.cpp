@@ -6,6 +6,7 @@
 #include <QStringList>
 
 #include "base/device_paths.h"
+#include "base/folder_links.h"
 
 Q_LOGGING_CATEGORY(fontLog, "zel.app.fonts", QtInfoMsg)
 
@@ -22,8 +23,8 @@ const QLatin1String kSerif("NotoSerif-Bold.ttf");
 const QLatin1String kJapaneseMedium("logotypejp_mp_m_1.1.ttf");
 const QLatin1String kJapaneseBold("logotypejp_mp_b_1.1.ttf");
 
-void link(QLatin1String name) {
-    DevicePaths::runShell(QStringLiteral("ln -s %1%3 %2%3").arg(kSource, kLinks, name));
+QString source(QLatin1String name) {
+    return DevicePaths::at(QString(kSource) + name);
 }
 
 void add(QLatin1String name) {
@@ -38,9 +39,10 @@ void add(QLatin1String name) {
 namespace Fonts {
 
 void installBase() {
-    DevicePaths::runShell(QStringLiteral("rm /usr/lib/fonts/*"));
+    QStringList files;
     for (const QLatin1String name : {kLight, kBold, kMedium, kRegular, kSerif})
-        link(name);
+        files.append(source(name));
+    FolderLinks::replace(DevicePaths::at(kLinks), files);
     registerBase();
 }
 
@@ -51,17 +53,17 @@ void registerBase() {
 
 void installJapanese() {
     for (const QLatin1String name : {kJapaneseMedium, kJapaneseBold})
-        link(name);
+        FolderLinks::add(DevicePaths::at(kLinks), source(name));
     for (const QLatin1String name : {kJapaneseMedium, kJapaneseBold})
         add(name);
 }
 
 void removeJapanese() {
     // The files go, not the links: a terminal that has left the language needs the space.
-    if (!QFile::exists(DevicePaths::at(QString(kSource) + kJapaneseMedium)))
+    if (!QFile::exists(source(kJapaneseMedium)))
         return;
     for (const QLatin1String name : {kJapaneseMedium, kJapaneseBold})
-        DevicePaths::runShell(QStringLiteral("rm %1%2").arg(kSource, name));
+        QFile::remove(source(name));
 }
 
 }  // namespace Fonts

@@ -2,32 +2,31 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
-#include <QHoverEvent>
 #include <QLoggingCategory>
-#include <algorithm>
-#include <cstring>
 #include <iterator>
 #include <utility>
 
 #include "app/management_link.h"
-#include "app/menu_timer.h"
 #include "app/message_dispatch.h"
 #include "app/network_setup.h"
 #include "app/report_popups.h"
 #include "app/screen_factory.h"
+#include "app/screen_titles.h"
+#include "app/shell_messages.h"
 #include "app/status_popup.h"
 #include "app/window_form.h"
 #include "base/clock.h"
 #include "base/device_folders.h"
 #include "base/device_paths.h"
-#include "cloud/event_reports.h"
+#include "base/folder_links.h"
 #include "cloud/parameters.h"
 #include "link/command_code.h"
 #include "link/command_parameters.h"
+#include "ui/input_field.h"
 #include "ui/key_click.h"
+#include "ui/message_overlay.h"
 #include "ui/theme.h"
 #include "ui/touch_key_form.h"
 #include "ui_main_window.h"
@@ -40,7 +39,6 @@ MainWindow* theMainWindow = nullptr;
 
 /// How long the end of the process waits for the last frames to leave, in milliseconds.
 constexpr int kFlushTime = 500;
-constexpr int kMaxSpokenText = 128;
 /// By the settings' sleep choice, in seconds.
 constexpr int kSleepTimes[] = {0, 30, 60, 180, 300, 600};
 
@@ -64,23 +62,37 @@ MainWindow::MainWindow(QWidget* parent)
     else
         setFixedSize(Theme::kScreenWidth, Theme::kScreenHeight);
 
+    settings_ = new SettingsEntrance(records_, this);
+    connect(settings_, &SettingsEntrance::changed, this, &MainWindow::settingsChanged);
     languages_ = new Languages(this);
     status_ = new SystemStatus([this] { return records_.menu(); },
                                [this] { return management_->connected(); }, this);
-    menuTimer_ = new MenuTimer([this] { return records_.menu(); }, this);
-    dispatch_ = new MessageDispatch(windows_, this);
+    navigation_ = new Navigation(
+        [this] { return settingsArrived() ? std::optional(records_.menu()) : std::nullopt; }, this);
+    dispatch_ = new MessageDispatch(navigation_->windows(), this);
     link_ = new DeviceLink([this](quint16 command, quint8, quint8, quint16 length,
                                   const char* payload) { DataParsing(command, length, payload); },
                            this);
+    orders_ = std::make_unique<ControllerOrders>(*link_);
+    messages_ = new ShellMessages(*link_, records_, *settings_, *status_, this);
     KeyClick::setHandler([this] { SendCommand(command::KeyClick, 0, 0); });
+    InputField::setKeypad([this](InputField* field) { showTouchKey(field); });
+    MessageOverlay::setScripts([this](const QString& key) { return getScript(key); });
 
+    // Who looks on from outside, a tester or a script, can tell the screens apart by their names.
+    connect(&navigation_->windows(), &WindowRegistry::changed, this, [this] {
+        const QString title = navigation_->active()->getTitle();
+        setWindowTitle(QStringLiteral("zel-terminal: ") + title);
+        qCInfo(appLog, "screen %s", qPrintable(title));
+    });
     WindowForm::setShell(this);
     initWindowList();
     link_->clearReceiveState();
-    changeWindow(QStringLiteral("stayWindow"));
-    statusPopup_ = new StatusPopup([this](const QString& key) { return getScript(key); }, this);
-    connect(menuTimer_, &MenuTimer::timedOut, this, &MainWindow::MenuTimeout);
-    connect(dispatch_, &MessageDispatch::shellMessage, this, &MainWindow::shellMessage);
+    changeWindow(screen_title::kStandby);
+    statusPopup_ = new StatusPopup(this);
+    connect(navigation_, &Navigation::timedOut, this,
+            [this] { SendCloseMessage(command::closed::ByMenuTimeout); });
+    connectMessages();
 
     setAttribute(Qt::WA_Hover);
     installEventFilter(this);
@@ -91,16 +103,21 @@ MainWindow::MainWindow(QWidget* parent)
     touchKey_->hide();
     applyScriptToKeypad();
     connect(languages_, &Languages::changed, this, &MainWindow::applyScriptToKeypad);
+    connect(languages_, &Languages::changed, this,
+            [this] { MessageOverlay::scriptsChanged(this); });
 
+    connect(link_, &DeviceLink::sent, this,
+            [this](quint16 command, quint8 p1) { recognition_.sent(command, p1); });
     connect(link_, &DeviceLink::connectedChanged, this, &MainWindow::peersChanged);
     link_->open(DevicePaths::linkPort());
 
-    connect(&windows_, &WindowRegistry::changing, this, &MainWindow::signal_changeWindow);
+    connect(&navigation_->windows(), &WindowRegistry::changing, this,
+            &MainWindow::signal_changeWindow);
     connect(this, &MainWindow::signal_changeWindow, this, &MainWindow::changeWindowShowEvent);
     createDialogs();
     management_ = new ManagementLink(*this, *this, this);
-    management_->start();
     connectManagement();
+    management_->start();
 }
 
 MainWindow::~MainWindow() {
@@ -111,8 +128,10 @@ MainWindow::~MainWindow() {
     // Joins the thread that serves HTTP, which may call back until then.
     delete std::exchange(management_, nullptr);
     KeyClick::setHandler(nullptr);
+    InputField::setKeypad(nullptr);
+    MessageOverlay::setScripts(nullptr);
     // The screens go while everything that they use is still there.
-    windows_.deleteAll();
+    navigation_->windows().deleteAll();
     WindowForm::setShell(nullptr);
     theMainWindow = nullptr;
 }
@@ -125,21 +144,38 @@ void MainWindow::installPictures() {
     const QString folder = DevicePaths::at(QStringLiteral("/usr/img"));
     if (!QFileInfo(folder).isDir() || !QFileInfo(folder).isWritable())
         qCWarning(appLog, "%s cannot be written, there will be no pictures", qPrintable(folder));
-    DevicePaths::runShell(QStringLiteral("rm /usr/img/* "));
-    DevicePaths::runShell(QStringLiteral("ln -s /zel1/image/img/* /usr/img/ "));
+    FolderLinks::replace(folder,
+                         FolderLinks::entries(DevicePaths::at(QStringLiteral("/zel1/image/img"))));
 }
 
 void MainWindow::initWindowList() {
-    createScreens(this, windows_);
+    createScreens(this, navigation_->windows());
+}
+
+void MainWindow::connectMessages() {
+    connect(dispatch_, &MessageDispatch::shellMessage, messages_, &ShellMessages::take);
+    connect(messages_, &ShellMessages::quitOrdered, this, &MainWindow::quitByController);
+    connect(messages_, &ShellMessages::statusReported, this,
+            [this](int status) { setSystemStatus(status, 0, 0); });
+    connect(messages_, &ShellMessages::accessReported, this,
+            [this](const GUI_LOGDATA& event) { sendUserInoutData(&event); });
+    connect(messages_, &ShellMessages::accessRecorded, this,
+            [this](bool accepted) { popups_->showAccess(accepted); });
+    connect(messages_, &ShellMessages::userEnrolled, this,
+            [this](const info_s& info) { sendUserEnrollData(&info); });
+    connect(messages_, &ShellMessages::visitorCalled, this, &MainWindow::signal_restCall_FR51);
+    connect(messages_, &ShellMessages::popupWanted, this,
+            [this](int command, int p1) { ShowCommandPopup(command, p1, 0, nullptr); });
 }
 
 void MainWindow::createDialogs() {
     popups_ = new ReportPopups([this](const QString& key) { return getScript(key); }, this);
     connect(this, &MainWindow::signal_changeWindow, popups_, &ReportPopups::windowChanged);
-    connect(&windows_, &WindowRegistry::changed, popups_, &ReportPopups::windowRaised);
+    connect(&navigation_->windows(), &WindowRegistry::changed, popups_,
+            [this] { popups_->windowRaised(navigation_->active()->noticeTop()); });
     connect(status_, &SystemStatus::faultsChanged, popups_, &ReportPopups::showFaults);
     connect(popups_, &ReportPopups::screenWanted, this,
-            [this](const QString& title) { changeWindow(title); });
+            [this](const QString& title) { showScreen(title, {}); });
     connect(popups_, &ReportPopups::errorShown, this, [this] { PlaySound(command::sound::Error); });
     connect(popups_, &ReportPopups::deleteLogsWanted, this, &MainWindow::deleteWarnMaxLog);
     connect(popups_, &ReportPopups::keepLogsWanted, this, &MainWindow::cancelWarnMaxLog);
@@ -178,133 +214,36 @@ void MainWindow::connectManagement() {
 
 // --- Device link ---------------------------------------------------------------------------
 
-bool MainWindow::SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2) {
-    return link_->send(cmd, p1, p2);
-}
-
-bool MainWindow::SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2,
-                             unsigned short len, const char* payload) {
-    return link_->send(cmd, p1, p2, len, payload);
-}
-
-void MainWindow::SendCloseMessage(int value) {
-    SendCommand(command::ScreenClosed, static_cast<unsigned char>(value), 0);
-}
-
-void MainWindow::PlaySound(int id) {
-    const char payload[] = {static_cast<char>(id & 0xFF), static_cast<char>((id >> 8) & 0xFF)};
-    SendCommand(command::PlaySound, 0, 0, sizeof payload, payload);
-}
-
-void MainWindow::EnrollPlaySoundTts(int n, const char* text) {
-    const auto number = static_cast<unsigned char>(n & 0xFF);
-    if (text == nullptr) {
-        SendCommand(command::SpeakText, 0, number, 0, nullptr);
-        return;
-    }
-    char payload[kMaxSpokenText] = {};
-    std::memcpy(payload, text, strnlen(text, sizeof payload));
-    SendCommand(command::SpeakText, 0, number, sizeof payload, payload);
-}
-
-void MainWindow::checkingForUnsentData() {
-    if (!link_->connected())
-        return;
-    SendCommand(command::AskUnsentUsers, 0, 0);
-    if (link_->connected())
-        SendCommand(command::AskUnsentLogs, 0, 0);
-}
-
-void MainWindow::checkSentMessageList() {}
-
-void MainWindow::sendTestPacket(unsigned short cmd, unsigned short len, const char* payload) {
-    DataParsing(cmd, len, payload);
-}
-
 void MainWindow::DataParsing(unsigned short command, unsigned short length, const char* payload) {
     dispatch_->dispatch(
         {command, link_->firstParameter(), link_->secondParameter(), length, payload});
 }
 
-void MainWindow::shellMessage(const DeviceMessage& message) {
-    switch (message.command) {
-        case command::Quit:
-            quitByController();
-            break;
-        case command::SystemStatus:
-            setSystemStatus(
-                message.p1, message.p2,
-                message.length > 0 ? static_cast<unsigned char>(message.payload[0]) : 0);
-            if (const auto report = message.record<StatusReport>())
-                records_.setMealCount(report->meals);
-            else if (message.length > 0)
-                qCWarning(appLog, "status report without counts: %d bytes where %zu are needed",
-                          message.length, sizeof(StatusReport));
-            break;
-        case command::Settings:
-        case command::SettingsChanged:
-            settingsReceived(*message.record<_gui_menu_>());
-            break;
-        case command::ControllerEvent:
-            lastControllerEvent_ = {message.command, message.p1, message.p2, 0, nullptr};
-            break;
-        case command::SelfCheck:
-            status_->setSelfCheck(*message.record<std::uint32_t>());
-            break;
-        case command::UnsentDataWaiting:
-        case command::UnsentDataReady:
-            checkingForUnsentData();
-            break;
-        case command::FullLogsDeleted:
-            // What is left in the store has new numbers; the service is to see it once more.
-            SendCommand(command::AskUnsentLogs, 0, 0);
-            break;
-        case command::TextSpoken:
-            EnrollPlaySoundTts(0, nullptr);
-            break;
-        case command::AccessEvent:
-            if (const auto event = message.record<GUI_LOGDATA>())
-                sendUserInoutData(&*event);
-            ShowCommandPopup(message.command, message.p1, message.p2, message.payload);
-            break;
-        case command::UserEnrolled:
-            if (const auto info = message.record<info_s>())
-                sendUserEnrollData(&*info);
-            break;
-        case command::VisitorCall:
-            if (const auto call = message.record<VisitorCallReport>())
-                emit signal_restCall_FR51(
-                    QVariant::fromValue(event_reports::visitor(fieldText(call->visiblePicture))));
-            break;
-        case command::ControllerNote:
-            qCDebug(appLog, "controller note %d %d", message.p1, message.p2);
-            break;
-        default:
-            ShowCommandPopup(message.command, message.p1, message.p2, message.payload);
-            break;
-    }
-}
-
-void MainWindow::settingsReceived(const _gui_menu_& record) {
-    const _gui_menu_ before = records_.menu();
-    records_.setMenu(record);
+void MainWindow::settingsChanged(const SettingsChange& change) {
+    const SetupBlock& setup = change.now.setup;
     // The settings choose the numbering of the status that is in force.
-    if (before.setup.operation != record.setup.operation)
+    if (change.in(&_gui_menu_::setup, &SetupBlock::operation))
         status_->setStatus(status_->status());
-    setReaderMode(static_cast<ReaderMode>(record.setup.readerMode));
-    setServiceMode(static_cast<ServiceMode>(record.setup.serviceMode));
-    setAlarmMode(static_cast<AlarmMode>(record.setup.alarmMode));
-    languages_->apply(record.setup.language);
-    if (!settingsArrived_ ||
-        std::memcmp(&before.network, &record.network, sizeof before.network) != 0)
+    if (change.in(&_gui_menu_::setup, &SetupBlock::readerMode))
+        setReaderMode(static_cast<ReaderMode>(setup.readerMode));
+    if (change.in(&_gui_menu_::setup, &SetupBlock::serviceMode))
+        setServiceMode(static_cast<ServiceMode>(setup.serviceMode));
+    if (change.in(&_gui_menu_::setup, &SetupBlock::alarmMode))
+        setAlarmMode(static_cast<AlarmMode>(setup.alarmMode));
+    if (change.in(&_gui_menu_::setup, &SetupBlock::language))
+        languages_->apply(setup.language);
+    MenuTimer& menuTimer = navigation_->menuTimer();
+    if (change.in(&_gui_menu_::screen, &ScreenBlock::menuTimeout) && menuTimer.isRunning())
+        menuTimer.start(MenuTimer::timeout(change.now.screen.menuTimeout), menuTimer.returnTitle());
+    if (change.in(&_gui_menu_::network))
         initRestCall();
-    settingsArrived_ = true;
-    if (WindowForm* active = windows_.active())
-        active->settingsChanged();
+    if (change.in(&_gui_menu_::network, &NetworkBlock::useManager))
+        peersChanged();
+    if (WindowForm* active = navigation_->active())
+        active->settingsChanged(change);
 }
 
 void MainWindow::quitByController() {
-    SendCommand(command::QuitAcknowledged, 0, 0);
     link_->close(kFlushTime);
     close();
     QCoreApplication::exit(0);
@@ -317,59 +256,14 @@ int MainWindow::getSleepMode() const {
     return choice < std::size(kSleepTimes) ? kSleepTimes[choice] : 0;
 }
 
-void MainWindow::setWorkMode(WorkMode mode) {
-    status_->setWorkMode(mode);
-}
-
-WorkMode MainWindow::getWorkMode() const {
-    return status_->workMode();
-}
-
 // --- Screens -------------------------------------------------------------------------------
 
-int MainWindow::changeWindow(const QString& title) {
-    return windows_.change(title);
-}
-
-int MainWindow::changeWindow(const QString& title, const QVariant& param) {
-    return windows_.change(title, &param);
-}
-
-void MainWindow::changeWindowShowEvent(const QString& title) {
-    StartMenuTimer();
-    if (title.startsWith(QLatin1String("factory")) || title.startsWith(QLatin1String("f_")))
-        factoryActive_ = true;
-    if (factoryActive_)
-        StopMenuTimer();
-}
-
-void MainWindow::StartMenuTimer() {
-    menuTimer_->start();
-}
-
-void MainWindow::StartMenuTimer(int seconds, const QString& returnTitle) {
-    menuTimer_->start(seconds, returnTitle);
-}
-
-void MainWindow::ResetMenuTimer() {
-    menuTimer_->reset();
-}
-
-void MainWindow::ResetMenuTimer(int seconds) {
-    menuTimer_->reset(seconds);
-}
-
-void MainWindow::UpdateResetTimer(int selector) {
-    menuTimer_->updateReset(selector);
-}
-
-void MainWindow::StopMenuTimer() {
-    menuTimer_->stop();
-}
-
-void MainWindow::MenuTimeout(const QString& returnTitle) {
-    SendCloseMessage(command::closed::ByMenuTimeout);
-    changeWindow(returnTitle);
+void MainWindow::showScreen(const QString& title, const QVariant& param) {
+    WindowForm* active = getActivateWindowForm();
+    if (active != nullptr && active->getTitle() == title)
+        active->setParam(param);
+    else
+        changeWindow(title, param);
 }
 
 void MainWindow::showTouchKey() {
@@ -410,7 +304,12 @@ DialogForm* MainWindow::getPopupForm() const {
 }
 
 void MainWindow::deleteWarnMaxLog() {
-    SendCommand(command::DeleteFullLogs, 0, 0);
+    // Whoever has to enter the password first is not to be recognised meanwhile.
+    if (!isAdministrator() && canChangeWindow()) {
+        SendCommand(command::RecognitionMode, command::recognition::Off, 0);
+        SendCommand(command::CameraRun, command::camera::Off, 0);
+    }
+    asAdministrator([this] { SendCommand(command::DeleteFullLogs, 0, 0); });
 }
 
 void MainWindow::cancelWarnMaxLog() {
@@ -433,7 +332,7 @@ void MainWindow::showEvent(QShowEvent* event) {
 
 void MainWindow::checkBootchecker() {
     const bool rebooted = QFile::exists(DevicePaths::at(QStringLiteral("/mnt/data/rebootchkr")));
-    changeWindow(rebooted ? QStringLiteral("stayWindow") : QStringLiteral("bootWindow"));
+    changeWindow(rebooted ? screen_title::kStandby : screen_title::kBoot);
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
@@ -442,10 +341,6 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 }
 
 // --- Languages -----------------------------------------------------------------------------
-
-void MainWindow::changeLanguage(int languageNumber) {
-    languages_->change(languageNumber);
-}
 
 void MainWindow::applyScriptToKeypad() {
     touchKey_->applyScripts([this](const QString& key) { return getScript(key); });
@@ -456,27 +351,21 @@ void MainWindow::applyScriptToKeypad() {
 
 void MainWindow::setSystemStatus(int status, int, int) {
     status_->setStatus(status);
-    WindowForm* active = getActivateWindowForm();
-    if (active != nullptr && active->getTitle() == QLatin1String("liveWindow"))
-        active->workModeChanged();
-}
-
-int MainWindow::getSystemStatus() const {
-    return status_->status();
-}
-
-void MainWindow::dev_selfChkrResult() {
-    status_->evaluateSelfCheck();
-}
-
-std::uint32_t MainWindow::selfCheckWord() const {
-    return status_->selfCheck();
+    if (navigation_->isActive(screen_title::kLive))
+        navigation_->active()->workModeChanged();
 }
 
 // --- Management service --------------------------------------------------------------------
 
 void MainWindow::peersChanged() {
-    if (WindowForm* active = windows_.active())
+    if (!linkUp())
+        recognition_.forget();
+    // What was not reported meanwhile is wanted now, whichever of the two has come last.
+    const bool both = linkUp() && serviceReached();
+    if (both && !peersReached_)
+        checkingForUnsentData();
+    peersReached_ = both;
+    if (WindowForm* active = navigation_->active())
         active->peersChanged();
 }
 
@@ -485,7 +374,7 @@ bool MainWindow::serviceInUse() const {
 }
 
 bool MainWindow::serviceReached() const {
-    return management_ != nullptr && management_->connected();
+    return serviceInUse() && management_->connected();
 }
 
 DownloadManager& MainWindow::downloads() {
@@ -494,32 +383,32 @@ DownloadManager& MainWindow::downloads() {
 
 void MainWindow::parsingRestCommand(int command, QVariant parameter) {
     switch (command) {
-        case 4:
+        case host_command::kEnrolUser:
             emit signal_receiveNetUserEnroll(parameter);
             break;
-        case 5:
+        case host_command::kGetUser:
             emit signal_restReceive_FR33_2(parameter);
             break;
-        case 6:
+        case host_command::kDeleteUser:
             emit signal_restReceive_FR33_3(parameter);
             break;
-        case 10:
+        case host_command::kRunEnrolment:
             emit signal_restCall_FR37(parameter);
             break;
-        case 12:
+        case host_command::kUpdateFirmware:
             // The downloader lives in the GUI thread.
             QMetaObject::invokeMethod(this, [this, parameter] { downloadFileURL(parameter); });
             break;
-        case 14:
+        case host_command::kSetDevice:
             emit signal_restCall_FR59(parameter);
             break;
-        case 15:
+        case host_command::kSetSystem:
             emit signal_restCall_FR61(parameter);
             break;
-        case 16:
+        case host_command::kOpenDoor:
             emit signal_receiveDoorOpen(0);
             break;
-        case 18:
+        case host_command::kSetTime:
             emit signal_restSetTime(parameter);
             break;
         default:
@@ -544,7 +433,7 @@ void MainWindow::setIp(const AddressBlock& own) {
 }
 
 void MainWindow::startEnrolment() {
-    if (WindowForm* live = getWindow(QStringLiteral("liveWindow")))
+    if (WindowForm* live = getWindow(screen_title::kLive))
         live->enrolRequested();
 }
 
@@ -567,10 +456,6 @@ void MainWindow::sendUserInoutData(const GUI_LOGDATA* event) {
 
 void MainWindow::sendUserEnrollData(const info_s* info) {
     management_->reportEnrolment(*info);
-}
-
-void MainWindow::receiveOpenDoor() {
-    emit signal_receiveDoorOpen(0);
 }
 
 void MainWindow::sendCommand_ReceiveNetUserGet(const QVariant& parameter) {
@@ -611,7 +496,7 @@ void MainWindow::userRestChkrResult() {
 
 void MainWindow::fwFileDownloadStart(const QString& path) {
     qCInfo(appLog, "Start Download : %s", qPrintable(path));
-    changeWindow(QStringLiteral("upgradingWindow"), path);
+    showScreen(screen_title::kUpgrading, path);
 }
 
 void MainWindow::fileDownloadComplete() {

@@ -4,10 +4,13 @@
 #include <QVariant>
 #include <memory>
 
+#include "app/controller_orders.h"
 #include "app/languages.h"
+#include "app/navigation.h"
+#include "app/recognition_run.h"
 #include "app/record_store.h"
+#include "app/settings_entrance.h"
 #include "app/system_status.h"
-#include "app/window_registry.h"
 #include "app/window_shell.h"
 #include "cloud/cloud_host.h"
 #include "cloud/management_host.h"
@@ -21,11 +24,11 @@ class MainWindow;
 }
 class DialogForm;
 class InputField;
-class MenuTimer;
 class ManagementLink;
 class MessageDispatch;
 class ReportPopups;
 class RestClass;
+class ShellMessages;
 class StatusPopup;
 class TouchKeyForm;
 class TouchWatcher;
@@ -46,34 +49,41 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     static MainWindow* getMainWindow();
 
     // --- Device link -----------------------------------------------------------------------
-    bool SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2) override;
+    bool SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2) override {
+        return link_->send(cmd, p1, p2);
+    }
     bool SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2, unsigned short len,
-                     const char* data) override;
+                     const char* payload) override {
+        return link_->send(cmd, p1, p2, len, payload);
+    }
     bool linkUp() const override { return link_->connected(); }
     LinkProgress linkProgress() const override { return link_->progress(); }
-    void SendCloseMessage(int value) override;
-    void PlaySound(int id) override;
-    void EnrollPlaySoundTts(int n, const char* text) override;
+    bool recognitionRuns() const override { return recognition_.runs(); }
+    void SendCloseMessage(int value) override { orders_->tellClosed(value); }
+    void PlaySound(int id) override { orders_->playSound(id); }
+    void EnrollPlaySoundTts(int n, const char* text) override { orders_->speak(n, text); }
     /// Asks for the users and logs that the management service has not seen.
-    void checkingForUnsentData();
+    void checkingForUnsentData() { orders_->askForUnsentData(); }
     /// Kept without effect: frames are never sent again.
-    void checkSentMessageList();
+    void checkSentMessageList() {}
     /// Handles a frame as if it had arrived; lets screens be tried without a controller.
-    void sendTestPacket(unsigned short cmd, unsigned short len, const char* data);
+    void sendTestPacket(unsigned short cmd, unsigned short len, const char* payload) {
+        DataParsing(cmd, len, payload);
+    }
     /// Dispatches one frame, with the parameters of the header received last.
     void DataParsing(unsigned short command, unsigned short length, const char* payload);
 
     // --- Records ---------------------------------------------------------------------------
     /// GetGuiMenu may be called from any thread.
     void GetGuiMenu(_gui_menu_* record) const override { *record = records_.menu(); }
-    void SetGuiMenu(const _gui_menu_* record) override { records_.setMenu(*record); }
+    void SetGuiMenu(const _gui_menu_* record) override { settings_->store(*record); }
     void GetGuiUser(_gui_user_* record) const override { *record = records_.user(); }
     void SetGuiUser(const _gui_user_* record) override { records_.setUser(*record); }
     void GetUserLog(GUI_USERLOG* record) const override { *record = records_.userLog(); }
     void SetUserLog(const GUI_USERLOG* record) override { records_.setUserLog(*record); }
     void GetMealCount(MEAL_COUNT* record) const override { *record = records_.mealCount(); }
     _gui_menu_ menuRecord() const override { return records_.menu(); }
-    bool settingsArrived() const override { return settingsArrived_; }
+    bool settingsArrived() const override { return settings_->arrived(); }
     QString callNumberPath() const override { return callNumberPath_; }
     QString locationPath() const override { return locationPath_; }
     QString imageDirectory() const override { return imageDirectory_; }
@@ -85,25 +95,45 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     ServiceMode getServiceMode() const override { return serviceMode_; }
     void setAlarmMode(AlarmMode mode) override { alarmMode_ = mode; }
     AlarmMode getAlarmMode() const override { return alarmMode_; }
-    void setWorkMode(WorkMode mode) override;
-    WorkMode getWorkMode() const override;
+    void setWorkMode(WorkMode mode) override { status_->setWorkMode(mode); }
+    WorkMode getWorkMode() const override { return status_->workMode(); }
     void setState1N1(int state) override { state1N1_ = state; }
     int getState1N1() const override { return state1N1_; }
 
     // --- Screens ---------------------------------------------------------------------------
-    int changeWindow(const QString& title) override;
-    int changeWindow(const QString& title, const QVariant& param) override;
-    WindowForm* getWindow(const QString& title) const override { return windows_.find(title); }
-    WindowForm* getActivateWindowForm() const override { return windows_.active(); }
-    void setChangeWindowFlag(bool allowed) override { windows_.setChangeAllowed(allowed); }
-    const QList<WindowForm*>& windowList() const { return windows_.windows(); }
+    int changeWindow(const QString& title) override { return navigation_->change(title); }
+    int changeWindow(const QString& title, const QVariant& param) override {
+        return navigation_->change(title, &param);
+    }
+    WindowForm* getWindow(const QString& title) const override {
+        return navigation_->windows().find(title);
+    }
+    WindowForm* getActivateWindowForm() const override { return navigation_->windows().active(); }
+    void setChangeWindowFlag(bool allowed) override {
+        navigation_->windows().setChangeAllowed(allowed);
+    }
+    bool canChangeWindow() const override { return navigation_->windows().isChangeAllowed(); }
+    const QList<WindowForm*>& windowList() const { return navigation_->windows().windows(); }
 
-    void StartMenuTimer() override;
-    void StartMenuTimer(int seconds, const QString& returnTitle) override;
-    void ResetMenuTimer() override;
-    void ResetMenuTimer(int seconds) override;
-    void UpdateResetTimer(int selector) override;
-    void StopMenuTimer() override;
+    void asAdministrator(const std::function<void()>& request) override {
+        navigation_->asAdministrator(request);
+    }
+    void passwordEntered(const PasswordPurpose& purpose) override {
+        navigation_->passwordEntered(purpose);
+    }
+    bool isAdministrator() override { return navigation_->session().isOpen(); }
+    int enrolAtDoor(int enrolMode) override { return navigation_->enrolAtDoor(enrolMode); }
+    QString enrolmentReturnTitle() const override { return navigation_->enrolmentReturnTitle(); }
+    AdministratorSession& session() { return navigation_->session(); }
+
+    void StartMenuTimer() override { navigation_->menuTimer().start(); }
+    void StartMenuTimer(int seconds, const QString& returnTitle) override {
+        navigation_->menuTimer().start(seconds, returnTitle);
+    }
+    void ResetMenuTimer() override { navigation_->menuTimer().reset(); }
+    void ResetMenuTimer(int seconds) override { navigation_->menuTimer().reset(seconds); }
+    void UpdateResetTimer(int selector) override { navigation_->menuTimer().updateReset(selector); }
+    void StopMenuTimer() override { navigation_->menuTimer().stop(); }
 
     void showTouchKey() override;
     void showTouchKey(InputField* field) override;
@@ -122,19 +152,19 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     QStringList getLanguageList() const override { return languages_->titles(); }
     QString getScriptFontFamily() const override { return languages_->scripts().getFontFamily(); }
     int scriptRevision() const override { return languages_->scripts().revision(); }
-    void changeLanguage(int languageNumber) override;
+    void changeLanguage(int languageNumber) override { languages_->change(languageNumber); }
 
     // --- Status ----------------------------------------------------------------------------
     void setSystemStatus(int status, int p2, int value);
-    int getSystemStatus() const override;
-    void dev_selfChkrResult();
+    int getSystemStatus() const override { return status_->status(); }
+    void dev_selfChkrResult() { status_->evaluateSelfCheck(); }
 
     // --- Management service ----------------------------------------------------------------
     bool serviceInUse() const override;
     bool serviceReached() const override;
     DownloadManager& downloads() override;
     _gui_menu_ settings() const override { return records_.menu(); }
-    std::uint32_t selfCheckWord() const override;
+    std::uint32_t selfCheckWord() const override { return status_->selfCheck(); }
     /// Turns a management command into its signal, whose slot runs in the GUI thread. A number
     /// that has none does nothing. Any thread.
     void parsingRestCommand(int command, QVariant parameter) override;
@@ -152,10 +182,10 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     void sendUserInoutData(const GUI_LOGDATA* event);
     void sendUserEnrollData(const info_s* info);
     /// Opens the door once, for a request from inside the terminal.
-    void receiveOpenDoor();
+    void receiveOpenDoor() { emit signal_receiveDoorOpen(0); }
 
  public slots:
-    void changeWindowShowEvent(const QString& title);
+    void changeWindowShowEvent(const QString& title) { navigation_->startTime(title); }
     void sendCommand_ReceiveNetUserGet(const QVariant& parameter);
     void sendCommand_ReceiveNetUserDelete(const QVariant& parameter);
     void sendCommand_ReceiveNetUserEnroll(const QVariant& parameter);
@@ -197,15 +227,16 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
  private:
     void installPictures();
     void initWindowList();
+    void connectMessages();
     void createDialogs();
     void connectManagement();
     void peersChanged();
-    void settingsReceived(const _gui_menu_& record);
+    void settingsChanged(const SettingsChange& change);
     void checkBootchecker();
     void applyScriptToKeypad();
-    void shellMessage(const DeviceMessage& message);
     void quitByController();
-    void MenuTimeout(const QString& returnTitle);
+    /// Shows a screen, or tells it the parameter if it is up already.
+    void showScreen(const QString& title, const QVariant& param);
     void deleteWarnMaxLog();
     void cancelWarnMaxLog();
 
@@ -216,11 +247,14 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     const QString imageDirectory_;
     std::unique_ptr<Ui::MainWindow> ui_;
 
-    WindowRegistry windows_;
+    std::unique_ptr<ControllerOrders> orders_;
+
     Languages* languages_ = nullptr;
-    MenuTimer* menuTimer_ = nullptr;
+    Navigation* navigation_ = nullptr;
+    SettingsEntrance* settings_ = nullptr;
     SystemStatus* status_ = nullptr;
     MessageDispatch* dispatch_ = nullptr;
+    ShellMessages* messages_ = nullptr;
     DeviceLink* link_ = nullptr;
     StatusPopup* statusPopup_ = nullptr;
     ReportPopups* popups_ = nullptr;
@@ -228,12 +262,11 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     TouchKeyForm* touchKey_ = nullptr;
     ManagementLink* management_ = nullptr;
 
-    DeviceMessage lastControllerEvent_;
+    RecognitionRun recognition_;
     ReaderMode readerMode_ = ReaderMode::In;
     ServiceMode serviceMode_ = ServiceMode::InService;
     AlarmMode alarmMode_ = AlarmMode::None;
     int state1N1_ = 0;
-    bool settingsArrived_ = false;
     bool shownOnce_ = false;
-    bool factoryActive_ = false;
+    bool peersReached_ = false;  // both the controller and the service
 };

@@ -19,7 +19,7 @@ int MenuTimer::timeout(int selector) {
 }
 
 void MenuTimer::start() {
-    start(timeout(settings_().screen.menuTimeout), QStringLiteral("stayWindow"));
+    start(timeout(settings_().screen.menuTimeout), screen_title::kStandby);
 }
 
 void MenuTimer::start(int seconds, const QString& returnTitle) {

@@ -5,6 +5,8 @@
 #include <QTimer>
 #include <functional>
 
+#include "app/screen_titles.h"
+
 struct _gui_menu_;
 
 /// Brings an unattended terminal back to its idle screen. GUI thread only.
@@ -49,7 +51,7 @@ class MenuTimer : public QObject {
     QTimer timer_;
     bool active_ = false;
     int seconds_ = 3;
-    QString returnTitle_ = QStringLiteral("stayWindow");
+    QString returnTitle_ = screen_title::kStandby;
 };
 
 /// Notices every touch in the whole application, wherever it lands, so that a tap without a move

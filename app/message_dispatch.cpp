@@ -2,20 +2,12 @@
 
 #include <QLoggingCategory>
 
+#include "app/message_routes.h"
 #include "app/window_form.h"
 #include "app/window_registry.h"
 #include "link/command_code.h"
-#include "link/message_routes.h"
 
 Q_LOGGING_CATEGORY(dispatchLog, "zel.app.dispatch", QtInfoMsg)
-
-namespace {
-
-bool isTitled(const WindowForm* window, const char* title) {
-    return title != nullptr && window->getTitle() == QLatin1String(title);
-}
-
-}  // namespace
 
 MessageDispatch::MessageDispatch(const WindowRegistry& windows, QObject* parent)
     : QObject(parent), windows_(windows) {}
@@ -38,7 +30,7 @@ void MessageDispatch::dispatch(const DeviceMessage& message) {
             break;
         case RouteRule::ActiveScreen:
             if (active != nullptr &&
-                (isTitled(active, route->title) || isTitled(active, route->secondTitle)))
+                (active->getTitle() == route->title || active->getTitle() == route->secondTitle))
                 active->deviceAnswer(message);
             break;
         case RouteRule::AnyActive:
@@ -46,7 +38,7 @@ void MessageDispatch::dispatch(const DeviceMessage& message) {
                 active->deviceAnswer(message);
             break;
         case RouteRule::NamedScreen:
-            if (WindowForm* named = windows_.find(QLatin1String(route->title)))
+            if (WindowForm* named = windows_.find(route->title))
                 named->deviceAnswer(message);
             break;
         case RouteRule::NoAction:

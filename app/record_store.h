@@ -11,6 +11,7 @@
 class RecordStore {
  public:
     _gui_menu_ menu() const { return copy(menu_); }
+    /// Only SettingsEntrance stores it, which tells everybody whom it concerns.
     void setMenu(const _gui_menu_& record) { store(menu_, record); }
     _gui_user_ user() const { return copy(user_); }
     void setUser(const _gui_user_& record) { store(user_, record); }

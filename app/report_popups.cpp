@@ -17,7 +17,6 @@ constexpr int kAnyOther = -1;
 
 enum class Kind {
     Result,    // on the shared popup dialog, until it is closed
-    Notice,    // on a strip that leaves the screen to the person at the door, stamped with the time
     Question,  // asks whether logs may be deleted
 };
 
@@ -48,9 +47,8 @@ constexpr Report kReports[] = {
      Icon::Error, "stayWindow"},
     {command::LogStoreReport, command::log_store::Emptied, Kind::Result, "ListItem_LogStoreEmptied",
      Icon::Pass},
-    {command::LogStoreReport, command::log_store::NearlyFull, Kind::Question,
-     "ListItem_LogStoreNearlyFull", Icon::Warning},
-    {command::AccessEvent, command::event::New, Kind::Notice, "Info_AccessEvent", Icon::Info},
+    {command::LogStoreReport, kAnyOther, Kind::Question, "ListItem_LogStoreNearlyFull",
+     Icon::Warning},
 };
 
 const Report* find(int command, int p1) {
@@ -70,38 +68,39 @@ ReportPopups::ReportPopups(std::function<ScriptHandler::Script(const QString&)> 
       popup_(new DialogForm(window)),
       logFull_(new DialogForm(window, kLogFullAutoClose)),
       notice_(new DialogForm(window, kNoticeAutoClose)),
+      faults_(new DialogForm(window, 0, DialogRank::Fault)),
       strip_(new NoticeStrip(window, kStripSeconds)) {
     popup_->setObjectName(QStringLiteral("popupForm"));
-    popup_->setButtonType(DialogForm::OkButton);
     popup_->checkWindowChange(true);
     logFull_->setObjectName(QStringLiteral("logFullDialog"));
     logFull_->setButtonType(DialogForm::OkCancelButtons);
     logFull_->setDanger(true);
     notice_->setObjectName(QStringLiteral("noticeDialog"));
+    notice_->setPassing(true);
+    // A dialog of their own, since they outlast what is shown on the other.
+    faults_->setObjectName(QStringLiteral("faultDialog"));
+    faults_->setIcon(Icon::Error);
     strip_->setObjectName(QStringLiteral("noticeStrip"));
 
     connect(logFull_, &DialogForm::touchOk, this, &ReportPopups::deleteLogsWanted);
     connect(logFull_, &DialogForm::closePopup, this, &ReportPopups::keepLogsWanted);
-    for (DialogForm* dialog : {popup_, logFull_, notice_}) {
-        connect(dialog, &DialogForm::touchOk, this, [this, dialog] { dialogClosed(dialog); });
-        if (dialog != popup_)
-            connect(dialog, &DialogForm::closePopup, this,
-                    [this, dialog] { dialogClosed(dialog); });
-    }
 }
 
 void ReportPopups::windowChanged() {
     popup_->windowChanged();
 }
 
-void ReportPopups::windowRaised() {
-    strip_->raise();
+void ReportPopups::windowRaised(int noticeTop) {
+    strip_->setTop(noticeTop);
 }
 
 void ReportPopups::show(int command, int p1) {
     const Report* report = find(command, p1);
     if (report == nullptr)
         return;
+    // Nothing is left to be deleted.
+    if (command == command::LogStoreReport && p1 == command::log_store::Emptied)
+        logFull_->hide();
     // First, for the change takes the popup of the old screen away.
     if (report->screen != nullptr)
         emit screenWanted(QLatin1String(report->screen));
@@ -109,20 +108,19 @@ void ReportPopups::show(int command, int p1) {
         case Kind::Result:
             present(popup_, QLatin1String(report->key), report->icon);
             break;
-        case Kind::Notice: {
-            ScriptHandler::Script text = scripts_(QLatin1String(report->key));
-            const QString time = scripts_(QStringLiteral("Arg_EventTime")).script;
-            text.script += QStringLiteral("  ") + Clock::now().toString(time);
-            strip_->setText(text);
-            strip_->hide();
-            strip_->show();
-            strip_->raise();
-            break;
-        }
         case Kind::Question:
             present(logFull_, QLatin1String(report->key), report->icon);
             break;
     }
+}
+
+void ReportPopups::showAccess(bool accepted) {
+    const QString key =
+        accepted ? QStringLiteral("Info_AccessEvent") : QStringLiteral("Info_AccessRefusedEvent");
+    ScriptHandler::Script text = scripts_(key);
+    text.script += QStringLiteral("  ") +
+                   Clock::now().toString(scripts_(QStringLiteral("Arg_EventTime")).script);
+    strip_->tell(accepted ? NoticeStrip::Kind::Done : NoticeStrip::Kind::Refused, key, text);
 }
 
 void ReportPopups::showNotice(const QString& key) {
@@ -130,42 +128,23 @@ void ReportPopups::showNotice(const QString& key) {
 }
 
 void ReportPopups::present(DialogForm* dialog, const QString& key, DialogForm::Icon icon) {
-    if (dialog == popup_)
-        popupShowsFaults_ = false;
-    dialog->setIcon(icon);
-    dialog->setText(scripts_(key));
-    dialog->setOkText(scripts_(QStringLiteral("TopMenu_OK")));
-    dialog->setCancelText(scripts_(QStringLiteral("TopMenu_Cancel")));
-    dialog->show();
-    dialog->raise();
+    // The same again leaves what a finger may be about to touch as it is.
+    if (!dialog->isOpen() || dialog->textKey() != key) {
+        dialog->hide();
+        dialog->setIcon(icon);
+        dialog->setTextKey(key);
+        dialog->show();
+    }
     if (icon == Icon::Error)
         emit errorShown();
 }
 
 void ReportPopups::showFaults(const QStringList& keys, bool anyFault) {
-    popup_->hide();
-    faults_ = keys;
-    popupShowsFaults_ = anyFault;
-    if (!anyFault)
+    if (!anyFault) {
+        faults_->hide();
         return;
-    ScriptHandler::Script text;
-    QStringList lines;
-    for (const QString& key : keys) {
-        text = scripts_(key);
-        lines.append(text.script);
     }
-    text.script = lines.join(QLatin1Char('\n'));
-    popup_->setIcon(Icon::Error);
-    popup_->setText(text);
-    popup_->setButtonType(DialogForm::OkButton);
-    popup_->setOkText(scripts_(QStringLiteral("TopMenu_OK")));
-    popup_->show();
-    popup_->raise();
-}
-
-void ReportPopups::dialogClosed(DialogForm* dialog) {
-    if (dialog == popup_ && popupShowsFaults_)
-        faults_.clear();
-    else if (!faults_.isEmpty())
-        showFaults(faults_, true);
+    if (keys != faults_->textKeys())
+        faults_->setTextKeys(keys);
+    faults_->show();
 }

@@ -10,9 +10,8 @@
 class NoticeStrip;
 class QWidget;
 
-/// The shell's three dialogs and its strip, and what they say of the controller's own reports.
-/// Faults that another dialog has hidden come back when that one is closed, until the user has
-/// closed them. GUI thread only.
+/// The shell's dialogs and its strip, and what they say of the controller's own reports. GUI thread
+/// only.
 class ReportPopups : public QObject {
     Q_OBJECT
 
@@ -27,13 +26,18 @@ class ReportPopups : public QObject {
     void show(int command, int p1);
     /// Shows the text of @p key for some seconds, whatever screen comes up meanwhile.
     void showNotice(const QString& key);
-    /// Shows the faults of @p keys; takes them back when @p anyFault is not set.
+    /// Shows the faults of @p keys until the user has closed them, whatever screen comes up
+    /// meanwhile; takes them back when @p anyFault is not set.
     void showFaults(const QStringList& keys, bool anyFault);
+    /// Tells whoever stands at the door that an access has been recorded, or the refusal of one,
+    /// and leaves the screen to them.
+    void showAccess(bool accepted);
 
  public slots:
     void windowChanged();
-    /// What belongs to no screen lies above the one that has come up, too.
-    void windowRaised();
+    /// What belongs to no screen lies above the one that has come up, too; the strip where that
+    /// one leaves a place, at the pixel line @p noticeTop.
+    void windowRaised(int noticeTop);
 
  signals:
     /// A popup is about to come up that belongs to the screen @p title.
@@ -47,13 +51,11 @@ class ReportPopups : public QObject {
 
  private:
     void present(DialogForm* dialog, const QString& key, DialogForm::Icon icon);
-    void dialogClosed(DialogForm* dialog);
 
     const std::function<ScriptHandler::Script(const QString&)> scripts_;
     DialogForm* popup_;
     DialogForm* logFull_;
     DialogForm* notice_;
+    DialogForm* faults_;
     NoticeStrip* strip_;
-    QStringList faults_;  // not closed by the user yet
-    bool popupShowsFaults_ = false;
 };

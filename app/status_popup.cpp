@@ -1,7 +1,5 @@
 #include "app/status_popup.h"
 
-#include <utility>
-
 #include "ui/dialog_form.h"
 
 namespace {
@@ -21,9 +19,7 @@ const char* textKey(int key) {
 
 }  // namespace
 
-StatusPopup::StatusPopup(std::function<ScriptHandler::Script(const QString&)> scripts,
-                         QWidget* window)
-    : QObject(window), scripts_(std::move(scripts)), window_(window) {
+StatusPopup::StatusPopup(QWidget* window) : QObject(window), window_(window) {
     timer_.setSingleShot(true);
     connect(&timer_, &QTimer::timeout, this, &StatusPopup::PopupTimeout);
 }
@@ -39,13 +35,15 @@ void StatusPopup::show(int key, int seconds) {
     key_ = key;
     seconds_ = seconds;
 
-    auto* dialog = new DialogForm(window_, kAutoClose);
-    dialog->setObjectName(QStringLiteral("statusPopup"));
-    dialog->setDeleteOnClose(true);
-    dialog->setIcon(key == kNetworkFailed ? DialogForm::Icon::Error : DialogForm::Icon::Info);
-    dialog->setText(scripts_(QLatin1String(text)));
-    dialog->setOkText(scripts_(QStringLiteral("TopMenu_OK")));
-    dialog->show();
+    if (dialog_)
+        dialog_->hide();
+    dialog_ = new DialogForm(window_, kAutoClose);
+    dialog_->setObjectName(QStringLiteral("statusPopup"));
+    dialog_->setDeleteOnClose(true);
+    dialog_->setPassing(key == kDownloadingSettings);
+    dialog_->setIcon(key == kNetworkFailed ? DialogForm::Icon::Error : DialogForm::Icon::Info);
+    dialog_->setTextKey(QLatin1String(text));
+    dialog_->show();
     shown_ = true;
 }
 

@@ -1,11 +1,10 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 #include <QTimer>
-#include <functional>
 
-#include "ui/script_handler.h"
-
+class DialogForm;
 class QWidget;
 
 /// The small popups that tell what the terminal is doing, chosen by number. GUI thread only.
@@ -16,10 +15,10 @@ class StatusPopup : public QObject {
     static constexpr int kDownloadingSettings = 1;
     static constexpr int kNetworkFailed = 2;
 
-    StatusPopup(std::function<ScriptHandler::Script(const QString&)> scripts, QWidget* window);
+    explicit StatusPopup(QWidget* window);
 
-    /// Shows the popup @p key in a dialog of its own. It counts as shown for @p seconds (0: until
-    /// close()). A number without a text shows nothing.
+    /// Shows the popup @p key in a dialog of its own, which takes the place of the one before. It
+    /// counts as shown for @p seconds (0: until close()). A number without a text shows nothing.
     void show(int key, int seconds);
     void close();
 
@@ -30,8 +29,8 @@ class StatusPopup : public QObject {
  private:
     void PopupTimeout();
 
-    const std::function<ScriptHandler::Script(const QString&)> scripts_;
     QWidget* const window_;
+    QPointer<DialogForm> dialog_;
     QTimer timer_;
     bool shown_ = false;
     int key_ = 0;

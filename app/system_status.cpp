@@ -28,7 +28,13 @@ SystemStatus::SystemStatus(std::function<_gui_menu_()> settings,
       settings_(std::move(settings)),
       serviceReachable_(std::move(serviceReachable)) {
     selfCheckTimer_.setSingleShot(true);
-    connect(&selfCheckTimer_, &QTimer::timeout, this, &SystemStatus::evaluateSelfCheck);
+    connect(&selfCheckTimer_, &QTimer::timeout, this, [this] {
+        // Another attempt at the service is no news of the faults.
+        if (std::exchange(selfCheckNew_, false))
+            evaluateSelfCheck();
+        else
+            seekService();
+    });
 }
 
 void SystemStatus::setStatus(int status) {
@@ -43,6 +49,7 @@ void SystemStatus::setStatus(int status) {
 
 void SystemStatus::setSelfCheck(std::uint32_t word) {
     selfCheck_ = word;
+    selfCheckNew_ = true;
     selfCheckTimer_.start(1);
 }
 
@@ -57,6 +64,10 @@ QStringList SystemStatus::faultKeys(std::uint32_t word) {
 
 void SystemStatus::evaluateSelfCheck() {
     emit faultsChanged(faultKeys(selfCheck_), selfCheck_ != 0);
+    seekService();
+}
+
+void SystemStatus::seekService() {
     if (settings_().network.useManager != kInUse)
         return;
     selfCheckTimer_.stop();

@@ -36,7 +36,7 @@ class SystemStatus : public QObject {
     void setSelfCheck(std::uint32_t word);
     std::uint32_t selfCheck() const { return selfCheck_; }
     /// Shows or takes back the faults and, when the management service is in use, looks after the
-    /// contact with it: again every kRetryInterval until it is reachable.
+    /// contact with it; after that only the contact, every kRetryInterval until it is reachable.
     void evaluateSelfCheck();
 
     /// Script keys of the faults in @p word, touch panel first, tamper last.
@@ -52,10 +52,13 @@ class SystemStatus : public QObject {
     void connectWanted();
 
  private:
+    void seekService();
+
     const std::function<_gui_menu_()> settings_;
     const std::function<bool()> serviceReachable_;
     QTimer selfCheckTimer_;
     int status_ = 0;
     WorkMode workMode_ = WorkMode::AccessOnly;
     std::uint32_t selfCheck_ = 0;
+    bool selfCheckNew_ = false;  // not evaluated yet
 };

@@ -4,7 +4,6 @@
 
 #include "app/window_shell.h"
 #include "link/device_message.h"
-#include "ui/input_field.h"
 #include "ui/scripted.h"
 #include "ui/theme.h"
 
@@ -45,7 +44,7 @@ void WindowForm::setParam(QVariant param) {
 
 void WindowForm::deviceAnswer(const DeviceMessage&) {}
 
-void WindowForm::settingsChanged() {
+void WindowForm::settingsChanged(const SettingsChange&) {
     ensureForm();
 }
 
@@ -58,12 +57,6 @@ void WindowForm::ensureForm() {
         setPalette(colors);
         setAutoFillBackground(true);
         createForm();
-        const QList<InputField*> fields = findChildren<InputField*>();
-        for (InputField* field : fields)
-            connect(field, &InputField::editRequested, this, [field] {
-                if (theShell != nullptr)
-                    theShell->showTouchKey(field);
-            });
     }
     if (theShell == nullptr || scriptRevision_ == theShell->scriptRevision())
         return;

@@ -5,6 +5,7 @@
 #include <QWidget>
 
 struct DeviceMessage;
+struct SettingsChange;
 class WindowShell;
 
 /// Base of every full-screen screen. A screen is created once at start-up as a light object; what
@@ -33,19 +34,32 @@ class WindowForm : public QWidget {
     /// Takes a frame of the device controller that is meant for this screen. What a screen does
     /// not know it ignores.
     virtual void deviceAnswer(const DeviceMessage& message);
-    /// Called on the active screen when the controller has sent its settings. Brings the texts up
-    /// to date, since the language is one of them.
-    virtual void settingsChanged();
+    /// Called on the active screen when the settings in force have changed, whoever has changed
+    /// them: the controller, a screen, this one among them, or the management service. Brings the
+    /// texts up to date, since the language is one of them.
+    virtual void settingsChanged(const SettingsChange& change);
 
     /// Called on the active screen when the device controller or the management service has been
     /// reached, or is no longer.
     virtual void peersChanged() {}
+
+    /// Whether an unattended terminal leaves this screen after the menus' time. Asked when the
+    /// screen is about to come up.
+    virtual bool timesOut() const { return true; }
 
     /// The management service asks for what the screen's enrol button starts.
     virtual void enrolRequested() {}
 
     /// The terminal's operating mode has changed while this screen is the active one.
     virtual void workModeChanged() {}
+
+    /// The pixel line from which on a strip of NoticeStrip::kHeight covers nothing that is read on
+    /// this screen. By default right below the title of a bar.
+    virtual int noticeTop() const { return 66; }
+
+    /// Whether the screen lies above every dialog but its own, which come back after it. For one
+    /// that somebody at the door has to see, and that ends by itself.
+    virtual bool coversDialogs() const { return false; }
 
     /// Builds the form if it is not there yet and brings its texts up to date.
     void ensureForm();
@@ -54,7 +68,7 @@ class WindowForm : public QWidget {
     void setVisible(bool visible) override;
 
  protected:
-    /// Builds the screen's form; called once. Its input fields get the keypad when touched.
+    /// Builds the screen's form; called once.
     virtual void createForm() = 0;
     /// Called after the texts of the form's widgets have been set for a language.
     virtual void scriptsApplied();

@@ -28,6 +28,7 @@ WindowRegistry::Result WindowRegistry::change(const QString& title, const QVaria
     activeIndex_ = windows_.indexOf(next);
     // Raised first: what it opens as it comes up, such as the keypad, lies above it.
     next->raise();
+    DialogOverlay::coverWith(next, next->coversDialogs() ? next : nullptr);
     next->show();
     // A dialog that is up stays the topmost.
     if (DialogOverlay* dialog = DialogOverlay::current(next))

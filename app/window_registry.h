@@ -28,6 +28,7 @@ class WindowRegistry : public QObject {
     /// Makes the window titled @p title the visible one. Valid @p param is given to it first.
     Result change(const QString& title, const QVariant* param = nullptr);
     void setChangeAllowed(bool allowed) { changeAllowed_ = allowed; }
+    bool isChangeAllowed() const { return changeAllowed_; }
 
     WindowForm* active() const { return active_; }
     /// Position of the active window, -1 before the first change.

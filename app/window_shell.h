@@ -3,6 +3,7 @@
 #include <QString>
 #include <QStringList>
 #include <QVariant>
+#include <functional>
 
 #include "link/device_records.h"
 #include "link/record_values.h"
@@ -11,6 +12,7 @@
 class DialogForm;
 class DownloadManager;
 class InputField;
+struct PasswordPurpose;
 class WindowForm;
 
 /// All that a screen needs of the shell around it. The main window implements it; a screen reaches
@@ -44,6 +46,8 @@ class WindowShell {
     // --- The peers -------------------------------------------------------------------------
     /// Whether the link to the device controller has been reported up.
     virtual bool linkUp() const = 0;
+    /// Whether the controller has been told to look for people, and not to stop since.
+    virtual bool recognitionRuns() const = 0;
     /// Whether the settings have the management service in use, and whether it has been reached;
     /// one that is not in use never is. Changes come as WindowForm::peersChanged().
     virtual bool serviceInUse() const = 0;
@@ -89,8 +93,9 @@ class WindowShell {
 
     // --- Screens ---------------------------------------------------------------------------
     /// Shows the screen titled @p title, and gives it @p param first. 0 done, 1 no such window,
-    /// -1 refused: changes are switched off, or the screen is the active one. Who asked does
-    /// nothing further with the other screen unless it is 0.
+    /// -1 refused: changes are switched off, the screen is the active one, or it is the
+    /// administrator's and the password is asked for first. Who asked does nothing further unless
+    /// it is 0.
     virtual int changeWindow(const QString& title) = 0;
     virtual int changeWindow(const QString& title, const QVariant& param) = 0;
     /// The first screen titled @p title, or null.
@@ -98,6 +103,22 @@ class WindowShell {
     virtual WindowForm* getActivateWindowForm() const = 0;
     /// Switches screen changes off (and on), for an operation that must not be left.
     virtual void setChangeWindowFlag(bool allowed) = 0;
+    /// Whether they are on.
+    virtual bool canChangeWindow() const = 0;
+
+    // --- Whom the screens are for ------------------------------------------------------------
+    /// Carries @p request out for the administrator: at once while a session is open or no
+    /// password is set; otherwise asks for the password first, and the standby screen follows.
+    virtual void asAdministrator(const std::function<void()>& request) = 0;
+    /// The password for @p purpose has been entered: opens the session and goes on.
+    virtual void passwordEntered(const PasswordPurpose& purpose) = 0;
+    /// Whether the session is open, or no password is needed to open it.
+    virtual bool isAdministrator() = 0;
+    /// Shows the first step of an enrolment that no administrator has begun, with @p enrolMode as
+    /// its parameter; as changeWindow().
+    virtual int enrolAtDoor(int enrolMode) = 0;
+    /// The screen that an enrolment returns to: where it began.
+    virtual QString enrolmentReturnTitle() const = 0;
 
     // --- The time after which an unattended menu is left ------------------------------------
     virtual void StartMenuTimer() = 0;

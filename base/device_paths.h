@@ -22,7 +22,7 @@ QString at(const QString& devicePath);
 QString shellCommand(const QString& command);
 
 /// Runs shellCommand(@p command) with the C library's `system` and waits for it. How it ended is
-/// deliberately not looked at: the callers tidy up links that may or may not be there.
+/// deliberately not looked at.
 void runShell(const QString& command);
 
 /// TCP port of the device controller on the local host, 15150 unless moved.

@@ -14,10 +14,6 @@
 
 namespace {
 
-/// Numbers of the commands of a command folder, in the host's numbering.
-constexpr int kEnrolUser = 4;
-constexpr int kDeleteUser = 6;
-
 struct SystemAction {
     const char* word;
     unsigned short command;
@@ -144,17 +140,14 @@ void ManagementCommands::runKioskEnrolMode(const QVariant& parameter) {
 
 void ManagementCommands::setTime(const QVariant& parameter) {
     const auto given = parameter.value<FR01_Parameter>();
-    const QStringList day = given.date.split(QLatin1Char('-'));
-    const QStringList hour = given.time.split(QLatin1Char(':'));
-    if (day.size() != 3 || hour.size() != 3)
-        return;
-    const QDate date(day[0].toInt(), day[1].toInt(), day[2].toInt());
-    const QTime time(hour[0].toInt(), hour[1].toInt(), hour[2].toInt());
-    if (!date.isValid() || !time.isValid() || date.year() < 2000 || date.year() > 2099) {
+    const std::optional<QDateTime> moment = given.moment();
+    if (!moment) {
         qCWarning(cloudLog, "clock not set to '%s' '%s'", qUtf8Printable(given.date),
                   qUtf8Printable(given.time));
         return;
     }
+    const QDate date = moment->date();
+    const QTime time = moment->time();
     const ClockTime clock{
         static_cast<std::uint8_t>(date.year() % 100), static_cast<std::uint8_t>(date.month()),
         static_cast<std::uint8_t>(date.day()),        static_cast<std::uint8_t>(time.hour()),
@@ -207,10 +200,14 @@ bool ManagementCommands::addUserRestCommandDir(const CommandQueue::Taken& taken)
     sent_ = false;
     if (taken.command.kind == CommandFolder::Kind::Delete) {
         qCInfo(cloudLog, "DEL Id : %s", qUtf8Printable(cardNo));
-        cloud_.parsingRestCommand(kDeleteUser, QVariant::fromValue(FR33_3_Parameter{cardNo}));
+        cloud_.parsingRestCommand(host_command::kDeleteUser,
+                                  QVariant::fromValue(FR33_3_Parameter{cardNo}));
     } else {
         qCInfo(cloudLog, "ADD Id : %s", qUtf8Printable(cardNo));
-        cloud_.parsingRestCommand(kEnrolUser, QVariant::fromValue(taken.user));
+        cloud_.parsingRestCommand(host_command::kEnrolUser, QVariant::fromValue(taken.user));
+        if (sent_)
+            qCInfo(cloudLog, "user %s goes to the controller, %s picture", qUtf8Printable(cardNo),
+                   taken.user.picture.isEmpty() ? "without a" : "with a");
     }
     qCInfo(cloudLog, "return RestComm : %d", sent_ ? 1 : 0);
     return sent_;

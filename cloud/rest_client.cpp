@@ -29,8 +29,6 @@ constexpr int kMaxTimeouts = 3;
 
 constexpr int kGood = 1000;
 constexpr int kGoodToo = 2003;
-/// Command that sets the clock, in the host's numbering.
-constexpr int kSetTime = 18;
 
 const char* const kSendData = "sendData";
 /// Why a request was given up here.
@@ -86,16 +84,20 @@ RestClass* RestClass::instance() {
 }
 
 void RestClass::run() {
-    {
-        const std::lock_guard<std::mutex> lock(serverLock_);
-        if (stopped_)
-            return;
-        const Pistache::Port port(DevicePaths::restPort());
-        server_ = std::make_unique<RestServer>(Pistache::Address(Pistache::Ipv4::any(), port),
-                                               host_, &gate_);
+    try {
+        {
+            const std::lock_guard<std::mutex> lock(serverLock_);
+            if (stopped_)
+                return;
+            const Pistache::Port port(DevicePaths::restPort());
+            server_ = std::make_unique<RestServer>(Pistache::Address(Pistache::Ipv4::any(), port),
+                                                   host_, &gate_);
+            server_->init(kServerThreads);
+        }
+        server_->start();
+    } catch (const std::exception& error) {
+        qCWarning(cloudLog, "REST server not started: %s", error.what());
     }
-    server_->init(kServerThreads);
-    server_->start();
     const std::lock_guard<std::mutex> lock(serverLock_);
     server_.reset();
 }
@@ -389,7 +391,7 @@ void RestClass::replyFinished_FR01(QNetworkReply* reply) {
             const int blank = time.indexOf(QLatin1Char(' '));
             const FR01_Parameter parameter{time.left(blank),
                                            blank < 0 ? QString() : time.mid(blank + 1)};
-            host_.parsingRestCommand(kSetTime, QVariant::fromValue(parameter));
+            host_.parsingRestCommand(host_command::kSetTime, QVariant::fromValue(parameter));
         }
     }
     host_.updateRestConnectStatus(up);

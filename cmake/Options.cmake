@@ -13,10 +13,31 @@ if(ZEL_SANITIZE)
         -fno-sanitize-recover=all)
     target_link_options(zel_options INTERFACE -fsanitize=${ZEL_SANITIZE})
 endif()
+# The fuzzer has to see which way its inputs take through the libraries, not only through its driver.
+option(ZEL_FUZZ "Build the fuzz targets for libFuzzer; needs clang" OFF)
+if(ZEL_FUZZ)
+    target_compile_options(zel_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
+# Qt's headers, precompiled once for the product and once for the tests, which take Qt Test and Qt
+# Network in as well. A target that reads one of them must be compiled as its owner is, definitions
+# of the Qt modules included, or the compiler says so. Every file includes what it uses all the same.
+file(WRITE ${CMAKE_BINARY_DIR}/qt_headers.cpp.new "")
+file(COPY_FILE ${CMAKE_BINARY_DIR}/qt_headers.cpp.new ${CMAKE_BINARY_DIR}/qt_headers.cpp ONLY_IF_DIFFERENT)
+function(zel_add_precompiled_qt name)
+    cmake_parse_arguments(ARG "" "" "LIBRARIES;HEADERS" ${ARGN})
+    add_library(${name} OBJECT ${CMAKE_BINARY_DIR}/qt_headers.cpp)
+    target_link_libraries(${name} PRIVATE zel_options ${ARG_LIBRARIES})
+    target_precompile_headers(${name} PRIVATE ${ARG_HEADERS})
+    set_target_properties(${name} PROPERTIES AUTOMOC OFF AUTOUIC OFF)
+endfunction()
 
 # zel_precompile_qt(TARGET) has TARGET read Qt's headers once instead of once for each of its files.
-# Every file includes what it uses all the same.
 function(zel_precompile_qt target)
-    target_precompile_headers(${target} PRIVATE
-        <QtCore/QtCore> <QtGui/QtGui> <QtWidgets/QtWidgets>)
+    if(NOT TARGET zel_qt_headers)
+        zel_add_precompiled_qt(zel_qt_headers LIBRARIES Qt5::Widgets Qt5::Network
+            HEADERS <QtCore/QtCore> <QtGui/QtGui> <QtWidgets/QtWidgets> <QtNetwork/QtNetwork>)
+    endif()
+    target_link_libraries(${target} PRIVATE Qt5::Widgets Qt5::Network)
+    target_precompile_headers(${target} REUSE_FROM zel_qt_headers)
 endfunction()

@@ -4,13 +4,17 @@ find_package(Qt5 5.15 REQUIRED COMPONENTS Test)
 # sanitizers; this target builds just those.
 add_custom_target(zel_sanitized_tests)
 
+zel_add_precompiled_qt(zel_test_headers LIBRARIES Qt5::Test Qt5::Widgets Qt5::Network
+    HEADERS <QtCore/QtCore> <QtGui/QtGui> <QtWidgets/QtWidgets> <QtNetwork/QtNetwork> <QtTest/QtTest>)
+
 # zel_add_test(NAME [SANITIZE] LIBRARIES lib... [SOURCES file...]) builds NAME.cpp as a test that
 # runs without a display, in a fixed locale. Each test gets the staged device root's path in
 # ZEL_STAGED_ROOT; it copies or links what it needs and never writes there.
 function(zel_add_test name)
     cmake_parse_arguments(ARG "SANITIZE" "" "LIBRARIES;SOURCES" ${ARGN})
     add_executable(${name} ${name}.cpp ${ARG_SOURCES})
-    target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} Qt5::Test)
+    target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} Qt5::Test Qt5::Widgets Qt5::Network)
+    target_precompile_headers(${name} REUSE_FROM zel_test_headers)
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
     target_compile_definitions(${name} PRIVATE ZEL_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
         ZEL_BINARY_DIR="${CMAKE_BINARY_DIR}" ZEL_STAGED_ROOT="${ZEL_STAGED_ROOT}")
@@ -26,12 +30,13 @@ endfunction()
 
 # zel_add_fuzz_target(NAME LIBRARIES lib...) builds fuzz/NAME.cpp. With ZEL_FUZZ (clang) it is a
 # libFuzzer program to be run by hand; otherwise a test that gives it a fixed set of inputs.
-option(ZEL_FUZZ "Build the fuzz targets for libFuzzer; needs clang" OFF)
+add_custom_target(zel_fuzz_targets)
 function(zel_add_fuzz_target name)
     cmake_parse_arguments(ARG "" "" "LIBRARIES" ${ARGN})
     add_executable(${name} fuzz/${name}.cpp)
     target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES})
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+    add_dependencies(zel_fuzz_targets ${name})
     if(ZEL_FUZZ)
         target_compile_options(${name} PRIVATE -fsanitize=fuzzer)
         target_link_options(${name} PRIVATE -fsanitize=fuzzer)

@@ -126,7 +126,7 @@ LinkProgress DeviceLink::progress() const {
 }
 
 bool DeviceLink::send(quint16 command, quint8 p1, quint8 p2) {
-    return connected_ && write(Frame::build(command, p1, p2));
+    return connected_ && writeFrame(command, p1, Frame::build(command, p1, p2));
 }
 
 bool DeviceLink::send(quint16 command, quint8 p1, quint8 p2, quint16 length, const char* data) {
@@ -138,7 +138,14 @@ bool DeviceLink::send(quint16 command, quint8 p1, quint8 p2, quint16 length, con
                   length);
         return false;
     }
-    return write(frame);
+    return writeFrame(command, p1, frame);
+}
+
+bool DeviceLink::writeFrame(quint16 command, quint8 p1, const QByteArray& frame) {
+    if (!write(frame))
+        return false;
+    emit sent(command, p1);
+    return true;
 }
 
 bool DeviceLink::write(const QByteArray& frame) {

@@ -56,6 +56,8 @@ class DeviceLink : public QObject {
     void connectedChanged(bool connected);
     /// All frames that were sent have left the process.
     void drained();
+    /// A frame has been handed to the socket.
+    void sent(quint16 command, quint8 p1);
 
  private:
     void processReceivePacket();
@@ -64,6 +66,7 @@ class DeviceLink : public QObject {
     void ReconnectHost();
     void connectNow();
     bool write(const QByteArray& frame);
+    bool writeFrame(quint16 command, quint8 p1, const QByteArray& frame);
 
     QTimer* const reconnectTimer_;
     QTcpSocket* const socket_;

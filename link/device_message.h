@@ -23,6 +23,16 @@ struct DeviceMessage {
         std::memcpy(&copy, payload, sizeof copy);
         return copy;
     }
+
+    /// Copies of the packed records that the payload holds one behind the other. The piece of a
+    /// record at the end is left out, so a payload shorter than one gives none.
+    template <typename Record>
+    std::vector<Record> records() const {
+        std::vector<Record> copies(payload != nullptr ? length / sizeof(Record) : 0);
+        if (!copies.empty())
+            std::memcpy(copies.data(), payload, copies.size() * sizeof(Record));
+        return copies;
+    }
 };
 
 /// The text of a fixed-width, zero-filled UTF-8 field.

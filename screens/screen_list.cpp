@@ -1,4 +1,5 @@
 #include "app/screen_factory.h"
+#include "app/screen_titles.h"
 #include "app/window_registry.h"
 #include "screens/facesearch/input_destination.h"
 #include "screens/facesearch/input_sub.h"
@@ -26,12 +27,10 @@
 #include "screens/logs/info_log_list.h"
 #include "screens/logs/info_log_search.h"
 #include "screens/recognize/booting_form.h"
-#include "screens/recognize/food_window.h"
 #include "screens/recognize/input_admin_password.h"
 #include "screens/recognize/live_view.h"
 #include "screens/recognize/recognize_window.h"
 #include "screens/recognize/stay_window.h"
-#include "screens/recognize/work_window.h"
 #include "screens/settings/cloud_window.h"
 #include "screens/settings/ddns_window.h"
 #include "screens/settings/envi_face_recog.h"
@@ -42,12 +41,14 @@
 #include "screens/settings/envi_sound_alarm.h"
 #include "screens/settings/envi_sound_recog_fail.h"
 #include "screens/settings/environment.h"
+#include "screens/settings/food_window.h"
 #include "screens/settings/network_menu_form.h"
 #include "screens/settings/ping_test_window.h"
 #include "screens/settings/setup_default.h"
 #include "screens/settings/setup_menu.h"
 #include "screens/settings/tcp_window.h"
 #include "screens/settings/upgrading_window.h"
+#include "screens/settings/work_window.h"
 #include "screens/settings/zel_menu_form.h"
 #include "screens/usb/usb_menu.h"
 #include "screens/usb/usb_out_log_date.h"
@@ -76,92 +77,91 @@ WindowForm* create(QWidget* parent, const QString& title) {
 }
 
 struct Entry {
-    const char* title;
+    QLatin1String title;
     WindowForm* (*create)(QWidget* parent, const QString& title);
 };
 
-// The order is the registry's; titles are as irregular as the screens' history.
+// The order is the registry's.
 constexpr Entry kScreens[] = {
-    {"bootWindow", &create<BootingForm>},
-    {"stayWindow", &create<StayWindow>},
-    {"liveWindow", &create<LiveView>},
-    {"zelMenuWindow", &create<ZelMenuForm>},
-    {"usbMenuWindow", &create<UsbMenu>},
-    {"networkMenuWindow", &create<NetworkMenuForm>},
-    {"pingWindow", &create<PingTestWindow>},
-    {"tcpIpWindow", &create<TCP_Window>},
-    {"ddnsWindow", &create<ddns_window>},
-    {"enviWindow", &create<environment>},
-    {"enviFaceWindow", &create<EnviFaceRecog>},
-    {"enviScreenWindow", &create<enviScreen>},
-    {"enviScreen_StayWindow", &create<EnviScreen_StayView>},
-    {"enviscreen_imageselect", &create<EnviScreen_ImageSelect>},
-    {"enviSoundWindow", &create<enviSound>},
-    {"enviSound_Alarm", &create<EnviSound_Alarm>},
-    {"enviSound_RecogFail", &create<EnviSound_RecogFail>},
-    {"usbUploadFileSelector", &create<UsbUploadFileSelecter>},
-    {"userMenuWindow", &create<UserMenuForm>},
-    {"workMenuWindow", &create<workWindow>},
-    {"foodMenuWindow", &create<FoodWindow>},
-    {"userEnrollMenuWindow", &create<UserEnroll>},
-    {"userEnroll_qualWindow", &create<UserEnroll_Qualification>},
-    {"userEnroll_cardTagWindow", &create<UserEnroll_CardTag>},
-    {"userEnroll_reCardTagWindow", &create<UserEnroll_ReCardTag>},
-    {"setupDefaultWindow", &create<SetupDefault>},
-    {"setupMenuWindow", &create<SetupMenu>},
-    {"userEnroll_IDWindow", &create<UserEnroll_ID>},
-    {"userEnroll_FaceWindow", &create<UserEnroll_Face>},
-    {"info_readerWindow", &create<Info_ReaderWindow>},
-    {"info_conWindow", &create<info_conWindow>},
-    {"recognizeWindow", &create<RecognizeWindow>},
-    {"inputSubWindow", &create<InputSub>},
-    {"user_searchWindow", &create<UserSearch>},
-    {"userSearch_cardWindow", &create<UserSearch_Card>},
-    {"userSearch_faceWindow", &create<UserSearch_Face>},
-    {"userSearch_idWindow", &create<UserSearch_ID>},
-    {"userSearch_InfoWindow", &create<UserSearch_userInfo>},
-    {"userGroupInfoWindow", &create<UserGroupInfo>},
-    {"info_logSearchWindow", &create<Info_LogSearch>},
-    {"userInfo_uploadWindow", &create<UserInfoUpload>},
-    {"info_logListWindow", &create<Info_logList>},
-    {"info_keyDataWindow", &create<Info_KeyDataWindow>},
-    {"UsbOutLogWindow", &create<UsbOutLogDate>},
-    {"factoryMenuWindow", &create<FactoryMenu>},
-    {"f_pwrTestWindow", &create<f_pwrTest>},
-    {"f_lcdTestWindow", &create<f_lcdTest>},
-    {"f_lcdTouchTestWindow", &create<f_lcd_touchTest>},
-    {"f_lcdPixelTestWindow", &create<f_lcd_pixelTest>},
-    {"f_soundTestWindow", &create<f_soundTest>},
-    {"f_ledTestWindow", &create<f_ledTest>},
-    {"f_ioTestWindow", &create<f_ioTest>},
-    {"f_tofTestWindow", &create<f_tofTest>},
-    {"f_lightTestWindow", &create<f_lightTest>},
-    {"f_netTestWindow", &create<f_netTest>},
-    {"f_camTestWindow", &create<f_camTest>},
-    {"f_cardTestWindow", &create<f_cardTest>},
-    {"f_verTestWindow", &create<f_verTest>},
-    {"f_rtcTestWindow", &create<f_rtcTest>},
-    {"f_macRegTestWindow", &create<f_macRegTest>},
-    {"f_memoryTestWindow", &create<f_memoryTest>},
-    {"upgradingWindow", &create<upgradingWindow>},
-    {"cloudWindow", &create<Cloud_Window>},
-    {"InputAdminPassword", &create<InputAdminPassword>},
-    {"colorTestWindow", &create<ColorTestForm>},
-    {"setupRegistModeWindow", &create<SetupRegistModeForm>},
-    {"InputDestinationForm", &create<InputDestination>},
+    {screen_title::kBoot, &create<BootingForm>},
+    {screen_title::kStandby, &create<StayWindow>},
+    {screen_title::kLive, &create<LiveView>},
+    {screen_title::kMenu, &create<ZelMenuForm>},
+    {screen_title::kUsbMenu, &create<UsbMenu>},
+    {screen_title::kNetworkMenu, &create<NetworkMenuForm>},
+    {screen_title::kPing, &create<PingTestWindow>},
+    {screen_title::kTcpIp, &create<TCP_Window>},
+    {screen_title::kDdns, &create<ddns_window>},
+    {screen_title::kEnvironment, &create<environment>},
+    {screen_title::kEnvironmentFace, &create<EnviFaceRecog>},
+    {screen_title::kEnvironmentScreen, &create<enviScreen>},
+    {screen_title::kStandbyScreen, &create<EnviScreen_StayView>},
+    {screen_title::kStandbyPicture, &create<EnviScreen_ImageSelect>},
+    {screen_title::kEnvironmentSound, &create<enviSound>},
+    {screen_title::kAlarmSound, &create<EnviSound_Alarm>},
+    {screen_title::kRecognitionFailSound, &create<EnviSound_RecogFail>},
+    {screen_title::kUsbFilePicker, &create<UsbUploadFileSelecter>},
+    {screen_title::kUserMenu, &create<UserMenuForm>},
+    {screen_title::kAttendance, &create<workWindow>},
+    {screen_title::kMeals, &create<FoodWindow>},
+    {screen_title::kEnrolMenu, &create<UserEnroll>},
+    {screen_title::kEnrolQualification, &create<UserEnroll_Qualification>},
+    {screen_title::kEnrolCard, &create<UserEnroll_CardTag>},
+    {screen_title::kEnrolCardAgain, &create<UserEnroll_ReCardTag>},
+    {screen_title::kSetupDefault, &create<SetupDefault>},
+    {screen_title::kSetupMenu, &create<SetupMenu>},
+    {screen_title::kEnrolId, &create<UserEnroll_ID>},
+    {screen_title::kEnrolFace, &create<UserEnroll_Face>},
+    {screen_title::kInfoReader, &create<Info_ReaderWindow>},
+    {screen_title::kInfoConnection, &create<info_conWindow>},
+    {screen_title::kResult, &create<RecognizeWindow>},
+    {screen_title::kNumberEntry, &create<InputSub>},
+    {screen_title::kUserSearch, &create<UserSearch>},
+    {screen_title::kUserSearchCard, &create<UserSearch_Card>},
+    {screen_title::kUserSearchFace, &create<UserSearch_Face>},
+    {screen_title::kUserSearchId, &create<UserSearch_ID>},
+    {screen_title::kUserInfo, &create<UserSearch_userInfo>},
+    {screen_title::kUserGroup, &create<UserGroupInfo>},
+    {screen_title::kLogSearch, &create<Info_LogSearch>},
+    {screen_title::kUserUpload, &create<UserInfoUpload>},
+    {screen_title::kLogList, &create<Info_logList>},
+    {screen_title::kKeyData, &create<Info_KeyDataWindow>},
+    {screen_title::kUsbLogDates, &create<UsbOutLogDate>},
+    {screen_title::kFactoryMenu, &create<FactoryMenu>},
+    {screen_title::kFactoryPower, &create<f_pwrTest>},
+    {screen_title::kFactoryLcd, &create<f_lcdTest>},
+    {screen_title::kFactoryTouch, &create<f_lcd_touchTest>},
+    {screen_title::kFactoryPixels, &create<f_lcd_pixelTest>},
+    {screen_title::kFactorySound, &create<f_soundTest>},
+    {screen_title::kFactoryLed, &create<f_ledTest>},
+    {screen_title::kFactoryIo, &create<f_ioTest>},
+    {screen_title::kFactoryProximity, &create<f_tofTest>},
+    {screen_title::kFactoryLight, &create<f_lightTest>},
+    {screen_title::kFactoryNetwork, &create<f_netTest>},
+    {screen_title::kFactoryCamera, &create<f_camTest>},
+    {screen_title::kFactoryCard, &create<f_cardTest>},
+    {screen_title::kFactoryVersions, &create<f_verTest>},
+    {screen_title::kFactoryClock, &create<f_rtcTest>},
+    {screen_title::kFactoryMac, &create<f_macRegTest>},
+    {screen_title::kFactoryMemory, &create<f_memoryTest>},
+    {screen_title::kUpgrading, &create<upgradingWindow>},
+    {screen_title::kCloud, &create<Cloud_Window>},
+    {screen_title::kPassword, &create<InputAdminPassword>},
+    {screen_title::kFactoryColours, &create<ColorTestForm>},
+    {screen_title::kRegistrationMode, &create<SetupRegistModeForm>},
+    {screen_title::kDestination, &create<InputDestination>},
 };
 
 }  // namespace
 
 void createScreens(QWidget* parent, WindowRegistry& registry) {
     for (const Entry& entry : kScreens)
-        registry.append(entry.create(parent, QLatin1String(entry.title)));
+        registry.append(entry.create(parent, entry.title));
 
     // The live view decides how a result comes up and what leads to the menu; the result itself
     // knows nothing of the live view.
-    const auto* result =
-        qobject_cast<RecognizeWindow*>(registry.find(QStringLiteral("recognizeWindow")));
-    const auto* live = qobject_cast<LiveView*>(registry.find(QStringLiteral("liveWindow")));
+    const auto* result = qobject_cast<RecognizeWindow*>(registry.find(screen_title::kResult));
+    const auto* live = qobject_cast<LiveView*>(registry.find(screen_title::kLive));
     QObject::connect(result, &RecognizeWindow::resultReady, live, &LiveView::verified);
     QObject::connect(result, &RecognizeWindow::menuRequested, live, &LiveView::homeButtonTouch);
 }

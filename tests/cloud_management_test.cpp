@@ -48,7 +48,12 @@ class CloudManagementTest : public QObject {
         set("2031-12-24", "23:59:58");
         QCOMPARE(terminal_->takeLog(), QStringLiteral("1953(1,0)6"));
         QCOMPARE(terminal_->payloads.last(), QByteArray("\x1f\x0c\x18\x17\x3b\x3a"));
+        set("2024-2-9", "1:2:3");
+        QCOMPARE(terminal_->takeLog(), QStringLiteral("1953(1,0)6"));
+        QCOMPARE(terminal_->payloads.last(), QByteArray("\x18\x02\x09\x01\x02\x03"));
         set("2031-2-30", "23:59:58");
+        set("2031-12-x", "23:59:58");
+        set("2031-12-24", "23:x:58");
         set("2031-12-24", "");
         set("2031-12-24", "23:59:60");
         set("24-12-2031", "23:59:58");

@@ -9,6 +9,7 @@
 
 #include "cloud/parameters.h"
 #include "cloud/terminal_routes.h"
+#include "cloud/user_routes.h"
 #include "cloud/user_table.h"
 #include "link/device_message.h"
 
@@ -113,6 +114,39 @@ class CloudRoutesTest : public QObject {
                  QStringLiteral("http://10.0.0.5:8080/fw/zel01.tar.bz2"));
         QCOMPARE(address("/fw.bin"), QStringLiteral("http://10.0.0.5/fw.bin"));
         QCOMPARE(QUrl(address("/@evil.com/x")).host(), QStringLiteral("10.0.0.5"));
+    }
+
+    void sentUsersFitTheirFields() {
+        const auto decode = [](const QByteArray& values) {
+            const QByteArray user = "{'userInfo':{'cardInfo':{'cardNo':'123456'}," + values + "}}";
+            return user_routes::decodeUserDataSend(QByteArray(user).replace('\'', '"'));
+        };
+        const auto sent = decode(
+            "'authType':4,'userLevel':'0','sensivity':null,'timeSchedule':null,"
+            "'restrictTime':'','user':null");
+        QCOMPARE(sent.code, 1000);
+        const DoReceiveUserData& user = sent.value.user;
+        QCOMPARE(user.authType + user.userLevel + user.sensivity + user.name, QStringLiteral("40"));
+        QCOMPARE(decode("'authType':'','user':{'name':null}").code, 1000);
+        for (const char* const values :
+             {"'authType':5", "'authType':'-1'", "'authType':'x'", "'userLevel':'3'",
+              "'userLevel':1.5", "'sensivity':6", "'registTime':'2031-12-24 10:00:00.00'",
+              "'timeSchedule':5", "'user':{'name':'123456789 123456789 123456789 123'}"})
+            QCOMPARE(decode(values).code, 9999);
+    }
+
+    void timesAreGivenInNumbers() {
+        const auto code = [](const char* date, const char* time) {
+            const QByteArray settings =
+                QByteArray("{'TimeSettings':{'Date':'") + date + "','Time':'" + time + "'}}";
+            return terminal_routes::decodeTimeSet(QByteArray(settings).replace('\'', '"')).code;
+        };
+        QCOMPARE(code("2024-2-9", "1:2:3"), 1000);
+        QCOMPARE(code("2024-02-29", "01:02:03"), 1000);
+        for (const char* const date : {"2023-2-29", "1999-2-9", "2024-13-1", "2024-2", "2024-2-x"})
+            QCOMPARE(code(date, "1:2:3"), 9999);
+        for (const char* const time : {"24:0:0", "1:2", "1:2:60", "1:2:3.5", "1:2:", "-1:2:3"})
+            QCOMPARE(code("2024-2-9", time), 9999);
     }
 
     void usersPresentAreListed() {

@@ -9,6 +9,7 @@
 #include <QPointer>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <atomic>
 #include <functional>
 #include <utility>
 
@@ -22,6 +23,7 @@ class FakeHost final : public CloudHost {
         const QMutexLocker lock(&lock_);
         return settings_;
     }
+    bool settingsArrived() const override { return arrived; }
     void setSettings(const _gui_menu_& settings) {
         const QMutexLocker lock(&lock_);
         settings_ = settings;
@@ -41,6 +43,7 @@ class FakeHost final : public CloudHost {
     std::uint32_t selfCheckWord() const override { return selfCheck; }
 
     std::function<void(int, const QVariant&)> carryOut;
+    std::atomic<bool> arrived{true};
     bool link = false;
     QList<QVariant> completed;
     std::uint32_t selfCheck = 0;

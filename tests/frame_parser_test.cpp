@@ -6,7 +6,6 @@
 #include "link/command_code.h"
 #include "link/frame.h"
 #include "link/frame_parser.h"
-#include "link/message_routes.h"
 
 namespace {
 
@@ -142,17 +141,14 @@ class FrameParserTest : public QObject {
         QVERIFY(feed.frames.back() == (Received{2901, 0, 0, {}}));
     }
 
-    void everyIncomingCommandHasARoute() {
+    void everyCodeIsOnesOwn() {
         for (std::size_t i = 0; i < command::count(); ++i) {
             const command::Description& row = command::all()[i];
-            if (row.direction == command::Direction::FromController)
-                QVERIFY2(findMessageRoute(row.code) != nullptr, row.name);
             for (std::size_t j = 0; j < i; ++j) {
                 const command::Description& other = command::all()[j];
                 QVERIFY2(other.code != row.code || other.direction != row.direction, row.name);
             }
         }
-        QVERIFY(findMessageRoute(2900) == nullptr);
     }
 };
 

@@ -208,7 +208,8 @@ void ManagementTest::firmwareIsFetchedAndHandedOver() {
     QCOMPARE(service("firmware 1.2.0"), QStringLiteral("ok 1000 succeed"));
     QTRY_VERIFY(has(command::UpdateFirmware));
     QCOMPARE(got_.toHex(), QByteArray("0000"));
-    QVERIFY(file("/mnt/data/input/zel01.tar.bz2") == ServiceCalls::firmware());
+    QVERIFY(file("/mnt/data/input/zel01.tar.bz2") ==
+            ServiceCalls::firmware(QStringLiteral("1.2.0")));
     const QDir orders(root_.path("/mnt/data/firmware_orders"));
     QTRY_VERIFY(orders.exists() && orders.isEmpty());
 

@@ -6,6 +6,8 @@
 #include <QtTest>
 #include <memory>
 
+#include "app/administrator_session.h"
+#include "app/screen_titles.h"
 #include "base/device_paths.h"
 #include "link/device_link.h"
 #include "tests/support/finger.h"
@@ -272,6 +274,7 @@ class ScreensWalkTest : public QObject {
                                      QStringLiteral("liveWindow"),
                                      QStringLiteral("recognizeWindow")};
         QSet<QString> reached;
+        QSet<QPair<QString, QString>> names;  // of a menu's item, and of the screen it leads to
         for (const QString& title : titles()) {
             stage->open(title);
             const auto* bar = active()->findChild<TopBar*>();
@@ -282,11 +285,12 @@ class ScreensWalkTest : public QObject {
             for (WidgetButton* button : buttons) {
                 const bool home = bar != nullptr && button == bar->button(TopBar::Home);
                 const bool forward = bar != nullptr && button == bar->button(TopBar::Forward);
-                const QString target = home      ? QStringLiteral("stayWindow")
+                const bool back = bar != nullptr && button == bar->button(TopBar::Back);
+                const QString target = home      ? homeOf(title)
+                                       : back    ? bar->property("backTarget").toString()
                                        : forward ? bar->property("forwardTarget").toString()
                                                  : button->property("target").toString();
-                const bool back = bar != nullptr && button == bar->button(TopBar::Back);
-                if (!button->isHidden() && (back || !target.isEmpty()))
+                if (!button->isHidden() && button->isEnabled() && (back || !target.isEmpty()))
                     targets.insert(button, target);
             }
             for (auto way = targets.cbegin(); way != targets.cend(); ++way) {
@@ -294,19 +298,34 @@ class ScreensWalkTest : public QObject {
                 tap(way.key());
                 const QString next = active()->getTitle();
                 QVERIFY2(next != title, qPrintable(title));
-                if (!way->isEmpty())
-                    QCOMPARE(next, *way);
+                QCOMPARE(next, *way);
                 QCOMPARE(visibleScreens(), QStringList(next));
                 reached.insert(next);
+                const auto* nextBar = active()->findChild<TopBar*>();
+                // The steps of one flow all have the flow's title.
+                if (bar && nextBar && nextBar->titleKey() != bar->titleKey() &&
+                    way.key()->property("target").isValid())
+                    names.insert({way.key()->property("textKey").toString(), nextBar->titleKey()});
             }
         }
         // The others come up at a touch that does more than that, or by themselves.
         QStringList others = titles();
         for (const QString& title : qAsConst(reached))
             others.removeOne(title);
-        QCOMPARE(others.join(QLatin1Char(' ')),
-                 QStringLiteral("bootWindow usbUploadFileSelector recognizeWindow inputSubWindow "
-                                "UsbOutLogWindow upgradingWindow InputAdminPassword"));
+        QCOMPARE(
+            others.join(QLatin1Char(' ')),
+            QStringLiteral(
+                "bootWindow usbUploadFileSelector foodMenuWindow recognizeWindow inputSubWindow "
+                "UsbOutLogWindow upgradingWindow InputAdminPassword"));
+        for (const int language : {0, 1, 2}) {
+            stage->restart(language);
+            const auto words = [this](const QString& key) {
+                return window().getScript(key).script.remove(
+                    QRegularExpression(QStringLiteral("<br>| ")));
+            };
+            for (const auto& [item, screen] : qAsConst(names))
+                QCOMPARE(words(item), words(screen));
+        }
     }
 
     void everyScreenOutlivesTheLink() {
@@ -327,6 +346,13 @@ class ScreensWalkTest : public QObject {
  private:
     MainWindow& window() { return stage->window(); }
     WindowForm* active() { return window().getActivateWindowForm(); }
+
+    /// An enrolment returns to where it began.
+    static QString homeOf(const QString& title) {
+        return AdministratorSession::isEnrolmentStep(title) || title == screen_title::kEnrolMenu
+                   ? screen_title::kUserMenu
+                   : screen_title::kStandby;
+    }
 
     QStringList titles() {
         QStringList all;

@@ -37,20 +37,14 @@ class ScriptKeysTest : public QObject {
     }
 
     void everyLanguageHasWhatIsAskedFor_data() {
-        QTest::addColumn<QString>("file");
+        QTest::addColumn<QString>("language");
         for (const char* language : {"korean", "english", "japanese"})
-            QTest::newRow(language) << QStringLiteral(ZEL_STAGED_ROOT "/zel1/script/%1.json")
-                                           .arg(QLatin1String(language));
+            QTest::newRow(language) << QString::fromLatin1(language);
     }
 
     void everyLanguageHasWhatIsAskedFor() {
-        QFETCH(QString, file);
-        QFile script(file);
-        QVERIFY(script.open(QIODevice::ReadOnly));
-        const QJsonObject entries = QJsonDocument::fromJson(script.readAll())
-                                        .object()
-                                        .value(QStringLiteral("Scripts"))
-                                        .toObject();
+        QFETCH(QString, language);
+        const QJsonObject entries = scripts(language);
         QStringList wrong;
         for (const QString& key : asked) {
             const QJsonObject entry = entries.value(key).toObject();
@@ -68,7 +62,58 @@ class ScriptKeysTest : public QObject {
         QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(QLatin1Char('\n'))));
     }
 
+    /// What is put into a text, or what the text is joined with, is the same in every language.
+    void translationsHaveTheSameShape_data() { everyLanguageHasWhatIsAskedFor_data(); }
+
+    void translationsHaveTheSameShape() {
+        QFETCH(QString, language);
+        const QJsonObject entries = scripts(language);
+        const QJsonObject first = scripts(QStringLiteral("korean"));
+        const auto text = [](const QJsonObject& from, const QString& key) {
+            return from.value(key).toObject().value(QStringLiteral("Script")).toString();
+        };
+        const QRegularExpression otherMarkup(QStringLiteral("<(?!br>)|  |&|\\t|\\n"));
+        QStringList wrong;
+        for (const QString& key : entries.keys()) {
+            const QString shown = text(entries, key);
+            const QString like = text(first, key);
+            if (shapeOf(shown) != shapeOf(like))
+                wrong.append(QStringLiteral("%1: \"%2\" is not of the shape of \"%3\"")
+                                 .arg(key, shown, like));
+            if (shown.contains(otherMarkup))
+                wrong.append(QStringLiteral("%1: \"%2\"").arg(key, shown));
+        }
+        QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(QLatin1Char('\n'))));
+    }
+
  private:
+    static QJsonObject scripts(const QString& language) {
+        QFile file(QStringLiteral(ZEL_STAGED_ROOT "/zel1/script/%1.json").arg(language));
+        if (!file.open(QIODevice::ReadOnly))
+            qFatal("no script of %s", qPrintable(language));
+        return QJsonDocument::fromJson(file.readAll())
+            .object()
+            .value(QStringLiteral("Scripts"))
+            .toObject();
+    }
+
+    /// The blanks at both ends, the placeholders in their numbers' order, whether it asks.
+    static QStringList shapeOf(const QString& text) {
+        static const QRegularExpression ends(QStringLiteral("^\\s*|\\s*$"));
+        static const QRegularExpression placeholder(QStringLiteral("%\\d+%?"));
+        QStringList placeholders;
+        for (auto match = placeholder.globalMatch(text); match.hasNext();)
+            placeholders.append(match.next().captured());
+        placeholders.sort();
+        QStringList shape = placeholders;
+        for (auto match = ends.globalMatch(text); match.hasNext();)
+            shape.append(match.next().captured());
+        shape.append(text.contains(QRegularExpression(QStringLiteral("[?？]$")))
+                         ? QStringLiteral("?")
+                         : QString());
+        return shape;
+    }
+
     QSet<QString> asked;
 };
 

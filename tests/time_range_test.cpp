@@ -1,4 +1,4 @@
-#include "screens/recognize/time_range.h"
+#include "screens/settings/time_range.h"
 
 #include <QtTest>
 #include <tuple>

@@ -7,6 +7,7 @@
 #include "tests/support/finger.h"
 #include "ui/dialog_form.h"
 #include "ui/input_field.h"
+#include "ui/scroll_list.h"
 #include "ui/theme.h"
 #include "ui/touch_key.h"
 #include "ui/touch_key_form.h"
@@ -154,6 +155,31 @@ class UiKeypadTest : public QObject {
         tap(QStringLiteral("V"));
         QVERIFY(keypad->isHidden());
         QCOMPARE(screen->y(), 0);
+    }
+
+    void scrollsTheListRatherThanTheScreen() {
+        auto* list = new ScrollList(screen);
+        list->setGeometry(0, 72, 480, 700);  // ends above the screen's end
+        auto* rows = new QWidget;
+        rows->resize(480, 1400);
+        list->setWidget(rows);
+        list->show();
+        InputField::setKeypad([this](InputField* touched) { keypad->edit(touched); });
+        for (const int top : {620, 1320}) {
+            auto* late = new InputField(rows);
+            late->setGeometry(200, top, 232, 56);
+            late->show();
+            list->ensureWidgetVisible(late);
+            Finger(window.get()).tap(late);
+            QVERIFY(late->isEditing() && keypad->isVisible());
+            const int end = late->mapTo(window.get(), QPoint(0, late->height())).y();
+            QVERIFY2(end <= keypad->y(), qPrintable(QString::number(end)));
+            QCOMPARE(screen->y(), 0);
+            QCOMPARE(list->viewport()->height(), keypad->y() - 72);
+        }
+        delete list;
+        QVERIFY(keypad->isHidden());
+        InputField::setKeypad(nullptr);
     }
 
     void endsWithTheField() {

@@ -20,8 +20,10 @@
 #include "ui/plus_minus.h"
 #include "ui/scroll_list.h"
 #include "ui/text_fit.h"
+#include "ui/theme.h"
 #include "ui/toggle.h"
 #include "ui/top_bar.h"
+#include "ui/touch_shield.h"
 #include "ui/wait_form.h"
 
 namespace {
@@ -49,8 +51,10 @@ class UiWidgetsTest : public QObject {
         window_->resize(480, 800);
         clicks_ = 0;
         KeyClick::setHandler([this] { ++clicks_; });
+        TouchShield::setTime(0);
     }
     void cleanup() {
+        MessageOverlay::setScripts({});
         KeyClick::setHandler({});
         window_.reset();
     }
@@ -129,6 +133,7 @@ class UiWidgetsTest : public QObject {
             keys.append(QString::number(i));
         combo->setItemKeys(keys);
         combo->applyScripts(sameText);
+        MessageOverlay::setScripts(sameText);
         combo->setCurrentIndex(18);
         combo->setCurrentIndex(20);
         QCOMPARE(combo->currentText(), u("18"));
@@ -146,6 +151,9 @@ class UiWidgetsTest : public QObject {
 
         finger.tap(combo);
         finger.tap(QPoint(5, 5));
+        QTRY_VERIFY(!list());
+        finger.tap(combo);
+        MessageOverlay::scriptsChanged(window_.get());
         QTRY_VERIFY(!list());
         finger.tap(combo);
         screen->hide();
@@ -324,28 +332,146 @@ class UiWidgetsTest : public QObject {
         QCOMPARE(touched.count(), 2);
     }
 
-    void dialogIsAloneInItsWindow() {
+    void oneDialogIsSeenAtATime() {
         auto* screen = add<QWidget>(0, 0, 480, 800);
         show();
-        DialogForm first(window_.get());
-        DialogForm second(screen);
-        WaitForm third(window_.get());
-        QSignalSpy firstClosed(&first, &DialogForm::closePopup);
-        first.show();
-        second.show();
-        QVERIFY(!first.isVisible());
-        QCOMPARE(firstClosed.count(), 1);
-        QCOMPARE(DialogOverlay::current(screen), static_cast<DialogOverlay*>(&second));
-        third.show();
-        QVERIFY(!second.isVisible());
-        third.hide();
-        QVERIFY(!DialogOverlay::current(window_.get()));
-
-        // It goes with its screen, and does not come back with it.
-        second.show();
+        WaitForm wait(screen);
+        DialogForm message(window_.get());
+        DialogForm later(screen);
+        DialogForm fault(window_.get(), 0, DialogRank::Fault);
+        QSignalSpy given(&message, &DialogForm::closePopup);
+        const auto seen = [this] {
+            QVector<QWidget*> visible;
+            for (DialogOverlay* dialog : window_->findChildren<DialogOverlay*>()) {
+                if (dialog->isVisible())
+                    visible.append(dialog);
+            }
+            return visible == QVector<QWidget*>{DialogOverlay::current(window_.get())}
+                       ? visible.first()
+                       : nullptr;
+        };
+        // Whatever is opened below waits, and comes back with the latest first.
+        const QVector<std::pair<DialogOverlay*, QWidget*>> opened = {
+            {&message, &message}, {&wait, &message}, {&fault, &fault}, {&later, &fault}};
+        for (const auto& [dialog, top] : opened) {
+            dialog->show();
+            QCOMPARE(seen(), top);
+        }
+        wait.show();  // is open already
+        for (QWidget* next : QVector<QWidget*>{&later, &message, &wait}) {
+            seen()->hide();
+            QCOMPARE(seen(), next);
+        }
+        QCOMPARE(given.count(), 0);
+        // What has ended meanwhile does not come back, nor does what goes with its screen.
+        fault.show();
+        wait.hide();
+        later.show();
         screen->hide();
         screen->show();
-        QVERIFY(!second.isVisible());
+        QVERIFY(!later.isOpen());
+        QCOMPARE(seen(), &fault);
+        fault.hide();
+        QVERIFY(!DialogOverlay::current(window_.get()));
+        // Opened while its screen is away, it comes up with that.
+        screen->hide();
+        later.show();
+        message.show();
+        QCOMPARE(seen(), &message);
+        message.hide();
+        QVERIFY(!DialogOverlay::current(window_.get()));
+        screen->show();
+        QCOMPARE(seen(), &later);
+        later.hide();
+
+        // A screen may lie above them all, but for its own.
+        message.show();
+        DialogOverlay::coverWith(window_.get(), screen);
+        QVERIFY(!message.isVisible());
+        later.show();
+        QCOMPARE(seen(), &later);
+        later.hide();
+        DialogOverlay::coverWith(window_.get(), nullptr);
+        QCOMPARE(seen(), &message);
+        {
+            DialogForm gone(window_.get());
+            gone.show();
+        }
+        QTRY_COMPARE(seen(), &message);
+    }
+
+    void timeOfACoveredDialog() {
+        show();
+        DialogForm question(window_.get(), 1);
+        DialogForm notice(window_.get(), 1);
+        notice.setPassing(true);
+        DialogForm fault(window_.get(), 0, DialogRank::Fault);
+        QSignalSpy unanswered(&question, &DialogForm::closePopup);
+        fault.show();
+        question.show();
+        notice.show();
+        QTRY_VERIFY(!notice.isOpen());
+        QVERIFY(question.isOpen());
+        fault.hide();
+        QVERIFY(question.isVisible());
+        QTRY_COMPARE(unanswered.count(), 1);
+    }
+
+    void openDialogTakesANewLanguage() {
+        show();
+        QString language = u("K ");
+        MessageOverlay::setScripts([&language](const QString& key) {
+            ScriptHandler::Script script = sameText(language + key);
+            script.script += u(" %1");
+            return script;
+        });
+        DialogForm popup(window_.get());
+        WaitForm wait(window_.get());
+        popup.setTextKeys({u("One"), u("Two")});
+        popup.setSecondTextKey(u("Three"));
+        wait.setTextKey(u("Four"), u("12"));
+        wait.show();
+        popup.show();
+        language = u("J ");
+        MessageOverlay::scriptsChanged(window_.get());
+        const auto says = [](const QWidget& dialog, const char* label, const char* text) {
+            return dialog.findChild<QLabel*>(QLatin1String(label))->text().contains(u(text));
+        };
+        const auto* ok = popup.findChild<LabelButton*>(u("dialogOkButton"));
+        QVERIFY(says(popup, "dialogText", "J One %1<br>J Two %1"));
+        QVERIFY(says(popup, "dialogSecondText", "J Three %1"));
+        QCOMPARE(ok->text(), u("J TopMenu_OK %1"));
+        QVERIFY(says(wait, "dialogText", "J Four 12"));
+        // Words of its own are no key's.
+        popup.setText(sameText(u("Own")));
+        popup.setOkText(sameText(u("Yes")));
+        MessageOverlay::scriptsChanged(window_.get());
+        QVERIFY(says(popup, "dialogText", "Own"));
+        QCOMPARE(ok->text(), u("Yes"));
+    }
+
+    void whatComesUpTakesNoTouchAtFirst() {
+        Finger finger = show();
+        DialogForm dialog(window_.get());
+        DialogForm above(window_.get());
+        const auto* ok = dialog.findChild<QWidget*>(u("dialogOkButton"));
+        const auto* shield = dialog.findChild<TouchShield*>();
+        // Also when it comes back from below another one.
+        TouchShield::setTime(1);
+        dialog.show();
+        QTRY_VERIFY(!shield->isVisible());
+        TouchShield::setTime(3600 * 1000);
+        above.show();
+        above.hide();
+        finger.tap(ok);
+        QVERIFY(dialog.isVisible());
+        QCOMPARE(clicks_, 0);
+        dialog.hide();
+        TouchShield::setTime(1);
+        dialog.show();
+        QTRY_VERIFY(!shield->isVisible());
+        finger.tap(ok);
+        QVERIFY(!dialog.isVisible());
     }
 
     void dialogGrowsAroundItsTexts() {
@@ -391,6 +517,21 @@ class UiWidgetsTest : public QObject {
         field.clear();
         field.backspace();
         QCOMPARE(field.text(), QString());
+
+        // As long as something is missing a caret says where it comes.
+        field.resize(172, 56);
+        field.setEditing(true);
+        int last = 0;
+        for (const char* typed : {"", "09:0", "09:00~17:4", "09:00~17:45"}) {
+            field.setText(u(typed));
+            const QImage seen = field.grab({8, 8, 156, 40}).toImage();
+            int caret = 0;
+            for (int x = 0; x < seen.width(); ++x)
+                if (seen.pixel(x, 20) == Theme::kAccent)
+                    caret = x;
+            QVERIFY2(field.text().size() == 11 ? caret == 0 : caret > last, typed);
+            last = caret;
+        }
     }
 
     void fieldRefusesWhatIsNotAllowed() {
@@ -453,6 +594,34 @@ class UiWidgetsTest : public QObject {
         small.size = 18;
         QCOMPARE(write(small, 300), 18);
         QCOMPARE(write(TextFit::roleSized(small), 300), 26);
+    }
+
+    void namesKeepTheirGlyphs() {
+        const auto drawn = [](const char* text, const char* family, TextFit::Rule rule) {
+            rule.steps[0].size = 40;
+            ScriptHandler::Script script = sameText(u(text));
+            script.fontFamily = u(family);
+            QImage image(480, 72, QImage::Format_Grayscale8);
+            image.fill(Qt::black);
+            QPainter painter(&image);
+            TextFit::draw(&painter, image.rect(), Qt::AlignLeft, script, rule, QFont::Bold,
+                          qRgb(255, 255, 255));
+            return image;
+        };
+        constexpr char korean[] = "Noto Sans CJK KR";
+        constexpr char japanese[] = "Noto Sans CJK JP";
+        for (const char* name : {"美咲", "咲かおる", "𠮷咲", "김咲"})
+            QCOMPARE(drawn(name, korean, TextFit::kName), drawn(name, japanese, TextFit::kName));
+        QVERIFY(drawn("咲", korean, TextFit::kTitle) != drawn("咲", korean, TextFit::kName));
+        QVERIFY(drawn("김咲", japanese, TextFit::kTitle) !=
+                drawn("김咲", japanese, TextFit::kName));
+
+        auto* field = add<InputField>(0, 0, 480, 56);
+        field->setAllowedCharacters(InputField::Any);
+        field->setText(u("<i>x</i>"));
+        TextRecorder recorder(field->size());
+        field->render(&recorder);
+        QVERIFY(recorder.has(u("<i>x</i>")));
     }
 
  private:

@@ -10,6 +10,7 @@
 #include "screens/usb/file_row.h"
 #include "tests/support/driven_terminal.h"
 #include "tests/support/text_recorder.h"
+#include "ui/dialog_overlay.h"
 #include "ui/scroll_list.h"
 
 /// The USB screens, as a finger on the panel and the controller see them.
@@ -26,6 +27,7 @@ class UsbTest : public QObject {
     void init() {
         Clock::fix(QDateTime(QDate(2026, 3, 9), QTime(8, 52)));
         t.window->changeWindow(QStringLiteral("stayWindow"));
+        DialogOverlay::closeAll(t.window.get());
         QVERIFY(t.tell("usb in"));
         QVERIFY(t.settle());
     }
@@ -59,6 +61,13 @@ class UsbTest : public QObject {
         QTRY_VERIFY(t.says("ListItem_UsbNotHaveZEL01Folder"));
         QVERIFY(heardError());
         QVERIFY(!actions());
+        QVERIFY(!timer("mountCheckTimer")->isActive());
+        // Nothing can be done with such a stick, also where another one was before.
+        t.tell("frame 2960 2 1");
+        QTRY_VERIFY(actions());
+        t.tell("frame 2960 0 0");
+        QTRY_VERIFY(!actions());
+        QVERIFY(t.readsKey("ListItem_UsbNoFolder"));
         t.tell("usb out");
         t.tap("dialogOkButton");
         t.tap("refreshButton");
@@ -181,10 +190,15 @@ class UsbTest : public QObject {
             choose(file);
             t.tap("forwardButton");
             QCOMPARE(t.title(), QStringLiteral("usbMenuWindow"));
+            QVERIFY(!t.window->findChild<MenuTimer*>()->isRunning());
             QTRY_VERIFY2(t.says(one.result), one.file);
             const QByteArray path = (QStringLiteral("/mnt/usb/ZEL01/") + file).toLatin1();
             QCOMPARE(sent("196[234]"), QStringList(QLatin1String(one.frame) + QLatin1Char(' ') +
                                                    QLatin1String(path.toHex(' '))));
+            if (qstrcmp(one.tile, "firmwareTile") == 0) {
+                t.window->changeWindow(QStringLiteral("stayWindow"));
+                QVERIFY(t.says(one.result));
+            }
             init();
         }
     }
@@ -255,9 +269,7 @@ class UsbTest : public QObject {
             openWithStick();
             for (const QString& report : QString::fromLatin1(one.report).split(QLatin1Char(';')))
                 t.tell(QStringLiteral("frame ") + report);
-            // Behind all that comes a stick without the folder.
-            t.tell("frame 2960 2 0");
-            QTRY_VERIFY(!actions());
+            QVERIFY(t.settle());
             QString expected = t.window->getScript(QLatin1String(one.key)).script;
             const QString percent = QLatin1String(one.percent);
             expected.replace(QLatin1String("%1"), percent);
@@ -270,25 +282,84 @@ class UsbTest : public QObject {
         }
     }
 
-    void waitingEndsWithoutAResult() {
+    void interruptionsAreTold() {
+        const struct {
+            const char* words;
+            const char* reason;
+        } cases[] = {{"frame 2960 1 0", "ListItem_UsbRemoved"},
+                     {"frame 2960 2 0", "ListItem_UsbRemoved"},
+                     {"frame 2963 2 1", "ListItem_UsbRemoved"},
+                     {"drop", "ListItem_LinkLost"}};
+        for (const auto& one : cases) {
+            openWithStick();
+            t.tell("frame 2966 1 10");
+            QTRY_VERIFY(t.says("ListItem_Copying"));
+            t.tell(one.words);
+            QTRY_VERIFY2(t.says("ListItem_TransferInterrupted"), one.words);
+            QVERIFY(t.find<QLabel>("dialogSecondText")->text().contains(t.text(one.reason)));
+            if (!t.window->linkUp()) {
+                // Nothing else is begun without the controller.
+                DialogOverlay::closeAll(t.window.get());
+                t.tap("exportUserTile");
+                QVERIFY(t.says("ListItem_NoController"));
+                t.tap("dialogOkButton");
+                t.tap("refreshButton");
+                QCOMPARE(t.dialogText(), QString());
+                t.window->findChild<DeviceLink*>()->open(t.sim.port());
+                QTRY_VERIFY(t.window->linkUp());
+            } else {
+                QVERIFY(heardError());
+            }
+            init();
+        }
+        // The stick is pulled, and the controller says so twice; once is enough.
         openWithStick();
-        t.tell("usb pace 60000");
+        t.tell("usb pace 50");
         t.tap("exportUserTile");
-        QTRY_VERIFY(t.says("ListItem_UserDataExportedUSB"));
-        t.tell("frame 2960 1 0");
-        QTRY_COMPARE(t.dialogText(), QString());
-
-        t.tell("frame 2960 0 1");
-        t.tell("frame 2966 1 10");
         QTRY_VERIFY(t.says("ListItem_Copying"));
-        t.tell("drop");
-        QTRY_VERIFY(!t.window->linkUp());
-        expire(timer("presenceTimer"));
-        QCOMPARE(t.dialogText(), QString());
-        t.window->findChild<DeviceLink*>()->open(t.sim.port());
-        QTRY_VERIFY(t.window->linkUp());
+        t.tell("usb out");
+        QTRY_VERIFY(t.says("ListItem_TransferInterrupted"));
+        t.frames.clear();
         t.tell("usb pace 1");
+        t.tell("frame 2963 2 1");
+        QVERIFY(!heardError());
+        QVERIFY(t.says("ListItem_TransferInterrupted"));
+        t.tell("frame 2964 1 0");
+        QVERIFY(t.settle());
+        QVERIFY(t.says("ListItem_TransferInterrupted"));
+        // A copy that has gone on all the same.
+        t.tell("frame 2966 1 90");
+        QTRY_VERIFY(t.says("ListItem_Copying"));
+        t.tell("frame 2963 2 0");
         QTRY_VERIFY(t.says("ListItem_TransmissionComplete"));
+        t.tap("dialogOkButton");
+        QCOMPARE(t.dialogText(), QString());
+    }
+
+    void aFaultDoesNotEndACopy() {
+        openWithStick();
+        t.tell("frame 2966 1 42");
+        QTRY_VERIFY(t.says("ListItem_Copying"));
+        t.tell("fault tamper");
+        QTRY_VERIFY(t.says("Popup_ErrTamper"));
+        // What comes below it waits; a new language reaches both.
+        t.tell("frame 2966 1 60");
+        t.tell("settings setup.language 2");
+        QTRY_COMPARE(t.window->menuRecord().setup.language, quint8(2));
+        QVERIFY(t.says("Popup_ErrTamper"));
+        QVERIFY(t.readsKey("TopMenu_OK"));
+        t.tap("dialogOkButton");
+        QVERIFY(t.says("ListItem_Copying"));
+        QCOMPARE(t.find<QLabel>("waitPercent")->text(), QStringLiteral("60%"));
+        t.tell("fault tamper");
+        QTRY_VERIFY(t.says("Popup_ErrTamper"));
+        t.tell("frame 2963 1 0");
+        QVERIFY(t.settle());
+        t.tell("fault none");
+        QTRY_VERIFY(t.says("ListItem_TransmissionComplete"));
+        t.tap("dialogOkButton");
+        QCOMPARE(t.dialogText(), QString());
+        t.tell("settings setup.language 1");
     }
 
     void namesOfFilesAreHarmless() {

@@ -14,11 +14,13 @@ constexpr int kBetweenButtons = 12;
 
 }  // namespace
 
-DialogForm::DialogForm(QWidget* parent, int autoCloseMs)
-    : MessageOverlay(parent),
+DialogForm::DialogForm(QWidget* parent, int autoCloseMs, DialogRank rank)
+    : MessageOverlay(parent, rank),
       icon_(new QLabel(card())),
       ok_(new LabelButton(card())),
-      cancel_(new LabelButton(card())) {
+      cancel_(new LabelButton(card())),
+      okKey_(QStringLiteral("TopMenu_OK")),
+      cancelKey_(QStringLiteral("TopMenu_Cancel")) {
     icon_->hide();
     ok_->setObjectName(QStringLiteral("dialogOkButton"));
     cancel_->setObjectName(QStringLiteral("dialogCancelButton"));
@@ -63,16 +65,36 @@ void DialogForm::setIcon(Icon icon) {
     partsChanged();
 }
 
+void DialogForm::setOkKey(const QString& key) {
+    okKey_ = key;
+    MessageOverlay::applyScripts();
+}
+
 void DialogForm::setOkText(const ScriptHandler::Script& script) {
+    okKey_.clear();
     ok_->setScript(TextFit::roleSized(script));
 }
 
+void DialogForm::setCancelKey(const QString& key) {
+    cancelKey_ = key;
+    MessageOverlay::applyScripts();
+}
+
 void DialogForm::setCancelText(const ScriptHandler::Script& script) {
+    cancelKey_.clear();
     cancel_->setScript(TextFit::roleSized(script));
 }
 
 void DialogForm::setDanger(bool on) {
     ok_->setRole(on ? LabelButton::Danger : LabelButton::Primary);
+}
+
+void DialogForm::applyScripts(const Lookup& lookup) {
+    MessageOverlay::applyScripts(lookup);
+    if (!okKey_.isEmpty())
+        ok_->setScript(TextFit::roleSized(lookup(okKey_)));
+    if (!cancelKey_.isEmpty())
+        cancel_->setScript(TextFit::roleSized(lookup(cancelKey_)));
 }
 
 int DialogForm::arrange() {
@@ -88,17 +110,24 @@ int DialogForm::arrange() {
     return y + kBottom;
 }
 
-void DialogForm::hideEvent(QHideEvent* event) {
-    autoClose_.stop();
-    MessageOverlay::hideEvent(event);
+void DialogForm::opened() {
+    MessageOverlay::opened();
+    if (passing_ && autoClose_.interval() > 0)
+        autoClose_.start();
 }
 
-void DialogForm::replaced() {
-    emit closePopup();
+void DialogForm::closed() {
+    autoClose_.stop();
+}
+
+void DialogForm::hideEvent(QHideEvent* event) {
+    if (!passing_)
+        autoClose_.stop();
+    MessageOverlay::hideEvent(event);
 }
 
 void DialogForm::showEvent(QShowEvent* event) {
     MessageOverlay::showEvent(event);
-    if (isVisible() && autoClose_.interval() > 0)
+    if (autoClose_.interval() > 0 && !autoClose_.isActive())
         autoClose_.start();
 }

@@ -3,10 +3,11 @@
 #include <QEvent>
 #include <QKeyEvent>
 #include <QPainter>
-#include <QVector>
+#include <utility>
 
 #include "ui/theme.h"
 #include "ui/touch_key_form.h"
+#include "ui/touch_shield.h"
 #include "ui/widget_button.h"
 
 namespace {
@@ -26,35 +27,72 @@ class Card : public QWidget {
     }
 };
 
-/// The dialogs that are visible, so that nobody has to search all the widgets of all screens for
-/// one whenever the screen changes.
-QVector<DialogOverlay*>& shown() {
-    static QVector<DialogOverlay*> dialogs;
-    return dialogs;
-}
-
-DialogOverlay* visibleDialog(const QWidget* widget, const DialogOverlay* except) {
-    for (DialogOverlay* dialog : qAsConst(shown()))
-        if (dialog != except && dialog->window() == widget->window())
-            return dialog;
-    return nullptr;
-}
-
 }  // namespace
 
-DialogOverlay::DialogOverlay(QWidget* parent) : QWidget(parent), card_(new Card(this)) {
-    hide();
+DialogOverlay::DialogOverlay(QWidget* parent, DialogRank rank)
+    : QWidget(parent), rank_(rank), card_(new Card(this)), shield_(new TouchShield(this)) {
+    QWidget::setVisible(false);
     setAttribute(Qt::WA_NoMousePropagation);
     setFocusPolicy(Qt::StrongFocus);
     parent->installEventFilter(this);
 }
 
 DialogOverlay::~DialogOverlay() {
-    shown().removeOne(this);
+    if (!DialogStack::instance().close(this))
+        return;
+    // The window may be about to go as well.
+    QWidget* whole = window();
+    QMetaObject::invokeMethod(
+        whole, [whole] { settle(whole); }, Qt::QueuedConnection);
 }
 
 DialogOverlay* DialogOverlay::current(const QWidget* widget) {
-    return visibleDialog(widget, nullptr);
+    return DialogStack::instance().top(widget);
+}
+
+void DialogOverlay::closeAll(const QWidget* widget) {
+    const QVector<DialogOverlay*> open = DialogStack::instance().all(widget);
+    for (DialogOverlay* dialog : open)
+        dialog->hide();
+}
+
+void DialogOverlay::coverWith(const QWidget* window, QWidget* screen) {
+    DialogStack::instance().coverWith(screen);
+    settle(window);
+}
+
+bool DialogOverlay::isOpen() const {
+    return DialogStack::instance().contains(this);
+}
+
+void DialogOverlay::setVisible(bool visible) {
+    DialogStack& stack = DialogStack::instance();
+    if (visible == stack.contains(this))
+        return;
+    if (visible) {
+        stack.open(this);
+        opened();
+        settle(this);
+        return;
+    }
+    stack.close(this);
+    QWidget::setVisible(false);
+    closed();
+    settle(this);
+    if (deleteOnClose_)
+        deleteLater();
+}
+
+void DialogOverlay::settle(const QWidget* window) {
+    const DialogStack& stack = DialogStack::instance();
+    DialogOverlay* top = stack.top(window);
+    const QVector<DialogOverlay*> open = stack.all(window);
+    for (DialogOverlay* dialog : open) {
+        if (dialog != top && !dialog->isHidden())
+            dialog->QWidget::setVisible(false);
+    }
+    if (top != nullptr)
+        top->QWidget::setVisible(true);
 }
 
 void DialogOverlay::setBackgroundDisabled(bool on) {
@@ -81,8 +119,14 @@ void DialogOverlay::partsChanged() {
 }
 
 bool DialogOverlay::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == parent() && event->type() == QEvent::Resize)
-        resize(parentWidget()->size());
+    if (watched == parent()) {
+        if (event->type() == QEvent::Resize)
+            resize(parentWidget()->size());
+        else if (event->type() == QEvent::Hide && !event->spontaneous())
+            hide();
+        else if (event->type() == QEvent::Show && isOpen())
+            settle(this);
+    }
     return QWidget::eventFilter(watched, event);
 }
 
@@ -92,17 +136,15 @@ bool DialogOverlay::focusNextPrevChild(bool) {
 
 void DialogOverlay::hideEvent(QHideEvent* event) {
     if (!event->spontaneous()) {
-        shown().removeOne(this);
-        // Hidden along with its screen: it must not come back with the screen.
-        if (!isHidden())
-            hide();
         if (focusBefore_ && focusBefore_->isVisible())
             focusBefore_->setFocus();
         focusBefore_.clear();
-        if (deleteOnClose_)
-            deleteLater();
     }
     QWidget::hideEvent(event);
+}
+
+void DialogOverlay::takeTouchesAtOnce() {
+    delete std::exchange(shield_, nullptr);
 }
 
 void DialogOverlay::keyPressEvent(QKeyEvent* event) {
@@ -126,13 +168,6 @@ void DialogOverlay::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     if (event->spontaneous())
         return;
-    shown().append(this);
-    if (DialogOverlay* other = visibleDialog(this, this)) {
-        other->hide();
-        other->replaced();
-        if (!isVisible())
-            return;
-    }
     if (parentWidget() != window()) {
         // The keypad would lie on a screen's dialog.
         const auto keypads =
@@ -143,6 +178,8 @@ void DialogOverlay::showEvent(QShowEvent* event) {
     setGeometry(parentWidget()->rect());
     partsChanged();
     raise();
+    if (shield_ != nullptr)
+        shield_->raiseShield();
     if (backgroundDisabled_) {
         // A finger that lies on something behind must not set it off when it is lifted.
         const auto buttons = window()->findChildren<WidgetButton*>();

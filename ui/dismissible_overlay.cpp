@@ -5,6 +5,8 @@
 DismissibleOverlay::DismissibleOverlay(QWidget* owner)
     : DialogOverlay(owner->window()), owner_(owner) {
     setDeleteOnClose(true);
+    // The finger that has opened it knows what it is about to touch.
+    takeTouchesAtOnce();
     owner->installEventFilter(this);
 }
 

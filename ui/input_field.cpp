@@ -2,6 +2,7 @@
 
 #include <QFontMetrics>
 #include <QPainter>
+#include <utility>
 
 #include "ui/text_fit.h"
 #include "ui/theme.h"
@@ -35,11 +36,23 @@ QString withSigns(const QString& digits, const char* pattern) {
     return text;
 }
 
+std::function<void(InputField*)>& theKeypad() {
+    static std::function<void(InputField*)> keypad;
+    return keypad;
+}
+
 }  // namespace
+
+void InputField::setKeypad(std::function<void(InputField*)> keypad) {
+    theKeypad() = std::move(keypad);
+}
 
 InputField::InputField(QWidget* parent) : WidgetButton(parent) {
     setObjectName(QStringLiteral("InputField"));
-    connect(this, &WidgetButton::touched, this, &InputField::editRequested);
+    connect(this, &WidgetButton::touched, this, [this] {
+        if (theKeypad())
+            theKeypad()(this);
+    });
 }
 
 QString InputField::text() const {
@@ -165,6 +178,11 @@ void InputField::setTyped(const QString& typed) {
     emit textChanged(text());
 }
 
+void InputField::drawCaret(QPainter* painter, int end) const {
+    painter->fillRect(end + 1, (height() - kCaretHeight) / 2, 2, kCaretHeight,
+                      Theme::color(Theme::kAccent));
+}
+
 void InputField::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const bool focused = editing_ && isEnabled();
@@ -178,9 +196,15 @@ void InputField::paintEvent(QPaintEvent*) {
             shown.script = text();
         TextFit::draw(&painter, rect().adjusted(kPatternPadding, 0, -kPatternPadding, 0),
                       Qt::AlignHCenter, shown, TextFit::kValue, QFont::Normal, ink);
+        // A whole one has no end to type at: the next digit starts it over.
+        if (focused && typed_.size() < maxLength()) {
+            const int textWidth = empty ? 0 : TextFit::width(shown, TextFit::kValue, QFont::Normal);
+            drawCaret(&painter, (width() + textWidth) / 2);
+        }
         return;
     }
 
+    const TextFit::Rule& rule = empty ? TextFit::kValue : TextFit::kEntered;
     QRect line = rect().adjusted(kPadding, 0, -kPadding, 0);
     if (!empty)
         shown.script = typed_ + preedit_;
@@ -188,23 +212,22 @@ void InputField::paintEvent(QPaintEvent*) {
         shown.script.fill(QChar(0x2022));
         shown.size = kDotSize;
     }
-    const int textWidth = TextFit::width(shown, TextFit::kValue, QFont::Normal);
+    const int textWidth = TextFit::width(shown, rule, QFont::Normal);
     if (focused && !empty && textWidth > line.width()) {
         // While it is typed one wants to see its end.
         painter.setClipRect(line);
         line.setLeft(line.right() + 1 - textWidth);
     }
-    TextFit::draw(&painter, line, Qt::AlignLeft, shown, TextFit::kValue, QFont::Normal, ink);
+    TextFit::draw(&painter, line, Qt::AlignLeft, shown, rule, QFont::Normal, ink);
     if (!focused)
         return;
     const int end = line.x() + (empty ? 0 : textWidth);
     painter.setClipping(false);
-    painter.fillRect(end + 1, (height() - kCaretHeight) / 2, 2, kCaretHeight,
-                     Theme::color(Theme::kAccent));
+    drawCaret(&painter, end);
     if (!preedit_.isEmpty()) {
         ScriptHandler::Script open = shown;
         open.script = preedit_;
-        const int openWidth = TextFit::width(open, TextFit::kValue, QFont::Normal);
+        const int openWidth = TextFit::width(open, rule, QFont::Normal);
         painter.fillRect(end - openWidth, (height() + kCaretHeight) / 2, openWidth, 2,
                          Theme::color(Theme::kAccent));
     }

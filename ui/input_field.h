@@ -1,11 +1,13 @@
 #pragma once
 
+#include <functional>
+
 #include "ui/script_text.h"
 #include "ui/widget_button.h"
 
-/// A field whose text is typed on the terminal's own keypad. A touch on it only asks for the
-/// keypad; whoever shows the keypad marks the field as being edited and types into it. Typing
-/// always happens at the end of the text.
+/// A field whose text is typed on the terminal's own keypad, which a touch on it brings up.
+/// Whoever shows the keypad marks the field as being edited and types into it. Typing always
+/// happens at the end of the text.
 class InputField : public WidgetButton, public Scripted {
     Q_OBJECT
     Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged)
@@ -26,6 +28,9 @@ class InputField : public WidgetButton, public Scripted {
     Q_ENUM(Characters)
 
     explicit InputField(QWidget* parent = nullptr);
+
+    /// Who opens the keypad for any field that is touched; an empty function ends it.
+    static void setKeypad(std::function<void(InputField*)> keypad);
 
     /// The text; of a time range or date with its signs as far as it is typed.
     QString text() const;
@@ -64,8 +69,6 @@ class InputField : public WidgetButton, public Scripted {
 
  signals:
     void textChanged(const QString& text);
-    /// The field was touched: the keypad should come up for it.
-    void editRequested();
     /// The keypad is done with it.
     void editingFinished();
     /// The keypad's own key for that was touched.
@@ -81,6 +84,8 @@ class InputField : public WidgetButton, public Scripted {
     bool accepts(uint character) const;
     QString filtered(const QString& text, int room) const;
     void setTyped(const QString& typed);
+    /// Behind a text that ends at @p end.
+    void drawCaret(QPainter* painter, int end) const;
 
     QString typed_;
     QString preedit_;

@@ -1,6 +1,7 @@
 #include "ui/message_overlay.h"
 
 #include <QLabel>
+#include <utility>
 
 #include "ui/styler.h"
 #include "ui/theme.h"
@@ -26,20 +27,91 @@ QLabel* makeLine(QWidget* card, const QString& name, QFont::Weight weight, QRgb 
     return line;
 }
 
+Scripted::Lookup& theScripts() {
+    static Scripted::Lookup scripts;
+    return scripts;
+}
+
 }  // namespace
 
-MessageOverlay::MessageOverlay(QWidget* parent)
-    : DialogOverlay(parent),
+MessageOverlay::MessageOverlay(QWidget* parent, DialogRank rank)
+    : DialogOverlay(parent, rank),
       text_(makeLine(card(), QStringLiteral("dialogText"), QFont::Medium, Theme::kStrong)),
       secondText_(
           makeLine(card(), QStringLiteral("dialogSecondText"), QFont::Normal, Theme::kList)) {}
 
+void MessageOverlay::setScripts(Lookup lookup) {
+    theScripts() = std::move(lookup);
+}
+
+void MessageOverlay::scriptsChanged(const QWidget* widget) {
+    if (!theScripts())
+        return;
+    const QVector<DialogOverlay*> open = DialogStack::instance().all(widget);
+    for (DialogOverlay* dialog : open) {
+        applyBelow(dialog, theScripts());
+        if (auto* scripted = dynamic_cast<Scripted*>(dialog))
+            scripted->applyScripts(theScripts());
+    }
+}
+
 void MessageOverlay::setText(const ScriptHandler::Script& script) {
+    textKeys_.clear();
     setLine(text_, script);
 }
 
+void MessageOverlay::setTextKey(const QString& key, const QString& argument) {
+    textArgument_ = argument;
+    textKeys_ = QStringList(key);
+    applyScripts();
+}
+
+void MessageOverlay::setTextKeys(const QStringList& keys) {
+    textArgument_.clear();
+    textKeys_ = keys;
+    if (keys.isEmpty())
+        setLine(text_, {});
+    else
+        applyScripts();
+}
+
 void MessageOverlay::setSecondText(const ScriptHandler::Script& script) {
+    secondTextKey_.clear();
     setLine(secondText_, script);
+}
+
+void MessageOverlay::setSecondTextKey(const QString& key) {
+    secondTextKey_ = key;
+    if (key.isEmpty())
+        setLine(secondText_, {});
+    else
+        applyScripts();
+}
+
+void MessageOverlay::applyScripts(const Lookup& lookup) {
+    if (!textKeys_.isEmpty()) {
+        ScriptHandler::Script text;
+        QStringList lines;
+        for (const QString& key : qAsConst(textKeys_)) {
+            text = lookup(key);
+            lines.append(text.script);
+        }
+        text.script = lines.join(QLatin1Char('\n'));
+        if (!textArgument_.isNull())
+            text.script.replace(QLatin1String("%1"), textArgument_);
+        setLine(text_, text);
+    }
+    if (!secondTextKey_.isEmpty())
+        setLine(secondText_, lookup(secondTextKey_));
+}
+
+void MessageOverlay::applyScripts() {
+    if (theScripts())
+        applyScripts(theScripts());
+}
+
+void MessageOverlay::opened() {
+    applyScripts();
 }
 
 int MessageOverlay::arrangeMessage(QWidget* picture) {

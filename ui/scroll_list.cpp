@@ -84,8 +84,10 @@ void ScrollList::setCoveredHeight(int height) {
 void ScrollList::reveal(const QWidget* target) {
     if (!widget() || !widget()->isAncestorOf(target))
         return;
-    const QRect box(target->mapTo(widget(), QPoint()), target->size());
-    ensureVisible(box.center().x(), box.center().y(), 0, box.height() / 2 + kIndicatorInset);
+    while (target->parentWidget() != widget())
+        target = target->parentWidget();
+    const QPoint center = target->geometry().center();
+    ensureVisible(center.x(), center.y(), 0, target->height() / 2 + kIndicatorInset);
 }
 
 /// Every widget in the list is watched, as the touches go to the one below the finger.

@@ -23,7 +23,7 @@ class ScrollList : public QScrollArea {
     /// The keypad covers the lowest @p height pixels of the list: what lies there can be scrolled
     /// up. 0 when the keypad is gone.
     void setCoveredHeight(int height);
-    /// Scrolls just as far as it takes to show @p widget, which lies in the list, as a whole.
+    /// Scrolls just as far as it takes to show the row with @p widget, which lies in the list.
     void reveal(const QWidget* widget);
 
  protected:

@@ -17,6 +17,8 @@ constexpr float kTightest = 85;
 constexpr float kTight = 88;
 /// The glyphs of the terminal's fonts sit low in their line: how far to raise them, in ems.
 constexpr qreal kLift = 0.045;
+const QLatin1String kKoreanFamily("Noto Sans CJK KR");
+const QLatin1String kJapaneseFamily("Noto Sans CJK JP");
 
 struct Layout {
     QFont font;
@@ -29,18 +31,38 @@ QString plain(const QString& text, const TextFit::Rule& rule) {
                : text;
 }
 
-QFont sized(const ScriptHandler::Script& text, int size, QFont::Weight weight) {
+bool isHangul(uint c) {
+    return QChar::script(c) == QChar::Script_Hangul;
+}
+
+/// The typefaces for what somebody has entered. One Han character looks different in Japan and in
+/// Korea, and a name keeps its own look whatever language the terminal speaks: kana tell a Japanese
+/// one, Hangul a Korean one. Han characters alone are taken as Japanese too, since Korean names are
+/// entered in Hangul. The language's face follows for a terminal without the Japanese one.
+QStringList facesFor(const QString& entered, const QString& family) {
+    bool japanese = false;
+    const QVector<uint> characters = entered.toUcs4();
+    for (const uint c : characters) {
+        if (isHangul(c))
+            return {kKoreanFamily, family};
+        const QChar::Script script = QChar::script(c);
+        japanese = japanese || script == QChar::Script_Han || script == QChar::Script_Hiragana ||
+                   script == QChar::Script_Katakana;
+    }
+    return japanese ? QStringList{kJapaneseFamily, family} : QStringList{family};
+}
+
+QFont sized(const ScriptHandler::Script& text, const TextFit::Rule& rule, int size,
+            QFont::Weight weight) {
     QFont font = Theme::font(text.fontFamily, size, weight);
+    if (rule.verbatim)
+        font.setFamilies(facesFor(text.script, text.fontFamily));
     font.setLetterSpacing(QFont::AbsoluteSpacing, static_cast<qreal>(text.letter));
     return font;
 }
 
 int firstSize(const ScriptHandler::Script& text, const TextFit::Rule& rule) {
     return text.size >= 1 ? static_cast<int>(text.size) : rule.steps[0].size;
-}
-
-bool isHangul(QChar c) {
-    return c.script() == QChar::Script_Hangul;
 }
 
 /// Breaks one paragraph where the language allows it. Korean words are kept whole, as their
@@ -55,8 +77,8 @@ QStringList broken(const QString& paragraph, const QFontMetricsF& metrics, qreal
     int start = 0;
     int last = 0;
     for (int next = finder.toNextBoundary(); next >= 0; next = finder.toNextBoundary()) {
-        if (!anywhere && next < paragraph.size() && isHangul(paragraph.at(next - 1)) &&
-            isHangul(paragraph.at(next)))
+        if (!anywhere && next < paragraph.size() && isHangul(paragraph.at(next - 1).unicode()) &&
+            isHangul(paragraph.at(next).unicode()))
             continue;
         const QString candidate = paragraph.mid(start, next - start).trimmed();
         if (last > start && metrics.horizontalAdvance(candidate) > width) {
@@ -87,7 +109,7 @@ Layout lay(const ScriptHandler::Script& script, const TextFit::Rule& rule, QFont
             if (step.size == 0)
                 break;
             const bool first = &step == rule.steps;
-            layout.font = sized(script, first ? largest : qMin(step.size, largest), weight);
+            layout.font = sized(script, rule, first ? largest : qMin(step.size, largest), weight);
             const QFontMetricsF metrics(layout.font);
             layout.lines.clear();
             const QStringList paragraphs = text.split(QLatin1Char('\n'));
@@ -152,7 +174,7 @@ int width(const ScriptHandler::Script& text, const Rule& rule, QFont::Weight wei
 }
 
 QFont font(const ScriptHandler::Script& text, const Rule& rule, QFont::Weight weight) {
-    return sized(text, firstSize(text, rule), weight);
+    return sized(text, rule, firstSize(text, rule), weight);
 }
 
 }  // namespace TextFit

@@ -12,7 +12,8 @@ class QPainter;
 /// gives way in the steps of its rule: smaller, on more lines, and at last with an ellipsis.
 ///
 /// Markup in a text only breaks its lines here; other tags are dropped. Texts that people have
-/// entered are not looked at for markup: their rules say so.
+/// entered are not looked at for markup, and are drawn with the glyphs of their own writing: their
+/// rules say so.
 namespace TextFit {
 
 /// A pixel size, and how many lines of it the box has room for.
@@ -37,6 +38,7 @@ constexpr Rule kTile{{{24, 2}, {20, 2}}};
 constexpr Rule kWideTile{{{20, 2}, {18, 3}}};
 constexpr Rule kToggle{{{20, 1}, {18, 1}}};
 constexpr Rule kValue{{{22, 1}}};
+constexpr Rule kEntered{{{22, 1}}, true};
 constexpr Rule kChip{{{20, 1}}};
 constexpr Rule kNotice{{{18, 1}}};
 // The longest name, 32 letters wide as they may be, takes the last step.

@@ -4,6 +4,7 @@
 #include <QPainter>
 
 #include "ui/input_field.h"
+#include "ui/scroll_list.h"
 #include "ui/theme.h"
 #include "ui/touch_key.h"
 
@@ -355,6 +356,9 @@ void TouchKeyForm::endSyllable() {
 }
 
 void TouchKeyForm::moveBack() {
+    if (list_)
+        list_->setCoveredHeight(0);
+    list_.clear();
     if (moved_)
         moved_->move(moved_->x(), moved_->y() + movedBy_);
     moved_.clear();
@@ -374,6 +378,14 @@ void TouchKeyForm::endEditing() {
 
 void TouchKeyForm::revealField() {
     moveBack();  // the field may be touched again while it is being edited
+    for (QWidget* up = field_; up != nullptr && !list_; up = up->parentWidget())
+        list_ = qobject_cast<ScrollList*>(up);
+    if (list_) {
+        const int end = list_->mapTo(parentWidget(), QPoint(0, list_->height())).y();
+        list_->setCoveredHeight(qMax(end - y(), 0));
+        list_->reveal(field_);
+        return;
+    }
     const int end = field_->mapTo(parentWidget(), QPoint(0, field_->height())).y() + kFieldMargin;
     movedBy_ = qMin(end - y(), height());
     if (movedBy_ <= 0)

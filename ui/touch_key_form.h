@@ -8,13 +8,14 @@
 #include "ui/scripted.h"
 
 class InputField;
+class ScrollList;
 class TouchKey;
 
 /// The keypad at the bottom of the window. It types into one InputField at a time and has the
 /// pages that the field's characters need: digits, or Latin letters, symbols and Hangul.
 ///
-/// While it is open, the screen with the field is moved up as far as the field needs to be seen.
-/// GUI thread only.
+/// While it is open the field is to be seen above it: the list that the field lies in scrolls as
+/// far as that takes, and without a list the screen is moved up. GUI thread only.
 class TouchKeyForm : public QWidget, public Scripted {
     Q_OBJECT
 
@@ -89,6 +90,8 @@ class TouchKeyForm : public QWidget, public Scripted {
     TouchKey* latinKey_;
     TouchKey* hangulKey_;
 
-    QPointer<QWidget> moved_;  // the screen that was moved up for the field
+    // What gives the field its place above the keypad: its list, or else the screen moved up.
+    QPointer<ScrollList> list_;
+    QPointer<QWidget> moved_;
     int movedBy_ = 0;
 };

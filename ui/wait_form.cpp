@@ -16,7 +16,7 @@ constexpr int kPercentHeight = 38;
 }  // namespace
 
 WaitForm::WaitForm(QWidget* parent)
-    : MessageOverlay(parent),
+    : MessageOverlay(parent, DialogRank::Wait),
       spinner_(new Spinner(card())),
       bar_(new ProgressBar(card())),
       percent_(new QLabel(card())) {

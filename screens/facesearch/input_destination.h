@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class InputDestination;
-}
+#include "screens/common/form_screen.h"
+#include "ui_input_destination.h"
 
 /// Entry of a visitor's destination.
-class InputDestination : public TitledForm {
+class InputDestination : public FormScreen<Ui::InputDestination> {
     Q_OBJECT
 
  public:
-    InputDestination(QWidget* parent, const QString& title);
-    ~InputDestination() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::InputDestination> ui_;
+    using FormScreen::FormScreen;
 };

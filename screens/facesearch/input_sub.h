@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class InputSub;
-}
+#include "screens/common/form_screen.h"
+#include "ui_input_sub.h"
 
 /// Entry of a customer number at the door.
-class InputSub : public TitledForm {
+class InputSub : public FormScreen<Ui::InputSub> {
     Q_OBJECT
 
  public:
-    InputSub(QWidget* parent, const QString& title);
-    ~InputSub() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::InputSub> ui_;
+    using FormScreen::FormScreen;
 };

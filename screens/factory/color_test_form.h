@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class ColorTestForm;
-}
+#include "screens/common/form_screen.h"
+#include "ui_color_test_form.h"
 
 /// Factory test of the display's colours.
-class ColorTestForm : public TitledForm {
+class ColorTestForm : public FormScreen<Ui::ColorTestForm> {
     Q_OBJECT
 
  public:
-    ColorTestForm(QWidget* parent, const QString& title);
-    ~ColorTestForm() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::ColorTestForm> ui_;
+    using FormScreen::FormScreen;
 };

@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class f_camTest;
-}
+#include "screens/common/form_screen.h"
+#include "ui_f_cam_test.h"
 
 /// Factory test of the cameras.
-class f_camTest : public TitledForm {
+class f_camTest : public FormScreen<Ui::f_camTest> {
     Q_OBJECT
 
  public:
-    f_camTest(QWidget* parent, const QString& title);
-    ~f_camTest() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::f_camTest> ui_;
+    using FormScreen::FormScreen;
 };

@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class f_cardTest;
-}
+#include "screens/common/form_screen.h"
+#include "ui_f_card_test.h"
 
 /// Factory test of the card reader.
-class f_cardTest : public TitledForm {
+class f_cardTest : public FormScreen<Ui::f_cardTest> {
     Q_OBJECT
 
  public:
-    f_cardTest(QWidget* parent, const QString& title);
-    ~f_cardTest() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::f_cardTest> ui_;
+    using FormScreen::FormScreen;
 };

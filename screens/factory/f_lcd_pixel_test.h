@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class f_lcd_pixelTest;
-}
+#include "screens/common/form_screen.h"
+#include "ui_f_lcd_pixel_test.h"
 
 /// Factory test of the display's pixels.
-class f_lcd_pixelTest : public TitledForm {
+class f_lcd_pixelTest : public FormScreen<Ui::f_lcd_pixelTest> {
     Q_OBJECT
 
  public:
-    f_lcd_pixelTest(QWidget* parent, const QString& title);
-    ~f_lcd_pixelTest() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::f_lcd_pixelTest> ui_;
+    using FormScreen::FormScreen;
 };

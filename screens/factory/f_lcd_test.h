@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class f_lcdTest;
-}
+#include "screens/common/form_screen.h"
+#include "ui_f_lcd_test.h"
 
 /// Factory test of the display.
-class f_lcdTest : public TitledForm {
+class f_lcdTest : public FormScreen<Ui::f_lcdTest> {
     Q_OBJECT
 
  public:
-    f_lcdTest(QWidget* parent, const QString& title);
-    ~f_lcdTest() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::f_lcdTest> ui_;
+    using FormScreen::FormScreen;
 };

@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class f_lcd_touchTest;
-}
+#include "screens/common/form_screen.h"
+#include "ui_f_lcd_touch_test.h"
 
 /// Factory test of the touch panel.
-class f_lcd_touchTest : public TitledForm {
+class f_lcd_touchTest : public FormScreen<Ui::f_lcd_touchTest> {
     Q_OBJECT
 
  public:
-    f_lcd_touchTest(QWidget* parent, const QString& title);
-    ~f_lcd_touchTest() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::f_lcd_touchTest> ui_;
+    using FormScreen::FormScreen;
 };

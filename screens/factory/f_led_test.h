@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class f_ledTest;
-}
+#include "screens/common/form_screen.h"
+#include "ui_f_led_test.h"
 
 /// Factory test of the LEDs.
-class f_ledTest : public TitledForm {
+class f_ledTest : public FormScreen<Ui::f_ledTest> {
     Q_OBJECT
 
  public:
-    f_ledTest(QWidget* parent, const QString& title);
-    ~f_ledTest() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::f_ledTest> ui_;
+    using FormScreen::FormScreen;
 };

@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class f_lightTest;
-}
+#include "screens/common/form_screen.h"
+#include "ui_f_light_test.h"
 
 /// Factory test of the light sensor.
-class f_lightTest : public TitledForm {
+class f_lightTest : public FormScreen<Ui::f_lightTest> {
     Q_OBJECT
 
  public:
-    f_lightTest(QWidget* parent, const QString& title);
-    ~f_lightTest() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::f_lightTest> ui_;
+    using FormScreen::FormScreen;
 };

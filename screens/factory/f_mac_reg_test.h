@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class f_macRegTest;
-}
+#include "screens/common/form_screen.h"
+#include "ui_f_mac_reg_test.h"
 
 /// Registers the MAC address.
-class f_macRegTest : public TitledForm {
+class f_macRegTest : public FormScreen<Ui::f_macRegTest> {
     Q_OBJECT
 
  public:
-    f_macRegTest(QWidget* parent, const QString& title);
-    ~f_macRegTest() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::f_macRegTest> ui_;
+    using FormScreen::FormScreen;
 };

@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class f_memoryTest;
-}
+#include "screens/common/form_screen.h"
+#include "ui_f_memory_test.h"
 
 /// Factory test of the memory.
-class f_memoryTest : public TitledForm {
+class f_memoryTest : public FormScreen<Ui::f_memoryTest> {
     Q_OBJECT
 
  public:
-    f_memoryTest(QWidget* parent, const QString& title);
-    ~f_memoryTest() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::f_memoryTest> ui_;
+    using FormScreen::FormScreen;
 };

@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class f_netTest;
-}
+#include "screens/common/form_screen.h"
+#include "ui_f_net_test.h"
 
 /// Factory test of the RS-422 line and the network.
-class f_netTest : public TitledForm {
+class f_netTest : public FormScreen<Ui::f_netTest> {
     Q_OBJECT
 
  public:
-    f_netTest(QWidget* parent, const QString& title);
-    ~f_netTest() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::f_netTest> ui_;
+    using FormScreen::FormScreen;
 };

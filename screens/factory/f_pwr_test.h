@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class f_pwrTest;
-}
+#include "screens/common/form_screen.h"
+#include "ui_f_pwr_test.h"
 
 /// Factory test of the power supply.
-class f_pwrTest : public TitledForm {
+class f_pwrTest : public FormScreen<Ui::f_pwrTest> {
     Q_OBJECT
 
  public:
-    f_pwrTest(QWidget* parent, const QString& title);
-    ~f_pwrTest() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::f_pwrTest> ui_;
+    using FormScreen::FormScreen;
 };

@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class f_rtcTest;
-}
+#include "screens/common/form_screen.h"
+#include "ui_f_rtc_test.h"
 
 /// Factory test of the clock.
-class f_rtcTest : public TitledForm {
+class f_rtcTest : public FormScreen<Ui::f_rtcTest> {
     Q_OBJECT
 
  public:
-    f_rtcTest(QWidget* parent, const QString& title);
-    ~f_rtcTest() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::f_rtcTest> ui_;
+    using FormScreen::FormScreen;
 };

@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class f_soundTest;
-}
+#include "screens/common/form_screen.h"
+#include "ui_f_sound_test.h"
 
 /// Factory test of the speaker.
-class f_soundTest : public TitledForm {
+class f_soundTest : public FormScreen<Ui::f_soundTest> {
     Q_OBJECT
 
  public:
-    f_soundTest(QWidget* parent, const QString& title);
-    ~f_soundTest() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::f_soundTest> ui_;
+    using FormScreen::FormScreen;
 };

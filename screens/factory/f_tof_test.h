@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class f_tofTest;
-}
+#include "screens/common/form_screen.h"
+#include "ui_f_tof_test.h"
 
 /// Factory test of the proximity sensor.
-class f_tofTest : public TitledForm {
+class f_tofTest : public FormScreen<Ui::f_tofTest> {
     Q_OBJECT
 
  public:
-    f_tofTest(QWidget* parent, const QString& title);
-    ~f_tofTest() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::f_tofTest> ui_;
+    using FormScreen::FormScreen;
 };

@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class f_verTest;
-}
+#include "screens/common/form_screen.h"
+#include "ui_f_ver_test.h"
 
 /// Factory test of the versions.
-class f_verTest : public TitledForm {
+class f_verTest : public FormScreen<Ui::f_verTest> {
     Q_OBJECT
 
  public:
-    f_verTest(QWidget* parent, const QString& title);
-    ~f_verTest() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::f_verTest> ui_;
+    using FormScreen::FormScreen;
 };

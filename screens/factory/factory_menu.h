@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class FactoryMenu;
-}
+#include "screens/common/form_screen.h"
+#include "ui_factory_menu.h"
 
 /// The factory tests.
-class FactoryMenu : public TitledForm {
+class FactoryMenu : public FormScreen<Ui::FactoryMenu> {
     Q_OBJECT
 
  public:
-    FactoryMenu(QWidget* parent, const QString& title);
-    ~FactoryMenu() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::FactoryMenu> ui_;
+    using FormScreen::FormScreen;
 };

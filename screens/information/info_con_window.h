@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class info_conWindow;
-}
+#include "screens/common/form_screen.h"
+#include "ui_info_con_window.h"
 
 /// The terminal's connections.
-class info_conWindow : public TitledForm {
+class info_conWindow : public FormScreen<Ui::info_conWindow> {
     Q_OBJECT
 
  public:
-    info_conWindow(QWidget* parent, const QString& title);
-    ~info_conWindow() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::info_conWindow> ui_;
+    using FormScreen::FormScreen;
 };

@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class Info_KeyDataWindow;
-}
+#include "screens/common/form_screen.h"
+#include "ui_info_key_data_window.h"
 
 /// The card keys.
-class Info_KeyDataWindow : public TitledForm {
+class Info_KeyDataWindow : public FormScreen<Ui::Info_KeyDataWindow> {
     Q_OBJECT
 
  public:
-    Info_KeyDataWindow(QWidget* parent, const QString& title);
-    ~Info_KeyDataWindow() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::Info_KeyDataWindow> ui_;
+    using FormScreen::FormScreen;
 };

@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class Info_ReaderWindow;
-}
+#include "screens/common/form_screen.h"
+#include "ui_info_reader_window.h"
 
 /// What this terminal is, and the way to all other information.
-class Info_ReaderWindow : public TitledForm {
+class Info_ReaderWindow : public FormScreen<Ui::Info_ReaderWindow> {
     Q_OBJECT
 
  public:
-    Info_ReaderWindow(QWidget* parent, const QString& title);
-    ~Info_ReaderWindow() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::Info_ReaderWindow> ui_;
+    using FormScreen::FormScreen;
 };

@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class Info_logList;
-}
+#include "screens/common/form_screen.h"
+#include "ui_info_log_list.h"
 
 /// The logs that were found.
-class Info_logList : public TitledForm {
+class Info_logList : public FormScreen<Ui::Info_logList> {
     Q_OBJECT
 
  public:
-    Info_logList(QWidget* parent, const QString& title);
-    ~Info_logList() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::Info_logList> ui_;
+    using FormScreen::FormScreen;
 };

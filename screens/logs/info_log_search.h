@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class Info_LogSearch;
-}
+#include "screens/common/form_screen.h"
+#include "ui_info_log_search.h"
 
 /// Search for logs.
-class Info_LogSearch : public TitledForm {
+class Info_LogSearch : public FormScreen<Ui::Info_LogSearch> {
     Q_OBJECT
 
  public:
-    Info_LogSearch(QWidget* parent, const QString& title);
-    ~Info_LogSearch() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::Info_LogSearch> ui_;
+    using FormScreen::FormScreen;
 };

@@ -1,6 +1,9 @@
 #include "screens/recognize/input_admin_password.h"
 
-#include "app/main_window.h"
+#include "app/administrator_session.h"
+#include "app/screen_titles.h"
+#include "app/settings_change.h"
+#include "app/window_shell.h"
 #include "link/command_parameters.h"
 #include "link/device_message.h"
 #include "ui/styler.h"
@@ -14,7 +17,7 @@ constexpr int kMostWrong = 3;
 }  // namespace
 
 InputAdminPassword::InputAdminPassword(QWidget* parent, const QString& title)
-    : TitledForm(parent, title, QStringLiteral("stayWindow")) {
+    : TitledForm(parent, title) {
     countdown_.setSingleShot(true);
     connect(&countdown_, &QTimer::timeout, this, &InputAdminPassword::showEntry);
 }
@@ -43,30 +46,42 @@ void InputAdminPassword::windowOutEvent() {
     ui_->passwordField->clear();
 }
 
+void InputAdminPassword::settingsChanged(const SettingsChange& change) {
+    TitledForm::settingsChanged(change);
+    if (shell()->isAdministrator())
+        proceed();
+    else if (change.first)
+        showEntry();
+}
+
 void InputAdminPassword::okButtonTouch() {
     const QString entered = ui_->passwordField->text();
-    if (entered.isEmpty())
+    if (entered.isEmpty() || !shell()->settingsArrived())
         return;
-    MainWindow* shell = MainWindow::getMainWindow();
-    if (entered != fieldText(shell->menuRecord().setup.adminPassword)) {
+    if (entered != fieldText(shell()->menuRecord().setup.adminPassword)) {
         refuse();
         return;
     }
     wrong_ = 0;
-    shell->changeWindow(QStringLiteral("zelMenuWindow"));
+    proceed();
+}
+
+void InputAdminPassword::proceed() {
+    // A copy: the screen forgets its parameter as it is left.
+    const auto purpose = param().value<PasswordPurpose>();
+    shell()->passwordEntered(purpose);
 }
 
 void InputAdminPassword::refuse() {
     ui_->passwordField->clear();
-    MainWindow* shell = MainWindow::getMainWindow();
-    shell->PlaySound(command::sound::Error);
+    shell()->PlaySound(command::sound::Error);
     if (++wrong_ == kMostWrong) {
         wrong_ = 0;
         lockedUntil_.setRemainingTime(lockTime_);
         showEntry();
     } else {
-        say(shell->getScript(QStringLiteral("Info_WrongPassword")));
-        shell->showTouchKey(ui_->passwordField);
+        say(shell()->getScript(QStringLiteral("Info_WrongPassword")));
+        shell()->showTouchKey(ui_->passwordField);
     }
 }
 
@@ -76,18 +91,23 @@ void InputAdminPassword::say(const ScriptHandler::Script& message) {
 }
 
 void InputAdminPassword::showEntry() {
-    MainWindow* shell = MainWindow::getMainWindow();
+    const bool known = shell()->settingsArrived();
     const int left = static_cast<int>(lockedUntil_.remainingTime());
-    ui_->passwordField->setEnabled(left == 0);
-    ui_->topBar->button(TopBar::Forward)->setEnabled(left == 0);
+    ui_->passwordField->setEnabled(known && left == 0);
+    ui_->topBar->button(TopBar::Forward)->setEnabled(known && left == 0);
+    if (!known) {
+        // Nobody knows the password before the controller has told it.
+        say(shell()->getScript(QStringLiteral("Error_NoResponse")));
+        return;
+    }
     if (left == 0) {
         ui_->messageLabel->clear();
         ui_->messageLabel->hide();
-        shell->showTouchKey(ui_->passwordField);
+        shell()->showTouchKey(ui_->passwordField);
         return;
     }
     // Counts the seconds down, each one as it ends.
-    ScriptHandler::Script message = shell->getScript(QStringLiteral("Info_PasswordLocked"));
+    ScriptHandler::Script message = shell()->getScript(QStringLiteral("Info_PasswordLocked"));
     message.script = message.script.arg((left + 999) / 1000);
     say(message);
     countdown_.start((left - 1) % 1000 + 1);

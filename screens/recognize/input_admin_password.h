@@ -4,15 +4,16 @@
 #include <QTimer>
 #include <memory>
 
-#include "screens/titled_form.h"
+#include "screens/common/titled_form.h"
 #include "ui/script_handler.h"
 
 namespace Ui {
 class InputAdminPassword;
 }
 
-/// Asks for the administrator's password before the menu. Three wrong ones in a row lock the entry
-/// for a while, which leaving the screen does not shorten.
+/// Asks for the administrator's password, for the PasswordPurpose that is its parameter; without
+/// one, before the menu. Three wrong ones in a row lock the entry for a while, which leaving the
+/// screen does not shorten.
 class InputAdminPassword : public TitledForm {
     Q_OBJECT
 
@@ -22,6 +23,7 @@ class InputAdminPassword : public TitledForm {
 
     void windowInEvent() override;
     void windowOutEvent() override;
+    void settingsChanged(const SettingsChange& change) override;
     /// How long the entry is locked, in milliseconds; 30 seconds unless a test cannot wait.
     void setLockTime(int ms) { lockTime_ = ms; }
 
@@ -30,6 +32,7 @@ class InputAdminPassword : public TitledForm {
 
  private:
     void okButtonTouch();
+    void proceed();
     void refuse();
     void say(const ScriptHandler::Script& message);
     void showEntry();

@@ -1,9 +1,8 @@
 #pragma once
 
-#include <QTimer>
-
 #include "ui/dialog_overlay.h"
-#include "ui/script_handler.h"
+#include "ui/scripted.h"
+#include "ui/visible_timer.h"
 
 class LabelButton;
 class MealRow;
@@ -11,7 +10,7 @@ struct _gui_menu_;
 
 /// The popup that tells how many meals have been taken in the present periods. Meals that the
 /// settings switch off step back.
-class MealCountForm : public DialogOverlay {
+class MealCountForm : public DialogOverlay, public Scripted {
     Q_OBJECT
 
  public:
@@ -20,8 +19,9 @@ class MealCountForm : public DialogOverlay {
 
     /// Whether @p settings want the counts to be seen at the door.
     static bool isOffered(const _gui_menu_& settings);
-    /// Shows the counts over @p screen for some seconds, or until it is left.
-    static void open(QWidget* screen);
+    /// Shows the counts over @p screen for some seconds, or until it is left. The dialog deletes
+    /// itself.
+    static MealCountForm* open(QWidget* screen);
 
     void setbreakfastText(const ScriptHandler::Script& name) { setName(0, name); }
     void setlunchText(const ScriptHandler::Script& name) { setName(1, name); }
@@ -32,10 +32,11 @@ class MealCountForm : public DialogOverlay {
     void setdinner_countText(const QString& count) { setCount(2, count); }
     void setsupper_countText(const QString& count) { setCount(3, count); }
 
+    void applyScripts(const Lookup&) override { showCounts(); }
+
  protected:
     int arrange() override;
     void showEvent(QShowEvent* event) override;
-    void hideEvent(QHideEvent* event) override;
 
  private:
     static constexpr int kMeals = 4;
@@ -46,5 +47,5 @@ class MealCountForm : public DialogOverlay {
 
     MealRow* rows_[kMeals];
     LabelButton* ok_;
-    QTimer timeout_;
+    VisibleTimer timeout_{this};
 };

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QTimer>
 #include <initializer_list>
 #include <memory>
 
@@ -8,13 +7,18 @@
 #include "link/device_records.h"
 #include "screens/recognize/arm_mode_ok_form.h"
 #include "screens/recognize/work_state.h"
+#include "ui/visible_timer.h"
 
 namespace Ui {
 class RecognizeWindow;
 }
+class TouchShield;
 
 /// The result of one recognition: who it was, what came of it, and what the person has to choose,
 /// if anything. It goes away by itself; a result that arrives meanwhile takes its place.
+///
+/// Its parameter is the title of the screen to go on with; the live view without one, or the
+/// standby screen when the person cancels.
 class RecognizeWindow : public WindowForm {
     Q_OBJECT
 
@@ -28,6 +32,11 @@ class RecognizeWindow : public WindowForm {
     ~RecognizeWindow() override;
 
     void deviceAnswer(const DeviceMessage& message) override;
+    /// Its own time and not the menus' ends it.
+    bool timesOut() const override { return false; }
+    bool coversDialogs() const override { return true; }
+    /// Below the panel and the buttons.
+    int noticeTop() const override { return 776; }
 
     /// Begins the result of the user @p userId: result text, operating mode, display time.
     void setUserID(const QString& userId);
@@ -70,6 +79,8 @@ class RecognizeWindow : public WindowForm {
     void updatePaymentCount();
     void recordAttendance(const WorkState::Attendance& event);
     void changePaymentCount(int count);
+    /// To the screen of the parameter, or else to @p title.
+    void leaveTo(const QString& title);
     void showLower(std::initializer_list<const QWidget*> shown);
     void startTimer(int seconds);
     QString resultKey() const;
@@ -78,11 +89,12 @@ class RecognizeWindow : public WindowForm {
     bool betweenMeals() const;
 
     std::unique_ptr<Ui::RecognizeWindow> ui_;
+    TouchShield* shield_ = nullptr;
     RecognitionResult result_{};
     WorkMode workMode_ = WorkMode::AccessOnly;  // in force when the result arrived
     const WorkState::Attendance* recorded_ = nullptr;
     ArmState arm_ = ArmState::None;
     int paymentCount_ = 0;
     bool paymentDone_ = false;
-    QTimer timer_;
+    VisibleTimer timer_{this};
 };

@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class Cloud_Window;
-}
+#include "screens/common/form_screen.h"
+#include "ui_cloud_window.h"
 
 /// The management service.
-class Cloud_Window : public TitledForm {
+class Cloud_Window : public FormScreen<Ui::Cloud_Window> {
     Q_OBJECT
 
  public:
-    Cloud_Window(QWidget* parent, const QString& title);
-    ~Cloud_Window() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::Cloud_Window> ui_;
+    using FormScreen::FormScreen;
 };

@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class ddns_window;
-}
+#include "screens/common/form_screen.h"
+#include "ui_ddns_window.h"
 
 /// The dynamic name service.
-class ddns_window : public TitledForm {
+class ddns_window : public FormScreen<Ui::ddns_window> {
     Q_OBJECT
 
  public:
-    ddns_window(QWidget* parent, const QString& title);
-    ~ddns_window() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::ddns_window> ui_;
+    using FormScreen::FormScreen;
 };

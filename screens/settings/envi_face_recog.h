@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class EnviFaceRecog;
-}
+#include "screens/common/form_screen.h"
+#include "ui_envi_face_recog.h"
 
 /// Settings of the face recognition.
-class EnviFaceRecog : public TitledForm {
+class EnviFaceRecog : public FormScreen<Ui::EnviFaceRecog> {
     Q_OBJECT
 
  public:
-    EnviFaceRecog(QWidget* parent, const QString& title);
-    ~EnviFaceRecog() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::EnviFaceRecog> ui_;
+    using FormScreen::FormScreen;
 };

@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class enviScreen;
-}
+#include "screens/common/form_screen.h"
+#include "ui_envi_screen.h"
 
 /// Settings of the screen.
-class enviScreen : public TitledForm {
+class enviScreen : public FormScreen<Ui::enviScreen> {
     Q_OBJECT
 
  public:
-    enviScreen(QWidget* parent, const QString& title);
-    ~enviScreen() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::enviScreen> ui_;
+    using FormScreen::FormScreen;
 };

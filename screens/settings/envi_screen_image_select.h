@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class EnviScreen_ImageSelect;
-}
+#include "screens/common/form_screen.h"
+#include "ui_envi_screen_image_select.h"
 
 /// Choice of the standby screen's picture.
-class EnviScreen_ImageSelect : public TitledForm {
+class EnviScreen_ImageSelect : public FormScreen<Ui::EnviScreen_ImageSelect> {
     Q_OBJECT
 
  public:
-    EnviScreen_ImageSelect(QWidget* parent, const QString& title);
-    ~EnviScreen_ImageSelect() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::EnviScreen_ImageSelect> ui_;
+    using FormScreen::FormScreen;
 };

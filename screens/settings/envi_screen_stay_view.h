@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class EnviScreen_StayView;
-}
+#include "screens/common/form_screen.h"
+#include "ui_envi_screen_stay_view.h"
 
 /// What the standby screen shows.
-class EnviScreen_StayView : public TitledForm {
+class EnviScreen_StayView : public FormScreen<Ui::EnviScreen_StayView> {
     Q_OBJECT
 
  public:
-    EnviScreen_StayView(QWidget* parent, const QString& title);
-    ~EnviScreen_StayView() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::EnviScreen_StayView> ui_;
+    using FormScreen::FormScreen;
 };

@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class enviSound;
-}
+#include "screens/common/form_screen.h"
+#include "ui_envi_sound.h"
 
 /// Settings of the sound.
-class enviSound : public TitledForm {
+class enviSound : public FormScreen<Ui::enviSound> {
     Q_OBJECT
 
  public:
-    enviSound(QWidget* parent, const QString& title);
-    ~enviSound() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::enviSound> ui_;
+    using FormScreen::FormScreen;
 };

@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class EnviSound_Alarm;
-}
+#include "screens/common/form_screen.h"
+#include "ui_envi_sound_alarm.h"
 
 /// Choice of the alarm's sound.
-class EnviSound_Alarm : public TitledForm {
+class EnviSound_Alarm : public FormScreen<Ui::EnviSound_Alarm> {
     Q_OBJECT
 
  public:
-    EnviSound_Alarm(QWidget* parent, const QString& title);
-    ~EnviSound_Alarm() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::EnviSound_Alarm> ui_;
+    using FormScreen::FormScreen;
 };

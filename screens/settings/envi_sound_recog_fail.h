@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class EnviSound_RecogFail;
-}
+#include "screens/common/form_screen.h"
+#include "ui_envi_sound_recog_fail.h"
 
 /// Choice of the sound of a failed recognition.
-class EnviSound_RecogFail : public TitledForm {
+class EnviSound_RecogFail : public FormScreen<Ui::EnviSound_RecogFail> {
     Q_OBJECT
 
  public:
-    EnviSound_RecogFail(QWidget* parent, const QString& title);
-    ~EnviSound_RecogFail() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::EnviSound_RecogFail> ui_;
+    using FormScreen::FormScreen;
 };

@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class environment;
-}
+#include "screens/common/form_screen.h"
+#include "ui_environment.h"
 
 /// The environment menu: face recognition, screen, sound.
-class environment : public TitledForm {
+class environment : public FormScreen<Ui::environment> {
     Q_OBJECT
 
  public:
-    environment(QWidget* parent, const QString& title);
-    ~environment() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::environment> ui_;
+    using FormScreen::FormScreen;
 };

@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class NetworkMenuForm;
-}
+#include "screens/common/form_screen.h"
+#include "ui_network_menu_form.h"
 
 /// The network menu.
-class NetworkMenuForm : public TitledForm {
+class NetworkMenuForm : public FormScreen<Ui::NetworkMenuForm> {
     Q_OBJECT
 
  public:
-    NetworkMenuForm(QWidget* parent, const QString& title);
-    ~NetworkMenuForm() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::NetworkMenuForm> ui_;
+    using FormScreen::FormScreen;
 };

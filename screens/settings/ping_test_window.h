@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class PingTestWindow;
-}
+#include "screens/common/form_screen.h"
+#include "ui_ping_test_window.h"
 
 /// Sends pings to an address and shows what comes back.
-class PingTestWindow : public TitledForm {
+class PingTestWindow : public FormScreen<Ui::PingTestWindow> {
     Q_OBJECT
 
  public:
-    PingTestWindow(QWidget* parent, const QString& title);
-    ~PingTestWindow() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::PingTestWindow> ui_;
+    using FormScreen::FormScreen;
 };

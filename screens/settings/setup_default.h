@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class SetupDefault;
-}
+#include "screens/common/form_screen.h"
+#include "ui_setup_default.h"
 
 /// Resets logs, settings or everything.
-class SetupDefault : public TitledForm {
+class SetupDefault : public FormScreen<Ui::SetupDefault> {
     Q_OBJECT
 
  public:
-    SetupDefault(QWidget* parent, const QString& title);
-    ~SetupDefault() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::SetupDefault> ui_;
+    using FormScreen::FormScreen;
 };

@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class SetupMenu;
-}
+#include "screens/common/form_screen.h"
+#include "ui_setup_menu.h"
 
 /// Setup of the device, and the way to what goes with it.
-class SetupMenu : public TitledForm {
+class SetupMenu : public FormScreen<Ui::SetupMenu> {
     Q_OBJECT
 
  public:
-    SetupMenu(QWidget* parent, const QString& title);
-    ~SetupMenu() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::SetupMenu> ui_;
+    using FormScreen::FormScreen;
 };

@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class TCP_Window;
-}
+#include "screens/common/form_screen.h"
+#include "ui_tcp_window.h"
 
 /// The terminal's own address.
-class TCP_Window : public TitledForm {
+class TCP_Window : public FormScreen<Ui::TCP_Window> {
     Q_OBJECT
 
  public:
-    TCP_Window(QWidget* parent, const QString& title);
-    ~TCP_Window() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::TCP_Window> ui_;
+    using FormScreen::FormScreen;
 };

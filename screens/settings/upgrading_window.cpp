@@ -1,11 +1,11 @@
 #include "screens/settings/upgrading_window.h"
 
-#include "app/main_window.h"
-#include "app/management_link.h"
+#include "app/window_shell.h"
+#include "cloud/download_manager.h"
 #include "ui_upgrading_window.h"
 
 upgradingWindow::upgradingWindow(QWidget* parent, const QString& title)
-    : TitledForm(parent, title, QString()) {}
+    : TitledForm(parent, title) {}
 
 upgradingWindow::~upgradingWindow() = default;
 
@@ -13,16 +13,30 @@ void upgradingWindow::createForm() {
     ui_ = std::make_unique<Ui::upgradingWindow>();
     ui_->setupUi(this);
     connectForm(ui_->topBar);
-    connect(&MainWindow::getMainWindow()->managementLink()->downloads(), &DownloadManager::progress,
-            this, &upgradingWindow::showProgress);
+    const DownloadManager* downloads = &shell()->downloads();
+    connect(downloads, &DownloadManager::progress, this, &upgradingWindow::showProgress);
+    connect(downloads, QOverload<>::of(&DownloadManager::finished), this,
+            &upgradingWindow::downloadEnded);
 }
 
 void upgradingWindow::windowInEvent() {
     TitledForm::windowInEvent();
+    showState();
+}
+
+void upgradingWindow::setParam(QVariant param) {
+    TitledForm::setParam(std::move(param));
+    if (isVisible())
+        showState();
+}
+
+void upgradingWindow::showState() {
     // Without a download the new firmware is in place already.
-    ui_->downloadText->setVisible(param().isValid());
-    ui_->restartText->setVisible(!param().isValid());
+    downloading_ = param().isValid();
+    ui_->downloadText->setVisible(downloading_);
+    ui_->restartText->setVisible(!downloading_);
     showProgress(0, -1, QString());
+    shell()->StopMenuTimer();
 }
 
 void upgradingWindow::showProgress(qint64 received, qint64 total, const QString& speed) {
@@ -34,7 +48,16 @@ void upgradingWindow::showProgress(qint64 received, qint64 total, const QString&
     ui_->downloadBar->setValue(percent);
     ui_->downloadPercent->setText(known ? QString::number(percent) + QLatin1Char('%') : QString());
     ui_->downloadSpeed->setText(speed);
-    // As long as there is something to see the screen stays.
-    if (isVisible())
-        MainWindow::getMainWindow()->ResetMenuTimer();
+}
+
+void upgradingWindow::downloadEnded() {
+    downloading_ = false;
+    peersChanged();
+}
+
+void upgradingWindow::peersChanged() {
+    // What has been downloaded waits for the controller's word, which will not come without it. An
+    // upgrade in place ends the link, too, but then the terminal restarts.
+    if (isVisible() && param().isValid() && !downloading_ && !shell()->linkUp())
+        shell()->StartMenuTimer();
 }

@@ -2,8 +2,8 @@
 
 #include <QEvent>
 
-#include "app/main_window.h"
-#include "ui_zel_menu_form.h"
+#include "app/window_shell.h"
+#include "link/record_values.h"
 
 namespace {
 
@@ -12,16 +12,24 @@ constexpr int kFactoryTime = 3000;  // milliseconds for all taps
 
 }  // namespace
 
-ZelMenuForm::ZelMenuForm(QWidget* parent, const QString& title)
-    : TitledForm(parent, title, QString()) {}
-
-ZelMenuForm::~ZelMenuForm() = default;
-
-void ZelMenuForm::createForm() {
-    ui_ = std::make_unique<Ui::ZelMenuForm>();
-    ui_->setupUi(this);
-    connectForm(ui_->topBar);
+void ZelMenuForm::built() {
     ui_->topBar->installEventFilter(this);
+}
+
+void ZelMenuForm::windowInEvent() {
+    FormScreen::windowInEvent();
+    enableTiles();
+}
+
+void ZelMenuForm::settingsChanged(const SettingsChange& change) {
+    FormScreen::settingsChanged(change);
+    enableTiles();
+}
+
+void ZelMenuForm::enableTiles() {
+    const bool meals = shell()->menuRecord().setup.operation == Operation::Meals;
+    ui_->menuFoodTile->setEnabled(meals);
+    ui_->menuWorkTile->setEnabled(!meals);
 }
 
 bool ZelMenuForm::eventFilter(QObject* watched, QEvent* event) {
@@ -29,7 +37,7 @@ bool ZelMenuForm::eventFilter(QObject* watched, QEvent* event) {
     // The second of two quick taps comes as a double click.
     if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick)
         titleTapped();
-    return TitledForm::eventFilter(watched, event);
+    return FormScreen::eventFilter(watched, event);
 }
 
 void ZelMenuForm::titleTapped() {
@@ -40,5 +48,5 @@ void ZelMenuForm::titleTapped() {
     if (++taps_ < kFactoryTaps)
         return;
     taps_ = 0;
-    MainWindow::getMainWindow()->changeWindow(QStringLiteral("factoryMenuWindow"));
+    shell()->changeWindow(QStringLiteral("factoryMenuWindow"));
 }

@@ -2,8 +2,8 @@
 
 #include <memory>
 
-#include "screens/screen_popup.h"
-#include "screens/titled_form.h"
+#include "screens/common/screen_popup.h"
+#include "screens/common/titled_form.h"
 
 namespace Ui {
 class UsbUploadFileSelecter;

@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class SetupRegistModeForm;
-}
+#include "screens/common/form_screen.h"
+#include "ui_setup_regist_mode_form.h"
 
 /// Settings of the registration mode.
-class SetupRegistModeForm : public TitledForm {
+class SetupRegistModeForm : public FormScreen<Ui::SetupRegistModeForm> {
     Q_OBJECT
 
  public:
-    SetupRegistModeForm(QWidget* parent, const QString& title);
-    ~SetupRegistModeForm() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::SetupRegistModeForm> ui_;
+    using FormScreen::FormScreen;
 };

@@ -1,24 +1,13 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class UserEnroll;
-}
+#include "screens/common/form_screen.h"
+#include "screens/users/enrol_step.h"
+#include "ui_user_enroll.h"
 
 /// First step of an enrolment: the way of authentication.
-class UserEnroll : public TitledForm {
+class UserEnroll : public FormScreen<Ui::UserEnroll, EnrolStep> {
     Q_OBJECT
 
  public:
-    UserEnroll(QWidget* parent, const QString& title);
-    ~UserEnroll() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::UserEnroll> ui_;
+    using FormScreen::FormScreen;
 };

@@ -1,24 +1,13 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class UserEnroll_CardTag;
-}
+#include "screens/common/form_screen.h"
+#include "screens/users/enrol_step.h"
+#include "ui_user_enroll_card_tag.h"
 
 /// Step of an enrolment: the card.
-class UserEnroll_CardTag : public TitledForm {
+class UserEnroll_CardTag : public FormScreen<Ui::UserEnroll_CardTag, EnrolStep> {
     Q_OBJECT
 
  public:
-    UserEnroll_CardTag(QWidget* parent, const QString& title);
-    ~UserEnroll_CardTag() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::UserEnroll_CardTag> ui_;
+    using FormScreen::FormScreen;
 };

@@ -1,24 +1,13 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class UserEnroll_Face;
-}
+#include "screens/common/form_screen.h"
+#include "screens/users/enrol_step.h"
+#include "ui_user_enroll_face.h"
 
 /// Step of an enrolment: the face.
-class UserEnroll_Face : public TitledForm {
+class UserEnroll_Face : public FormScreen<Ui::UserEnroll_Face, EnrolStep> {
     Q_OBJECT
 
  public:
-    UserEnroll_Face(QWidget* parent, const QString& title);
-    ~UserEnroll_Face() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::UserEnroll_Face> ui_;
+    using FormScreen::FormScreen;
 };

@@ -1,24 +1,13 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class UserEnroll_ID;
-}
+#include "screens/common/form_screen.h"
+#include "screens/users/enrol_step.h"
+#include "ui_user_enroll_id.h"
 
 /// Step of an enrolment: the customer number.
-class UserEnroll_ID : public TitledForm {
+class UserEnroll_ID : public FormScreen<Ui::UserEnroll_ID, EnrolStep> {
     Q_OBJECT
 
  public:
-    UserEnroll_ID(QWidget* parent, const QString& title);
-    ~UserEnroll_ID() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::UserEnroll_ID> ui_;
+    using FormScreen::FormScreen;
 };

@@ -1,24 +1,13 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class UserEnroll_Qualification;
-}
+#include "screens/common/form_screen.h"
+#include "screens/users/enrol_step.h"
+#include "ui_user_enroll_qualification.h"
 
 /// Step of an enrolment: level, rights and glasses.
-class UserEnroll_Qualification : public TitledForm {
+class UserEnroll_Qualification : public FormScreen<Ui::UserEnroll_Qualification, EnrolStep> {
     Q_OBJECT
 
  public:
-    UserEnroll_Qualification(QWidget* parent, const QString& title);
-    ~UserEnroll_Qualification() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::UserEnroll_Qualification> ui_;
+    using FormScreen::FormScreen;
 };

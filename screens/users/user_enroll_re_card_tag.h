@@ -1,24 +1,13 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class UserEnroll_ReCardTag;
-}
+#include "screens/common/form_screen.h"
+#include "screens/users/enrol_step.h"
+#include "ui_user_enroll_re_card_tag.h"
 
 /// The card step, entered again for a user who is there already.
-class UserEnroll_ReCardTag : public TitledForm {
+class UserEnroll_ReCardTag : public FormScreen<Ui::UserEnroll_ReCardTag, EnrolStep> {
     Q_OBJECT
 
  public:
-    UserEnroll_ReCardTag(QWidget* parent, const QString& title);
-    ~UserEnroll_ReCardTag() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::UserEnroll_ReCardTag> ui_;
+    using FormScreen::FormScreen;
 };

@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class UserGroupInfo;
-}
+#include "screens/common/form_screen.h"
+#include "ui_user_group_info.h"
 
 /// Numbers of users by group, and deleting whole groups.
-class UserGroupInfo : public TitledForm {
+class UserGroupInfo : public FormScreen<Ui::UserGroupInfo> {
     Q_OBJECT
 
  public:
-    UserGroupInfo(QWidget* parent, const QString& title);
-    ~UserGroupInfo() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::UserGroupInfo> ui_;
+    using FormScreen::FormScreen;
 };

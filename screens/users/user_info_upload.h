@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class UserInfoUpload;
-}
+#include "screens/common/form_screen.h"
+#include "ui_user_info_upload.h"
 
 /// Sends the users to the access controller.
-class UserInfoUpload : public TitledForm {
+class UserInfoUpload : public FormScreen<Ui::UserInfoUpload> {
     Q_OBJECT
 
  public:
-    UserInfoUpload(QWidget* parent, const QString& title);
-    ~UserInfoUpload() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::UserInfoUpload> ui_;
+    using FormScreen::FormScreen;
 };

@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class UserMenuForm;
-}
+#include "screens/common/form_screen.h"
+#include "ui_user_menu_form.h"
 
 /// The user menu.
-class UserMenuForm : public TitledForm {
+class UserMenuForm : public FormScreen<Ui::UserMenuForm> {
     Q_OBJECT
 
  public:
-    UserMenuForm(QWidget* parent, const QString& title);
-    ~UserMenuForm() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::UserMenuForm> ui_;
+    using FormScreen::FormScreen;
 };

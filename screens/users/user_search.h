@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class UserSearch;
-}
+#include "screens/common/form_screen.h"
+#include "ui_user_search.h"
 
 /// Choice of how to look for a user.
-class UserSearch : public TitledForm {
+class UserSearch : public FormScreen<Ui::UserSearch> {
     Q_OBJECT
 
  public:
-    UserSearch(QWidget* parent, const QString& title);
-    ~UserSearch() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::UserSearch> ui_;
+    using FormScreen::FormScreen;
 };

@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class UserSearch_Card;
-}
+#include "screens/common/form_screen.h"
+#include "ui_user_search_card.h"
 
 /// Search for a user by card.
-class UserSearch_Card : public TitledForm {
+class UserSearch_Card : public FormScreen<Ui::UserSearch_Card> {
     Q_OBJECT
 
  public:
-    UserSearch_Card(QWidget* parent, const QString& title);
-    ~UserSearch_Card() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::UserSearch_Card> ui_;
+    using FormScreen::FormScreen;
 };

@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class UserSearch_Face;
-}
+#include "screens/common/form_screen.h"
+#include "ui_user_search_face.h"
 
 /// Search for a user by face.
-class UserSearch_Face : public TitledForm {
+class UserSearch_Face : public FormScreen<Ui::UserSearch_Face> {
     Q_OBJECT
 
  public:
-    UserSearch_Face(QWidget* parent, const QString& title);
-    ~UserSearch_Face() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::UserSearch_Face> ui_;
+    using FormScreen::FormScreen;
 };

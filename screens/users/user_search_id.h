@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class UserSearch_ID;
-}
+#include "screens/common/form_screen.h"
+#include "ui_user_search_id.h"
 
 /// Search for a user by customer number.
-class UserSearch_ID : public TitledForm {
+class UserSearch_ID : public FormScreen<Ui::UserSearch_ID> {
     Q_OBJECT
 
  public:
-    UserSearch_ID(QWidget* parent, const QString& title);
-    ~UserSearch_ID() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::UserSearch_ID> ui_;
+    using FormScreen::FormScreen;
 };

@@ -1,24 +1,12 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/titled_form.h"
-
-namespace Ui {
-class UserSearch_userInfo;
-}
+#include "screens/common/form_screen.h"
+#include "ui_user_search_user_info.h"
 
 /// One user: shown, changed, deleted.
-class UserSearch_userInfo : public TitledForm {
+class UserSearch_userInfo : public FormScreen<Ui::UserSearch_userInfo> {
     Q_OBJECT
 
  public:
-    UserSearch_userInfo(QWidget* parent, const QString& title);
-    ~UserSearch_userInfo() override;
-
- protected:
-    void createForm() override;
-
- private:
-    std::unique_ptr<Ui::UserSearch_userInfo> ui_;
+    using FormScreen::FormScreen;
 };

@@ -13,7 +13,9 @@
 #include "sim/device_root.h"
 #include "tests/support/text_recorder.h"
 #include "ui/dialog_overlay.h"
+#include "ui/input_field.h"
 #include "ui/scroll_list.h"
+#include "ui/touch_shield.h"
 
 /// The real main window with a simulated controller at the other end of a real socket, in a device
 /// root of its own; driven by a finger on the window and by the controller's words. One per
@@ -28,6 +30,8 @@ class DrivenTerminal {
                                  frame += QLatin1Char(' ') + QLatin1String(payload.toHex(' '));
                              frames.append(frame);
                          });
+        // A test's finger knows what it touches.
+        TouchShield::setTime(0);
         QTcpServer free;
         free.listen(QHostAddress::LocalHost);
         qputenv("ZEL_LINK_PORT", QByteArray::number(sim.port()));
@@ -76,6 +80,15 @@ class DrivenTerminal {
         const bool settled = settle();
         frames.clear();
         return agreed && settled;
+    }
+    /// Has the settings hold an administrator's password, and types it where it is asked for.
+    bool lock() {
+        return tell("settings setup.adminPassword 2468") &&
+               QTest::qWaitFor([this] { return agrees(); });
+    }
+    void enterPassword() {
+        find<InputField>("passwordField")->setText(QStringLiteral("2468"));
+        tap("forwardButton");
     }
     /// Waits until a frame has been sent that begins like this: code, parameters, payload.
     bool sends(const char* frame) {
