@@ -4,6 +4,8 @@
 #include "cloud/event_reports.h"
 #include "cloud/parameters.h"
 #include "cloud/rest_client.h"
+#include "link/command_code.h"
+#include "link/device_message.h"
 
 namespace {
 
@@ -19,7 +21,11 @@ int milliseconds(int seconds, int standard) {
 }  // namespace
 
 ManagementLink::ManagementLink(CloudHost& cloud, ManagementHost& host, QObject* parent)
-    : QObject(parent), cloud_(cloud), commands_(cloud, host), client_(new RestClass(cloud, this)) {
+    : QObject(parent),
+      cloud_(cloud),
+      commands_(cloud, host),
+      firmware_(downloads_, host),
+      client_(new RestClass(cloud, this)) {
     folderTimer_.setSingleShot(true);
     connect(&folderTimer_, &QTimer::timeout, this, &ManagementLink::takeCommandFolder);
     connect(&connectTimer_, &QTimer::timeout, this, [this] {
@@ -37,8 +43,10 @@ ManagementLink::~ManagementLink() {
 }
 
 void ManagementLink::start() {
+    // Before the thread takes new orders in, which come after the old ones.
+    firmware_.resume();
     client_->start(QThread::InheritPriority);
-    folderTimer_.start(kFolderInterval);
+    folderTimer_.start(CommandQueue::kIdleInterval);
 }
 
 void ManagementLink::stop() {
@@ -60,6 +68,7 @@ void ManagementLink::restart() {
     connectTimer_.stop();
     checkTimer_.stop();
     setConnected(false);
+    client_->takeSettings();
     if (!inUse())
         return;
     const NetworkBlock network = cloud_.settings().network;
@@ -77,8 +86,19 @@ void ManagementLink::checkNow() {
 
 void ManagementLink::takeCommandFolder() {
     commands_.userRestChkrResult();
-    // One per period, whether there was one or not.
-    folderTimer_.start(kFolderInterval);
+    firmware_.look();
+    folderTimer_.start(commands_.untilNextFolder());
+}
+
+void ManagementLink::linkDrained() {
+    commands_.linkDrained();
+    if (folderTimer_.isActive())
+        folderTimer_.start(commands_.untilNextFolder());
+}
+
+void ManagementLink::controllerMessage(const DeviceMessage& message) {
+    if (message.command == command::FirmwareUpdateAnswer)
+        firmware_.answered();
 }
 
 void ManagementLink::reportAccess(const GUI_LOGDATA& event) {

@@ -33,8 +33,8 @@ class Navigation : public QObject {
     int enrolAtDoor(int enrolMode);
     QString enrolmentReturnTitle() const;
 
-    /// Gives the screen @p title, which is about to come up, its time. Factory screens and all
-    /// that come up after the first of them have none, nor has one that says so.
+    /// Gives the screen @p title, which is about to come up, its time, unless it never times out;
+    /// factory screens and all that come up after the first of them do not.
     void startTime(const QString& title);
 
  signals:

@@ -1,10 +1,10 @@
 #pragma once
 
 #include <QString>
-#include <QVector>
 #include <cstdint>
 #include <cstring>
 #include <optional>
+#include <vector>
 
 /// A frame from the device controller on its way to the part that it concerns. The payload is only
 /// valid while the message is being handled.
@@ -25,11 +25,12 @@ struct DeviceMessage {
         return copy;
     }
 
-    /// Copies of the packed records that the payload consists of. Too short an end counts as none.
+    /// Copies of the packed records that the payload holds one behind the other. The piece of a
+    /// record at the end is left out, so a payload shorter than one gives none.
     template <typename Record>
-    QVector<Record> records() const {
-        QVector<Record> copies(payload == nullptr ? 0 : length / static_cast<int>(sizeof(Record)));
-        if (!copies.isEmpty())
+    std::vector<Record> records() const {
+        std::vector<Record> copies(payload != nullptr ? length / sizeof(Record) : 0);
+        if (!copies.empty())
             std::memcpy(copies.data(), payload, copies.size() * sizeof(Record));
         return copies;
     }

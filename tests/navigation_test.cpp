@@ -34,12 +34,22 @@ class NavigationTest : public QObject {
 
  private:
     MainWindow* window() { return t->window.get(); }
+    /// Has the terminal be run so that the screen @p title can be had.
+    void runFor(const QString& title) {
+        const bool meals = title == QLatin1String("foodMenuWindow");
+        if (!meals && window()->menuRecord().setup.operation != Operation::Meals)
+            return;
+        QVERIFY(t->tell(meals ? "settings setup.operation 2" : "settings setup.operation 1"));
+        QTRY_VERIFY(t->agrees());
+    }
+
     std::unique_ptr<DrivenTerminal> t;
 };
 
 void NavigationTest::init() {
-    for (const char* words : {"settings commissioned 1", "settings screen.menuTimeout 3",
-                              "settings setup.adminPassword \"\"", "settings registration.on 1"})
+    for (const char* words :
+         {"settings commissioned 1", "settings setup.operation 1", "settings screen.menuTimeout 3",
+          "settings setup.adminPassword \"\"", "settings registration.on 1"})
         QVERIFY2(t->tell(words), words);
     QVERIFY(t->start());
     QVERIFY(t->settle());
@@ -77,6 +87,7 @@ void NavigationTest::aFrozenScreenStays() {
     };
     for (const WindowForm* screen : window()->windowList()) {
         const QString title = screen->getTitle();
+        runFor(title);
         window()->changeWindow(title);
         QCOMPARE(t->title(), title);
         window()->setChangeWindowFlag(false);
@@ -108,6 +119,7 @@ void NavigationTest::theMenuIsTheAdministrators() {
     QVERIFY(t->lock());
     for (const WindowForm* screen : window()->windowList()) {
         const QString title = screen->getTitle();
+        runFor(title);
         window()->changeWindow(QStringLiteral("inputSubWindow"));
         window()->changeWindow(QStringLiteral("stayWindow"));
         if (everybodys.contains(title)) {

@@ -3,6 +3,7 @@
 #include <QtTest>
 
 #include "link/command_code.h"
+#include "link/device_link.h"
 #include "screens/recognize/input_admin_password.h"
 #include "screens/recognize/meal_count_form.h"
 #include "tests/support/driven_terminal.h"
@@ -24,7 +25,10 @@ class OperationSettingsTest : public QObject {
     void timesAreChecked();
     void whatIsNotUsedCannotBeTyped();
     void eachShowStartsFromTheRecord();
-    void aSaveKeepsWhatArrivedMeanwhile();
+    void whatArrivesMeanwhileIsTaken();
+    void aSaveThatFailsChangesNothing_data();
+    void aSaveThatFailsChangesNothing();
+    void onlyTheOperationInForceCanBeSet();
     void aWrongPasswordLocksTheEntry();
     void mealCountsAreShown();
 
@@ -45,6 +49,21 @@ class OperationSettingsTest : public QObject {
         t->tap(combo);
         t->tap(item);
     }
+    /// Goes to the screen on a terminal that is run so.
+    bool open(const char* screen) {
+        t->window->changeWindow(QStringLiteral("zelMenuWindow"));
+        set("setup.operation", qstrcmp(screen, "foodMenuWindow") == 0 ? "2" : "1");
+        return t->open(screen);
+    }
+    bool closeDialog() {
+        return QTest::qWaitFor([this] {
+            if (t->find("dialogOkButton"))
+                t->tap("dialogOkButton");
+            return t->find("dialogOkButton") == nullptr;
+        });
+    }
+    QString field(const char* name) const { return t->find<InputField>(name)->text(); }
+    bool marked(const char* row) const { return t->find<ListRow>(row)->isFaulty(); }
     QStringList saves() const {
         return t->frames.filter(QRegularExpression(QStringLiteral("^198[34] ")));
     }
@@ -61,16 +80,27 @@ void OperationSettingsTest::initTestCase() {
 }
 
 void OperationSettingsTest::init() {
-    for (const char* line :
-         {"settings setup.language 1", "settings operation.attendanceMode 0",
-          "settings operation.lunchOff 0", "settings operation.saveSimpleAccess 1",
-          "settings operation.supperOff 1", "settings operation.doorOpenSetting 0",
-          "settings operation.doorOpenTime 20", "settings operation.forcedOpenOff 0",
-          "settings operation.forcedCloseOff 1", "settings operation.forcedOpen 09:00~12:00",
-          "settings operation.forcedClose 00:00~00:00", "settings operation.weekdayIn 06:00~09:00",
-          "settings operation.weekdayOut 11:00~13:00", "settings operation.saturdayIn 17:00~19:00",
-          "settings operation.saturdayOut 22:00~02:00", "settings operation.holidayRule 2",
-          "settings operation.saveRecognitionFail 1", "settings operation.mealCountView 1"})
+    t->window->changeWindow(QStringLiteral("zelMenuWindow"));
+    for (const char* line : {"settings setup.language 1",
+                             "settings operation.attendanceMode 0",
+                             "settings operation.lunchOff 0",
+                             "settings operation.saveSimpleAccess 1",
+                             "settings operation.supperOff 1",
+                             "settings operation.doorOpenSetting 0",
+                             "settings operation.doorOpenTime 20",
+                             "settings operation.forcedOpenOff 0",
+                             "settings operation.forcedCloseOff 1",
+                             "settings operation.forcedOpen 09:00~12:00",
+                             "settings operation.forcedClose 00:00~00:00",
+                             "settings operation.weekdayIn 06:00~09:00",
+                             "settings operation.weekdayOut 11:00~13:00",
+                             "settings operation.saturdayIn 17:00~19:00",
+                             "settings operation.saturdayOut 22:00~02:00",
+                             "settings operation.holidayRule 2",
+                             "settings operation.saveRecognitionFail 1",
+                             "settings operation.mealCountView 1",
+                             "settings setup.operation 1",
+                             "normal"})
         QVERIFY2(t->tell(line), line);
     QVERIFY(t->open("zelMenuWindow"));
 }
@@ -116,6 +146,7 @@ void OperationSettingsTest::attendanceIsSaved() {
 void OperationSettingsTest::mealsAreSaved() {
     set("operation.forcedCloseOff", "6");  // kept
     set("operation.doorOpenTime", "0");    // never set: the default
+    set("setup.operation", "2");
     QVERIFY(t->open("zelMenuWindow"));
     t->tap("menuFoodTile");
     t->tap("breakfastBox", 0.1);
@@ -177,7 +208,7 @@ void OperationSettingsTest::timesAreChecked() {
         for (const char* off :
              {"operation.forcedCloseOff", "operation.saveSimpleAccess", "operation.supperOff"})
             set(off, "0");
-        QVERIFY(t->open(row.screen));
+        QVERIFY(open(row.screen));
         for (const QByteArray& one : QByteArray(row.typed).split(' ')) {
             t->tap((one.left(one.indexOf('=')) + "Time").constData());
             type(one.mid(one.indexOf('=') + 1));
@@ -187,11 +218,22 @@ void OperationSettingsTest::timesAreChecked() {
         QVERIFY2(QTest::qWaitFor([&] { return t->says(said); }) && t->settle(), row.typed);
         QVERIFY2(saves().size() == (row.key == nullptr ? 2 : 0), row.typed);
         QVERIFY2((t->sent("1908 0 0 cb 00") >= 0) == (row.key != nullptr), row.typed);
+        if (qstrcmp(row.typed, "dinner=12001900") != 0)
+            continue;
+        // Both are named and marked, until one of them is changed.
+        const QString below = t->find<QLabel>("dialogSecondText")->text();
+        QVERIFY(below.contains(t->text("ListItem_LunchTime")));
+        QVERIFY(below.contains(t->text("ListItem_DinnerTime")));
+        QVERIFY(marked("lunchRow") && marked("dinnerRow") && !marked("breakfastRow"));
+        QVERIFY(closeDialog());
+        t->tap("lunchTime");
+        type("1");
+        QVERIFY(!marked("lunchRow") && marked("dinnerRow"));
     }
 }
 
 void OperationSettingsTest::whatIsNotUsedCannotBeTyped() {
-    QVERIFY(t->open("workMenuWindow"));
+    QVERIFY(open("workMenuWindow"));
     const auto enabled = [this](const char* name) { return t->find(name)->isEnabled(); };
     t->tap("weekdayInTime");
     QVERIFY(t->find<InputField>("weekdayInTime")->isEditing());
@@ -208,7 +250,7 @@ void OperationSettingsTest::whatIsNotUsedCannotBeTyped() {
     QVERIFY(enabled("weekdayInTime"));
     QVERIFY(enabled("holidayCombo"));
 
-    QVERIFY(t->open("foodMenuWindow"));
+    QVERIFY(open("foodMenuWindow"));
     QVERIFY(enabled("breakfastTime"));
     QVERIFY(!enabled("dinnerTime"));
     t->tap("dinnerBox", 0.5);
@@ -223,27 +265,126 @@ void OperationSettingsTest::eachShowStartsFromTheRecord() {
     t->tap("plusButton");
     t->tap("backButton");
     QCOMPARE(t->title(), QStringLiteral("zelMenuWindow"));
-    // Numbers that no choice has are shown as the first one, or as near as it goes.
+    // Numbers that no choice has are shown as near as it goes.
     set("operation.attendanceMode", "200");
     set("operation.doorOpenTime", "99");
     set("operation.weekdayIn", "05:00~24:00");
     set("setup.language", "0");
-    QVERIFY(t->open("workMenuWindow"));
+    QVERIFY(open("workMenuWindow"));
     QCOMPARE(t->find<InputField>("weekdayInTime")->text(), QStringLiteral("05:00~24:00"));
     QVERIFY(t->find("forcedOpenTime")->isEnabled());
-    QCOMPARE(t->find<Combo>("modeCombo")->currentText(), QStringLiteral("자동"));
+    QCOMPARE(t->find<Combo>("modeCombo")->currentText(), QStringLiteral("복귀 용"));
     QCOMPARE(t->find<PlusMinus>("doorOpenTime")->value(), 20);
     QCOMPARE(t->find<ListRow>("doorOpenRow")->text(), QStringLiteral("문열림 설정"));
 }
 
-void OperationSettingsTest::aSaveKeepsWhatArrivedMeanwhile() {
-    QVERIFY(t->open("foodMenuWindow"));
-    const quint8 volume = t->sim.settings().sound.volume == 1 ? 2 : 1;
-    QVERIFY(t->set({{"sound.volume", QString::number(volume)}}));
-    QTRY_COMPARE(t->window->menuRecord().sound.volume, volume);
+void OperationSettingsTest::whatArrivesMeanwhileIsTaken() {
+    QVERIFY(open("workMenuWindow"));
+    t->tap("weekdayInTime");
+    type("07300915D");
+    t->tap("saturdayInTime");  // open, with nothing typed yet
+    for (const char* line :
+         {"settings sound.volume 9", "settings operation.lunchOff 5",
+          "settings operation.doorOpenTime 7", "settings operation.weekdayIn 05:00~06:00",
+          "settings operation.saturdayIn 16:00~17:00", "settings operation.weekdayOut 12:00~14:00"})
+        QVERIFY2(t->tell(line), line);
+    QTRY_VERIFY(t->agrees());
+    QCOMPARE(t->find<PlusMinus>("doorOpenTime")->value(), 7);
+    QCOMPARE(field("weekdayInTime"), QStringLiteral("07:30~09:15"));
+    QCOMPARE(field("weekdayOutTime"), QStringLiteral("12:00~14:00"));
+    type("D");
+    QCOMPARE(field("saturdayInTime"), QStringLiteral("16:00~17:00"));
+    verifySaved("00 05 01 01 00 07 00 01 09 00 0c 00 00 00 00 00 01 01",
+                "07 1e 09 0f 0c 00 0e 00 10 00 11 00 16 00 02 00 02");
+    QCOMPARE(t->window->menuRecord().sound.volume, quint8(9));
+}
+
+void OperationSettingsTest::aSaveThatFailsChangesNothing_data() {
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<QString>("after");
+    QTest::addColumn<QString>("said");
+    const auto row = [](const char* name, const char* before, const char* after, const char* said) {
+        QTest::newRow(name) << QString::fromLatin1(before) << QString::fromLatin1(after)
+                            << QString::fromLatin1(said);
+    };
+    row("refused", "refuse 1984", "", "Error_SettingsRefused");
+    row("no answer", "silent 1984", "wait", "Error_ControllerSilent");
+    row("no link", "drop", "", "ListItem_NoController");
+    row("link lost", "silent 1984", "drop", "ListItem_NoController");
+    // What arrived on the way is what it goes back to.
+    row("changed and refused", "silent 1984", "settings operation.doorOpenTime 3;frame 2984 1 0",
+        "Error_SettingsRefused");
+}
+
+void OperationSettingsTest::aSaveThatFailsChangesNothing() {
+    QFETCH(QString, before);
+    QFETCH(QString, after);
+    QFETCH(QString, said);
+    QVERIFY(open("workMenuWindow"));
+    t->tap("weekdayInTime");
+    type("07300915D");
+    QVERIFY(t->tell(before));
+    QTRY_COMPARE(t->window->linkUp(), before != QLatin1String("drop"));
+    QTest::mouseClick(t->find("forwardButton"), Qt::LeftButton);
+    if (t->window->linkUp()) {
+        QVERIFY(t->says("ListItem_SavingConfiguring"));
+        QVERIFY(!t->find("forwardButton")->isEnabled());
+        QCOMPARE(t->window->menuRecord().operation.weekdayIn.startHour, quint8(7));
+    }
+    auto* timer =
+        t->window->getActivateWindowForm()->findChild<QTimer*>(QStringLiteral("answerTimer"));
+    for (const QString& one : after.split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
+        if (one == QLatin1String("wait")) {
+            QVERIFY(t->settle());
+            timer->start(0);
+        } else {
+            QVERIFY2(t->tell(one), qPrintable(one));
+        }
+    }
+    QTRY_VERIFY(t->says(said.toLatin1().constData()));
+    QVERIFY(t->find("forwardButton")->isEnabled() && !timer->isActive());
+    QVERIFY(t->agrees());
+    QCOMPARE(field("weekdayInTime"), QStringLiteral("07:30~09:15"));
+    if (said == QLatin1String("Error_ControllerSilent")) {
+        // Better late than never: the controller has it after all.
+        QVERIFY(t->tell("frame 2984 0 0"));
+        QTRY_VERIFY(t->says("ListItem_ConfigurationComplete"));
+        QCOMPARE(t->window->menuRecord().operation.weekdayIn.startHour, quint8(7));
+    }
+    t->window->findChild<DeviceLink*>()->open(t->sim.port());
+    QTRY_VERIFY(t->window->linkUp());
+    QVERIFY(closeDialog());
+    QVERIFY(t->tell("silent none") && t->tell("refuse none"));
     t->tap("forwardButton");
-    QCOMPARE(t->window->menuRecord().sound.volume, volume);
     QTRY_VERIFY(t->says("ListItem_ConfigurationComplete"));
+    QVERIFY(t->agrees());
+}
+
+void OperationSettingsTest::onlyTheOperationInForceCanBeSet() {
+    const struct {
+        const char* operation;
+        bool attendance;
+        bool meals;
+    } rows[] = {{"0", true, false}, {"1", true, false}, {"2", false, true}};
+    for (const auto& row : rows) {
+        set("setup.operation", row.operation);
+        QTRY_COMPARE(t->find("menuWorkTile")->isEnabled(), row.attendance);
+        QCOMPARE(t->find("menuFoodTile")->isEnabled(), row.meals);
+        for (const auto& [screen, allowed] :
+             {std::pair("workMenuWindow", row.attendance), {"foodMenuWindow", row.meals}}) {
+            t->window->changeWindow(QLatin1String(screen));
+            QCOMPARE(t->title(), QLatin1String(allowed ? screen : "zelMenuWindow"));
+            QCOMPARE(t->says("Info_OtherOperation"), !allowed);
+            QVERIFY(closeDialog());
+            QVERIFY(t->open("zelMenuWindow"));
+        }
+    }
+    // It changes while one is at it.
+    QVERIFY(t->open("foodMenuWindow"));
+    set("setup.operation", "1");
+    QTRY_COMPARE(t->title(), QStringLiteral("zelMenuWindow"));
+    QVERIFY(t->says("Info_OtherOperation"));
+    QVERIFY(closeDialog());
 }
 
 void OperationSettingsTest::aWrongPasswordLocksTheEntry() {

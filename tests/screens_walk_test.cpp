@@ -290,7 +290,7 @@ class ScreensWalkTest : public QObject {
                                        : back    ? bar->property("backTarget").toString()
                                        : forward ? bar->property("forwardTarget").toString()
                                                  : button->property("target").toString();
-                if (!button->isHidden() && (back || !target.isEmpty()))
+                if (!button->isHidden() && button->isEnabled() && (back || !target.isEmpty()))
                     targets.insert(button, target);
             }
             for (auto way = targets.cbegin(); way != targets.cend(); ++way) {
@@ -312,9 +312,11 @@ class ScreensWalkTest : public QObject {
         QStringList others = titles();
         for (const QString& title : qAsConst(reached))
             others.removeOne(title);
-        QCOMPARE(others.join(QLatin1Char(' ')),
-                 QStringLiteral("bootWindow usbUploadFileSelector recognizeWindow inputSubWindow "
-                                "UsbOutLogWindow upgradingWindow InputAdminPassword"));
+        QCOMPARE(
+            others.join(QLatin1Char(' ')),
+            QStringLiteral(
+                "bootWindow usbUploadFileSelector foodMenuWindow recognizeWindow inputSubWindow "
+                "UsbOutLogWindow upgradingWindow InputAdminPassword"));
         for (const int language : {0, 1, 2}) {
             stage->restart(language);
             const auto words = [this](const QString& key) {

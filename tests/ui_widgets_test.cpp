@@ -20,6 +20,7 @@
 #include "ui/plus_minus.h"
 #include "ui/scroll_list.h"
 #include "ui/text_fit.h"
+#include "ui/theme.h"
 #include "ui/toggle.h"
 #include "ui/top_bar.h"
 #include "ui/touch_shield.h"
@@ -516,6 +517,21 @@ class UiWidgetsTest : public QObject {
         field.clear();
         field.backspace();
         QCOMPARE(field.text(), QString());
+
+        // As long as something is missing a caret says where it comes.
+        field.resize(172, 56);
+        field.setEditing(true);
+        int last = 0;
+        for (const char* typed : {"", "09:0", "09:00~17:4", "09:00~17:45"}) {
+            field.setText(u(typed));
+            const QImage seen = field.grab({8, 8, 156, 40}).toImage();
+            int caret = 0;
+            for (int x = 0; x < seen.width(); ++x)
+                if (seen.pixel(x, 20) == Theme::kAccent)
+                    caret = x;
+            QVERIFY2(field.text().size() == 11 ? caret == 0 : caret > last, typed);
+            last = caret;
+        }
     }
 
     void fieldRefusesWhatIsNotAllowed() {

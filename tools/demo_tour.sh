@@ -1,6 +1,6 @@
 # The tour of ./run --demo: a day at the door, step by step, with a picture of each step.
-# Sourced by run, which starts everything; uses its scratch, demo, control_port, terminal, log, clock
-# and wait_until.
+# Sourced by run, which starts everything; uses its scratch, demo, control_port, terminal, log, clock,
+# faked and wait_until.
 # shellcheck shell=bash disable=SC2034,SC2154
 
 day=2026-03-09  # a Monday
@@ -8,9 +8,7 @@ day=2026-03-09  # a Monday
 # tour_clock: has the terminal take the tour's time for the machine's.
 tour_clock() {
     show_time 08:51
-    # shellcheck disable=SC2016
-    clock=(env 'LD_PRELOAD=/usr/$LIB/faketime/libfaketimeMT.so.1' FAKETIME_NO_CACHE=1
-        FAKETIME_DONT_FAKE_MONOTONIC=1 "FAKETIME_TIMESTAMP_FILE=$scratch/time")
+    clock=("${faked[@]}" FAKETIME_NO_CACHE=1 "FAKETIME_TIMESTAMP_FILE=$scratch/time")
 }
 
 # show_time HH:MM: stops the terminal's clock there.

@@ -15,6 +15,7 @@ class CheckBox : public WidgetButton, public Scripted {
 
     const QString& textKey() const { return text_.key(); }
     void setTextKey(const QString& key) { text_.setKey(key); }
+    const QString& text() const { return text_.text(); }
     bool isChecked() const { return checked_; }
     void setChecked(bool checked);
 

@@ -178,6 +178,11 @@ void InputField::setTyped(const QString& typed) {
     emit textChanged(text());
 }
 
+void InputField::drawCaret(QPainter* painter, int end) const {
+    painter->fillRect(end + 1, (height() - kCaretHeight) / 2, 2, kCaretHeight,
+                      Theme::color(Theme::kAccent));
+}
+
 void InputField::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const bool focused = editing_ && isEnabled();
@@ -191,6 +196,11 @@ void InputField::paintEvent(QPaintEvent*) {
             shown.script = text();
         TextFit::draw(&painter, rect().adjusted(kPatternPadding, 0, -kPatternPadding, 0),
                       Qt::AlignHCenter, shown, TextFit::kValue, QFont::Normal, ink);
+        // A whole one has no end to type at: the next digit starts it over.
+        if (focused && typed_.size() < maxLength()) {
+            const int textWidth = empty ? 0 : TextFit::width(shown, TextFit::kValue, QFont::Normal);
+            drawCaret(&painter, (width() + textWidth) / 2);
+        }
         return;
     }
 
@@ -213,8 +223,7 @@ void InputField::paintEvent(QPaintEvent*) {
         return;
     const int end = line.x() + (empty ? 0 : textWidth);
     painter.setClipping(false);
-    painter.fillRect(end + 1, (height() - kCaretHeight) / 2, 2, kCaretHeight,
-                     Theme::color(Theme::kAccent));
+    drawCaret(&painter, end);
     if (!preedit_.isEmpty()) {
         ScriptHandler::Script open = shown;
         open.script = preedit_;

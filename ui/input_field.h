@@ -84,6 +84,8 @@ class InputField : public WidgetButton, public Scripted {
     bool accepts(uint character) const;
     QString filtered(const QString& text, int room) const;
     void setTyped(const QString& typed);
+    /// Behind a text that ends at @p end.
+    void drawCaret(QPainter* painter, int end) const;
 
     QString typed_;
     QString preedit_;

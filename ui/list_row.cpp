@@ -63,6 +63,20 @@ void ListRow::setIconColumn(int width) {
     update();
 }
 
+void ListRow::setFaulty(bool faulty) {
+    faulty_ = faulty;
+    update();
+}
+
+QString ListRow::label() const {
+    const CheckBox* check = box();
+    return check != nullptr ? check->text() : text();
+}
+
+CheckBox* ListRow::box() const {
+    return findChild<CheckBox*>(QString(), Qt::FindDirectChildrenOnly);
+}
+
 void ListRow::applyScripts(const Lookup& lookup) {
     text_.apply(lookup);
     value_.apply(lookup);
@@ -109,18 +123,21 @@ void ListRow::arrange() {
         beside->setGeometry(width() - kControlMargin - controlWidth,
                             (height() - kControlHeight) / 2, controlWidth, kControlHeight);
     }
-    if (auto* box = findChild<CheckBox*>(QString(), Qt::FindDirectChildrenOnly)) {
+    if (CheckBox* check = box()) {
         constexpr int kLeft = kControlMargin - 2;  // brings the drawn box under the labels
-        box->setGeometry(kLeft, (kHeight - kControlHeight) / 2,
-                         width() - kLeft - kControlMargin - controlWidth - kLabelGap,
-                         kControlHeight);
+        check->setGeometry(kLeft, (kHeight - kControlHeight) / 2,
+                           width() - kLeft - kControlMargin - controlWidth - kLabelGap,
+                           kControlHeight);
     }
     update();
 }
 
 void ListRow::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    drawRow(&painter, rect(), Theme::kRadiusControl);
+    if (faulty_)
+        Paint::box(&painter, rect(), Theme::kRadiusControl, Theme::kRow, Theme::kDanger, 2);
+    else
+        drawRow(&painter, rect(), Theme::kRadiusControl);
 
     const bool chosen = isSelected() && isEnabled();
     const QRgb ink = !isEnabled() ? Theme::kOff : chosen ? Theme::kAccent : Theme::kCaption;

@@ -3,6 +3,8 @@
 #include "ui/script_text.h"
 #include "ui/widget_button.h"
 
+class CheckBox;
+
 /// A row of a list: a label at the left and, at the right, a control, a value, a chevron or a
 /// radio mark. The control is the child widget that the form lays on the row; the row itself puts
 /// it at its place, below the label (and grows) when it is too wide to stand beside it. A CheckBox
@@ -17,6 +19,7 @@ class ListRow : public WidgetButton, public Scripted {
     Q_PROPERTY(Mark mark READ mark WRITE setMark)
     Q_PROPERTY(QString iconName READ iconName WRITE setIconName)
     Q_PROPERTY(int iconColumn READ iconColumn WRITE setIconColumn)
+    Q_PROPERTY(bool faulty READ isFaulty WRITE setFaulty)
 
  public:
     enum Mark {
@@ -48,6 +51,15 @@ class ListRow : public WidgetButton, public Scripted {
     int iconColumn() const { return iconColumn_; }
     void setIconColumn(int width);
 
+    /// What is entered on the row is wrong, as its border says.
+    bool isFaulty() const { return faulty_; }
+    void setFaulty(bool faulty);
+
+    /// What the row is called: its text, or that of its check box.
+    QString label() const;
+    /// The control on the row, or null.
+    QWidget* control() const;
+
     void applyScripts(const Lookup& lookup) override;
     bool isTouchable() const override { return mark_ != NoMark; }
     QSize sizeHint() const override;
@@ -58,7 +70,7 @@ class ListRow : public WidgetButton, public Scripted {
     void paintEvent(QPaintEvent* event) override;
 
  private:
-    QWidget* control() const;
+    CheckBox* box() const;
     bool isStacked() const;
     void arrange();
 
@@ -68,4 +80,5 @@ class ListRow : public WidgetButton, public Scripted {
     Mark mark_ = NoMark;
     int iconColumn_ = 48;
     bool positive_ = false;
+    bool faulty_ = false;
 };

@@ -1,12 +1,15 @@
 #include "screens/common/device_request.h"
 
+#include <QTimer>
+
 #include "app/window_form.h"
 #include "app/window_shell.h"
 #include "link/device_message.h"
 
-DeviceRequest::DeviceRequest(QObject* parent) : QObject(parent) {
-    timer_.setSingleShot(true);
-    connect(&timer_, &QTimer::timeout, this, [this] { emit failed(Failure::TimedOut); });
+DeviceRequest::DeviceRequest(QObject* parent) : QObject(parent), timer_(new QTimer(this)) {
+    timer_->setObjectName(QStringLiteral("answerTimer"));
+    timer_->setSingleShot(true);
+    connect(timer_, &QTimer::timeout, this, [this] { emit failed(Failure::TimedOut); });
 }
 
 bool DeviceRequest::send(std::uint16_t code, std::uint8_t p1, std::uint8_t p2,
@@ -22,12 +25,16 @@ bool DeviceRequest::send(std::uint16_t code, std::uint8_t p1, std::uint8_t p2,
 
 void DeviceRequest::await(const QVector<std::uint16_t>& answers, int milliseconds) {
     answers_ = answers;
-    timer_.start(milliseconds);
+    timer_->start(milliseconds);
 }
 
 void DeviceRequest::extend() {
     if (isWaiting())
-        timer_.start();
+        timer_->start();
+}
+
+bool DeviceRequest::isWaiting() const {
+    return timer_->isActive();
 }
 
 bool DeviceRequest::take(const DeviceMessage& message) {
@@ -40,7 +47,7 @@ bool DeviceRequest::take(const DeviceMessage& message) {
 }
 
 void DeviceRequest::cancel() {
-    timer_.stop();
+    timer_->stop();
 }
 
 void DeviceRequest::linkLost() {

@@ -2,11 +2,11 @@
 
 #include <QByteArray>
 #include <QObject>
-#include <QTimer>
 #include <QVector>
 #include <cstdint>
 
 struct DeviceMessage;
+class QTimer;
 
 /// Something that the device controller has been asked for and that is waited for, one at a time:
 /// it ends with an answer, after its time or with the link, and is told of once.
@@ -39,7 +39,7 @@ class DeviceRequest : public QObject {
     void await(const QVector<std::uint16_t>& answers, int milliseconds);
     /// The controller is at work: its time begins anew.
     void extend();
-    bool isWaiting() const { return timer_.isActive(); }
+    bool isWaiting() const;
 
     /// Ends the request with @p message if that is one of its answers. Whether it was.
     bool take(const DeviceMessage& message);
@@ -53,5 +53,5 @@ class DeviceRequest : public QObject {
 
  private:
     QVector<std::uint16_t> answers_;
-    QTimer timer_;  // runs as long as the request is waited for
+    QTimer* const timer_;  // runs as long as the request is waited for
 };

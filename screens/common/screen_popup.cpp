@@ -11,6 +11,8 @@ namespace {
 
 using Icon = DialogForm::Icon;
 
+constexpr float kSecondSize = 20;  // pixels, of a line that no script holds
+
 bool isPopup(ScreenText::Kind kind) {
     return kind < ScreenText::Question;
 }
@@ -42,9 +44,8 @@ Icon iconOf(ScreenText::Kind kind) {
     return Icon::None;
 }
 
-ScriptHandler::Script script(const char* key) {
-    return key != nullptr ? WindowForm::shell()->getScript(QLatin1String(key))
-                          : ScriptHandler::Script();
+QString keyOr(const char* key, const char* otherwise) {
+    return QLatin1String(key != nullptr ? key : otherwise);
 }
 
 template <class Dialog>
@@ -73,30 +74,22 @@ const ScreenText* ScreenPopup::find(int number, bool (*isWanted)(ScreenText::Kin
     return nullptr;
 }
 
-void ScreenPopup::show(int number, int seconds, const QString& second) {
+bool ScreenPopup::show(int number, int seconds, const QString& second) {
     const ScreenText* text = find(number, isPopup);
     if (text == nullptr)
-        return;
+        return false;
     made(popup_, screen_, "screenPopup")->hide();
     popup_->setAutoClose(seconds * 1000);
     present(popup_, *text, second);
     if (text->kind == ScreenText::Error)
         WindowForm::shell()->PlaySound(command::sound::Error);
+    return true;
 }
 
-void ScreenPopup::show(const PopupText& text, int seconds) {
-    made(popup_, screen_, "screenPopup")->hide();
-    popup_->setAutoClose(seconds * 1000);
-    present(popup_, {0, text.key, ScreenText::Info}, QString());
-    popup_->setIcon(text.icon);
-    if (text.icon == Icon::Error)
-        WindowForm::shell()->PlaySound(command::sound::Error);
-}
-
-void ScreenPopup::ask(int number, const Answer& agreed, const Answer& declined) {
+bool ScreenPopup::ask(int number, const Answer& agreed, const Answer& declined) {
     const ScreenText* text = find(number, isQuestion);
     if (text == nullptr)
-        return;
+        return false;
     if (question_ == nullptr) {
         made(question_, screen_, "screenQuestion")->setButtonType(DialogForm::OkCancelButtons);
         // Taken out first: an answer may ask the next question.
@@ -114,42 +107,48 @@ void ScreenPopup::ask(int number, const Answer& agreed, const Answer& declined) 
     declined_ = declined;
     question_->setDanger(text->kind == ScreenText::Danger);
     present(question_, *text, QString());
+    return true;
 }
 
 void ScreenPopup::present(DialogForm* dialog, const ScreenText& text, const QString& second) {
-    hideIfMade(wait_);
+    endWait();
     dialog->setIcon(iconOf(text.kind));
     dialog->setTextKey(QLatin1String(text.key));
     dialog->setSecondTextKey(QLatin1String(text.secondKey));
     if (!second.isEmpty()) {
-        ScriptHandler::Script below = script(text.secondKey);
+        ScriptHandler::Script below = WindowForm::shell()->getScript(QLatin1String(text.key));
+        below.size = kSecondSize;
         below.script = second;
         dialog->setSecondText(below);
     }
-    dialog->setOkKey(QLatin1String(text.okKey != nullptr ? text.okKey : "TopMenu_OK"));
-    dialog->setCancelKey(
-        QLatin1String(text.cancelKey != nullptr ? text.cancelKey : "TopMenu_Cancel"));
+    dialog->setOkKey(keyOr(text.okKey, "TopMenu_OK"));
+    dialog->setCancelKey(keyOr(text.cancelKey, "TopMenu_Cancel"));
     dialog->show();
 }
 
-void ScreenPopup::wait(int number, int percent) {
+bool ScreenPopup::wait(int number, int percent) {
     const ScreenText* text = find(number, isWait);
     if (text == nullptr)
-        return;
+        return false;
+    const QString key = QLatin1String(text->key);
+    const bool tellsPercent =
+        WindowForm::shell()->getScript(key).script.contains(QLatin1String("%1"));
     made(wait_, screen_, "screenWait");
-    const bool tellsPercent = script(text->key).script.contains(QLatin1String("%1"));
-    wait_->setTextKey(QLatin1String(text->key), QString::number(qBound(0, percent, 100)));
+    wait_->setTextKey(key, QString::number(qBound(0, percent, 100)));
     wait_->setSecondTextKey(QLatin1String(text->secondKey));
     wait_->setProgress(percent, !tellsPercent);
     wait_->show();
+    return true;
 }
 
-bool ScreenPopup::isWaiting() const {
-    return wait_ != nullptr && wait_->isVisible();
+void ScreenPopup::endWait() {
+    hideIfMade(wait_);
+}
+
+bool ScreenPopup::isOpen() const {
+    return popup_ != nullptr && popup_->isOpen();
 }
 
 void ScreenPopup::close() {
-    for (QWidget* dialog : {static_cast<QWidget*>(popup_), static_cast<QWidget*>(question_),
-                            static_cast<QWidget*>(wait_)})
-        hideIfMade(dialog);
+    hideIfMade(popup_);
 }

@@ -23,22 +23,16 @@ struct ScreenText {
     };
 
     int number;
-    const char* key;  ///< script key; a "%1" in its text is a percentage
+    const char* key;  ///< script key; a "%1" in the text of a wait is the percentage
     Kind kind;
     const char* secondKey = nullptr;  ///< of the line below
     const char* okKey = nullptr;      ///< of another word than OK, if any
     const char* cancelKey = nullptr;
 };
 
-/// One of the popups that a screen shows without a number.
-struct PopupText {
-    const char* key;  ///< script key
-    DialogForm::Icon icon;
-};
-
-/// What one screen says in front of itself: popups, questions and waits of its tables. Each kind is
-/// numbered on its own, and one without a text shows nothing. A new popup takes the place of the
-/// one before, as a question and a wait do, and any of them ends a wait.
+/// What one screen says in front of itself: popups, questions and waits of its tables. Each of the
+/// three is numbered on its own, and a number without a text shows nothing, as the result tells. A
+/// new one takes the place of the one of its kind before, and a popup or question ends a wait.
 class ScreenPopup {
  public:
     static constexpr int kSeconds = 5;
@@ -55,20 +49,21 @@ class ScreenPopup {
     /// @p texts must stay; the first one with a number counts.
     template <std::size_t count>
     void add(const ScreenText (&texts)[count]) {
-        tables_.append({texts, texts + count});
+        tables_.append(Table{texts, texts + count});
     }
 
     /// A popup, which has one button and closes after @p seconds by itself; 0: it does not.
     /// @p second takes the place of the text's own second line.
-    void show(int number, int seconds = kSeconds, const QString& second = QString());
-    void show(const PopupText& text, int seconds);
+    bool show(int number, int seconds = kSeconds, const QString& second = QString());
     /// Asks; @p declined is called when it is closed without OK.
-    void ask(int number, const Answer& agreed, const Answer& declined = Answer());
-    /// Stays until close(), or until something else is shown. From 0 @p percent on there is a
+    bool ask(int number, const Answer& agreed, const Answer& declined = Answer());
+    /// Stays until endWait(), or until something else is shown. From 0 @p percent on there is a
     /// progress bar, with the number below it unless the text tells it.
-    void wait(int number, int percent = -1);
-    bool isWaiting() const;
-    /// Takes back whatever is shown.
+    bool wait(int number, int percent = -1);
+    void endWait();
+    /// Whether there is a popup, be it covered by something else.
+    bool isOpen() const;
+    /// Takes the popup back.
     void close();
 
  private:

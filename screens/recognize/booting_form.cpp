@@ -56,11 +56,6 @@ void BootingForm::showEvent(QShowEvent* event) {
     timer_.start(upgrade_ == Upgrade::None ? kBootTime : kResultTime);
 }
 
-void BootingForm::hideEvent(QHideEvent* event) {
-    WindowForm::hideEvent(event);
-    timer_.stop();
-}
-
 void BootingForm::bootEnd() {
     MainWindow* shell = MainWindow::getMainWindow();
     shell->SendCommand(command::RecognitionMode, command::recognition::Off, 0);
@@ -68,6 +63,7 @@ void BootingForm::bootEnd() {
     shell->SendCommand(command::CameraRun, command::camera::Off, 0);
     // A terminal that says of itself that it was never set up starts with its setup.
     const bool neverSetUp = shell->settingsArrived() && shell->menuRecord().commissioned == 0;
-    shell->changeWindow(neverSetUp ? QStringLiteral("setupMenuWindow")
-                                   : QStringLiteral("stayWindow"));
+    if (shell->changeWindow(neverSetUp ? QStringLiteral("setupMenuWindow")
+                                       : QStringLiteral("stayWindow")) != 0)
+        timer_.start();  // until screens may change
 }

@@ -77,7 +77,6 @@ void RecognizeWindow::showEvent(QShowEvent* event) {
 
 void RecognizeWindow::hideEvent(QHideEvent* event) {
     WindowForm::hideEvent(event);
-    timer_.stop();
     MainWindow* shell = MainWindow::getMainWindow();
     if (shell == nullptr)
         return;
@@ -277,7 +276,7 @@ void RecognizeWindow::paymentButtonTouch() {
 }
 
 void RecognizeWindow::cancelButtonTouch() {
-    MainWindow::getMainWindow()->changeWindow(QStringLiteral("stayWindow"));
+    leaveTo(QStringLiteral("stayWindow"));
 }
 
 void RecognizeWindow::menuButtonTouch() {
@@ -285,12 +284,17 @@ void RecognizeWindow::menuButtonTouch() {
 }
 
 void RecognizeWindow::timerEnd() {
-    MainWindow* shell = MainWindow::getMainWindow();
-    if (shell->getActivateWindowForm() == this)
-        shell->changeWindow(QStringLiteral("liveWindow"));
+    if (MainWindow::getMainWindow()->getActivateWindowForm() == this)
+        leaveTo(QStringLiteral("liveWindow"));
 }
 
 // --- Inside --------------------------------------------------------------------------------
+
+void RecognizeWindow::leaveTo(const QString& title) {
+    const QString next = param().isValid() ? param().toString() : title;
+    if (MainWindow::getMainWindow()->changeWindow(next) != 0)
+        timer_.start();  // until screens may change
+}
 
 void RecognizeWindow::showNobody() {
     ui_->band->hide();

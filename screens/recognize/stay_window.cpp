@@ -6,6 +6,7 @@
 #include "link/command_parameters.h"
 #include "link/device_message.h"
 #include "link/record_values.h"
+#include "screens/recognize/recognition.h"
 #include "screens/standby_pictures.h"
 #include "ui_stay_window.h"
 
@@ -33,18 +34,18 @@ void StayWindow::showEvent(QShowEvent* event) {
     WindowForm::showEvent(event);
     MainWindow* shell = MainWindow::getMainWindow();
     shell->SendCommand(command::LivePicture, command::picture::Hidden, 0);
-    shell->SendCommand(command::RecognitionMode, command::recognition::Off, 0);
-    shell->SendCommand(command::CameraRun, command::camera::Off, 0);
+    Recognition::stop(*shell);
     loadPictures();
+    peersChanged();
     shell->SendCloseMessage(command::closed::ByMenuTimeout);
     lightUp();
 }
 
-void StayWindow::hideEvent(QHideEvent* event) {
-    WindowForm::hideEvent(event);
-    // A clock that nobody sees costs nothing.
-    clockTimer_.stop();
-    sleepTimer_.stop();
+void StayWindow::windowOutEvent() {
+    WindowForm::windowOutEvent();
+    // Whatever takes over, and for whatever reason, is to be seen.
+    if (ui_->standbyView->isDark())
+        wakePanel();
 }
 
 void StayWindow::deviceAnswer(const DeviceMessage& message) {
@@ -56,17 +57,14 @@ void StayWindow::deviceAnswer(const DeviceMessage& message) {
             sleepTimeout();
             break;
         case command::WakeScreen:
-            shell->SendCommand(command::BurnInTimer, command::burn_in::Wake, 0);
-            lightUp();
+            wakePanel();
             break;
         case command::ShowLiveView:
-            wake();
-            shell->changeWindow(QStringLiteral("liveWindow"));
+            goLive();
             break;
         case command::RecognitionFailed:
             // A card was refused; the live view tells why.
-            wake();
-            if (shell->changeWindow(QStringLiteral("liveWindow")) == 0)
+            if (goLive())
                 shell->getActivateWindowForm()->deviceAnswer(message);
             break;
         default:
@@ -77,8 +75,13 @@ void StayWindow::deviceAnswer(const DeviceMessage& message) {
 void StayWindow::settingsChanged(const SettingsChange& change) {
     WindowForm::settingsChanged(change);
     loadPictures();
+    peersChanged();
     if (!ui_->standbyView->isDark())
         setSleepTimerReset();
+}
+
+void StayWindow::peersChanged() {
+    ui_->peerSign->setPeers(*shell());
 }
 
 void StayWindow::loadPictures() {
@@ -105,28 +108,38 @@ void StayWindow::sleepTimeout() {
     sleepTimer_.stop();
     clockTimer_.stop();
     ui_->standbyView->setDark(true);
+    ui_->standbyView->raise();
     MainWindow::getMainWindow()->SendCommand(command::BurnInTimer, command::burn_in::Darken, 0);
+}
+
+void StayWindow::wakePanel() {
+    MainWindow::getMainWindow()->SendCommand(command::BurnInTimer, command::burn_in::Wake, 0);
+    lightUp();
 }
 
 void StayWindow::lightUp() {
     ui_->standbyView->setDark(false);
+    ui_->peerSign->raise();
     showTime();
     clockTimer_.start(kClockInterval);
     setSleepTimerReset();
 }
 
 void StayWindow::wake() {
-    MainWindow* shell = MainWindow::getMainWindow();
-    shell->SendCommand(command::RecognitionMode, command::recognition::On, 0);
-    shell->SendCommand(command::CameraRun, command::camera::On, 0);
-    shell->SendCommand(command::CameraPictureStart, 0, 0);
-    shell->SendCommand(command::BurnInTimer, command::burn_in::Wake, 0);
-    lightUp();
+    Recognition::start(*MainWindow::getMainWindow());
+    wakePanel();
+}
+
+bool StayWindow::goLive() {
+    if (!shell()->canChangeWindow()) {
+        wakePanel();
+        return false;
+    }
+    wake();
+    return shell()->changeWindow(QStringLiteral("liveWindow")) == 0;
 }
 
 void StayWindow::centerTouch() {
-    MainWindow* shell = MainWindow::getMainWindow();
-    shell->PlaySound(command::sound::Wake);
-    wake();
-    shell->changeWindow(QStringLiteral("liveWindow"));
+    MainWindow::getMainWindow()->PlaySound(command::sound::Wake);
+    goLive();
 }

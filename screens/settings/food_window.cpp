@@ -1,107 +1,80 @@
 #include "screens/settings/food_window.h"
 
-#include <iterator>
-
+#include "link/record_values.h"
 #include "screens/settings/time_range.h"
-#include "ui_food_window.h"
 
 namespace {
 
 constexpr int kDefaultLampTime = 3;  // seconds
-constexpr int kPopupSaving = 16;
 constexpr int kPopupOverlap = 17;
 
-constexpr auto Error = DialogForm::Icon::Error;
-constexpr auto Info = DialogForm::Icon::Info;
+constexpr auto Error = ScreenText::Error;
 
-/// By number, from kFirstOwnPopup on.
-constexpr PopupText kPopups[] = {
-    {"ListItem_BrackfastExceededInputRange", Error},
-    {"ListItem_LunchExceededInputRange", Error},
-    {"ListItem_DinnerExceededInputRange", Error},
-    {"ListItem_SupperExceededInputRange", Error},
-    {"ListItem_BrackfastInputRange", Error},
-    {"ListItem_LunchInputRange", Error},
-    {"ListItem_DinnerInputRange", Error},
-    {"ListItem_SupperInputRange", Error},
-    {"ListItem_SavingConfiguring", Info},
-    {"ListItem_MealtimeOverlap", Error},
+constexpr ScreenText kPopups[] = {
+    {8, "ListItem_BrackfastExceededInputRange", Error},
+    {9, "ListItem_LunchExceededInputRange", Error},
+    {10, "ListItem_DinnerExceededInputRange", Error},
+    {11, "ListItem_SupperExceededInputRange", Error},
+    {12, "ListItem_BrackfastInputRange", Error},
+    {13, "ListItem_LunchInputRange", Error},
+    {14, "ListItem_DinnerInputRange", Error},
+    {15, "ListItem_SupperInputRange", Error},
+    {16, "ListItem_SavingConfiguring", ScreenText::Info},
+    {kPopupOverlap, "ListItem_MealtimeOverlap", Error},
 };
-static_assert(OperationSettingsForm::kFirstOwnPopup + std::size(kPopups) - 1 == kPopupOverlap);
-
-/// Any two of the periods, used or not, must stand beside each other.
-bool overlap(const OperationBlock& block) {
-    const _byte4_time_se_ periods[] = {block.weekdayIn, block.weekdayOut, block.saturdayIn,
-                                       block.saturdayOut};
-    for (auto one = std::begin(periods); one != std::end(periods); ++one) {
-        for (auto other = one + 1; other != std::end(periods); ++other) {
-            if (TimeRange::CheckTime(*one, *other) == 0)
-                return true;
-        }
-    }
-    return false;
-}
 
 }  // namespace
 
-FoodWindow::FoodWindow(QWidget* parent, const QString& title)
-    : OperationSettingsForm(parent, title, kPopups) {
+FoodWindow::FoodWindow(QWidget* parent, const QString& title) : FormScreen(parent, title) {
     setObjectName(QStringLiteral("FoodWindow"));
 }
 
-FoodWindow::~FoodWindow() = default;
+void FoodWindow::built() {
+    popup().add(kPopups);
+    bind(ui_->breakfastBox, &OperationBlock::attendanceMode, kInverted);
+    bind(ui_->lunchBox, &OperationBlock::lunchOff, kInverted);
+    bind(ui_->dinnerBox, &OperationBlock::saveSimpleAccess, kInverted);
+    bind(ui_->supperBox, &OperationBlock::supperOff, kInverted);
+    bind(ui_->breakfastTime, &OperationBlock::weekdayIn, 8, 12);
+    bind(ui_->lunchTime, &OperationBlock::weekdayOut, 9, 13);
+    bind(ui_->dinnerTime, &OperationBlock::saturdayIn, 10, 14);
+    bind(ui_->supperTime, &OperationBlock::saturdayOut, 11, 15);
+    bind(ui_->duplicateUseCombo, &OperationBlock::doorOpenSetting);
+    bind(ui_->lampTime, &OperationBlock::doorOpenTime, kDefaultLampTime);
+    bind(ui_->lampConditionToggle, &OperationBlock::forcedOpenOff);
+    bind(ui_->mealCountViewToggle, &OperationBlock::mealCountView);
+    bind(ui_->recogFailToggle, &OperationBlock::saveRecognitionFail, kInverted);
 
-void FoodWindow::createForm() {
-    ui_ = std::make_unique<Ui::FoodWindow>();
-    ui_->setupUi(this);
-    connectForm(ui_->topBar, ui_->list,
-                {{ui_->breakfastTime, &OperationBlock::weekdayIn, 8, 12},
-                 {ui_->lunchTime, &OperationBlock::weekdayOut, 9, 13},
-                 {ui_->dinnerTime, &OperationBlock::saturdayIn, 10, 14},
-                 {ui_->supperTime, &OperationBlock::saturdayOut, 11, 15}});
     for (CheckBox* box : {ui_->breakfastBox, ui_->lunchBox, ui_->dinnerBox, ui_->supperBox})
         connect(box, &CheckBox::toggled, this, &FoodWindow::foodUseTouch);
-}
-
-void FoodWindow::showRecord() {
-    const OperationBlock shown = operation();
-    ui_->breakfastBox->setChecked(shown.attendanceMode == 0);
-    ui_->lunchBox->setChecked(shown.lunchOff == 0);
-    ui_->dinnerBox->setChecked(shown.saveSimpleAccess == 0);
-    ui_->supperBox->setChecked(shown.supperOff == 0);
-    choose(ui_->duplicateUseCombo, shown.doorOpenSetting);
-    ui_->lampTime->setValue(shown.doorOpenTime != 0 ? shown.doorOpenTime : kDefaultLampTime);
-    ui_->lampConditionToggle->setCurrentIndex(shown.forcedOpenOff);
-    ui_->mealCountViewToggle->setCurrentIndex(shown.mealCountView);
-    ui_->recogFailToggle->setCurrentIndex(shown.saveRecognitionFail != 0 ? 0 : 1);
     foodUseTouch();
 }
 
-void FoodWindow::foodUseTouch() {
-    const auto use = [](const CheckBox* box, QWidget* field, std::uint8_t& off) {
-        field->setEnabled(box->isChecked());
-        off = box->isChecked() ? 0 : 1;
-    };
-    OperationBlock& edited = operation();
-    use(ui_->breakfastBox, ui_->breakfastTime, edited.attendanceMode);
-    use(ui_->lunchBox, ui_->lunchTime, edited.lunchOff);
-    use(ui_->dinnerBox, ui_->dinnerTime, edited.saveSimpleAccess);
-    use(ui_->supperBox, ui_->supperTime, edited.supperOff);
+bool FoodWindow::isFor(std::uint8_t operation) const {
+    return operation == Operation::Meals;
 }
 
-void FoodWindow::saveButtonTouch() {
-    if (!readTimes())
-        return;
-    OperationBlock& edited = operation();
-    if (overlap(edited)) {
-        ShowPopup(kPopupOverlap, kPopupSeconds);
-        return;
+void FoodWindow::foodUseTouch() {
+    for (const CheckBox* box : {ui_->breakfastBox, ui_->lunchBox, ui_->dinnerBox, ui_->supperBox})
+        useWhileTicked(box);
+}
+
+bool FoodWindow::validate(_gui_menu_& edited) {
+    // Any two of the periods, used or not, must stand beside each other.
+    const struct {
+        _byte4_time_se_ period;
+        QWidget* field;
+    } meals[] = {{edited.operation.weekdayIn, ui_->breakfastTime},
+                 {edited.operation.weekdayOut, ui_->lunchTime},
+                 {edited.operation.saturdayIn, ui_->dinnerTime},
+                 {edited.operation.saturdayOut, ui_->supperTime}};
+    for (const auto* one = std::begin(meals); one != std::end(meals); ++one) {
+        for (const auto* other = one + 1; other != std::end(meals); ++other) {
+            if (TimeRange::CheckTime(one->period, other->period) == 0) {
+                fault(kPopupOverlap, {one->field, other->field});
+                return false;
+            }
+        }
     }
-    edited.doorOpenSetting = chosen(ui_->duplicateUseCombo);
-    edited.doorOpenTime = static_cast<std::uint8_t>(ui_->lampTime->value());
-    edited.forcedOpenOff = ui_->lampConditionToggle->currentIndex() == 0 ? 0 : 1;
-    edited.mealCountView = ui_->mealCountViewToggle->currentIndex() == 0 ? 0 : 1;
-    edited.saveRecognitionFail = ui_->recogFailToggle->currentIndex() == 0 ? 1 : 0;
-    save();
-    ShowPopup(kPopupSaving, kPopupSeconds);
+    return true;
 }

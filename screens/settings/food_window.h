@@ -1,29 +1,20 @@
 #pragma once
 
-#include <memory>
-
+#include "screens/common/form_screen.h"
 #include "screens/settings/operation_settings_form.h"
-
-namespace Ui {
-class FoodWindow;
-}
+#include "ui_food_window.h"
 
 /// Settings of meal mode.
-class FoodWindow : public OperationSettingsForm {
+class FoodWindow : public FormScreen<Ui::FoodWindow, OperationSettingsForm> {
     Q_OBJECT
 
  public:
     FoodWindow(QWidget* parent, const QString& title);
-    ~FoodWindow() override;
 
-    void saveButtonTouch() override;
-
- protected:
-    void createForm() override;
-    void showRecord() override;
-
- private:
     void foodUseTouch();
 
-    std::unique_ptr<Ui::FoodWindow> ui_;
+ protected:
+    void built() override;
+    bool isFor(std::uint8_t operation) const override;
+    bool validate(_gui_menu_& edited) override;
 };

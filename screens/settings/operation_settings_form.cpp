@@ -1,35 +1,26 @@
 #include "screens/settings/operation_settings_form.h"
 
-#include <QScrollBar>
-#include <iterator>
-
-#include "app/main_window.h"
+#include "app/window_shell.h"
 #include "link/command_code.h"
-#include "link/command_parameters.h"
-#include "link/device_message.h"
 #include "screens/settings/time_range.h"
-#include "ui/combo.h"
+#include "ui/check_box.h"
 #include "ui/input_field.h"
-#include "ui/scroll_list.h"
-#include "ui/top_bar.h"
+#include "ui/list_row.h"
 
 namespace {
 
-constexpr int kPopupSaved = 7;
+constexpr auto Error = ScreenText::Error;
 
-constexpr auto Error = DialogForm::Icon::Error;
-
-/// By number, from 1 on.
-constexpr PopupText kCommonPopups[] = {
-    {"ListItem_SetATime", Error},
-    {"ListItem_SetATime", Error},
-    {"ListItem_SetATime", Error},
-    {"ListItem_SetATime", Error},
-    {"ListItem_StartimeEndtimeSame", Error},
-    {"ListItem_IntimeOuttimeSame", Error},
-    {"ListItem_ConfigurationComplete", DialogForm::Icon::Pass},
+/// The popups of both screens.
+constexpr ScreenText kPopups[] = {
+    {1, "ListItem_SetATime", Error},
+    {2, "ListItem_SetATime", Error},
+    {3, "ListItem_SetATime", Error},
+    {4, "ListItem_SetATime", Error},
+    {5, "ListItem_StartimeEndtimeSame", Error},
+    {6, "ListItem_IntimeOuttimeSame", Error},
+    {7, "ListItem_ConfigurationComplete", ScreenText::Pass},
 };
-static_assert(std::size(kCommonPopups) == OperationSettingsForm::kFirstOwnPopup - 1);
 
 OperationSettings settingsOf(const OperationBlock& block) {
     return {
@@ -45,82 +36,64 @@ OperationTimes timesOf(const OperationBlock& block) {
 
 }  // namespace
 
-OperationSettingsForm::OperationSettingsForm(QWidget* parent, const QString& title,
-                                             const PopupText* popups, int popupCount)
-    : TitledForm(parent, title), popups_(popups), popupCount_(popupCount), popup_(this) {}
-
-void OperationSettingsForm::connectForm(TopBar* bar, ScrollList* list,
-                                        const QVector<TimeField>& times) {
-    TitledForm::connectForm(bar);
-    connect(bar, &TopBar::forwardTouched, this, [this] {
-        MainWindow::getMainWindow()->removeTouchKey();
-        saveButtonTouch();
-    });
-    list_ = list;
-    times_ = times;
+OperationSettingsForm::OperationSettingsForm(QWidget* parent, const QString& title)
+    : SettingsForm(parent, title) {
+    popup().add(kPopups);
+    // Two frames carry the slice; only the second one is answered.
+    slice(&_gui_menu_::operation, command::SaveOperationSettings, command::OperationSettingsSaved);
 }
 
 void OperationSettingsForm::windowInEvent() {
-    TitledForm::windowInEvent();
-    operation_ = MainWindow::getMainWindow()->menuRecord().operation;
-    for (const TimeField& time : qAsConst(times_))
-        time.field->setText(TimeRange::betweenTimeText(operation_.*time.range));
-    showRecord();
-    list_->verticalScrollBar()->setValue(0);
+    SettingsForm::windowInEvent();
+    leftForOtherOperation();
 }
 
-void OperationSettingsForm::choose(Combo* combo, int choice) {
-    combo->setCurrentIndex(choice < combo->count() ? choice : 0);
+void OperationSettingsForm::settingsChanged(const SettingsChange& change) {
+    if (!leftForOtherOperation())
+        SettingsForm::settingsChanged(change);
 }
 
-std::uint8_t OperationSettingsForm::chosen(const Combo* combo) {
-    return static_cast<std::uint8_t>(combo->currentIndex());
-}
-
-bool OperationSettingsForm::readTimes() {
-    for (const TimeField& time : qAsConst(times_)) {
-        const TimeRange::Reading reading =
-            TimeRange::getBetweenTime(time.field->text(), &(operation_.*time.range));
-        if (reading == TimeRange::Valid)
-            continue;
-        list_->reveal(time.field);
-        ShowPopup(reading == TimeRange::OutOfRange ? time.outOfRange : time.malformed,
-                  kPopupSeconds);
+bool OperationSettingsForm::leftForOtherOperation() {
+    if (isFor(shell()->menuRecord().setup.operation))
         return false;
-    }
+    shell()->changeWindow(backTarget());
+    shell()->showPopupText(QStringLiteral("Info_OtherOperation"));
     return true;
 }
 
-void OperationSettingsForm::save() {
-    MainWindow* shell = MainWindow::getMainWindow();
-    // Other settings may have arrived since the screen came up.
-    _gui_menu_ record = shell->menuRecord();
-    record.operation = operation_;
-    shell->SetGuiMenu(&record);
-    shell->SendRecord(command::SaveOperationSettings, command::save::Settings, 0,
-                      settingsOf(operation_));
-    setTime();
+void OperationSettingsForm::bind(InputField* input, _byte4_time_se_ OperationBlock::*range,
+                                 int outOfRange, int malformed) {
+    bindInput(
+        input,
+        [=](const _gui_menu_& record) {
+            input->setText(TimeRange::betweenTimeText(record.operation.*range));
+        },
+        [=](_gui_menu_& record) {
+            switch (TimeRange::getBetweenTime(input->text(), &(record.operation.*range))) {
+                case TimeRange::OutOfRange:
+                    return outOfRange;
+                case TimeRange::Malformed:
+                    return malformed;
+                case TimeRange::Valid:
+                    break;
+            }
+            return 0;
+        });
 }
 
-void OperationSettingsForm::setTime() {
-    MainWindow::getMainWindow()->SendRecord(command::SaveOperationTimes, command::save::Settings, 0,
-                                            timesOf(operation_));
+void OperationSettingsForm::useWhileTicked(const CheckBox* box) {
+    const auto* row = static_cast<const ListRow*>(box->parentWidget());
+    row->control()->setEnabled(box->isChecked());
 }
 
-void OperationSettingsForm::deviceAnswer(const DeviceMessage& message) {
-    if (message.command == command::OperationSettingsSaved)
-        SetSettingResult(message.p1);
+bool OperationSettingsForm::sendSlice(const _gui_menu_& edited) {
+    return request().sendRecord(command::SaveOperationSettings, command::save::Settings, 0,
+                                settingsOf(edited.operation), {command::OperationSettingsSaved},
+                                kAnswerTime) &&
+           setTime();
 }
 
-void OperationSettingsForm::SetSettingResult(unsigned char result) {
-    if (result == command::answer::Done)
-        ShowPopup(kPopupSaved, kPopupSeconds);
-}
-
-void OperationSettingsForm::ShowPopup(int code, int seconds) {
-    const int own = code - kFirstOwnPopup;
-    if (code >= 1 && own < 0)
-        popup_.show(kCommonPopups[code - 1], seconds);
-    else if (own >= 0 && own < popupCount_)
-        popup_.show(popups_[own], seconds);
+bool OperationSettingsForm::setTime() {
+    return shell()->SendRecord(command::SaveOperationTimes, command::save::Settings, 0,
+                               timesOf(shell()->menuRecord().operation));
 }

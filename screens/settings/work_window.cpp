@@ -1,73 +1,58 @@
 #include "screens/settings/work_window.h"
 
-#include <iterator>
-
 #include "link/record_values.h"
 #include "screens/settings/time_range.h"
-#include "ui_work_window.h"
 
 namespace {
 
 constexpr int kPopupOverlap = 6;
-constexpr int kPopupSaving = 20;
 
-constexpr auto Error = DialogForm::Icon::Error;
-constexpr auto Info = DialogForm::Icon::Info;
+constexpr auto Error = ScreenText::Error;
 
-/// By number, from kFirstOwnPopup on.
-constexpr PopupText kPopups[] = {
-    {"ListItem_DoorOpentimeExceededInputRange", Error},
-    {"ListItem_DoorClosetimeExceededInputRange", Error},
-    {"ListItem_WeekdayWorkTimeExceededInputRange", Error},
-    {"ListItem_WeekdayLeaveTimeExceededInputRange", Error},
-    {"ListItem_SaturdayworkTimeExceededInputRange", Error},
-    {"ListItem_SaturdayLeaveTimeExceededInputRange", Error},
-    {"ListItem_CheckInputRangeDoorOpenTime", Error},
-    {"ListItem_CheckInputRangeDoorCloseTime", Error},
-    {"ListItem_CheckInputRangeWeekdayWorkingHours", Error},
-    {"ListItem_CheckInputRangeWeekdayLeave", Error},
-    {"ListItem_CheckInputRangeSaturdayWorkingHours", Error},
-    {"ListItem_CheckInputRangeSaturdayLeave", Error},
-    {"ListItem_SavingConfiguring", Info},
+constexpr ScreenText kPopups[] = {
+    {8, "ListItem_DoorOpentimeExceededInputRange", Error},
+    {9, "ListItem_DoorClosetimeExceededInputRange", Error},
+    {10, "ListItem_WeekdayWorkTimeExceededInputRange", Error},
+    {11, "ListItem_WeekdayLeaveTimeExceededInputRange", Error},
+    {12, "ListItem_SaturdayworkTimeExceededInputRange", Error},
+    {13, "ListItem_SaturdayLeaveTimeExceededInputRange", Error},
+    {14, "ListItem_CheckInputRangeDoorOpenTime", Error},
+    {15, "ListItem_CheckInputRangeDoorCloseTime", Error},
+    {16, "ListItem_CheckInputRangeWeekdayWorkingHours", Error},
+    {17, "ListItem_CheckInputRangeWeekdayLeave", Error},
+    {18, "ListItem_CheckInputRangeSaturdayWorkingHours", Error},
+    {19, "ListItem_CheckInputRangeSaturdayLeave", Error},
+    {20, "ListItem_SavingConfiguring", ScreenText::Info},
 };
-static_assert(OperationSettingsForm::kFirstOwnPopup + std::size(kPopups) - 1 == kPopupSaving);
 
 }  // namespace
 
-workWindow::workWindow(QWidget* parent, const QString& title)
-    : OperationSettingsForm(parent, title, kPopups) {}
+void workWindow::built() {
+    popup().add(kPopups);
+    bind(ui_->modeCombo, &OperationBlock::attendanceMode);
+    bind(ui_->simpleAccessToggle, &OperationBlock::saveSimpleAccess, kInverted);
+    bind(ui_->doorOpenCombo, &OperationBlock::doorOpenSetting);
+    bind(ui_->doorOpenTime, &OperationBlock::doorOpenTime);
+    bind(ui_->forcedOpenBox, &OperationBlock::forcedOpenOff, kInverted);
+    bind(ui_->forcedCloseBox, &OperationBlock::forcedCloseOff, kInverted);
+    bind(ui_->forcedOpenTime, &OperationBlock::forcedOpen, 8, 14);
+    bind(ui_->forcedCloseTime, &OperationBlock::forcedClose, 9, 15);
+    bind(ui_->weekdayInTime, &OperationBlock::weekdayIn, 10, 16);
+    bind(ui_->weekdayOutTime, &OperationBlock::weekdayOut, 11, 17);
+    bind(ui_->saturdayInTime, &OperationBlock::saturdayIn, 12, 18);
+    bind(ui_->saturdayOutTime, &OperationBlock::saturdayOut, 13, 19);
+    bind(ui_->holidayCombo, &OperationBlock::holidayRule);
+    bind(ui_->recogFailToggle, &OperationBlock::saveRecognitionFail, kInverted);
 
-workWindow::~workWindow() = default;
-
-void workWindow::createForm() {
-    ui_ = std::make_unique<Ui::workWindow>();
-    ui_->setupUi(this);
-    connectForm(ui_->topBar, ui_->list,
-                {{ui_->forcedOpenTime, &OperationBlock::forcedOpen, 8, 14},
-                 {ui_->forcedCloseTime, &OperationBlock::forcedClose, 9, 15},
-                 {ui_->weekdayInTime, &OperationBlock::weekdayIn, 10, 16},
-                 {ui_->weekdayOutTime, &OperationBlock::weekdayOut, 11, 17},
-                 {ui_->saturdayInTime, &OperationBlock::saturdayIn, 12, 18},
-                 {ui_->saturdayOutTime, &OperationBlock::saturdayOut, 13, 19}});
     connect(ui_->modeCombo, &Combo::currentIndexChanged, this, &workWindow::modeSetSlot);
     for (CheckBox* box : {ui_->forcedOpenBox, ui_->forcedCloseBox})
         connect(box, &CheckBox::toggled, this, &workWindow::doorUseTouchSlot);
-    connect(ui_->recogFailToggle, &Toggle::currentIndexChanged, this,
-            &workWindow::recogFailSaveSlot);
-}
-
-void workWindow::showRecord() {
-    const OperationBlock shown = operation();
-    choose(ui_->modeCombo, shown.attendanceMode);
-    ui_->simpleAccessToggle->setCurrentIndex(shown.saveSimpleAccess != 0 ? 0 : 1);
-    choose(ui_->doorOpenCombo, shown.doorOpenSetting);
-    ui_->doorOpenTime->setValue(shown.doorOpenTime);
-    ui_->forcedOpenBox->setChecked(shown.forcedOpenOff == 0);
-    ui_->forcedCloseBox->setChecked(shown.forcedCloseOff == 0);
-    choose(ui_->holidayCombo, shown.holidayRule);
-    ui_->recogFailToggle->setCurrentIndex(shown.saveRecognitionFail != 0 ? 0 : 1);
     modeSetSlot(ui_->modeCombo->currentIndex());
     doorUseTouchSlot();
+}
+
+bool workWindow::isFor(std::uint8_t operation) const {
+    return operation != Operation::Meals;
 }
 
 void workWindow::modeSetSlot(int mode) {
@@ -80,30 +65,23 @@ void workWindow::modeSetSlot(int mode) {
 }
 
 void workWindow::doorUseTouchSlot() {
-    ui_->forcedOpenTime->setEnabled(ui_->forcedOpenBox->isChecked());
-    ui_->forcedCloseTime->setEnabled(ui_->forcedCloseBox->isChecked());
-    operation().forcedOpenOff = ui_->forcedOpenBox->isChecked() ? 0 : 1;
-    operation().forcedCloseOff = ui_->forcedCloseBox->isChecked() ? 0 : 1;
+    useWhileTicked(ui_->forcedOpenBox);
+    useWhileTicked(ui_->forcedCloseBox);
 }
 
 void workWindow::recogFailSaveSlot(int choice) {
-    operation().saveRecognitionFail = choice == 0 ? 1 : 0;
+    ui_->recogFailToggle->setCurrentIndex(choice);
 }
 
-void workWindow::saveButtonTouch() {
-    if (!readTimes())
-        return;
-    OperationBlock& edited = operation();
-    if (TimeRange::CheckTime(edited.weekdayIn, edited.weekdayOut) == 0 ||
-        TimeRange::CheckTime(edited.saturdayIn, edited.saturdayOut) == 0) {
-        ShowPopup(kPopupOverlap, kPopupSeconds);
-        return;
+bool workWindow::validate(_gui_menu_& edited) {
+    const OperationBlock& times = edited.operation;
+    if (TimeRange::CheckTime(times.weekdayIn, times.weekdayOut) == 0) {
+        fault(kPopupOverlap, {ui_->weekdayInTime, ui_->weekdayOutTime});
+        return false;
     }
-    edited.attendanceMode = chosen(ui_->modeCombo);
-    edited.saveSimpleAccess = ui_->simpleAccessToggle->currentIndex() == 0 ? 1 : 0;
-    edited.doorOpenSetting = chosen(ui_->doorOpenCombo);
-    edited.doorOpenTime = static_cast<std::uint8_t>(ui_->doorOpenTime->value());
-    edited.holidayRule = chosen(ui_->holidayCombo);
-    save();
-    ShowPopup(kPopupSaving, kPopupSeconds);
+    if (TimeRange::CheckTime(times.saturdayIn, times.saturdayOut) == 0) {
+        fault(kPopupOverlap, {ui_->saturdayInTime, ui_->saturdayOutTime});
+        return false;
+    }
+    return true;
 }

@@ -1,32 +1,24 @@
 #pragma once
 
-#include <memory>
-
+#include "screens/common/form_screen.h"
 #include "screens/settings/operation_settings_form.h"
-
-namespace Ui {
-class workWindow;
-}
+#include "ui_work_window.h"
 
 /// Settings of attendance mode.
-class workWindow : public OperationSettingsForm {
+class workWindow : public FormScreen<Ui::workWindow, OperationSettingsForm> {
     Q_OBJECT
 
  public:
-    workWindow(QWidget* parent, const QString& title);
-    ~workWindow() override;
+    using FormScreen::FormScreen;
 
-    void saveButtonTouch() override;
-
- protected:
-    void createForm() override;
-    void showRecord() override;
-
- private:
     /// Only the automatic mode goes by the times of the day.
     void modeSetSlot(int mode);
     void doorUseTouchSlot();
+    /// Whether refusals are recorded; 0: they are.
     void recogFailSaveSlot(int choice);
 
-    std::unique_ptr<Ui::workWindow> ui_;
+ protected:
+    void built() override;
+    bool isFor(std::uint8_t operation) const override;
+    bool validate(_gui_menu_& edited) override;
 };

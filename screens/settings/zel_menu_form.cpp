@@ -2,7 +2,8 @@
 
 #include <QEvent>
 
-#include "app/main_window.h"
+#include "app/window_shell.h"
+#include "link/record_values.h"
 
 namespace {
 
@@ -13,6 +14,22 @@ constexpr int kFactoryTime = 3000;  // milliseconds for all taps
 
 void ZelMenuForm::built() {
     ui_->topBar->installEventFilter(this);
+}
+
+void ZelMenuForm::windowInEvent() {
+    FormScreen::windowInEvent();
+    enableTiles();
+}
+
+void ZelMenuForm::settingsChanged(const SettingsChange& change) {
+    FormScreen::settingsChanged(change);
+    enableTiles();
+}
+
+void ZelMenuForm::enableTiles() {
+    const bool meals = shell()->menuRecord().setup.operation == Operation::Meals;
+    ui_->menuFoodTile->setEnabled(meals);
+    ui_->menuWorkTile->setEnabled(!meals);
 }
 
 bool ZelMenuForm::eventFilter(QObject* watched, QEvent* event) {
@@ -31,5 +48,5 @@ void ZelMenuForm::titleTapped() {
     if (++taps_ < kFactoryTaps)
         return;
     taps_ = 0;
-    MainWindow::getMainWindow()->changeWindow(QStringLiteral("factoryMenuWindow"));
+    shell()->changeWindow(QStringLiteral("factoryMenuWindow"));
 }

@@ -13,12 +13,17 @@ class ZelMenuForm : public FormScreen<Ui::ZelMenuForm> {
  public:
     using FormScreen::FormScreen;
 
+    void windowInEvent() override;
+    void settingsChanged(const SettingsChange& change) override;
+
  protected:
     void built() override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
     void titleTapped();
+    /// Attendance and meals share their settings: only those in force can be changed.
+    void enableTiles();
 
     QElapsedTimer firstTap_;
     int taps_ = 0;

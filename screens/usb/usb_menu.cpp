@@ -4,13 +4,13 @@
 #include <algorithm>
 #include <iterator>
 
-#include "app/main_window.h"
+#include "app/screen_titles.h"
+#include "app/window_shell.h"
 #include "link/command_code.h"
 #include "link/command_parameters.h"
+#include "link/device_message.h"
 #include "screens/usb/usb_upload_file_selecter.h"
 #include "ui/theme.h"
-#include "ui/wait_form.h"
-#include "ui_usb_menu.h"
 
 namespace {
 
@@ -24,6 +24,8 @@ constexpr int kWaitReading = 17;
 constexpr int kWaitPreparing = 21;
 constexpr int kWaitCopying = 22;
 constexpr int kWaitCompleting = 23;
+constexpr int kWaitSending = 101;  // these two tell the percentage themselves
+constexpr int kWaitUpgrading = 102;
 
 constexpr int kPopupImported = 1;
 constexpr int kPopupExported = 2;
@@ -32,45 +34,58 @@ constexpr int kPopupRestart = 5;
 constexpr int kPopupUpgradeFailed = 6;
 constexpr int kPopupNotExported = 8;
 constexpr int kPopupNoFolder = 20;
+constexpr int kPopupNoController = 101;
 
-constexpr auto Error = DialogForm::Icon::Error;
-constexpr auto Pass = DialogForm::Icon::Pass;
-constexpr auto Warning = DialogForm::Icon::Warning;
+constexpr int kAskDeleteLogs = 1;
 
-struct NumberedText {
-    int number;
-    const char* key;
+constexpr auto Error = ScreenText::Error;
+constexpr auto Pass = ScreenText::Pass;
+constexpr auto Wait = ScreenText::Wait;
+
+constexpr char kKeepStick[] = "ListItem_DoNotRemoveUSB";
+
+constexpr ScreenText kTexts[] = {
+    {1, "ListItem_LogExportedUSB", Wait, kKeepStick},
+    {2, "ListItem_LogImportedUSB", Wait, kKeepStick},
+    {3, "ListItem_UserDataExportedUSB", Wait, kKeepStick},
+    {4, "ListItem_UserDataImportedUSB", Wait, kKeepStick},
+    {5, "ListItem_SettingDataExportedUSB", Wait, kKeepStick},
+    {6, "ListItem_SettingDataImportedUSB", Wait, kKeepStick},
+    {7, "ListItem_AllDataExportedUSB", Wait, kKeepStick},
+    {8, "ListItem_AllDataImportedUSB", Wait, kKeepStick},
+    {9, "ListItem_ImageExportedUSB", Wait, kKeepStick},
+    {10, "ListItem_ImageImportedUSB", Wait, kKeepStick},
+    {kWaitReading, "ListItem_ReadingUSB", Wait, kKeepStick},
+    {19, "ListItem_ReadingFile", Wait, kKeepStick},
+    {kWaitPreparing, "ListItem_Preparing", Wait, kKeepStick},
+    {kWaitCopying, "ListItem_Copying", Wait, kKeepStick},
+    {kWaitCompleting, "ListItem_Completing", Wait, kKeepStick},
+    {24, "ListItem_LogoImageImportedUSB", Wait, kKeepStick},
+    {kWaitSending, "ListItem_Sending", Wait, kKeepStick},
+    {kWaitUpgrading, "ListItem_upgradingUSB", Wait, kKeepStick},
+
+    {kPopupImported, "ListItem_TransmissionComplete", Pass},
+    {kPopupExported, "ListItem_TransmissionComplete", Pass},
+    {3, "ListItem_CannotAborTransmission", ScreenText::Warning},
+    {kPopupInsert, "ListItem_InsertUSB", Error},
+    {kPopupRestart, "ListItem_FwRestart", Pass},
+    {kPopupUpgradeFailed, "ListItem_FwUpgradeFailed", Error},
+    {kPopupNotExported, "ListItem_CannotExportFiles", Error},
+    {10, "ListItem_ExceededMaximumUsers", Error},
+    {12, "ListItem_ExceededMaximumAdmin", Error},
+    {16, "ListItem_ImportFailInvalidData", Error},
+    {kPopupNoFolder, "ListItem_UsbNotHaveZEL01Folder", Error},
+    {22, "ListItem_NoValidFileFound", Error},
+    {kPopupNoController, "ListItem_NoController", Error},
+
+    {kAskDeleteLogs, "ListItem_RunDeleteOldLogs", ScreenText::Danger},
 };
 
-constexpr NumberedText kWaits[] = {
-    {1, "ListItem_LogExportedUSB"},           {2, "ListItem_LogImportedUSB"},
-    {3, "ListItem_UserDataExportedUSB"},      {4, "ListItem_UserDataImportedUSB"},
-    {5, "ListItem_SettingDataExportedUSB"},   {6, "ListItem_SettingDataImportedUSB"},
-    {7, "ListItem_AllDataExportedUSB"},       {8, "ListItem_AllDataImportedUSB"},
-    {9, "ListItem_ImageExportedUSB"},         {10, "ListItem_ImageImportedUSB"},
-    {kWaitReading, "ListItem_ReadingUSB"},    {19, "ListItem_ReadingFile"},
-    {kWaitPreparing, "ListItem_Preparing"},   {kWaitCopying, "ListItem_Copying"},
-    {kWaitCompleting, "ListItem_Completing"}, {24, "ListItem_LogoImageImportedUSB"},
-};
-
-struct NumberedPopup {
-    int number;
-    PopupText text;
-};
-
-constexpr NumberedPopup kPopups[] = {
-    {kPopupImported, {"ListItem_TransmissionComplete", Pass}},
-    {kPopupExported, {"ListItem_TransmissionComplete", Pass}},
-    {3, {"ListItem_CannotAborTransmission", Warning}},
-    {kPopupInsert, {"ListItem_InsertUSB", Error}},
-    {kPopupRestart, {"ListItem_FwRestart", Pass}},
-    {kPopupUpgradeFailed, {"ListItem_FwUpgradeFailed", Error}},
-    {kPopupNotExported, {"ListItem_CannotExportFiles", Error}},
-    {10, {"ListItem_ExceededMaximumUsers", Error}},
-    {12, {"ListItem_ExceededMaximumAdmin", Error}},
-    {16, {"ListItem_ImportFailInvalidData", Error}},
-    {kPopupNoFolder, {"ListItem_UsbNotHaveZEL01Folder", Error}},
-    {22, {"ListItem_NoValidFileFound", Error}},
+/// Why a transfer has been interrupted.
+enum Interruption { kStickRemoved, kLinkLost };
+constexpr ScreenText kInterruptions[] = {
+    {kStickRemoved, "ListItem_TransferInterrupted", Error, "ListItem_UsbRemoved"},
+    {kLinkLost, "ListItem_TransferInterrupted", Error, "ListItem_LinkLost"},
 };
 
 /// One number for another.
@@ -124,20 +139,15 @@ constexpr char kConnected[] = "ListItem_UsbConnected";
 constexpr char kNotConnected[] = "ListItem_UsbNotConnected";
 constexpr char kNoFolder[] = "ListItem_UsbNoFolder";
 
-/// Why a transfer has been interrupted.
-constexpr char kStickRemoved[] = "ListItem_UsbRemoved";
-constexpr char kLinkLost[] = "ListItem_LinkLost";
-
-constexpr PopupText kNoController{"ListItem_NoController", Error};
-
 }  // namespace
 
 UsbMenu::UsbMenu(QWidget* parent, const QString& title)
-    : TitledForm(parent, title),
+    : FormScreen(parent, title),
       mountCheckTimer_(new QTimer(this)),
       presenceTimer_(new QTimer(this)),
-      popup_(this),
-      restartPopup_(parent),
+      popup_(this, kTexts),
+      restartPopup_(parent, kTexts),
+      interruption_(this, kInterruptions),
       statusKey_(kNotConnected) {
     mountCheckTimer_->setObjectName(QStringLiteral("mountCheckTimer"));
     presenceTimer_->setObjectName(QStringLiteral("presenceTimer"));
@@ -149,12 +159,7 @@ UsbMenu::UsbMenu(QWidget* parent, const QString& title)
     connect(presenceTimer_, &QTimer::timeout, this, &UsbMenu::UsbCheckMountTimeout);
 }
 
-UsbMenu::~UsbMenu() = default;
-
-void UsbMenu::createForm() {
-    ui_ = std::make_unique<Ui::UsbMenu>();
-    ui_->setupUi(this);
-    connectForm(ui_->topBar);
+void UsbMenu::built() {
     QPalette hint = ui_->insertLabel->palette();
     hint.setColor(QPalette::WindowText, Theme::color(Theme::kHint));
     ui_->insertLabel->setPalette(hint);
@@ -171,14 +176,6 @@ void UsbMenu::createForm() {
         else if (!in.isEmpty())
             connect(tile, &Tile::touched, this, [this, in] { showFileSelecter(in); });
     }
-
-    waitForm_ = new WaitForm(this);
-    waitForm_->setObjectName(QStringLiteral("usbWaitForm"));
-    waitForm_->setSecondTextKey(QStringLiteral("ListItem_DoNotRemoveUSB"));
-    interruption_ = new DialogForm(this);
-    interruption_->setObjectName(QStringLiteral("usbInterruption"));
-    interruption_->setIcon(Error);
-    interruption_->setTextKey(QStringLiteral("ListItem_TransferInterrupted"));
 }
 
 void UsbMenu::scriptsApplied() {
@@ -186,7 +183,7 @@ void UsbMenu::scriptsApplied() {
 }
 
 void UsbMenu::windowInEvent() {
-    TitledForm::windowInEvent();
+    FormScreen::windowInEvent();
     if (param().toBool()) {
         UsbCheckMountTimeout();
         return;
@@ -197,8 +194,8 @@ void UsbMenu::windowInEvent() {
 }
 
 void UsbMenu::hideEvent(QHideEvent* event) {
-    TitledForm::hideEvent(event);
-    waitForm_->hide();
+    FormScreen::hideEvent(event);
+    popup_.endWait();
     transferRuns_ = false;
     presenceTimer_->stop();
     // The other timer may run out; nobody waits for it any more.
@@ -208,7 +205,7 @@ void UsbMenu::hideEvent(QHideEvent* event) {
 // --- The stick -----------------------------------------------------------------------------
 
 void UsbMenu::mount_usb() {
-    MainWindow::getMainWindow()->SendCommand(command::UsbMount, stick::Mount, 0, 0, nullptr);
+    shell()->SendCommand(command::UsbMount, stick::Mount, 0, 0, nullptr);
 }
 
 void UsbMenu::UpdateUsbInfo(int state, int sub) {
@@ -224,7 +221,7 @@ void UsbMenu::UpdateUsbInfo(int state, int sub) {
                 ShowPopup(kPopupNoFolder, kPopupSeconds);
                 break;
             }
-            waitForm_->hide();
+            popup_.endWait();
             stickPresent_ = true;
             showActionButtons();
             break;
@@ -249,7 +246,7 @@ void UsbMenu::UpdateUsbInfo(int state, int sub) {
             if (transferRuns_)
                 interrupt(kStickRemoved);
             else if (!mountCheckRunning_)
-                waitForm_->hide();
+                popup_.endWait();
             break;
     }
 }
@@ -259,13 +256,13 @@ void UsbMenu::UsbCheckTimeout() {
         return;
     mountCheckRunning_ = false;
     if (stickPresent_)
-        waitForm_->hide();
+        popup_.endWait();
     else
         ShowPopup(kPopupInsert, kPopupSeconds);
 }
 
 void UsbMenu::UsbCheckMountTimeout() {
-    MainWindow::getMainWindow()->SendCommand(command::UsbMount, stick::Check, 0, 0, nullptr);
+    shell()->SendCommand(command::UsbMount, stick::Check, 0, 0, nullptr);
     presenceTimer_->start();
 }
 
@@ -278,8 +275,7 @@ void UsbMenu::peersChanged() {
     } else if (mountCheckRunning_) {
         mountCheckRunning_ = false;
         mountCheckTimer_->stop();
-        waitForm_->hide();
-        popup_.show(kNoController, kPopupSeconds);
+        ShowPopup(kPopupNoController, kPopupSeconds);
     }
 }
 
@@ -300,54 +296,38 @@ void UsbMenu::hideActionButtons() {
 void UsbMenu::showStatus(const char* key) {
     statusKey_ = key;
     ui_->statusRow->setPositive(key == kConnected);
-    ui_->statusRow->setText(MainWindow::getMainWindow()->getScript(QLatin1String(key)).script);
+    ui_->statusRow->setText(shell()->getScript(QLatin1String(key)).script);
 }
 
 // --- Exports and imports -------------------------------------------------------------------
 
 void UsbMenu::outLogData() {
-    MainWindow::getMainWindow()->changeWindow(QStringLiteral("UsbOutLogWindow"));
+    shell()->changeWindow(screen_title::kUsbLogDates);
 }
 
 void UsbMenu::showDirSelecter(const QString& action) {
-    MainWindow* shell = MainWindow::getMainWindow();
     for (const Export& one : kExports) {
         if (action != QLatin1String(one.action))
             continue;
-        if (!shell->SendCommand(command::UsbExport, one.kind, one.option, 0, nullptr))
-            popup_.show(kNoController, kPopupSeconds);
+        if (!shell()->SendCommand(command::UsbExport, one.kind, one.option, 0, nullptr))
+            ShowPopup(kPopupNoController, kPopupSeconds);
         else if (one.takesLong)
-            shell->StopMenuTimer();
+            shell()->StopMenuTimer();
     }
 }
 
 void UsbMenu::showFileSelecter(const QString& action) {
     if (action == QLatin1String("log_upload"))
-        askBeforeLogImport();
+        popup_.ask(kAskDeleteLogs, [this, action] { openFileSelecter(action); });
     else
         openFileSelecter(action);
 }
 
-void UsbMenu::askBeforeLogImport() {
-    if (logWarning_ == nullptr) {
-        logWarning_ = new DialogForm(this);
-        logWarning_->setObjectName(QStringLiteral("logWarning"));
-        logWarning_->setButtonType(DialogForm::OkCancelButtons);
-        logWarning_->setIcon(Warning);
-        logWarning_->setDanger(true);
-        logWarning_->setTextKey(QStringLiteral("ListItem_RunDeleteOldLogs"));
-        connect(logWarning_, &DialogForm::touchOk, this,
-                [this] { openFileSelecter(QStringLiteral("log_upload")); });
-    }
-    logWarning_->show();
-}
-
 void UsbMenu::openFileSelecter(const QString& action) {
-    MainWindow* shell = MainWindow::getMainWindow();
-    const QString title = QStringLiteral("usbUploadFileSelector");
-    if (auto* selecter = qobject_cast<UsbUploadFileSelecter*>(shell->getWindow(title)))
+    WindowForm* picker = shell()->getWindow(screen_title::kUsbFilePicker);
+    if (auto* selecter = qobject_cast<UsbUploadFileSelecter*>(picker))
         selecter->setCaller(action);
-    shell->changeWindow(title);
+    shell()->changeWindow(screen_title::kUsbFilePicker);
 }
 
 // --- Reports -------------------------------------------------------------------------------
@@ -412,69 +392,48 @@ void UsbMenu::showPercent(int phase, int percent) {
     if (phase == transfer::PreparingToSend) {
         ShowWait(kWaitPreparing);
     } else if (phase == transfer::Sending) {
-        showWaitPercent("ListItem_Sending", percent);
+        ShowWait(kWaitSending, percent);
     }
 }
 
 void UsbMenu::ShowFwUpgrade(int state, int percent) {
     if (state == transfer::Running) {
-        showWaitPercent("ListItem_upgradingUSB", percent);
+        ShowWait(kWaitUpgrading, percent);
     } else if (state == transfer::Done) {
         transferEnds(kPopupRestart, false);
     } else {
         // It does not say why; perhaps that is known.
-        transferEnds(kPopupUpgradeFailed, interruption_->isOpen());
+        transferEnds(kPopupUpgradeFailed, interruption_.isOpen());
     }
 }
 
 void UsbMenu::transferEnds(int popup, bool stickGone) {
     if (stickGone && transferRuns_) {
         interrupt(kStickRemoved);
-    } else if (!stickGone || !interruption_->isOpen()) {
-        interruption_->hide();
+    } else if (!stickGone || !interruption_.isOpen()) {
+        interruption_.close();
         ShowPopup(popup, popup == kPopupRestart ? 0 : kPopupSeconds);
     }
 }
 
-void UsbMenu::interrupt(const char* reason) {
+void UsbMenu::interrupt(int reason) {
     transferRuns_ = false;
-    waitForm_->hide();
-    interruption_->setSecondTextKey(QLatin1String(reason));
-    interruption_->show();
-    shell()->PlaySound(command::sound::Error);
+    popup_.endWait();
+    interruption_.show(reason, 0);
 }
 
 void UsbMenu::ShowWait(int number, int percent) {
-    for (const NumberedText& wait : kWaits) {
-        if (wait.number != number)
-            continue;
-        transferRuns_ = number != kWaitReading;
-        waitForm_->setProgress(percent);
-        showWaitText(wait.key);
-    }
-}
-
-void UsbMenu::showWaitPercent(const char* key, int percent) {
-    percent = qMin(percent, 100);
-    transferRuns_ = true;
-    waitForm_->setProgress(percent, false);
-    showWaitText(key, QString::number(percent));
-}
-
-void UsbMenu::showWaitText(const char* key, const QString& percent) {
+    if (!popup_.wait(number, percent))
+        return;
+    transferRuns_ = number != kWaitReading;
     // Perhaps it has gone on without the link.
     if (transferRuns_)
-        interruption_->hide();
-    waitForm_->setTextKey(QLatin1String(key), percent);
-    waitForm_->show();
+        interruption_.close();
 }
 
 void UsbMenu::ShowPopup(int number, int seconds) {
     // What the user waited for has come to its end, however it did.
     transferRuns_ = false;
-    waitForm_->hide();
-    for (const NumberedPopup& popup : kPopups) {
-        if (popup.number == number)
-            (number == kPopupRestart ? restartPopup_ : popup_).show(popup.text, seconds);
-    }
+    popup_.endWait();
+    (number == kPopupRestart ? restartPopup_ : popup_).show(number, seconds);
 }

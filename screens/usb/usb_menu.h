@@ -1,27 +1,21 @@
 #pragma once
 
-#include <memory>
-
+#include "screens/common/form_screen.h"
 #include "screens/common/screen_popup.h"
-#include "screens/common/titled_form.h"
+#include "ui_usb_menu.h"
 
-namespace Ui {
-class UsbMenu;
-}
 class QTimer;
-class WaitForm;
 
 /// What can be moved between the terminal and a USB stick. The device controller does it all; the
 /// screen asks for it and shows how it goes.
 ///
 /// What can be done is shown while there is a stick. It is mounted when the screen comes up, unless
 /// the parameter is true: then the user comes back from a screen about the stick.
-class UsbMenu : public TitledForm {
+class UsbMenu : public FormScreen<Ui::UsbMenu> {
     Q_OBJECT
 
  public:
     UsbMenu(QWidget* parent, const QString& title);
-    ~UsbMenu() override;
 
     void windowInEvent() override;
     void deviceAnswer(const DeviceMessage& message) override;
@@ -56,7 +50,7 @@ class UsbMenu : public TitledForm {
     void showFileSelecter(const QString& action);
 
  protected:
-    void createForm() override;
+    void built() override;
     void scriptsApplied() override;
     void hideEvent(QHideEvent* event) override;
 
@@ -65,23 +59,16 @@ class UsbMenu : public TitledForm {
     void hideActionButtons();
     void showStatus(const char* key);
     /// What is being transferred cannot go on, and the user learns why.
-    void interrupt(const char* reason);
+    void interrupt(int reason);
     /// It has come to its end, which popup number @p popup tells.
     void transferEnds(int popup, bool stickGone);
-    /// The text of @p key tells the percentage itself.
-    void showWaitPercent(const char* key, int percent);
-    void showWaitText(const char* key, const QString& percent = {});
-    void askBeforeLogImport();
     void openFileSelecter(const QString& action);
 
-    std::unique_ptr<Ui::UsbMenu> ui_;
     QTimer* const mountCheckTimer_;
     QTimer* const presenceTimer_;
-    WaitForm* waitForm_ = nullptr;
-    DialogForm* logWarning_ = nullptr;
-    DialogForm* interruption_ = nullptr;
     ScreenPopup popup_;
     ScreenPopup restartPopup_;  // stays when the screen goes
+    ScreenPopup interruption_;  // stays when another popup has come
     const char* statusKey_;
     bool mountCheckRunning_ = false;
     bool stickPresent_ = false;

@@ -1,11 +1,10 @@
 #include "screens/usb/usb_out_log_date.h"
 
-#include "app/main_window.h"
+#include "app/window_shell.h"
 #include "base/clock.h"
 #include "link/command_code.h"
 #include "link/command_parameters.h"
 #include "link/device_records.h"
-#include "ui_usb_out_log_date.h"
 
 namespace {
 
@@ -15,6 +14,13 @@ constexpr int kAllLogs = 0;  // of the range toggle
 constexpr int kFirstYear = 2000;
 constexpr int kLastYear = kFirstYear + 255;
 constexpr int kPopupSeconds = 3;
+
+enum Popup { kPopupDate, kPopupOrder, kPopupNoController };
+constexpr ScreenText kTexts[] = {
+    {kPopupDate, "ListItem_CheckInputDate", ScreenText::Error},
+    {kPopupOrder, "ListItem_StartDateAfterEndDate", ScreenText::Error},
+    {kPopupNoController, "ListItem_NoController", ScreenText::Error},
+};
 
 const QString kFormat = QStringLiteral("yyyy-MM-dd");
 
@@ -31,20 +37,15 @@ std::uint8_t byte(int value) {
 }  // namespace
 
 UsbOutLogDate::UsbOutLogDate(QWidget* parent, const QString& title)
-    : TitledForm(parent, title), popup_(this) {}
+    : FormScreen(parent, title), popup_(this, kTexts) {}
 
-UsbOutLogDate::~UsbOutLogDate() = default;
-
-void UsbOutLogDate::createForm() {
-    ui_ = std::make_unique<Ui::UsbOutLogDate>();
-    ui_->setupUi(this);
-    connectForm(ui_->topBar);
+void UsbOutLogDate::built() {
     connect(ui_->topBar, &TopBar::forwardTouched, this, &UsbOutLogDate::exportButtonTouch);
     connect(ui_->rangeToggle, &Toggle::currentIndexChanged, this, &UsbOutLogDate::rangeTouch);
 }
 
 void UsbOutLogDate::windowInEvent() {
-    TitledForm::windowInEvent();
+    FormScreen::windowInEvent();
     const QDate today = Clock::now().date();
     ui_->fromField->setText(QDate(today.year(), today.month(), 1).toString(kFormat));
     ui_->toField->setText(today.toString(kFormat));
@@ -59,33 +60,30 @@ void UsbOutLogDate::rangeTouch() {
 }
 
 void UsbOutLogDate::exportButtonTouch() {
-    MainWindow* shell = MainWindow::getMainWindow();
-    shell->removeTouchKey();
+    shell()->removeTouchKey();
     const bool all = ui_->rangeToggle->currentIndex() == kAllLogs;
     ExportDates dates{};
     if (!all) {
         const QDate from = dateIn(ui_->fromField);
         const QDate to = dateIn(ui_->toField);
         if (!from.isValid() || !to.isValid() || from > to) {
-            const bool order = from.isValid() && to.isValid();
-            popup_.show({order ? "ListItem_StartDateAfterEndDate" : "ListItem_CheckInputDate",
-                         DialogForm::Icon::Error},
-                        kPopupSeconds);
+            const bool areDays = from.isValid() && to.isValid();
+            popup_.show(areDays ? kPopupOrder : kPopupDate, kPopupSeconds);
             return;
         }
         dates = {byte(from.year() - kFirstYear), byte(from.month()), byte(from.day()),
                  byte(to.year() - kFirstYear),   byte(to.month()),   byte(to.day())};
     }
-    if (!shell->SendRecord(command::UsbExport, transfer::LogsOfDays,
-                           all ? transfer::AllDays : transfer::SomeDays, dates)) {
-        popup_.show({"ListItem_NoController", DialogForm::Icon::Error}, kPopupSeconds);
+    if (!shell()->SendRecord(command::UsbExport, transfer::LogsOfDays,
+                             all ? transfer::AllDays : transfer::SomeDays, dates)) {
+        popup_.show(kPopupNoController, kPopupSeconds);
         return;
     }
-    shell->changeWindow(QStringLiteral("usbMenuWindow"), true);
+    shell()->changeWindow(backTarget(), true);
     // A long copy is not to be cut off.
-    shell->StopMenuTimer();
+    shell()->StopMenuTimer();
 }
 
 void UsbOutLogDate::prevButtonTouch() {
-    MainWindow::getMainWindow()->changeWindow(QStringLiteral("usbMenuWindow"), true);
+    shell()->changeWindow(backTarget(), true);
 }

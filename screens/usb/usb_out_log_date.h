@@ -1,21 +1,15 @@
 #pragma once
 
-#include <memory>
-
+#include "screens/common/form_screen.h"
 #include "screens/common/screen_popup.h"
-#include "screens/common/titled_form.h"
-
-namespace Ui {
-class UsbOutLogDate;
-}
+#include "ui_usb_out_log_date.h"
 
 /// The days whose logs are exported, or all of them.
-class UsbOutLogDate : public TitledForm {
+class UsbOutLogDate : public FormScreen<Ui::UsbOutLogDate> {
     Q_OBJECT
 
  public:
     UsbOutLogDate(QWidget* parent, const QString& title);
-    ~UsbOutLogDate() override;
 
     /// Starts with the present month up to today.
     void windowInEvent() override;
@@ -25,12 +19,11 @@ class UsbOutLogDate : public TitledForm {
     void exportButtonTouch();
 
  protected:
-    void createForm() override;
+    void built() override;
     void prevButtonTouch() override;
 
  private:
     void rangeTouch();
 
-    std::unique_ptr<Ui::UsbOutLogDate> ui_;
     ScreenPopup popup_;
 };

@@ -25,6 +25,12 @@ constexpr char kStickFolder[] = "/mnt/usb/ZEL01";
 constexpr int kMostEntries = 500;
 constexpr int kPopupSeconds = 3;
 
+enum Popup { kPopupName, kPopupNoController };
+constexpr ScreenText kTexts[] = {
+    {kPopupName, "ListItem_UsbFileName", ScreenText::Info},
+    {kPopupNoController, "ListItem_NoController", ScreenText::Error},
+};
+
 /// What a chosen file is sent with.
 struct Import {
     const char* action;
@@ -54,7 +60,7 @@ bool isOnStick(const QString& devicePath) {
 }  // namespace
 
 UsbUploadFileSelecter::UsbUploadFileSelecter(QWidget* parent, const QString& title)
-    : TitledForm(parent, title), popup_(this) {}
+    : TitledForm(parent, title), popup_(this, kTexts) {}
 
 UsbUploadFileSelecter::~UsbUploadFileSelecter() = default;
 
@@ -138,7 +144,7 @@ void UsbUploadFileSelecter::showRows(const QStringList& names, bool folders) {
 void UsbUploadFileSelecter::rowTouched(FileRow* row) {
     const QString path = folderPath_ + QLatin1Char('/') + row->name();
     if (payloadOf(path).isEmpty())
-        popup_.show({"ListItem_UsbFileName", DialogForm::Icon::Info}, kPopupSeconds);
+        popup_.show(kPopupName, kPopupSeconds);
     else if (row->isFolder())
         updatePath(path);
     else
@@ -163,7 +169,7 @@ void UsbUploadFileSelecter::selectedOK() {
         if (caller_ == QLatin1String(one.action) &&
             !shell->SendCommand(one.command, one.kind, 0, static_cast<unsigned short>(path.size()),
                                 path.constData())) {
-            popup_.show({"ListItem_NoController", DialogForm::Icon::Error}, kPopupSeconds);
+            popup_.show(kPopupNoController, kPopupSeconds);
             return;
         }
     }

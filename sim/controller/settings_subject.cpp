@@ -1,6 +1,8 @@
 #include <QLoggingCategory>
 #include <QStringList>
 #include <cstring>
+#include <optional>
+#include <utility>
 
 #include "link/command_code.h"
 #include "link/command_parameters.h"
@@ -67,15 +69,13 @@ class SettingsSubject : public Subject {
                                 });
         save<DdnsBlock>(command::SaveDdns, command::DdnsSaved,
                         [](_gui_menu_& menu, const DdnsBlock& ddns) { menu.ddns = ddns; });
-        // The two halves of one save; only the second is answered.
-        save<OperationSettings>(command::SaveOperationSettings, kNoAnswer,
-                                [](_gui_menu_& menu, const OperationSettings& settings) {
-                                    menu.operation = withSettings(menu.operation, settings);
-                                });
-        save<OperationTimes>(command::SaveOperationTimes, command::OperationSettingsSaved,
-                             [](_gui_menu_& menu, const OperationTimes& times) {
-                                 menu.operation = withTimes(menu.operation, times);
-                             });
+        // The two halves of one save: the first waits for the second, which alone is answered.
+        onRequest(command::SaveOperationSettings, [this](const Request& request) {
+            firstHalf_ = request.record<OperationSettings>();
+            finish(request, kNoAnswer, firstHalf_.has_value());
+        });
+        onRequest(command::SaveOperationTimes,
+                  [this](const Request& request) { saveOperation(request); });
         onRequest(command::SaveNetwork, [this](const Request& request) { saveNetwork(request); });
 
         onRequest(command::Greeting, [this](const Request&) {
@@ -92,8 +92,10 @@ class SettingsSubject : public Subject {
             device_.setSettings(menu);
         });
 
-        onWord("settings", "[FIELD [VALUE]]: list the settings, show one, or set one",
-               [this](const QString& text) { return settings(text); });
+        onWord(
+            "settings",
+            "[FIELD [VALUE]]: list the settings, show one, or set one; 'help settings' for values",
+            [this](const QString& text) { return settings(text); }, [] { return values(); });
     }
 
     QString stateKey() const override { return QStringLiteral("settings"); }
@@ -135,6 +137,17 @@ class SettingsSubject : public Subject {
             }
             finish(request, answer, block.has_value());
         });
+    }
+
+    void saveOperation(const Request& request) {
+        const auto settings = std::exchange(firstHalf_, std::nullopt);
+        const auto times = request.record<OperationTimes>();
+        if (settings && times) {
+            _gui_menu_ menu = device_.settings();
+            menu.operation = withTimes(withSettings(menu.operation, *settings), *times);
+            device_.setSettings(menu);
+        }
+        finish(request, command::OperationSettingsSaved, settings && times);
     }
 
     void saveNetwork(const Request& request) {
@@ -190,9 +203,19 @@ class SettingsSubject : public Subject {
         return done(line(*field, menu));
     }
 
+    static QString values() {
+        QString list;
+        for (const settings::Field& field : settings::fields())
+            list += QLatin1String(field.name) + QStringLiteral(": ") + settings::values(field) +
+                    QLatin1Char('\n');
+        return list;
+    }
+
     static QString line(const settings::Field& field, const _gui_menu_& menu) {
         return QLatin1String(field.name) + QLatin1Char(' ') + settings::value(field, menu);
     }
+
+    std::optional<OperationSettings> firstHalf_;
 };
 
 }  // namespace

@@ -103,10 +103,8 @@ void mealCounts(Stage& stage) {
     stage.touch(QStringLiteral("noti_layer"));
 }
 
-void reopenWithMeals(Stage& stage) {
-    stage.changeSettings(settingsOf(stage, Meals));
-    stage.touch(QStringLiteral("backButton"));
-    stage.touch(QStringLiteral("menuFoodTile"));
+_gui_menu_ mealSettings(const Stage& stage) {
+    return settingsOf(stage, Meals);
 }
 
 void result(Stage& stage, int user, std::uint8_t code, Operation operation, int status) {
@@ -166,6 +164,18 @@ void demonstration(Stage& stage) {
     RecognitionResult result = resultOf(stage, 0);
     result.demo = 1;
     recognise(stage, result);
+}
+
+void recordedEvent(Stage& stage, bool accepted) {
+    GUI_LOGDATA event{};
+    event.eventStatus = accepted ? 1 : 0;
+    stage.receive(command::AccessEvent, command::event::New, bytes(event));
+}
+
+void serviceLost(Stage& stage) {
+    _gui_menu_ settings = settingsOf(stage, Attendance);
+    settings.network.useManager = 1;
+    work(stage, settings, 1);
 }
 
 void chosenPicture(Stage& stage) {

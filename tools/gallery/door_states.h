@@ -24,9 +24,8 @@ void unknownCard(Stage& stage);
 void visitorCall(Stage& stage);
 void mealCounts(Stage& stage);
 
-/// The settings of meals, opened anew on a terminal that counts them: attendance would leave its
-/// own times there.
-void reopenWithMeals(Stage& stage);
+/// The settings of a terminal that counts meals.
+_gui_menu_ mealSettings(const Stage& stage);
 
 /// The result for the user number @p user of a fresh controller.
 void result(Stage& stage, int user, std::uint8_t result, Operation operation, int status);
@@ -41,6 +40,11 @@ void meal(Stage& stage, int status, int more, bool pay);
 /// The recognition arms (1) or disarms (2).
 void alarm(Stage& stage, std::uint8_t mode);
 void demonstration(Stage& stage);
+
+/// The controller has recorded an access, or the refusal of one.
+void recordedEvent(Stage& stage, bool accepted);
+/// The management service is in use, but nobody has found it.
+void serviceLost(Stage& stage);
 
 /// The standby screen with a chosen picture and a logo.
 void chosenPicture(Stage& stage);

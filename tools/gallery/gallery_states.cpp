@@ -105,6 +105,16 @@ void listEnd(Stage& stage) {
     bar->setValue(bar->maximum());
 }
 
+/// The time in @p field lies within another; @p closed tells that one has read so.
+void overlap(Stage& stage, const char* field, bool closed) {
+    stage.touch(QLatin1String(field));
+    for (const char* key : {"key_0", "key_8", "key_0", "key_0", "key_1", "key_2", "key_0", "key_0"})
+        stage.touch(QLatin1String(key));
+    stage.touch(QStringLiteral("forwardButton"));
+    if (closed)
+        stage.touch(QStringLiteral("dialogOkButton"));
+}
+
 void wrongPassword(Stage& stage, int times) {
     for (int i = 0; i < times; ++i) {
         stage.touch(QStringLiteral("key_1"));
@@ -152,8 +162,9 @@ constexpr NamedState kStates[] = {
     {"stayWindow", "faults", [](Stage& stage) { faults(stage, 0x54); }},
     {"stayWindow", "receiving-settings", [](Stage& stage) { stage.window().ShowPopup(1, 5); }},
     {"stayWindow", "network-failed", [](Stage& stage) { stage.window().ShowPopup(2, 5); }},
-    {"stayWindow", "access-event",
-     [](Stage& stage) { receive(stage, command::AccessEvent, GUI_LOGDATA{}); }},
+    {"stayWindow", "access-event", [](Stage& stage) { recordedEvent(stage, true); }},
+    {"stayWindow", "service-lost", serviceLost},
+    {"stayWindow", "controller-lost", [](Stage& stage) { stage.loseController(); }},
     {"stayWindow", "logs-full", [](Stage& stage) { stage.receive(command::LogStoreReport, 1); }},
     {"stayWindow", "logs-deleted", [](Stage& stage) { stage.receive(command::LogStoreReport, 0); }},
     {"stayWindow", "firmware-failed",
@@ -178,6 +189,12 @@ constexpr NamedState kStates[] = {
     {"liveWindow", "refused-face", [](Stage& stage) { face(stage, 3, 2); }},
     {"liveWindow", "unknown-card", unknownCard},
     {"liveWindow", "visitor-call", visitorCall},
+    {"liveWindow", "service-lost",
+     [](Stage& stage) {
+         face(stage, 3, 2);
+         serviceLost(stage);
+         recordedEvent(stage, false);
+     }},
     {"liveWindow", "pressed", [](Stage& stage) { stage.press(QStringLiteral("menuButton")); }},
     {"liveWindow", "meal-pressed",
      [](Stage& stage) {
@@ -197,11 +214,21 @@ constexpr NamedState kStates[] = {
          longestName(stage, "寿限無寿限無五劫の擦り切れ海砂利水魚の水行末雲来末風来末食う寝る");
      }},
     {"recognizeWindow", "no-access-time", [](Stage& stage) { result(stage, 5, 1, Access, 0); }},
+    {"recognizeWindow", "refusal-event",
+     [](Stage& stage) {
+         result(stage, 5, 1, Access, 0);
+         recordedEvent(stage, false);
+     }},
     {"recognizeWindow", "not-permitted", [](Stage& stage) { result(stage, 3, 2, Access, 0); }},
     {"recognizeWindow", "registered", [](Stage& stage) { result(stage, 6, 3, Access, 0); }},
     {"recognizeWindow", "meal-taken", [](Stage& stage) { result(stage, 1, 4, Meals, 2); }},
     {"recognizeWindow", "demonstration", demonstration},
     {"recognizeWindow", "question", [](Stage& stage) { question(stage, ""); }},
+    {"recognizeWindow", "question-with-event",
+     [](Stage& stage) {
+         question(stage, "");
+         recordedEvent(stage, true);
+     }},
     {"recognizeWindow", "question-in", [](Stage& stage) { question(stage, "inButton"); }},
     {"recognizeWindow", "question-out", [](Stage& stage) { question(stage, "outButton"); }},
     {"recognizeWindow", "question-break", [](Stage& stage) { question(stage, "outDutyButton"); }},
@@ -228,6 +255,9 @@ constexpr NamedState kStates[] = {
     {"recognizeWindow", "armed", [](Stage& stage) { alarm(stage, 1); }},
     {"recognizeWindow", "disarmed", [](Stage& stage) { alarm(stage, 2); }},
     {"zelMenuWindow", "pressed", [](Stage& stage) { stage.press(QStringLiteral("menuWorkTile")); }},
+    {"zelMenuWindow", "meals", [](Stage& stage) { stage.changeSettings(mealSettings(stage)); }},
+    {"zelMenuWindow", "other-operation",
+     [](Stage& stage) { stage.window().changeWindow(QStringLiteral("foodMenuWindow")); }},
     {"zelMenuWindow", "dialog",
      [](Stage& stage) { dialog(stage, DialogForm::OkButton, DialogForm::Icon::None, false); }},
     {"zelMenuWindow", "dialog-question",
@@ -316,6 +346,7 @@ constexpr NamedState kStates[] = {
     {"tcpIpWindow", "keypad-address",
      [](Stage& stage) { keypad(stage, InputField::Address, "1 9 2 ."); }},
     {"enviSound_Alarm", "long-list", longComboList},
+    {"workMenuWindow", "access-event", [](Stage& stage) { recordedEvent(stage, true); }},
     {"workMenuWindow", "end", listEnd},
     {"workMenuWindow", "mode-list", [](Stage& stage) { stage.touch(QStringLiteral("modeCombo")); }},
     {"workMenuWindow", "mode-list-pressed",
@@ -347,9 +378,26 @@ constexpr NamedState kStates[] = {
      [](Stage& stage) { stage.active<OperationSettingsForm>()->ShowPopup(10, 0); }},
     {"workMenuWindow", "saved",
      [](Stage& stage) { stage.active<OperationSettingsForm>()->ShowPopup(7, 0); }},
+    {"workMenuWindow", "saving",
+     [](Stage& stage) {
+         stage.active<OperationSettingsForm>()->ShowPopup(SettingsForm::Saving, 0);
+     }},
+    {"workMenuWindow", "refused",
+     [](Stage& stage) {
+         stage.active<OperationSettingsForm>()->ShowPopup(SettingsForm::Refused, 0);
+     }},
+    {"workMenuWindow", "no-answer",
+     [](Stage& stage) {
+         stage.active<OperationSettingsForm>()->ShowPopup(SettingsForm::NoAnswer, 0);
+     }},
+    {"workMenuWindow", "no-link",
+     [](Stage& stage) { stage.touch(QStringLiteral("forwardButton")); }},
+    {"workMenuWindow", "overlap", [](Stage& stage) { overlap(stage, "weekdayOutTime", false); }},
+    {"workMenuWindow", "overlap-rows",
+     [](Stage& stage) { overlap(stage, "weekdayOutTime", true); }},
     {"foodMenuWindow", "end", listEnd},
-    {"foodMenuWindow", "error",
-     [](Stage& stage) { stage.active<OperationSettingsForm>()->ShowPopup(17, 0); }},
+    {"foodMenuWindow", "overlap", [](Stage& stage) { overlap(stage, "supperTime", false); }},
+    {"foodMenuWindow", "overlap-rows", [](Stage& stage) { overlap(stage, "supperTime", true); }},
     {"foodMenuWindow", "duplicate-use-list",
      [](Stage& stage) { stage.touch(QStringLiteral("duplicateUseCombo")); }},
     {"userEnrollMenuWindow", "pressed",
@@ -385,8 +433,6 @@ constexpr NamedState kStates[] = {
 
 void GalleryState::show(Stage& stage) const {
     stage.open(title);
-    if (title == QLatin1String("foodMenuWindow"))
-        DoorStates::reopenWithMeals(stage);
     if (arrange != nullptr)
         arrange(stage);
 }

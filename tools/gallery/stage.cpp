@@ -2,12 +2,14 @@
 
 #include <QCoreApplication>
 #include <QMouseEvent>
+#include <QTcpSocket>
 
 #include "app/message_dispatch.h"
 #include "base/clock.h"
 #include "link/command_code.h"
 #include "link/device_message.h"
 #include "sim/controller/device.h"
+#include "tools/gallery/door_states.h"
 #include "ui/dialog_overlay.h"
 #include "ui/notice_strip.h"
 #include "ui/scripted.h"
@@ -71,6 +73,15 @@ void Stage::restart() {
     window_ = std::make_unique<MainWindow>();
     tellSettings(settings_);
     window_->show();
+    while (!window_->linkUp())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+}
+
+void Stage::loseController() {
+    while (QTcpSocket* socket = controller_.nextPendingConnection())
+        delete socket;
+    while (window_->linkUp())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 
 void Stage::tellSettings(const _gui_menu_& settings) {
@@ -100,6 +111,12 @@ void Stage::clear() {
         return;
     if (pressed_)
         pressed_->cancelTouch();
+    // A screen may have something to say about it.
+    if (settingsChanged_) {
+        settingsChanged_ = false;
+        tellSettings(settings_);
+        receive(command::SystemStatus, 0);
+    }
     DialogOverlay::closeAll(window_.get());
     const QList<NoticeStrip*> strips = window_->findChildren<NoticeStrip*>();
     for (NoticeStrip* strip : strips)
@@ -110,20 +127,20 @@ void Stage::clear() {
     added_.clear();
     // No report of faults is left to be evaluated.
     receive(command::SelfCheck, 0, QByteArray(4, '\0'));
-    if (settingsChanged_) {
-        settingsChanged_ = false;
-        tellSettings(settings_);
-        receive(command::SystemStatus, 0);
-    }
     settle();
 }
 
 void Stage::open(const QString& title) {
+    if (!window_->linkUp())
+        restart();
     clear();
     // A screen comes up only when another one was there.
     if (window_->getActivateWindowForm()->getTitle() == title)
         window_->changeWindow(title == QLatin1String("stayWindow") ? QStringLiteral("liveWindow")
                                                                    : QStringLiteral("stayWindow"));
+    // They can be had on such a terminal only.
+    if (title == QLatin1String("foodMenuWindow"))
+        changeSettings(DoorStates::mealSettings(*this));
     window_->session().open();
     window_->changeWindow(title);
 }
