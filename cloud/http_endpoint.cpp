@@ -145,10 +145,11 @@ void HttpEndpoint::serve() {
     const auto reactor = Aio::Reactor::create();
     reactor->init(Aio::AsyncContext(1));
     const Aio::Reactor::Key key = reactor->addHandler(std::make_shared<HttpTransport>(guard_));
+    // The worker is joined when the reactor goes, and has to be told before, whatever happens.
+    const std::shared_ptr<void> end(nullptr, [&reactor](void*) { reactor->shutdown(); });
     reactor->run();
     accept(*reactor, key);
     listener_.reset();
-    reactor->shutdown();
 }
 
 void HttpEndpoint::accept(Aio::Reactor& reactor, const Aio::Reactor::Key& key) {

@@ -219,14 +219,8 @@ void HttpGuard::handle(Connection& connection, const Peer& peer) {
     connection.servedRound = crowd_->round;
     RequestReader& reader = connection.reader;
     try {
-        const std::string line = reader.method() + ' ' + reader.path() +
-                                 (reader.isVersion10() ? " HTTP/1.0\r\n\r\n" : " HTTP/1.1\r\n\r\n");
-        parser_->reset();
-        if (!parser_->feed(line.data(), line.size()) ||
-            parser_->parse() != Http::Private::State::Done)
-            throw Http::HttpError(Http::Code::Bad_Request, "");
         connection.last = !reader.keepAlive();
-        const WholeRequest request(std::move(parser_->request), reader.takeBody());
+        const Http::Request request = take(reader, *parser_);
         reader = RequestReader();
         connection.account();
 
@@ -240,6 +234,15 @@ void HttpGuard::handle(Connection& connection, const Peer& peer) {
     } catch (const std::exception&) {
         refuse(Http::Code::Bad_Request, connection, peer);
     }
+}
+
+Http::Request HttpGuard::take(RequestReader& reader, Http::RequestParser& parser) {
+    const std::string line = reader.method() + ' ' + reader.path() +
+                             (reader.isVersion10() ? " HTTP/1.0\r\n\r\n" : " HTTP/1.1\r\n\r\n");
+    parser.reset();
+    if (!parser.feed(line.data(), line.size()) || parser.parse() != Http::Private::State::Done)
+        throw Http::HttpError(Http::Code::Bad_Request, "");
+    return WholeRequest(std::move(parser.request), reader.takeBody());
 }
 
 void HttpGuard::onRequest(const Http::Request& request, Http::ResponseWriter response) {

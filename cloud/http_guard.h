@@ -62,6 +62,11 @@ class HttpGuard : public Pistache::Http::Handler {
     static void send(Pistache::Http::ResponseWriter& response, Pistache::Http::Code code,
                      const char* body, std::size_t size);
 
+    /// Takes the request that is whole out of @p reader, in the form that the library knows; throws
+    /// Http::HttpError when it knows none. @p parser serves for that and for nothing else.
+    static Pistache::Http::Request take(RequestReader& reader,
+                                        Pistache::Http::RequestParser& parser);
+
     const Limits& limits() const { return limits_; }
     /// To be called before what has become ready at the same time is dealt with: nobody is served
     /// twice in a round.

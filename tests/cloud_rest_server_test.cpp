@@ -64,12 +64,12 @@ class Client {
 /// The server alone, with limits of its own.
 class LoneServer {
  public:
-    LoneServer(FakeHost& host, const HttpGuard::Limits& limits)
+    LoneServer(FakeHost& host, const HttpGuard::Limits& limits, bool isUp = true)
         : server_({Pistache::Ipv4::loopback(), port}, host) {
         server_.init(1);
         server_.setLimits(limits);
         thread_ = std::thread([this] { server_.start(); });
-        while (status(exchange(port, post("/", {}), 100)) != 404)
+        while (isUp && status(exchange(port, post("/", {}), 100)) != 404)
             QThread::msleep(5);
     }
     ~LoneServer() {
@@ -460,16 +460,24 @@ class CloudRestServerTest : public QObject {
         sqlite3_close(writer);
     }
 
-    void aTakenPortIsWaitedFor() {
+    void whatTheStartNeedsIsWaitedFor_data() {
+        QTest::addColumn<bool>("isTaken");
+        QTest::newRow("port") << true;
+        QTest::newRow("descriptors") << false;
+    }
+    void whatTheStartNeedsIsWaitedFor() {
+        QFETCH(bool, isTaken);
         static std::atomic<bool> complained{false};
+        complained = false;
         QTcpServer taken;
-        QVERIFY(taken.listen(QHostAddress::Any, port));
+        QVERIFY(!isTaken || taken.listen(QHostAddress::Any, port));
+        auto none = isTaken ? nullptr : std::make_unique<NoDescriptors>();
         const auto before = qInstallMessageHandler(
             [](QtMsgType, const QMessageLogContext&, const QString&) { complained = true; });
-        client_ = std::make_unique<RestClass>(host_, nullptr);
-        client_->start();
+        const LoneServer server(host_, {}, false);
         QTRY_VERIFY(complained);
         qInstallMessageHandler(before);
+        none.reset();
         taken.close();
         QTRY_COMPARE(status(exchange(port, post("/x", "{}"), 100)), 404);
     }

@@ -1,62 +1,21 @@
 #include <QElapsedTimer>
 #include <QImage>
 #include <QtTest>
-#include <functional>
 
-#include "base/clock.h"
-#include "cloud/parameters.h"
-#include "link/command_code.h"
 #include "screens/recognize/live_view.h"
 #include "screens/recognize/work_banner.h"
-#include "tests/support/driven_terminal.h"
+#include "tests/support/door_day.h"
 #include "tests/support/finger.h"
-#include "ui/notice_strip.h"
 #include "ui/text_line.h"
 #include "ui/thumbnail_view.h"
-#include "ui/visible_timer.h"
 
 namespace {
-
-/// Notes what is painted on the active screen.
-class PaintCounter : public QObject {
- public:
-    explicit PaintCounter(const MainWindow* window) : root_(window->getActivateWindowForm()) {
-        qApp->installEventFilter(this);
-    }
-
-    int count = 0;
-    QRegion region;  // on the root
-
- protected:
-    bool eventFilter(QObject* watched, QEvent* event) override {
-        auto* widget = qobject_cast<QWidget*>(watched);
-        if (event->type() == QEvent::Paint && (widget == root_ || root_->isAncestorOf(widget))) {
-            ++count;
-            region |= static_cast<QPaintEvent*>(event)->region().translated(
-                widget->mapTo(root_->window(), QPoint()));
-        }
-        return false;
-    }
-
- private:
-    QWidget* const root_;
-};
 
 int area(const QRegion& region) {
     int pixels = 0;
     for (const QRect& rect : region)
         pixels += rect.width() * rect.height();
     return pixels;
-}
-
-/// Whether something on @p widget is drawn in the colour of what goes well.
-bool hasGreen(QWidget* widget) {
-    const QImage image = widget->grab().toImage();
-    for (int y = 0; y < image.height(); ++y)
-        for (int x = 0; x < image.width(); ++x)
-            if (qGreen(image.pixel(x, y)) - qRed(image.pixel(x, y)) > 60)
-                return true;
-    return false;
 }
 
 QByteArray redPicture() {
@@ -68,11 +27,6 @@ QByteArray redPicture() {
     return bytes;
 }
 
-/// Somebody whom the management service speaks of.
-QVariant someUser() {
-    return QVariant::fromValue(FR33_3_Parameter{QStringLiteral("01000000000")});
-}
-
 RecognitionResult resultOf(const QString& userId, const QString& name) {
     RecognitionResult result{};
     setFieldText(result.userId, userId);
@@ -82,30 +36,19 @@ RecognitionResult resultOf(const QString& userId, const QString& name) {
 
 }  // namespace
 
-/// A day at the door: the real terminal, with a finger on its panel, and the simulated controller.
-class DoorTest : public QObject {
+/// What the screens at the door show and do.
+class DoorTest : public DoorDay {
     Q_OBJECT
 
  private slots:
-    void initTestCase();
-    void init();
-    void cleanupTestCase() { t.reset(); }
     void aTouchWakesTheStandbyScreen();
     void theStandbyScreenSleeps();
-    void aDarkScreenLightsUpHoweverItIsLeft();
-    void aFingerOnAHiddenScreenDoesNothing();
-    void theLiveViewLooksForFaces();
-    void nothingMovesWhereScreensMustNotChange();
-    void aResultDuringTheStart();
     void theBannerTellsTheMode();
     void theBannerOfAnUnknownModeStays();
     void theStripOffersWhatIsSet();
     void theLiveViewEnds();
     void aVisitorRings();
-    void dialogsKeepTheLiveView();
     void theBoxPaintsLittle();
-    void theSignTellsWhoIsNotReached();
-    void theStripCoversNothing();
     void attendanceIsChosenOnce();
     void mealsArePaid();
     void refusalsAreTold();
@@ -114,58 +57,7 @@ class DoorTest : public QObject {
     void aCardWorksAtTheStandbyScreen();
     void onlyTheRightPicturesAreShown();
     void aStormOfResultsIsCheap();
-
- private:
-    void word(const char* line) { QVERIFY2(t->tell(line), line); }
-    void set(const char* field, int value) {
-        QVERIFY2(t->set({{field, QString::number(value)}}), field);
-    }
-    template <typename Record>
-    void frame(quint16 code, const Record& record) {
-        const QByteArray bytes(reinterpret_cast<const char*>(&record), sizeof record);
-        QVERIFY(
-            t->tell(QStringLiteral("frame %1 0 0 %2").arg(code).arg(QLatin1String(bytes.toHex()))));
-    }
-    /// What the terminal has sent since this was last asked, without key clicks.
-    QStringList sent() {
-        if (!t->settle())
-            return {QStringLiteral("lost")};
-        t->frames.removeAll(QStringLiteral("5000 0 0"));
-        return std::exchange(t->frames, {});
-    }
-
-    std::unique_ptr<DrivenTerminal> t;
 };
-
-void DoorTest::initTestCase() {
-    t = std::make_unique<DrivenTerminal>();
-    t->root.write("/mnt/data/rebootchkr", {});
-    QVERIFY(t->start());
-}
-
-void DoorTest::init() {
-    Clock::fix(QDateTime(QDate(2026, 3, 9), QTime(8, 52)));
-    DialogOverlay::closeAll(t->window.get());
-    t->window->changeWindow(QStringLiteral("stayWindow"));
-    for (const char* line :
-         {"track off", "status auto", "time 2026-03-09 08:52",
-          "settings operation.weekdayIn 08:00~09:30", "settings operation.weekdayOut 17:30~22:00",
-          "settings operation.saturdayIn 08:00~10:00",
-          "settings operation.saturdayOut 13:00~18:00"})
-        word(line);
-    for (const char* off :
-         {"setup.operation", "setup.alarmMode", "operation.attendanceMode", "operation.lunchOff",
-          "operation.supperOff", "operation.doorOpenSetting", "screen.standbyMode"})
-        set(off, 0);
-    for (const char* on : {"setup.language", "setup.visitorCall", "registration.on",
-                           "operation.saveSimpleAccess", "screen.showThumbnail"})
-        set(on, 1);
-    for (const char* time :
-         {"liveSeconds", "resultSeconds", "paymentDoneSeconds", "attendanceDoneSeconds"})
-        set(time, 60);
-    set("setup.authMethod", 2);
-    QVERIFY(t->open("stayWindow"));
-}
 
 void DoorTest::aTouchWakesTheStandbyScreen() {
     QVERIFY(t->open("liveWindow"));
@@ -201,143 +93,6 @@ void DoorTest::theStandbyScreenSleeps() {
     word("sleep");
     word("track on");
     QCOMPARE(sent(), QStringList());
-}
-
-void DoorTest::aDarkScreenLightsUpHoweverItIsLeft() {
-    const struct {
-        const char* screen;
-        std::function<void()> leave;
-    } ways[] = {
-        {"liveWindow", [this] { t->tap("standbyView"); }},
-        {"recognizeWindow", [this] { word("card 10000002"); }},
-        {"liveWindow", [this] { word("card 99999999"); }},
-        {"liveWindow", [this] { word("live"); }},
-        {"liveWindow", [this] { t->window->sendCommand_ReceiveNetUserDelete(someUser()); }},
-        {"userEnroll_qualWindow", [this] { t->window->startEnrolment(); }},
-        {"upgradingWindow", [this] { word("frame 2990 0 0"); }},
-    };
-    for (const auto& way : ways) {
-        QVERIFY(t->open("stayWindow"));
-        word("sleep");
-        QVERIFY(t->sends("2035 0 0"));
-        way.leave();
-        QVERIFY2(t->shows(way.screen), way.screen);
-        QCOMPARE(sent().count(QStringLiteral("2035 1 0")), 1);
-    }
-}
-
-void DoorTest::aFingerOnAHiddenScreenDoesNothing() {
-    set("setup.operation", 1);
-    const struct {
-        const char* before;
-        const char* place;
-        const char* happens;
-        const char* after;
-    } touches[] = {
-        {"stayWindow", "standbyView", "card 10000002", "recognizeWindow"},
-        {"liveWindow", "menuButton", "card 10000002", "recognizeWindow"},
-        {"recognizeWindow", "cancelButton", "live", "liveWindow"},
-    };
-    for (const auto& touch : touches) {
-        QVERIFY(t->open(touch.before));
-        if (touch.place == touches[2].place)
-            word("card 10000002");
-        QTRY_VERIFY2(t->find(touch.place), touch.place);
-        Finger finger(t->window.get());
-        finger.down(t->find(touch.place));
-        word(touch.happens);
-        QVERIFY2(t->shows(touch.after), touch.place);
-        sent();
-        finger.up();
-        QCOMPARE(sent(), QStringList());
-        QCOMPARE(t->title(), QLatin1String(touch.after));
-    }
-
-    QWidget screen;
-    VisibleTimer timer(&screen);
-    timer.start(60000);
-    QVERIFY(!timer.isActive());
-    screen.show();
-    timer.start();
-    QVERIFY(timer.isActive());
-    screen.hide();
-    QVERIFY(!timer.isActive());
-}
-
-void DoorTest::theLiveViewLooksForFaces() {
-    set("setup.authMethod", 4);
-    set("resultSeconds", 1);
-    const struct {
-        const char* before;
-        std::function<void()> come;
-        bool startsAnew;
-    } ways[] = {
-        {"stayWindow", [this] { t->tap("standbyView"); }, true},
-        {"stayWindow", [this] { word("card 10000002"); }, true},
-        {"zelMenuWindow", [this] { word("card 10000002"); }, true},
-        {"liveWindow",
-         [this] {
-             t->tap("keypadButton");
-             t->tap("backButton");
-         },
-         true},
-        {"liveWindow", [this] { t->window->sendCommand_ReceiveNetUserDelete(someUser()); }, true},
-        {"liveWindow", [this] { word("face 01023456789"); }, false},
-    };
-    for (const auto& way : ways) {
-        QVERIFY(t->open("stayWindow") && t->open(way.before));
-        way.come();
-        QVERIFY(t->settle());
-        QVERIFY(t->shows("liveWindow"));
-        const QStringList frames = sent();
-        for (const char* frame : {"2011 1 0", "2010 1 0", "2030 0 0"}) {
-            QCOMPARE(frames.count(QLatin1String(frame)), way.startsAnew ? 1 : 0);
-            QVERIFY(frames.lastIndexOf(QStringLiteral("2010 0 0")) <=
-                    frames.indexOf(QLatin1String(frame)));
-        }
-        // Whoever comes now is seen.
-        word("face 01098765432");
-        QVERIFY(t->shows("recognizeWindow"));
-    }
-}
-
-void DoorTest::nothingMovesWhereScreensMustNotChange() {
-    const auto allow = qScopeGuard([this] { t->window->setChangeWindowFlag(true); });
-    QVERIFY(t->open("stayWindow"));
-    word("sleep");
-    QVERIFY(t->sends("2035 0 0"));
-    sent();
-    t->window->setChangeWindowFlag(false);
-    t->tap("standbyView");
-    // It is light where the finger is, but nobody is looked for.
-    QCOMPARE(sent().join(QLatin1Char('|')), QStringLiteral("1908 0 0 c9 00|2035 1 0"));
-    for (const char* line : {"card 99999999", "card 10000002", "live"})
-        word(line);
-    t->window->startEnrolment();
-    QVERIFY(!sent().join(QLatin1Char('|')).contains(QLatin1String("2011")));
-    QCOMPARE(t->title(), QStringLiteral("stayWindow"));
-
-    t->window->setChangeWindowFlag(true);
-    QVERIFY(t->open("liveWindow"));
-    t->window->setChangeWindowFlag(false);
-    t->tap("enrollButton");
-    t->tap("menuButton");
-    QCOMPARE(sent(), QStringList());
-    QCOMPARE(t->title(), QStringLiteral("liveWindow"));
-}
-
-void DoorTest::aResultDuringTheStart() {
-    set("resultSeconds", 1);
-    for (const int commissioned : {1, 0}) {
-        set("commissioned", commissioned);
-        QVERIFY(t->open("bootWindow"));
-        word("card 10000002");
-        QVERIFY(t->shows("recognizeWindow"));
-        const QString frames = sent().join(QLatin1Char('|'));
-        QVERIFY2(frames.contains(QLatin1String("2011 0 0|2003 1 0|2010 0 0|")), qPrintable(frames));
-        QVERIFY(t->shows(commissioned == 1 ? "liveWindow" : "setupMenuWindow"));
-    }
-    set("commissioned", 1);
 }
 
 void DoorTest::theBannerTellsTheMode() {
@@ -465,31 +220,6 @@ void DoorTest::aVisitorRings() {
     QVERIFY(!t->find("doorDialog"));
 }
 
-void DoorTest::dialogsKeepTheLiveView() {
-    set("setup.operation", 2);
-    set("operation.mealCountView", 0);
-    word("status 1");
-    set("liveSeconds", 1);
-    const std::pair<const char*, const char*> dialogs[] = {{"callButton", "dialogOkButton"},
-                                                           {"noti_layer", "mealCountOkButton"}};
-    for (const auto& [opens, closes] : dialogs) {
-        QVERIFY(t->open("liveWindow"));
-        t->tap(opens);
-        QElapsedTimer since;
-        since.start();
-        while (since.elapsed() < 1300) {
-            // A face in front of it does not start the time either.
-            if (since.elapsed() < 200)
-                frame(command::TrackingBox, TrackedFace{100, 200, 200, 260, 1, 0});
-            QVERIFY(t->settle());
-            QVERIFY2(t->find(closes), opens);
-        }
-        t->tap(closes);
-        QCOMPARE(t->title(), QStringLiteral("liveWindow"));
-        QVERIFY(t->shows("stayWindow"));
-    }
-}
-
 void DoorTest::theBoxPaintsLittle() {
     QVERIFY(t->open("liveWindow"));
     frame(command::TrackingBox, TrackedFace{124, 232, 232, 296, 1, 0});
@@ -528,82 +258,6 @@ void DoorTest::theBoxPaintsLittle() {
     QVERIFY(t->settle());
     QVERIFY(t->readsKey("Info_CardNotRegistered"));
     QTRY_VERIFY(!t->readsKey("Info_CardNotRegistered"));
-}
-
-void DoorTest::theSignTellsWhoIsNotReached() {
-    for (const char* screen : {"stayWindow", "liveWindow"}) {
-        QVERIFY(t->open(screen));
-        QVERIFY(!t->find("peerSign"));
-        set("network.useManager", 1);
-        QTRY_VERIFY(t->readsKey("Info_ServiceNotReached"));
-        PaintCounter paints(t->window.get());
-        t->window->getActivateWindowForm()->peersChanged();
-        QVERIFY(t->settle());
-        QCOMPARE(paints.count, 0);
-        t->window->updateRestConnectStatus(true);
-        QTRY_VERIFY(!t->find("peerSign"));
-        t->window->updateRestConnectStatus(false);
-        QTRY_VERIFY(t->readsKey("Info_ServiceNotReached"));
-        if (t->title() == QLatin1String("stayWindow")) {
-            word("sleep");
-            QTRY_VERIFY(!t->readsKey("Info_ServiceNotReached"));
-        }
-        set("network.useManager", 0);
-        QTRY_VERIFY(!t->find("peerSign"));
-    }
-    word("drop");
-    QTRY_VERIFY(t->readsKey("Info_ControllerNotReached"));
-    QTRY_VERIFY_WITH_TIMEOUT(t->window->linkUp(), 30000);
-    QVERIFY(!t->find("peerSign"));
-    // The controller may be another one.
-    QVERIFY(t->sends("2030 0 0"));
-    word("face 01098765432");
-    QVERIFY(t->shows("recognizeWindow"));
-}
-
-void DoorTest::theStripCoversNothing() {
-    auto* strip = t->window->findChild<NoticeStrip*>();
-    const struct {
-        const char* screen;
-        const char* happens;
-        int operation;
-    } rows[] = {
-        {"stayWindow", "live", 1},          {"liveWindow", "card 99999999", 1},
-        {"liveWindow", "card 10000002", 1}, {"liveWindow", "card 10000002", 2},
-        {"liveWindow", "card 10000006", 0}, {"zelMenuWindow", "track off", 1},
-        {"workMenuWindow", "track off", 1}, {"usbMenuWindow", "track off", 1},
-    };
-    for (const int language : {0, 1, 2}) {
-        set("setup.language", language);
-        for (const auto& row : rows) {
-            set("setup.operation", row.operation);
-            QVERIFY(t->open("stayWindow") && t->open(row.screen));
-            word(row.happens);
-            QVERIFY(t->settle());
-            QTRY_VERIFY(strip->isHidden());
-            TextRecorder recorder(t->window->size());
-            t->window->render(&recorder);
-            for (const bool accepted : {false, true}) {
-                GUI_LOGDATA event{};
-                event.eventStatus = accepted;
-                frame(command::AccessEvent, event);
-                const char* const key = accepted ? "Info_AccessEvent" : "Info_AccessRefusedEvent";
-                QTRY_COMPARE(strip->textKey(), QLatin1String(key));
-                QVERIFY(strip->text().startsWith(t->text(key)));
-                QVERIFY2(!strip->visibleRegion().isEmpty(), row.screen);
-                for (const TextRecorder::Text& text : recorder.texts())
-                    QVERIFY2(!strip->geometry().intersects(text.ink), qPrintable(text.text));
-                QCOMPARE(hasGreen(strip), accepted);
-            }
-            if (auto* button = t->find("inButton")) {
-                QVERIFY(!strip->geometry().intersects(
-                    QRect(button->mapTo(t->window.get(), QPoint()), button->size())));
-                t->tap("inButton");
-                QVERIFY(t->sends("2020 16 0"));
-            }
-            strip->hide();
-        }
-    }
 }
 
 void DoorTest::attendanceIsChosenOnce() {

@@ -1,20 +1,20 @@
 # The tour of ./run --demo: a day at the door, step by step, with a picture of each step.
-# Sourced by run, which starts everything; uses its scratch, demo, control_port, terminal, log, clock,
-# faked and wait_until.
+# Sourced by run, which starts everything; uses its scratch, demo, control_port, terminal, log, clock
+# and wait_until.
 # shellcheck shell=bash disable=SC2034,SC2154
 
 day=2026-03-09  # a Monday
 
 # tour_clock: has the terminal take the tour's time for the machine's.
 tour_clock() {
+    clock=$scratch/time
     show_time 08:51
-    clock=("${faked[@]}" FAKETIME_NO_CACHE=1 "FAKETIME_TIMESTAMP_FILE=$scratch/time")
 }
 
 # show_time HH:MM: stops the terminal's clock there.
 show_time() {
-    echo "$day $1:00" >"$scratch/time.new"
-    mv "$scratch/time.new" "$scratch/time"
+    date --date "$day $1" +%s >"$clock.new"
+    mv "$clock.new" "$clock"
 }
 
 # at HH:MM: goes on at that time of the day.

@@ -27,13 +27,13 @@ void PeerSign::setPeers(const WindowShell& shell) {
         key = QStringLiteral("Info_ControllerNotReached");
     else if (shell.serviceInUse() && !shell.serviceReached())
         key = QStringLiteral("Info_ServiceNotReached");
-    if (key == text_.key())
-        return;
-    text_.setKey(key);
-    if (!key.isEmpty())
-        text_.setEntry(shell.getScript(key));
+    if (key != text_.key()) {
+        text_.setKey(key);
+        if (!key.isEmpty())
+            text_.setEntry(shell.getScript(key));
+        update();
+    }
     setVisible(!key.isEmpty());
-    update();
 }
 
 void PeerSign::applyScripts(const Lookup& lookup) {

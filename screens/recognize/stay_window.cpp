@@ -36,7 +36,6 @@ void StayWindow::showEvent(QShowEvent* event) {
     shell->SendCommand(command::LivePicture, command::picture::Hidden, 0);
     Recognition::stop(*shell);
     loadPictures();
-    peersChanged();
     shell->SendCloseMessage(command::closed::ByMenuTimeout);
     lightUp();
 }
@@ -81,7 +80,8 @@ void StayWindow::settingsChanged(const SettingsChange& change) {
 }
 
 void StayWindow::peersChanged() {
-    ui_->peerSign->setPeers(*shell());
+    if (!ui_->standbyView->isDark())
+        ui_->peerSign->setPeers(*shell());
 }
 
 void StayWindow::loadPictures() {
@@ -108,7 +108,7 @@ void StayWindow::sleepTimeout() {
     sleepTimer_.stop();
     clockTimer_.stop();
     ui_->standbyView->setDark(true);
-    ui_->standbyView->raise();
+    ui_->peerSign->hide();
     MainWindow::getMainWindow()->SendCommand(command::BurnInTimer, command::burn_in::Darken, 0);
 }
 
@@ -119,7 +119,7 @@ void StayWindow::wakePanel() {
 
 void StayWindow::lightUp() {
     ui_->standbyView->setDark(false);
-    ui_->peerSign->raise();
+    peersChanged();
     showTime();
     clockTimer_.start(kClockInterval);
     setSleepTimerReset();

@@ -58,8 +58,7 @@ class StatusSubject : public Subject {
     }
 
  private:
-    /// The seconds by which the device's clock is ahead, in the form that a terminal can be made
-    /// to start with: it has no clock of its own.
+    /// Says for sim/clock/device_clock.cpp how many seconds the device's clock is ahead.
     void keepOffset() {
         const QString path = device_.dataPath(QStringLiteral("sim/clock"));
         QDir().mkpath(QFileInfo(path).path());

@@ -75,9 +75,11 @@ void Stage::restart() {
     window_->show();
     while (!window_->linkUp())
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    controllerLost_ = false;
 }
 
 void Stage::loseController() {
+    controllerLost_ = true;
     while (QTcpSocket* socket = controller_.nextPendingConnection())
         delete socket;
     while (window_->linkUp())
@@ -131,7 +133,7 @@ void Stage::clear() {
 }
 
 void Stage::open(const QString& title) {
-    if (!window_->linkUp())
+    if (controllerLost_)
         restart();
     clear();
     // A screen comes up only when another one was there.

@@ -78,6 +78,7 @@ class Stage {
     QTcpServer controller_;
     _gui_menu_ settings_;  // what the controller would tell
     bool settingsChanged_ = false;
+    bool controllerLost_ = false;
     std::unique_ptr<MainWindow> window_;
     QList<QPointer<QWidget>> added_;
     QPointer<WidgetButton> pressed_;
