@@ -31,7 +31,8 @@ class CloudHost {
  public:
     /// A copy of the whole settings record. Any thread.
     virtual _gui_menu_ settings() const = 0;
-    /// Whether the device controller has sent its settings; before, settings() is empty. Any thread.
+    /// Whether the device controller has sent its settings; before, settings() is empty. Any
+    /// thread.
     virtual bool settingsArrived() const = 0;
     /// Takes one decoded management command over: a host_command and its record from
     /// cloud/parameters.h. Returns at once, the command is carried out later. Any thread.

@@ -104,7 +104,7 @@ class HttpEndpoint::Places {
     std::atomic<bool> awaited_{false};
 };
 
-HttpEndpoint::HttpEndpoint(Pistache::Address address) : address_(std::move(address)) {}
+HttpEndpoint::HttpEndpoint(const Pistache::Address& address) : address_(address) {}
 
 HttpEndpoint::~HttpEndpoint() = default;
 

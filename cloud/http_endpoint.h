@@ -16,7 +16,7 @@ class HttpGuard;
 /// kernel's queue until then.
 class HttpEndpoint {
  public:
-    explicit HttpEndpoint(Pistache::Address address);
+    explicit HttpEndpoint(const Pistache::Address& address);
     ~HttpEndpoint();
     HttpEndpoint(const HttpEndpoint&) = delete;
     HttpEndpoint& operator=(const HttpEndpoint&) = delete;
