@@ -156,6 +156,8 @@ void NavigationTest::theMenuIsTheAdministrators() {
     window()->changeWindow(QStringLiteral("zelMenuWindow"));
     QCOMPARE(t->title(), password);
     QVERIFY(!t->find("passwordField")->isEnabled());
+    QCOMPARE(t->find("messageLabel")->property("textKey").toString(),
+             QStringLiteral("ListItem_NoController"));
     QTRY_VERIFY(t->find("passwordField")->isEnabled());
     QVERIFY(t->tell("settings setup.adminPassword \"\""));
     QVERIFY(t->shows("zelMenuWindow"));
