@@ -1,7 +1,6 @@
 #include "cloud/firmware_update.h"
 
 #include <QFile>
-#include <QTimer>
 #include <QUrl>
 #include <cstdio>
 #include <utility>
@@ -13,8 +12,17 @@
 #include "link/command_code.h"
 #include "link/command_parameters.h"
 
+namespace {
+
+constexpr int kLookInterval = 2000;  // milliseconds
+
+}  // namespace
+
 FirmwareUpdate::FirmwareUpdate(DownloadManager& downloads, ManagementHost& host)
-    : downloads_(downloads), host_(host) {}
+    : downloads_(downloads), host_(host) {
+    timer_.setInterval(kLookInterval);
+    connect(&timer_, &QTimer::timeout, this, &FirmwareUpdate::look);
+}
 
 void FirmwareUpdate::resume() {
     downloads_.removeLeftovers();
@@ -39,11 +47,10 @@ void FirmwareUpdate::resume() {
         }
     }
     booting_ = true;
-    updateHold();
+    update();
     QTimer::singleShot(resumeDelay_, this, [this] {
         booting_ = false;
-        updateHold();
-        look();
+        update();
     });
 }
 
@@ -63,22 +70,17 @@ void FirmwareUpdate::downloaded() {
         FirmwareOrders::remove(number);
     unanswered_ = true;
     toldOn_ = 0;
-    updateHold();
-    look();
-}
-
-void FirmwareUpdate::handOver() {
-    host_.SendCommand(command::UpdateFirmware, command::firmware::Downloaded, 0);
-    toldOn_ = host_.linkProgress().connection;
-    told_.start();
+    update();
 }
 
 void FirmwareUpdate::look() {
     const quint32 connection = host_.linkProgress().connection;
-    if (!unanswered_ || booting_ || connection == 0)
+    if (connection == 0)
         return;
     if (connection != toldOn_) {
-        handOver();
+        host_.SendCommand(command::UpdateFirmware, command::firmware::Downloaded, 0);
+        toldOn_ = connection;
+        told_.start();
     } else if (told_.hasExpired(answerTime_)) {
         qCWarning(cloudLog, "the controller does not answer for the firmware");
         answered();
@@ -91,11 +93,17 @@ void FirmwareUpdate::answered() {
     toldOn_ = 0;
     unanswered_ = false;
     FirmwareOrders::remove(std::exchange(handedOver_, 0));
-    updateHold();
+    update();
 }
 
-void FirmwareUpdate::updateHold() {
+void FirmwareUpdate::update() {
     // A download begins with the removal of the archive before it, which the controller may be
     // about to take.
     downloads_.hold(unanswered_ || booting_);
+    if (!unanswered_ || booting_) {
+        timer_.stop();
+    } else if (!timer_.isActive()) {
+        timer_.start();
+        look();
+    }
 }

@@ -322,11 +322,11 @@ constexpr NamedState kStates[] = {
          stage.touch(QStringLiteral("importLogTile"));
      }},
     {"usbUploadFileSelector", "chosen",
-     [](Stage& stage) { stage.touch(QStringLiteral("fileRow4")); }},
+     [](Stage& stage) { stage.touchRow(4); }},
     {"usbUploadFileSelector", "folder",
-     [](Stage& stage) { stage.touch(QStringLiteral("fileRow1")); }},
+     [](Stage& stage) { stage.touchRow(1); }},
     {"usbUploadFileSelector", "empty-folder",
-     [](Stage& stage) { stage.touch(QStringLiteral("fileRow0")); }},
+     [](Stage& stage) { stage.touchRow(0); }},
     {"UsbOutLogWindow", "all", [](Stage& stage) { stage.touch(QStringLiteral("rangeToggle")); }},
     {"UsbOutLogWindow", "keypad",
      [](Stage& stage) {
