@@ -5,6 +5,7 @@
 #include "app/capi.h"
 #include "app/main_window.h"
 #include "app/unix_signals.h"
+#include "base/descriptors.h"
 
 namespace {
 
@@ -14,6 +15,7 @@ CAPI capi;
 
 int main(int argc, char** argv) {
     holdUnixSignals({SIGQUIT, SIGINT, SIGTERM, SIGHUP});
+    Descriptors::raiseLimit();
     capi.setEnv();
     capi.sleep(1);
 

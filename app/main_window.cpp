@@ -79,6 +79,12 @@ MainWindow::MainWindow(QWidget* parent)
     InputField::setKeypad([this](InputField* field) { showTouchKey(field); });
     MessageOverlay::setScripts([this](const QString& key) { return getScript(key); });
 
+    // Who looks on from outside, a tester or a script, can tell the screens apart by their names.
+    connect(&navigation_->windows(), &WindowRegistry::changed, this, [this] {
+        const QString title = navigation_->active()->getTitle();
+        setWindowTitle(QStringLiteral("zel-terminal: ") + title);
+        qCInfo(appLog, "screen %s", qPrintable(title));
+    });
     WindowForm::setShell(this);
     initWindowList();
     link_->clearReceiveState();
@@ -100,6 +106,8 @@ MainWindow::MainWindow(QWidget* parent)
     connect(languages_, &Languages::changed, this,
             [this] { MessageOverlay::scriptsChanged(this); });
 
+    connect(link_, &DeviceLink::sent, this,
+            [this](quint16 command, quint8 p1) { recognition_.sent(command, p1); });
     connect(link_, &DeviceLink::connectedChanged, this, &MainWindow::peersChanged);
     link_->open(DevicePaths::linkPort());
 
@@ -108,8 +116,8 @@ MainWindow::MainWindow(QWidget* parent)
     connect(this, &MainWindow::signal_changeWindow, this, &MainWindow::changeWindowShowEvent);
     createDialogs();
     management_ = new ManagementLink(*this, *this, this);
-    management_->start();
     connectManagement();
+    management_->start();
 }
 
 MainWindow::~MainWindow() {
@@ -151,6 +159,8 @@ void MainWindow::connectMessages() {
             [this](int status) { setSystemStatus(status, 0, 0); });
     connect(messages_, &ShellMessages::accessReported, this,
             [this](const GUI_LOGDATA& event) { sendUserInoutData(&event); });
+    connect(messages_, &ShellMessages::accessRecorded, this,
+            [this](bool accepted) { popups_->showAccess(accepted); });
     connect(messages_, &ShellMessages::userEnrolled, this,
             [this](const info_s& info) { sendUserEnrollData(&info); });
     connect(messages_, &ShellMessages::visitorCalled, this, &MainWindow::signal_restCall_FR51);
@@ -162,7 +172,7 @@ void MainWindow::createDialogs() {
     popups_ = new ReportPopups([this](const QString& key) { return getScript(key); }, this);
     connect(this, &MainWindow::signal_changeWindow, popups_, &ReportPopups::windowChanged);
     connect(&navigation_->windows(), &WindowRegistry::changed, popups_,
-            &ReportPopups::windowRaised);
+            [this] { popups_->windowRaised(navigation_->active()->noticeTop()); });
     connect(status_, &SystemStatus::faultsChanged, popups_, &ReportPopups::showFaults);
     connect(popups_, &ReportPopups::screenWanted, this,
             [this](const QString& title) { showScreen(title, {}); });
@@ -192,6 +202,9 @@ void MainWindow::connectManagement() {
             &MainWindow::sendCommand_ReceiveNetSystemSetting);
     connect(this, &MainWindow::signal_restCall_FR51, management_, &ManagementLink::reportVisitor);
     connect(management_, &ManagementLink::connectedChanged, this, &MainWindow::peersChanged);
+    connect(link_, &DeviceLink::drained, management_, &ManagementLink::linkDrained);
+    connect(dispatch_, &MessageDispatch::shellMessage, management_,
+            &ManagementLink::controllerMessage);
     connect(status_, &SystemStatus::connectWanted, management_, &ManagementLink::connectNow);
     connect(status_, &SystemStatus::connectionCheckWanted, this, [this] {
         management_->checkNow();
@@ -345,6 +358,8 @@ void MainWindow::setSystemStatus(int status, int, int) {
 // --- Management service --------------------------------------------------------------------
 
 void MainWindow::peersChanged() {
+    if (!linkUp())
+        recognition_.forget();
     // What was not reported meanwhile is wanted now, whichever of the two has come last.
     const bool both = linkUp() && serviceReached();
     if (both && !peersReached_)
@@ -432,7 +447,7 @@ RestClass* MainWindow::restClient() const {
 
 void MainWindow::downloadFileURL(const QVariant& parameter) {
     if (parameter.canConvert<FR44_Parameter>())
-        management_->downloads().append(QUrl(parameter.value<FR44_Parameter>().address));
+        management_->firmware().order(parameter.value<FR44_Parameter>());
 }
 
 void MainWindow::sendUserInoutData(const GUI_LOGDATA* event) {
@@ -485,5 +500,5 @@ void MainWindow::fwFileDownloadStart(const QString& path) {
 }
 
 void MainWindow::fileDownloadComplete() {
-    management_->commands().finishDownload(management_->downloads());
+    management_->firmware().downloaded();
 }

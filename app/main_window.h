@@ -7,6 +7,7 @@
 #include "app/controller_orders.h"
 #include "app/languages.h"
 #include "app/navigation.h"
+#include "app/recognition_run.h"
 #include "app/record_store.h"
 #include "app/settings_entrance.h"
 #include "app/system_status.h"
@@ -56,6 +57,8 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
         return link_->send(cmd, p1, p2, len, payload);
     }
     bool linkUp() const override { return link_->connected(); }
+    LinkProgress linkProgress() const override { return link_->progress(); }
+    bool recognitionRuns() const override { return recognition_.runs(); }
     void SendCloseMessage(int value) override { orders_->tellClosed(value); }
     void PlaySound(int id) override { orders_->playSound(id); }
     void EnrollPlaySoundTts(int n, const char* text) override { orders_->speak(n, text); }
@@ -259,6 +262,7 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     TouchKeyForm* touchKey_ = nullptr;
     ManagementLink* management_ = nullptr;
 
+    RecognitionRun recognition_;
     ReaderMode readerMode_ = ReaderMode::In;
     ServiceMode serviceMode_ = ServiceMode::InService;
     AlarmMode alarmMode_ = AlarmMode::None;

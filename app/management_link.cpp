@@ -4,6 +4,8 @@
 #include "cloud/event_reports.h"
 #include "cloud/parameters.h"
 #include "cloud/rest_client.h"
+#include "link/command_code.h"
+#include "link/device_message.h"
 
 namespace {
 
@@ -19,9 +21,12 @@ int milliseconds(int seconds, int standard) {
 }  // namespace
 
 ManagementLink::ManagementLink(CloudHost& cloud, ManagementHost& host, QObject* parent)
-    : QObject(parent), cloud_(cloud), commands_(cloud, host), client_(new RestClass(cloud, this)) {
-    folderTimer_.setSingleShot(true);
-    connect(&folderTimer_, &QTimer::timeout, this, &ManagementLink::takeCommandFolder);
+    : QObject(parent),
+      cloud_(cloud),
+      commands_(cloud, host),
+      carrier_(commands_, host),
+      firmware_(downloads_, host),
+      client_(new RestClass(cloud, this)) {
     connect(&connectTimer_, &QTimer::timeout, this, [this] {
         if (!connected_)
             connectNow();
@@ -37,8 +42,10 @@ ManagementLink::~ManagementLink() {
 }
 
 void ManagementLink::start() {
+    // Before the thread takes new orders in, which come after the old ones.
+    firmware_.resume();
     client_->start(QThread::InheritPriority);
-    folderTimer_.start(kFolderInterval);
+    carrier_.start();
 }
 
 void ManagementLink::stop() {
@@ -60,6 +67,7 @@ void ManagementLink::restart() {
     connectTimer_.stop();
     checkTimer_.stop();
     setConnected(false);
+    client_->takeSettings();
     if (!inUse())
         return;
     const NetworkBlock network = cloud_.settings().network;
@@ -76,9 +84,16 @@ void ManagementLink::checkNow() {
 }
 
 void ManagementLink::takeCommandFolder() {
-    commands_.userRestChkrResult();
-    // One per period, whether there was one or not.
-    folderTimer_.start(kFolderInterval);
+    carrier_.look();
+}
+
+void ManagementLink::linkDrained() {
+    carrier_.linkDrained();
+}
+
+void ManagementLink::controllerMessage(const DeviceMessage& message) {
+    if (message.command == command::FirmwareUpdateAnswer)
+        firmware_.answered();
 }
 
 void ManagementLink::reportAccess(const GUI_LOGDATA& event) {

@@ -5,11 +5,14 @@
 #include <QVariant>
 #include <functional>
 
+#include "cloud/command_carrier.h"
 #include "cloud/download_manager.h"
+#include "cloud/firmware_update.h"
 #include "cloud/management_commands.h"
 #include "link/device_records.h"
 
 class CloudHost;
+struct DeviceMessage;
 class ManagementHost;
 class RestClass;
 
@@ -20,15 +23,13 @@ class ManagementLink : public QObject {
     Q_OBJECT
 
  public:
-    /// Milliseconds between looks for a command folder.
-    static constexpr int kFolderInterval = 2000;
-
     /// Both hosts outlive the object.
     ManagementLink(CloudHost& cloud, ManagementHost& host, QObject* parent);
     /// Joins the thread that serves HTTP, which may call the cloud host until then.
     ~ManagementLink() override;
 
-    /// Starts the thread and the look-out for command folders.
+    /// Takes up what an end of the process has interrupted, starts the thread and the look-out for
+    /// command folders.
     void start();
 
     /// Lets the thread wind up; the destructor waits for it.
@@ -45,8 +46,12 @@ class ManagementLink : public QObject {
     void connectNow();
     void checkNow();
 
-    /// Takes one pending command folder, if there is one.
+    /// Takes one pending command folder, if there is one and the device link is ready for it.
     void takeCommandFolder();
+    /// What was sent over the device link has left.
+    void linkDrained();
+    /// Looks at what the device controller says for answers to what the service has ordered.
+    void controllerMessage(const DeviceMessage& message);
 
     /// Reports to the service, when it is in use. What it does not confirm stays with the device
     /// controller, which offers it again.
@@ -57,6 +62,7 @@ class ManagementLink : public QObject {
     RestClass* client() const { return client_; }
     DownloadManager& downloads() { return downloads_; }
     ManagementCommands& commands() { return commands_; }
+    FirmwareUpdate& firmware() { return firmware_; }
 
  signals:
     void connectedChanged(bool connected);
@@ -64,10 +70,11 @@ class ManagementLink : public QObject {
  private:
     CloudHost& cloud_;
     ManagementCommands commands_;
+    CommandCarrier carrier_;
     DownloadManager downloads_;
+    FirmwareUpdate firmware_;
     RestClass* client_;
     QTimer connectTimer_;
     QTimer checkTimer_;
-    QTimer folderTimer_;
     bool connected_ = false;
 };

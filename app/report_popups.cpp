@@ -17,7 +17,6 @@ constexpr int kAnyOther = -1;
 
 enum class Kind {
     Result,    // on the shared popup dialog, until it is closed
-    Notice,    // on a strip that leaves the screen to the person at the door, stamped with the time
     Question,  // asks whether logs may be deleted
 };
 
@@ -50,7 +49,6 @@ constexpr Report kReports[] = {
      Icon::Pass},
     {command::LogStoreReport, kAnyOther, Kind::Question, "ListItem_LogStoreNearlyFull",
      Icon::Warning},
-    {command::AccessEvent, command::event::New, Kind::Notice, "Info_AccessEvent", Icon::Info},
 };
 
 const Report* find(int command, int p1) {
@@ -92,8 +90,8 @@ void ReportPopups::windowChanged() {
     popup_->windowChanged();
 }
 
-void ReportPopups::windowRaised() {
-    strip_->raise();
+void ReportPopups::windowRaised(int noticeTop) {
+    strip_->setTop(noticeTop);
 }
 
 void ReportPopups::show(int command, int p1) {
@@ -110,20 +108,19 @@ void ReportPopups::show(int command, int p1) {
         case Kind::Result:
             present(popup_, QLatin1String(report->key), report->icon);
             break;
-        case Kind::Notice: {
-            ScriptHandler::Script text = scripts_(QLatin1String(report->key));
-            const QString time = scripts_(QStringLiteral("Arg_EventTime")).script;
-            text.script += QStringLiteral("  ") + Clock::now().toString(time);
-            strip_->setText(text);
-            strip_->hide();
-            strip_->show();
-            strip_->raise();
-            break;
-        }
         case Kind::Question:
             present(logFull_, QLatin1String(report->key), report->icon);
             break;
     }
+}
+
+void ReportPopups::showAccess(bool accepted) {
+    const QString key =
+        accepted ? QStringLiteral("Info_AccessEvent") : QStringLiteral("Info_AccessRefusedEvent");
+    ScriptHandler::Script text = scripts_(key);
+    text.script += QStringLiteral("  ") +
+                   Clock::now().toString(scripts_(QStringLiteral("Arg_EventTime")).script);
+    strip_->tell(accepted ? NoticeStrip::Kind::Done : NoticeStrip::Kind::Refused, key, text);
 }
 
 void ReportPopups::showNotice(const QString& key) {

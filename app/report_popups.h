@@ -29,11 +29,15 @@ class ReportPopups : public QObject {
     /// Shows the faults of @p keys until the user has closed them, whatever screen comes up
     /// meanwhile; takes them back when @p anyFault is not set.
     void showFaults(const QStringList& keys, bool anyFault);
+    /// Tells whoever stands at the door that an access has been recorded, or the refusal of one,
+    /// and leaves the screen to them.
+    void showAccess(bool accepted);
 
  public slots:
     void windowChanged();
-    /// What belongs to no screen lies above the one that has come up, too.
-    void windowRaised();
+    /// What belongs to no screen lies above the one that has come up, too; the strip where that
+    /// one leaves a place, at the pixel line @p noticeTop.
+    void windowRaised(int noticeTop);
 
  signals:
     /// A popup is about to come up that belongs to the screen @p title.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <atomic>
 
 #include "app/settings_change.h"
 
@@ -20,7 +21,7 @@ class SettingsEntrance : public QObject {
     void receive(const _gui_menu_& record);
     /// Takes a record that was changed at the terminal or by the service.
     void store(const _gui_menu_& record);
-    /// Whether the controller has sent its settings since the start.
+    /// Whether the controller has sent its settings since the start. Any thread.
     bool arrived() const { return arrived_; }
 
  signals:
@@ -31,5 +32,5 @@ class SettingsEntrance : public QObject {
     void take(const _gui_menu_& record, bool first);
 
     RecordStore& records_;
-    bool arrived_ = false;
+    std::atomic<bool> arrived_{false};
 };

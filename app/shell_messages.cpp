@@ -8,6 +8,7 @@
 #include "cloud/event_reports.h"
 #include "cloud/parameters.h"
 #include "link/command_code.h"
+#include "link/command_parameters.h"
 #include "link/device_link.h"
 
 Q_LOGGING_CATEGORY(messageLog, "zel.app.messages", QtInfoMsg)
@@ -80,9 +81,11 @@ void ShellMessages::take(const DeviceMessage& message) {
             orders_.speak(0, nullptr);
             break;
         case command::AccessEvent:
-            if (const auto event = message.record<GUI_LOGDATA>())
+            if (const auto event = message.record<GUI_LOGDATA>()) {
                 emit accessReported(*event);
-            emit popupWanted(message.command, message.p1);
+                if (message.p1 == command::event::New)
+                    emit accessRecorded(event->eventStatus != 0);
+            }
             break;
         case command::UserEnrolled:
             if (const auto info = message.record<info_s>())

@@ -32,6 +32,8 @@ class ShellMessages : public QObject {
     void statusReported(int status);
     /// To be told to the management service.
     void accessReported(const GUI_LOGDATA& event);
+    /// Just now, for somebody at the door.
+    void accessRecorded(bool accepted);
     void userEnrolled(const info_s& info);
     /// Holds an FR51_Parameter.
     void visitorCalled(const QVariant& visitor);

@@ -1,6 +1,7 @@
 #include "app/unix_signals.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <signal.h>
 #include <unistd.h>
 
@@ -20,17 +21,25 @@ std::size_t append(char* line, std::size_t length, const char* text) {
     return length;
 }
 
+/// Whether somebody takes what is printed now: a pipe that nobody empties would hold the process.
+bool isHeard() {
+    pollfd output{STDOUT_FILENO, POLLOUT, 0};
+    return ::poll(&output, 1, 0) == 1 && output.revents == POLLOUT;
+}
+
 void quitOnSignal(int number) {
     const int before = errno;
+    // A full pipe already holds a wake-up.
+    if (::write(quitPipe[1], "", 1) < 0)
+        errno = before;
     char line[64];
     std::size_t length = append(line, 0, "\nquit the application by signal(");
     if (number >= 10)
         line[length++] = static_cast<char>('0' + number / 10 % 10);
     line[length++] = static_cast<char>('0' + number % 10);
     length = append(line, length, ").\n");
-    // Nobody can be told if either write fails; a full pipe already holds a wake-up.
-    if (::write(STDOUT_FILENO, line, length) < 0 || ::write(quitPipe[1], "", 1) < 0)
-        errno = before;
+    if (isHeard() && ::write(STDOUT_FILENO, line, length) < 0)
+        errno = before;  // nobody can be told
     errno = before;
 }
 

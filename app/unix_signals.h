@@ -4,9 +4,9 @@
 
 /// Termination signals as an orderly quit.
 ///
-/// The handler prints a line and wakes the event loop through a pipe, nothing more: neither
-/// printing through stdio nor talking to Qt is safe there. The quit itself happens in the GUI
-/// thread, also for a signal that came before the event loop ran.
+/// The handler wakes the event loop through a pipe and prints a line if somebody reads it, nothing
+/// more: neither printing through stdio nor talking to Qt is safe there. The quit itself happens in
+/// the GUI thread, also for a signal that came before the event loop ran.
 
 /// Holds the listed signals back until catchUnixSignals() is called for them, so that one that
 /// comes while the process is still starting is not lost and does not kill it half-made. Threads

@@ -53,6 +53,10 @@ class WindowForm : public QWidget {
     /// The terminal's operating mode has changed while this screen is the active one.
     virtual void workModeChanged() {}
 
+    /// The pixel line from which on a strip of NoticeStrip::kHeight covers nothing that is read on
+    /// this screen. By default right below the title of a bar.
+    virtual int noticeTop() const { return 66; }
+
     /// Whether the screen lies above every dialog but its own, which come back after it. For one
     /// that somebody at the door has to see, and that ends by itself.
     virtual bool coversDialogs() const { return false; }

@@ -46,6 +46,8 @@ class WindowShell {
     // --- The peers -------------------------------------------------------------------------
     /// Whether the link to the device controller has been reported up.
     virtual bool linkUp() const = 0;
+    /// Whether the controller has been told to look for people, and not to stop since.
+    virtual bool recognitionRuns() const = 0;
     /// Whether the settings have the management service in use, and whether it has been reached;
     /// one that is not in use never is. Changes come as WindowForm::peersChanged().
     virtual bool serviceInUse() const = 0;

@@ -1,7 +1,5 @@
 #include "cloud/body_reader.h"
 
-#include <QJsonValue>
-
 #include "cloud/json_input.h"
 
 BodyReader::BodyReader(const QByteArray& body) {
@@ -12,14 +10,19 @@ BodyReader::BodyReader(const QByteArray& body) {
 }
 
 BodyReader BodyReader::group(const char* key) {
-    const QJsonValue value = object_.value(QLatin1String(key));
+    const QJsonValue value = at(key);
     if (!value.isUndefined() && !value.isObject())
         fault();
     return BodyReader(value.toObject(), faulty_);
 }
 
-QString BodyReader::text(const char* key, int maxBytes) {
+QJsonValue BodyReader::at(const char* key) const {
     const QJsonValue value = object_.value(QLatin1String(key));
+    return value.isNull() ? QJsonValue(QJsonValue::Undefined) : value;
+}
+
+QString BodyReader::text(const char* key, int maxBytes) {
+    const QJsonValue value = at(key);
     if (value.isUndefined())
         return {};
     QString text = value.toString();
@@ -30,7 +33,7 @@ QString BodyReader::text(const char* key, int maxBytes) {
 }
 
 std::optional<quint32> BodyReader::number(const char* key, quint32 least, quint32 most) {
-    const QJsonValue value = object_.value(QLatin1String(key));
+    const QJsonValue value = at(key);
     if (value.isUndefined())
         return std::nullopt;
     double number = -1;
@@ -48,4 +51,11 @@ std::optional<quint32> BodyReader::number(const char* key, quint32 least, quint3
         return std::nullopt;
     }
     return static_cast<quint32>(number);
+}
+
+QString BodyReader::decimal(const char* key, quint32 most) {
+    if (at(key) == QJsonValue(QString()))
+        return {};
+    const auto value = number(key, 0, most);
+    return value ? QString::number(*value) : QString();
 }

@@ -1,5 +1,6 @@
 #include "cloud/download_manager.h"
 
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 #include <QDir>
@@ -8,16 +9,18 @@
 #include <QNetworkProxy>
 #include <QNetworkReply>
 #include <QRegularExpression>
-#include <QTimer>
 
 #include "base/device_paths.h"
 #include "cloud/cloud_log.h"
+#include "cloud/disk.h"
 
 namespace {
 
 const QLatin1String kArchiveName("zel01.tar.bz2");
 /// What the connection may hold ahead of the disk.
 constexpr qint64 kReadAhead = qint64{1024} * 1024;
+/// How often the speed is looked at in each window.
+constexpr int kSpeedSteps = 12;
 
 bool isRedirect(int status) {
     return status == 301 || status == 302 || status == 303 || status == 305 || status == 307 ||
@@ -36,7 +39,9 @@ QString nameOf(const QUrl& url) {
 }  // namespace
 
 DownloadManager::DownloadManager(QObject* parent)
-    : QObject(parent), basePath_(DevicePaths::at(QStringLiteral("/mnt/data/input/"))) {}
+    : QObject(parent), basePath_(DevicePaths::at(QStringLiteral("/mnt/data/input/"))) {
+    connect(&speedTimer_, &QTimer::timeout, this, &DownloadManager::measureSpeed);
+}
 
 DownloadManager::~DownloadManager() {
     if (reply_ == nullptr)
@@ -55,14 +60,40 @@ QString DownloadManager::getArchivePath() const {
     return basePath_ + kArchiveName;
 }
 
+void DownloadManager::removeLeftovers() {
+    // A folder that is a link is somebody else's.
+    if (QFileInfo(QDir::cleanPath(basePath_)).isSymLink())
+        return;
+    const QFileInfoList entries = QDir(basePath_).entryInfoList(
+        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    for (const QFileInfo& entry : entries) {
+        const bool archive =
+            entry.fileName() == kArchiveName && entry.isFile() && !entry.isSymLink();
+        if (!archive && !Disk::remove(entry.filePath()))
+            qCWarning(cloudLog, "%s cannot be removed", qUtf8Printable(entry.filePath()));
+    }
+}
+
 void DownloadManager::append(const QUrl& url) {
+    const bool first = queue_.isEmpty();
+    if (queue_.size() == kMaxWaiting)
+        qCWarning(cloudLog, "too many downloads wait, %s is passed over",
+                  queue_.dequeue().toEncoded().constData());
+    queue_.enqueue(url);
+    if (first)
+        scheduleNextDownload();
+}
+
+void DownloadManager::hold(bool held) {
+    held_ = held;
+    if (!held && !queue_.isEmpty())
+        scheduleNextDownload();
+}
+
+void DownloadManager::scheduleNextDownload() {
     // While a download runs, its end looks after the queue.
-    if (queue_.isEmpty() && reply_ == nullptr)
+    if (reply_ == nullptr && !held_)
         QTimer::singleShot(0, this, &DownloadManager::startNextDownload);
-    if (queue_.size() < kMaxWaiting)
-        queue_.enqueue(url);
-    else
-        qCWarning(cloudLog, "too many downloads wait, %s does not", url.toEncoded().constData());
 }
 
 QString DownloadManager::saveFileName(const QUrl& url) const {
@@ -97,7 +128,7 @@ QNetworkAccessManager& DownloadManager::network() {
 }
 
 void DownloadManager::startNextDownload() {
-    if (reply_ != nullptr)
+    if (reply_ != nullptr || held_)
         return;
     while (!queue_.isEmpty()) {
         const QUrl url = queue_.dequeue();
@@ -112,28 +143,64 @@ void DownloadManager::startNextDownload() {
             continue;
         }
         QNetworkRequest request(url);
-        request.setTransferTimeout(silenceLimit_);
-        writeError_.clear();
+        request.setTransferTimeout(limits_.silence);
+        // Naming an encoding keeps Qt from unpacking the file, which could make it huge.
+        request.setRawHeader("Accept-Encoding", "identity");
+        fault_.clear();
         reply_ = network().get(request);
         reply_->setReadBufferSize(kReadAhead);
+        connect(reply_, &QNetworkReply::metaDataChanged, this, &DownloadManager::downloadAnnounced);
         connect(reply_, &QNetworkReply::downloadProgress, this, &DownloadManager::downloadProgress);
         connect(reply_, &QNetworkReply::finished, this, &DownloadManager::downloadFinished);
         connect(reply_, &QNetworkReply::readyRead, this, &DownloadManager::downloadReadyRead);
         qCInfo(cloudLog, "Downloading %s...", url.toEncoded().constData());
         time_.start();
+        received_.clear();
+        received_.enqueue(0);
+        speedTimer_.start(qMax(limits_.window / kSpeedSteps, 1));
         return;
     }
     emit finished();
 }
 
+void DownloadManager::giveUp(const QString& reason) {
+    // The next download has begun when this returns.
+    fault_ = reason;
+    reply_->abort();
+}
+
+bool DownloadManager::fits(qint64 bytes) {
+    struct statvfs disk {};
+    const bool known = ::fstatvfs(output_.handle(), &disk) == 0;
+    const qint64 space = static_cast<qint64>(disk.f_bavail) * static_cast<qint64>(disk.f_frsize);
+    const char* fault = nullptr;
+    if (output_.pos() + bytes > limits_.size)
+        fault = "the file is too large";
+    else if (!known || space - bytes < limits_.spareSpace)
+        fault = "too little space is left on the disk";
+    if (fault != nullptr)
+        giveUp(QLatin1String(fault));
+    return fault == nullptr;
+}
+
+void DownloadManager::downloadAnnounced() {
+    if (fault_.isEmpty())
+        fits(reply_->header(QNetworkRequest::ContentLengthHeader).toLongLong());
+}
+
+void DownloadManager::measureSpeed() {
+    received_.enqueue(output_.pos());
+    if (received_.size() > kSpeedSteps &&
+        received_.last() - received_.dequeue() < limits_.bytesPerWindow)
+        giveUp(QStringLiteral("the file comes too slowly"));
+}
+
 void DownloadManager::downloadReadyRead() {
     const QByteArray piece = reply_->readAll();
-    if (!writeError_.isEmpty())
+    if (!fault_.isEmpty() || !fits(piece.size()))
         return;
-    if (output_.write(piece) != piece.size() || !output_.flush()) {
-        writeError_ = output_.fileName() + QStringLiteral(" cannot be written");
-        reply_->abort();
-    }
+    if (output_.write(piece) != piece.size() || !output_.flush())
+        giveUp(output_.fileName() + QStringLiteral(" cannot be written"));
 }
 
 void DownloadManager::downloadProgress(qint64 received, qint64 total) {
@@ -157,15 +224,16 @@ QString DownloadManager::speedText(qint64 bytes, qint64 milliseconds) {
 }
 
 void DownloadManager::downloadFinished() {
+    speedTimer_.stop();
     if (reply_->error() == QNetworkReply::NoError)
         downloadReadyRead();
     // On the disk before it gets the archive's name, so that a power cut leaves no half archive.
-    if (writeError_.isEmpty() && ::fdatasync(output_.handle()) != 0)
-        writeError_ = qt_error_string();
+    if (fault_.isEmpty() && ::fdatasync(output_.handle()) != 0)
+        fault_ = qt_error_string();
     output_.close();
     const int status = reply_->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    if (!writeError_.isEmpty()) {
-        qCWarning(cloudLog, "Failed: %s", qUtf8Printable(writeError_));
+    if (!fault_.isEmpty()) {
+        qCWarning(cloudLog, "Failed: %s", qUtf8Printable(fault_));
         output_.remove();
     } else if (reply_->error() != QNetworkReply::NoError) {
         qCWarning(cloudLog, "Failed: %s", qUtf8Printable(reply_->errorString()));

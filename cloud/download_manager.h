@@ -5,6 +5,7 @@
 #include <QObject>
 #include <QQueue>
 #include <QString>
+#include <QTimer>
 #include <QUrl>
 #include <memory>
 
@@ -20,16 +21,30 @@ class DownloadManager : public QObject {
     Q_OBJECT
 
  public:
-    /// Milliseconds without a byte after which a download is given up.
-    static constexpr int kSilenceLimit = 30000;
-    /// Addresses that wait for their turn; further ones are passed over.
+    /// What a download may take.
+    struct Limits {
+        qint64 size = qint64{512} * 1024 * 1024;       // bytes
+        qint64 spareSpace = qint64{64} * 1024 * 1024;  // bytes that stay free on the disk
+        int silence = 30000;                           // milliseconds without a byte
+        int window = 60000;                            // milliseconds, in any of which there come
+        qint64 bytesPerWindow = qint64{60} * 1024;     // at least so many bytes
+    };
+    /// Addresses that wait for their turn. Further ones take the place of the oldest: only the
+    /// latest one's file is kept anyway.
     static constexpr int kMaxWaiting = 16;
 
     explicit DownloadManager(QObject* parent = nullptr);
     ~DownloadManager() override;
 
-    /// Queues @p url, if there is room; it is fetched when those before it are done.
+    /// Removes what downloads that were cut short have left: all that is in the folder, but for a
+    /// complete archive. Only while nothing is being fetched.
+    void removeLeftovers();
+
+    /// Queues @p url; it is fetched when those before it are done.
     void append(const QUrl& url);
+    /// Lets no further download begin as long as @p held, which the removal of the archive would
+    /// begin with.
+    void hold(bool held);
 
     /// The file of the present or, between downloads, the latest address; empty at first. It
     /// exists after finished() only when that download succeeded.
@@ -44,7 +59,7 @@ class DownloadManager : public QObject {
     /// "512.0 bytes/sec", "1.9 MB/s": the speed of @p bytes in @p milliseconds.
     static QString speedText(qint64 bytes, qint64 milliseconds);
 
-    void setSilenceLimit(int milliseconds) { silenceLimit_ = milliseconds; }
+    void setLimits(const Limits& limits) { limits_ = limits; }
 
  signals:
     /// The queue has run empty, whatever became of its addresses.
@@ -58,7 +73,12 @@ class DownloadManager : public QObject {
 
  private:
     QNetworkAccessManager& network();
+    void scheduleNextDownload();
     void startNextDownload();
+    void downloadAnnounced();
+    void measureSpeed();
+    bool fits(qint64 bytes);
+    void giveUp(const QString& reason);
     void downloadProgress(qint64 received, qint64 total);
     void downloadFinished();
     void downloadReadyRead();
@@ -71,7 +91,10 @@ class DownloadManager : public QObject {
     QQueue<QUrl> queue_;
     QNetworkReply* reply_ = nullptr;
     QFile output_;
-    QString writeError_;
+    QString fault_;  // for which the download has been given up here
+    bool held_ = false;
     QElapsedTimer time_;
-    int silenceLimit_ = kSilenceLimit;
+    Limits limits_;
+    QTimer speedTimer_;
+    QQueue<qint64> received_;  // bytes there were at its latest runs
 };

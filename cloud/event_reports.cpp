@@ -1,6 +1,7 @@
 #include "cloud/event_reports.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <cstring>
 
 #include "cloud/command_folder.h"
@@ -12,8 +13,8 @@ constexpr qint64 kMaxPicture = qint64{1024} * 1024;
 
 QString pictureText(const QString& name) {
     QFile file(CommandFolder::directory() + name);
-    if (name.isEmpty() || name.contains(QLatin1Char('/')) || file.size() > kMaxPicture ||
-        !file.open(QIODevice::ReadOnly))
+    if (name.isEmpty() || name.contains(QLatin1Char('/')) || QFileInfo(file).isSymLink() ||
+        file.size() > kMaxPicture || !file.open(QIODevice::ReadOnly))
         return {};
     return QString::fromLatin1(file.readAll().toBase64());
 }

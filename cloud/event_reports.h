@@ -3,8 +3,8 @@
 #include "cloud/parameters.h"
 
 /// Makes the reports to the management service out of the controller's records. Pictures are read
-/// from the device's image folder; one that is not there, is larger than a report may be or has a
-/// name that leads elsewhere is left out.
+/// from the device's image folder; one that is not there, is larger than a report may be or leads
+/// elsewhere, by its name or as a link, is left out.
 namespace event_reports {
 
 FR21_Parameter accessEvent(const GUI_LOGDATA& event);

@@ -3,189 +3,246 @@
 #include <pistache/peer.h>
 #include <sys/socket.h>
 
-#include <cctype>
+#include <algorithm>
+#include <cerrno>
+#include <sstream>
+#include <tuple>
 #include <utility>
+#include <vector>
 
 namespace Http = Pistache::Http;
+namespace Polling = Pistache::Polling;
 namespace Tcp = Pistache::Tcp;
 
 namespace {
 
+using Clock = std::chrono::steady_clock;
+
 constexpr const char* kConnectionData = "zel.connection";
+/// What a client may send before it has read its answer. A well-behaved one reads first.
+constexpr std::size_t kMaxFollowing = RequestReader::kMaxHead;
 /// What a refused client may still send before its connection is cut. Cutting at once would often
 /// destroy the refusal before the client has read it.
 constexpr std::size_t kMaxDiscarded = 2 * HttpGuard::kMaxRequest;
 
-/// Judges a body by what the headers and chunk sizes announce, before the library reserves memory
-/// for it.
-class BodyGate : public Http::Private::BodyStep {
+/// A request whose body has not been through the library's parser.
+class WholeRequest : public Http::Request {
  public:
-    using BodyStep::BodyStep;
-
-    Http::Private::State apply(Pistache::StreamCursor& cursor) override {
-        const Http::Header::Collection& headers = message->headers();
-        const auto length = headers.tryGet<Http::Header::ContentLength>();
-        if (length && length->value() > HttpGuard::kMaxBody)
-            raise("", Http::Code::Request_Entity_Too_Large);
-        // The library refuses a request that gives both.
-        if (!length && headers.has<Http::Header::TransferEncoding>())
-            checkChunks(cursor);
-        const Http::Private::State state = BodyStep::apply(cursor);
-        if (state == Http::Private::State::Done)
-            nextChunk_ = 0;
-        return state;
-    }
-
- private:
-    void checkChunks(const Pistache::StreamCursor& cursor) {
-        const std::size_t here = cursor;
-        const std::size_t end = here + cursor.remaining();
-        if (nextChunk_ == 0)
-            nextChunk_ = here;
-        while (nextChunk_ < end) {
-            const char* const line = cursor.offset(nextChunk_);
-            const std::size_t available = end - nextChunk_;
-            std::size_t digits = 0;
-            std::size_t size = 0;
-            for (; digits < available && std::isxdigit(static_cast<unsigned char>(line[digits]));
-                 ++digits) {
-                const char digit = line[digits];
-                size = size * 16 + static_cast<std::size_t>(
-                                       digit <= '9' ? digit - '0' : (digit | 0x20) - 'a' + 10);
-                if (size > HttpGuard::kMaxBody)
-                    raise("", Http::Code::Request_Entity_Too_Large);
-            }
-            if (digits == available)
-                return;  // the rest of the line is still on its way
-            if (digits == 0 || line[digits] != '\r')
-                raise("");
-            if (size == 0)
-                return;
-            nextChunk_ += digits + 2 + size + 2;
-        }
-    }
-
-    std::size_t nextChunk_ = 0;  // where in the request the next size line begins; 0: not known
-};
-
-class GuardedParser : public Http::RequestParser {
- public:
-    GuardedParser() : ParserImpl(HttpGuard::kMaxRequest) {
-        allSteps[2] = std::make_unique<BodyGate>(&request);
+    WholeRequest(Http::Request&& head, std::string&& body) : Request(std::move(head)) {
+        body_ = std::move(body);
     }
 };
 
-void endSending(const std::weak_ptr<Tcp::Peer>& weakPeer) {
-    if (const auto peer = weakPeer.lock())
-        ::shutdown(peer->fd(), SHUT_WR);
+std::string answerText(const Http::ResponseWriter& response, Http::Code code, const char* body,
+                       std::size_t size) {
+    std::ostringstream text;
+    text << "HTTP/1.1 " << static_cast<int>(code) << ' ' << Http::codeString(code) << "\r\n";
+    for (const auto& header : response.headers().list()) {
+        text << header->name() << ": ";
+        header->write(text);
+        text << "\r\n";
+    }
+    text << "Content-Length: " << size << "\r\n\r\n";
+    return text.str().append(body, size);
 }
 
 }  // namespace
+
+/// All connections of the worker.
+class HttpGuard::Crowd {
+ public:
+    std::vector<Connection*> connections;
+    std::size_t held = 0;
+    unsigned long round = 0;
+};
 
 /// What the guard knows about one connection. It lives as long as the library's own record of the
 /// connection, which not every way of ending one reports.
 class HttpGuard::Connection {
  public:
-    explicit Connection(std::shared_ptr<Totals> totals) : totals_(std::move(totals)) {
-        ++totals_->connections;
+    enum class Phase {
+        New,        // has sent nothing yet
+        Idle,       // may send another request
+        Head,       // is sending one
+        Body,       //
+        Answering,  // has to read the answer, or waits for its turn
+        Leaving,    // has got its last answer, or will
+        Cut,
+    };
+
+    Connection(HttpGuard& owner, const Peer& itsPeer) : guard(owner), peer(itsPeer) {
+        crowd_->connections.push_back(this);
     }
     ~Connection() {
-        release();
-        --totals_->connections;
+        crowd_->held -= held_;
+        auto& all = crowd_->connections;
+        all.erase(std::find(all.begin(), all.end(), this));
     }
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
 
-    static std::shared_ptr<Connection> of(const std::shared_ptr<Tcp::Peer>& peer) {
+    static std::shared_ptr<Connection> of(const Peer& peer) {
         return std::static_pointer_cast<Connection>(peer->getData(kConnectionData));
     }
 
-    void hold(std::size_t size) {
-        held_ += size;
-        totals_->held += size;
+    void enter(Phase next) {
+        if (phase == next)
+            return;
+        phase = next;
+        since = Clock::now();
     }
-    void release() {
-        totals_->held -= held_;
-        held_ = 0;
+    /// Takes into account what is held now; false when that is too much over all.
+    bool account() {
+        crowd_->held -= held_;
+        held_ = reader.held() + following.size() + answer.size();
+        crowd_->held += held_;
+        return crowd_->held <= kMaxHeld;
     }
-    std::size_t held() const { return held_; }
+    /// Ends both ways at once; the library notices that and closes.
+    void cut() {
+        enter(Phase::Cut);
+        reader = RequestReader();
+        following = {};
+        answer = {};
+        account();
+        if (const Peer present = peer.lock())
+            ::shutdown(present->fd(), SHUT_RDWR);
+    }
 
-    const std::shared_ptr<Http::RequestParser> parser = std::make_shared<GuardedParser>();
-    bool refused = false;
-    bool last = false;  // no request follows the present one
+    HttpGuard& guard;
+    const std::weak_ptr<Tcp::Peer> peer;
+    Phase phase = Phase::New;
+    Clock::time_point since = Clock::now();  // in this phase
+    Clock::time_point heard = since;
+    RequestReader reader;
+    std::string following;  // has come before its turn
     std::size_t discarded = 0;
-    int unsentAnswers = 0;
+    unsigned long servedRound = 0;
+    bool last = false;  // no request follows the present one
+    std::string answer;
+    std::size_t sent = 0;  // of the answer
+    bool awaitsRoom = false;
 
  private:
-    std::shared_ptr<Totals> totals_;
+    const std::shared_ptr<Crowd> crowd_ = guard.crowd_;
     std::size_t held_ = 0;
 };
 
-HttpGuard::HttpGuard(Routes routes, std::shared_ptr<Pistache::Rest::Router> router)
-    : routes_(std::move(routes)), router_(std::move(router)) {}
+HttpGuard::HttpGuard(Routes routes, std::shared_ptr<Pistache::Rest::Router> router,
+                     const Limits& limits)
+    : routes_(std::move(routes)),
+      router_(std::move(router)),
+      limits_(limits),
+      parser_(std::make_shared<Http::RequestParser>(kMaxRequest)),
+      crowd_(std::make_shared<Crowd>()) {}
 
-void HttpGuard::onConnection(const std::shared_ptr<Tcp::Peer>& peer) {
-    const auto connection = std::make_shared<Connection>(totals_);
-    peer->putData(ParserData, connection->parser);
-    peer->putData(kConnectionData, connection);
-    if (totals_->connections > kMaxConnections)
-        ::shutdown(peer->fd(), SHUT_RDWR);
+void HttpGuard::beginRound() {
+    ++crowd_->round;
 }
 
-void HttpGuard::onInput(const char* data, std::size_t size,
-                        const std::shared_ptr<Tcp::Peer>& peer) {
+// --- Input ---------------------------------------------------------------------------------
+
+void HttpGuard::onConnection(const Peer& peer) {
+    using Phase = Connection::Phase;
+    auto& all = crowd_->connections;
+    const auto isThere = [](const Connection* one) { return one->phase != Phase::Cut; };
+    if (std::count_if(all.begin(), all.end(), isThere) >= limits_.connections) {
+        // Who is in the middle of something goes only when everybody is.
+        const auto rank = [&isThere](const Connection* one) {
+            const bool busy = one->phase == Phase::Head || one->phase == Phase::Body ||
+                              one->phase == Phase::Answering;
+            return std::make_tuple(!isThere(one), busy, one->heard);
+        };
+        const auto first =
+            std::min_element(all.begin(), all.end(),
+                             [&rank](const auto* a, const auto* b) { return rank(a) < rank(b); });
+        (*first)->cut();
+    }
+    peer->putData(kConnectionData, std::make_shared<Connection>(*this, peer));
+}
+
+void HttpGuard::onInput(const char* data, std::size_t size, const Peer& peer) {
     const std::shared_ptr<Connection> connection = Connection::of(peer);
-    if (connection->refused) {
-        connection->discarded += size;
-        if (connection->discarded > kMaxDiscarded)
-            ::shutdown(peer->fd(), SHUT_RDWR);
-        return;
-    }
-    Http::RequestParser* const parser = connection->parser.get();
-    try {
-        connection->hold(size);
-        if (totals_->held > kMaxHeld)
-            throw Http::HttpError(Http::Code::Service_Unavailable, "");
-        if (!parser->feed(data, size))
-            throw Http::HttpError(Http::Code::Request_Entity_Too_Large, "");
-        const bool whole = parser->parse() == Http::Private::State::Done;
-        if (!whole && parser->step()->id() != Http::Private::BodyStep::Id &&
-            connection->held() > kMaxHead)
-            throw Http::HttpError(Http::Code::Request_Header_Fields_Too_Large, "");
-        if (!whole)
+    connection->heard = Clock::now();
+    read(data, size, *connection, peer);
+}
+
+void HttpGuard::read(const char* data, std::size_t size, Connection& connection, const Peer& peer) {
+    using Phase = Connection::Phase;
+    RequestReader& reader = connection.reader;
+    while (size > 0) {
+        if (connection.phase == Phase::Cut)
             return;
-        // Taken out of the parser, so that an idle connection does not keep a large body's memory.
-        const Http::Request request = std::move(parser->request);
-        parser->reset();
-        connection->release();
-        handle(request, *connection, peer);
-    } catch (const Http::HttpError& error) {
-        refuse(static_cast<Http::Code>(error.code()), peer);
-    } catch (const std::exception&) {
-        refuse(Http::Code::Bad_Request, peer);
+        if (connection.phase == Phase::Leaving) {
+            connection.discarded += size;
+            if (connection.discarded > kMaxDiscarded)
+                connection.cut();
+            return;
+        }
+        if (connection.servedRound == crowd_->round && connection.phase == Phase::Idle) {
+            // Others have their turn first.
+            connection.enter(Phase::Answering);
+            awaitRoom(connection, peer, true);
+        }
+        if (connection.phase == Phase::Answering) {
+            connection.following.append(data, size);
+            if (!connection.account() || connection.following.size() > kMaxFollowing)
+                connection.cut();
+            return;
+        }
+        const std::size_t taken = reader.take(data, size);
+        data += taken;
+        size -= taken;
+        switch (reader.state()) {
+            case RequestReader::State::Waiting:
+                break;
+            case RequestReader::State::Head:
+                connection.enter(Phase::Head);
+                break;
+            case RequestReader::State::Body:
+                connection.enter(Phase::Body);
+                break;
+            case RequestReader::State::Whole:
+                handle(connection, peer);
+                continue;
+            case RequestReader::State::Refused:
+                refuse(static_cast<Http::Code>(reader.refusal()), connection, peer);
+                continue;
+        }
+        if (!connection.account())
+            refuse(Http::Code::Service_Unavailable, connection, peer);
     }
 }
 
-void HttpGuard::handle(const Http::Request& request, Connection& connection,
-                       const std::shared_ptr<Tcp::Peer>& peer) {
-    // A well-behaved client reads an answer before it asks again.
-    if (connection.unsentAnswers > 0) {
-        ::shutdown(peer->fd(), SHUT_RDWR);
-        return;
-    }
-    if (request.resource().size() > kMaxPath)
-        throw Http::HttpError(Http::Code::RequestURI_Too_Long, "");
-    if (request.body().size() > kMaxBody)
-        throw Http::HttpError(Http::Code::Request_Entity_Too_Large, "");
+void HttpGuard::handle(Connection& connection, const Peer& peer) {
+    connection.enter(Connection::Phase::Answering);
+    connection.servedRound = crowd_->round;
+    RequestReader& reader = connection.reader;
+    try {
+        connection.last = !reader.keepAlive();
+        const Http::Request request = take(reader, *parser_);
+        reader = RequestReader();
+        connection.account();
 
-    Http::ResponseWriter response(request.version(), transport(), this, peer);
-    response.headers().add<Http::Header::AccessControlAllowOrigin>("*");
-    const auto wish = request.headers().tryGet<Http::Header::Connection>();
-    connection.last = !wish || wish->control() != Http::ConnectionControl::KeepAlive;
-    response.headers().add<Http::Header::Connection>(wish ? wish->control()
-                                                          : Http::ConnectionControl::Close);
-    peer->setIdle(false);
-    onRequest(request, std::move(response));
+        Http::ResponseWriter response(request.version(), transport(), this, peer);
+        response.headers().add<Http::Header::AccessControlAllowOrigin>("*");
+        response.headers().add<Http::Header::Connection>(
+            connection.last ? Http::ConnectionControl::Close : Http::ConnectionControl::KeepAlive);
+        onRequest(request, std::move(response));
+    } catch (const Http::HttpError& error) {
+        refuse(static_cast<Http::Code>(error.code()), connection, peer);
+    } catch (const std::exception&) {
+        refuse(Http::Code::Bad_Request, connection, peer);
+    }
+}
+
+Http::Request HttpGuard::take(RequestReader& reader, Http::RequestParser& parser) {
+    const std::string line = reader.method() + ' ' + reader.path() +
+                             (reader.isVersion10() ? " HTTP/1.0\r\n\r\n" : " HTTP/1.1\r\n\r\n");
+    parser.reset();
+    if (!parser.feed(line.data(), line.size()) || parser.parse() != Http::Private::State::Done)
+        throw Http::HttpError(Http::Code::Bad_Request, "");
+    return WholeRequest(std::move(parser.request), reader.takeBody());
 }
 
 void HttpGuard::onRequest(const Http::Request& request, Http::ResponseWriter response) {
@@ -196,32 +253,114 @@ void HttpGuard::onRequest(const Http::Request& request, Http::ResponseWriter res
         router_->route(request, std::move(response));
 }
 
+// --- Answers -------------------------------------------------------------------------------
+
 void HttpGuard::send(Http::ResponseWriter& response, Http::Code code, const char* body,
                      std::size_t size) {
-    const std::shared_ptr<Tcp::Peer> peer = response.getPeer();
+    const Peer peer = response.getPeer();
     if (!peer)
         return;
     const std::shared_ptr<Connection> connection = Connection::of(peer);
-    ++connection->unsentAnswers;
-    const std::weak_ptr<Tcp::Peer> weakPeer = peer;
-    const auto sent = [connection, weakPeer](ssize_t) {
-        --connection->unsentAnswers;
-        if (connection->last)
-            endSending(weakPeer);
-    };
-    response.send(code, body, size).then(sent, Pistache::Async::IgnoreException);
+    if (connection->phase == Connection::Phase::Cut || !connection->answer.empty())
+        return;
+    connection->answer = answerText(response, code, body, size);
+    connection->sent = 0;
+    connection->guard.write(*connection, peer);
 }
 
-void HttpGuard::refuse(Http::Code code, const std::shared_ptr<Tcp::Peer>& peer) {
-    const std::shared_ptr<Connection> connection = Connection::of(peer);
-    connection->refused = true;
-    connection->release();
-    connection->parser->reset();
+/// Writes as much of the answer as there is room for.
+void HttpGuard::write(Connection& connection, const Peer& peer) {
+    std::string& answer = connection.answer;
+    while (connection.sent < answer.size()) {
+        const ssize_t count = ::send(peer->fd(), answer.data() + connection.sent,
+                                     answer.size() - connection.sent, MSG_NOSIGNAL | MSG_DONTWAIT);
+        if (count >= 0) {
+            connection.sent += static_cast<std::size_t>(count);
+        } else if (errno == EAGAIN || errno == EWOULDBLOCK) {
+            if (!connection.account())
+                return connection.cut();
+            return awaitRoom(connection, peer, true);
+        } else if (errno != EINTR) {
+            return connection.cut();
+        }
+    }
+    answer = {};
+    connection.account();
+    awaitRoom(connection, peer, false);
+    if (connection.last) {
+        connection.enter(Connection::Phase::Leaving);
+        ::shutdown(peer->fd(), SHUT_WR);
+    } else {
+        connection.enter(Connection::Phase::Idle);
+    }
+}
 
+/// Has the transport call onRoom(), or not any more.
+void HttpGuard::awaitRoom(Connection& connection, const Peer& peer, bool wanted) {
+    if (connection.awaitsRoom == wanted)
+        return;
+    connection.awaitsRoom = wanted;
+    const auto events = wanted ? Polling::NotifyOn::Write : Polling::NotifyOn::Shutdown;
+    transport()->reactor()->modifyFd(transport()->key(), peer->fd(),
+                                     Polling::NotifyOn::Read | events, Polling::Mode::Edge);
+}
+
+void HttpGuard::onRoom(const Peer& peer) {
+    const std::shared_ptr<Connection> connection = Connection::of(peer);
+    if (connection->phase != Connection::Phase::Answering &&
+        connection->phase != Connection::Phase::Leaving)
+        return;
+    write(*connection, peer);
+    const std::string following = std::exchange(connection->following, {});
+    if (connection->phase == Connection::Phase::Idle)
+        read(following.data(), following.size(), *connection, peer);
+    connection->account();
+}
+
+void HttpGuard::refuse(Http::Code code, Connection& connection, const Peer& peer) {
+    connection.enter(Connection::Phase::Leaving);
+    connection.last = true;
+    connection.reader = RequestReader();
+    connection.following = {};
     Http::ResponseWriter response(Http::Version::Http11, transport(), this, peer);
     response.headers().add<Http::Header::AccessControlAllowOrigin>("*");
     response.headers().add<Http::Header::Connection>(Http::ConnectionControl::Close);
-    const std::weak_ptr<Tcp::Peer> weakPeer = peer;
-    const auto sent = [weakPeer](ssize_t) { endSending(weakPeer); };
-    response.send(code, "", 0).then(sent, Pistache::Async::IgnoreException);
+    send(response, code, "", 0);
+}
+
+// --- Time ----------------------------------------------------------------------------------
+
+void HttpGuard::watch() {
+    const Clock::time_point now = Clock::now();
+    for (Connection* const connection : crowd_->connections)
+        judge(*connection, now);
+}
+
+void HttpGuard::judge(Connection& connection, Clock::time_point now) {
+    using Phase = Connection::Phase;
+    const auto limit = [this](Phase phase) {
+        switch (phase) {
+            case Phase::New:
+            case Phase::Head:
+                return limits_.head;
+            case Phase::Body:
+                return limits_.body;
+            case Phase::Idle:
+                return limits_.idle;
+            case Phase::Answering:
+                return limits_.answer;
+            case Phase::Leaving:
+            case Phase::Cut:
+                break;
+        }
+        return limits_.farewell;
+    };
+    const Phase phase = connection.phase;
+    if (phase == Phase::Cut || now - connection.since <= limit(phase))
+        return;
+    const Peer peer = connection.peer.lock();
+    if (peer && (phase == Phase::New || phase == Phase::Head || phase == Phase::Body))
+        refuse(Http::Code::Request_Timeout, connection, peer);
+    else
+        connection.cut();
 }

@@ -1,14 +1,11 @@
 #include "cloud/management_commands.h"
 
 #include <QDate>
-#include <QFile>
 #include <QTime>
-#include <cstdio>
 #include <cstring>
 
 #include "cloud/cloud_log.h"
 #include "cloud/decoded.h"
-#include "cloud/download_manager.h"
 #include "cloud/rest_client.h"
 #include "link/command_code.h"
 #include "link/command_parameters.h"
@@ -100,7 +97,7 @@ _gui_user_ userRecord(const DoReceiveUserData& user, std::uint8_t origin) {
 
 template <typename Record>
 void ManagementCommands::send(unsigned short cmd, unsigned char p1, const Record& record) {
-    host_.SendCommand(cmd, p1, 0, sizeof record, reinterpret_cast<const char*>(&record));
+    sent_ = host_.SendCommand(cmd, p1, 0, sizeof record, reinterpret_cast<const char*>(&record));
 }
 
 void ManagementCommands::openDoor() {
@@ -143,17 +140,14 @@ void ManagementCommands::runKioskEnrolMode(const QVariant& parameter) {
 
 void ManagementCommands::setTime(const QVariant& parameter) {
     const auto given = parameter.value<FR01_Parameter>();
-    const QStringList day = given.date.split(QLatin1Char('-'));
-    const QStringList hour = given.time.split(QLatin1Char(':'));
-    if (day.size() != 3 || hour.size() != 3)
-        return;
-    const QDate date(day[0].toInt(), day[1].toInt(), day[2].toInt());
-    const QTime time(hour[0].toInt(), hour[1].toInt(), hour[2].toInt());
-    if (!date.isValid() || !time.isValid() || date.year() < 2000 || date.year() > 2099) {
+    const std::optional<QDateTime> moment = given.moment();
+    if (!moment) {
         qCWarning(cloudLog, "clock not set to '%s' '%s'", qUtf8Printable(given.date),
                   qUtf8Printable(given.time));
         return;
     }
+    const QDate date = moment->date();
+    const QTime time = moment->time();
     const ClockTime clock{
         static_cast<std::uint8_t>(date.year() % 100), static_cast<std::uint8_t>(date.month()),
         static_cast<std::uint8_t>(date.day()),        static_cast<std::uint8_t>(time.hour()),
@@ -201,30 +195,22 @@ void ManagementCommands::setSystem(const QVariant& parameter) {
     host_.changeWindow(QStringLiteral("liveWindow"));
 }
 
-int ManagementCommands::userRestChkrResult() {
-    if (!host_.linkUp())
-        return 0;
-    const auto command = CommandFolder::oldest();
-    if (!command)
-        return 0;
-    addUserRestCommandDir(*command);
-    CommandFolder::remove(*command);
-    qCInfo(cloudLog, "return RestComm : 1");
-    return 1;
-}
-
-void ManagementCommands::addUserRestCommandDir(const CommandFolder::Command& command) {
-    if (command.kind == CommandFolder::Kind::Delete) {
-        qCInfo(cloudLog, "DEL Id : %s", qUtf8Printable(command.cardNo));
+bool ManagementCommands::addUserRestCommandDir(const CommandQueue::Taken& taken) {
+    const QString& cardNo = taken.command.cardNo;
+    sent_ = false;
+    if (taken.command.kind == CommandFolder::Kind::Delete) {
+        qCInfo(cloudLog, "DEL Id : %s", qUtf8Printable(cardNo));
         cloud_.parsingRestCommand(host_command::kDeleteUser,
-                                  QVariant::fromValue(FR33_3_Parameter{command.cardNo}));
-        return;
+                                  QVariant::fromValue(FR33_3_Parameter{cardNo}));
+    } else {
+        qCInfo(cloudLog, "ADD Id : %s", qUtf8Printable(cardNo));
+        cloud_.parsingRestCommand(host_command::kEnrolUser, QVariant::fromValue(taken.user));
+        if (sent_)
+            qCInfo(cloudLog, "user %s goes to the controller, %s picture", qUtf8Printable(cardNo),
+                   taken.user.picture.isEmpty() ? "without a" : "with a");
     }
-    qCInfo(cloudLog, "ADD Id : %s", qUtf8Printable(command.cardNo));
-    if (const auto user = CommandFolder::takeUser(command))
-        cloud_.parsingRestCommand(host_command::kEnrolUser, QVariant::fromValue(*user));
-    else
-        qCWarning(cloudLog, "%s holds no user", qUtf8Printable(command.path));
+    qCInfo(cloudLog, "return RestComm : %d", sent_ ? 1 : 0);
+    return sent_;
 }
 
 void ManagementCommands::completed(const QVariant& procIdx) {
@@ -237,10 +223,4 @@ void ManagementCommands::completed(const QVariant& procIdx) {
         record.resultCode = static_cast<std::uint16_t>(qBound(0, request.resultCode, 0xFFFF));
         send(command::UserReported, 0, record);
     }
-}
-
-void ManagementCommands::finishDownload(const DownloadManager& downloads) {
-    std::rename(QFile::encodeName(downloads.getFilePath()).constData(),
-                QFile::encodeName(downloads.getArchivePath()).constData());
-    host_.SendCommand(command::UpdateFirmware, command::firmware::Downloaded, 0);
 }

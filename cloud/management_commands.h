@@ -3,11 +3,9 @@
 #include <QVariant>
 
 #include "cloud/cloud_host.h"
-#include "cloud/command_folder.h"
+#include "cloud/command_queue.h"
 #include "cloud/management_host.h"
 #include "cloud/parameters.h"
-
-class DownloadManager;
 
 /// Carries out what the management service has ordered, and tells the device controller what the
 /// service has confirmed. A QVariant that does not hold the expected record is ignored. GUI thread
@@ -33,22 +31,17 @@ class ManagementCommands {
     /// SystemEvent_Parameter.
     void setSystem(const QVariant& parameter);
 
-    /// Takes the oldest command folder, if the device link is up to take its command. Returns 1
-    /// when there was one, otherwise 0.
-    int userRestChkrResult();
+    /// Carries a command folder out; false when it could not be sent.
+    bool addUserRestCommandDir(const CommandQueue::Taken& taken);
 
     /// ProcIDX of a request that the REST client has finished.
     void completed(const QVariant& procIdx);
 
-    /// The downloads have ended: a complete archive gets its name, and the controller is told in
-    /// any case; it does nothing when it finds none.
-    void finishDownload(const DownloadManager& downloads);
-
  private:
-    void addUserRestCommandDir(const CommandFolder::Command& command);
     template <typename Record>
     void send(unsigned short cmd, unsigned char p1, const Record& record);
 
     CloudHost& cloud_;
     ManagementHost& host_;
+    bool sent_ = false;  // the latest frame with a record
 };

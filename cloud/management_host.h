@@ -3,6 +3,7 @@
 #include <QString>
 
 #include "link/device_records.h"
+#include "link/link_progress.h"
 
 /// What carrying out a management command takes: the device link, the records and a few screens.
 /// The main window implements it with operations that it has anyway. GUI thread only.
@@ -15,8 +16,8 @@ class ManagementHost {
     /// null with @p len 0.
     virtual bool SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2,
                              unsigned short len, const char* data) = 0;
-    /// Whether a frame sent now would leave.
-    virtual bool linkUp() const = 0;
+    /// How far the frames sent have come.
+    virtual LinkProgress linkProgress() const = 0;
 
     virtual void GetGuiMenu(_gui_menu_* record) const = 0;
     virtual void SetGuiMenu(const _gui_menu_* record) = 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDateTime>
 #include <QMetaType>
 #include <QString>
 #include <QVariant>
@@ -14,10 +15,13 @@
 /// The values that management commands and reports travel in between threads, each inside a
 /// QVariant. Plain texts unless said otherwise; images are base64 texts.
 
-/// A date "yyyy-MM-dd" and a time "hh:mm:ss".
+/// A date "yyyy-M-d" and a time "h:m:s".
 struct FR01_Parameter {
     QString date;
     QString time;
+
+    /// What they mean; nothing when there is no such time, or none of this century.
+    std::optional<QDateTime> moment() const;
 };
 
 /// One access event to report. What the service has confirmed is handed back to the controller as
@@ -55,6 +59,7 @@ struct FR44_Parameter {
     QString firmwareType;
     QString version;
     QString address;
+    int number = 0;  // under which it is kept on the disk; 0 when it is not
 };
 
 /// A visitor at the door.

@@ -7,6 +7,7 @@
 #include <QNetworkReply>
 #include <QTimer>
 #include <QUuid>
+#include <utility>
 
 #include "base/device_paths.h"
 #include "cloud/cloud_log.h"
@@ -30,32 +31,16 @@ constexpr int kGood = 1000;
 constexpr int kGoodToo = 2003;
 
 const char* const kSendData = "sendData";
+/// Why a request was given up here.
+const char* const kReason = "reason";
+/// Characters of a service's own words in the log.
+constexpr int kMaxFault = 200;
 
 RestClass* theInstance = nullptr;
 std::mutex runningLock;
 QList<int> runningCommandList;
 
-/// What a service answered: the result code, -1 when there is none to be read, and the object.
-struct Answer {
-    int resultCode = -1;
-    QJsonObject object;
-};
-
-Answer answerOf(QNetworkReply* reply) {
-    Answer answer;
-    answer.object = readJsonObject(reply->readAll()).value_or(QJsonObject());
-    const QJsonValue code = answer.object.value(QLatin1String("resultCode"));
-    if (code.isString()) {
-        bool ok = false;
-        const int number = code.toString().toInt(&ok);
-        answer.resultCode = ok ? number : -1;
-    } else {
-        answer.resultCode = code.toInt(-1);
-    }
-    return answer;
-}
-
-bool failed(QNetworkReply* reply) {
+bool failed(const QNetworkReply* reply) {
     return reply->error() != QNetworkReply::NoError;
 }
 
@@ -65,7 +50,8 @@ bool isGood(int resultCode) {
 
 /// Text that may stand in a header: a line break in it would begin a header of its own.
 QByteArray headerText(const QString& text) {
-    QByteArray plain;
+    // Not null: a header with a null value is left out of the request.
+    QByteArray plain("");
     for (const char byte : text.toUtf8()) {
         if (static_cast<unsigned char>(byte) >= 0x20 && byte != 0x7F)
             plain.append(byte);
@@ -98,16 +84,20 @@ RestClass* RestClass::instance() {
 }
 
 void RestClass::run() {
-    {
-        const std::lock_guard<std::mutex> lock(serverLock_);
-        if (stopped_)
-            return;
-        const Pistache::Port port(DevicePaths::restPort());
-        server_ = std::make_unique<RestServer>(Pistache::Address(Pistache::Ipv4::any(), port),
-                                               host_, &gate_);
+    try {
+        {
+            const std::lock_guard<std::mutex> lock(serverLock_);
+            if (stopped_)
+                return;
+            const Pistache::Port port(DevicePaths::restPort());
+            server_ = std::make_unique<RestServer>(Pistache::Address(Pistache::Ipv4::any(), port),
+                                                   host_, &gate_);
+            server_->init(kServerThreads);
+        }
+        server_->start();
+    } catch (const std::exception& error) {
+        qCWarning(cloudLog, "REST server not started: %s", error.what());
     }
-    server_->init(kServerThreads);
-    server_->start();
     const std::lock_guard<std::mutex> lock(serverLock_);
     server_.reset();
 }
@@ -142,7 +132,7 @@ int RestClass::SendCommand(int command, const QVariant& data, int extra) {
 }
 
 void RestClass::slotSendCommand(const QVariant& procIdx) {
-    settings_ = host_.settings();
+    takeSettings();
     const int command = procIdx.value<ProcIDX>().command;
     switch (command) {
         case kConnect:
@@ -245,7 +235,7 @@ void RestClass::runFR36(const QVariant& sendData) {
 }
 
 void RestClass::runFR51(const QVariant& data) {
-    settings_ = host_.settings();
+    takeSettings();
     const auto visitor = data.value<FR51_Parameter>();
     const QJsonObject infrared{
         {QStringLiteral("authScore"), QStringLiteral("100")},
@@ -292,6 +282,8 @@ QNetworkRequest RestClass::makeHeaderForm(const QUrl& url) const {
     request.setRawHeader("cust_id", headerText(fieldText(settings_.customerId)));
     request.setRawHeader("reader_ipport", getReaderIP().toLatin1() + ":80");
     request.setRawHeader("access_token", headerText(serviceToken_));
+    // Naming an encoding keeps Qt from unpacking answers, which a few bytes could make huge.
+    request.setRawHeader("Accept-Encoding", "identity");
     return request;
 }
 
@@ -308,35 +300,98 @@ void RestClass::post(const QString& path, const QJsonObject& body, const QVarian
     connect(manager, &QNetworkAccessManager::finished, this,
             [this, manager, replySlot](QNetworkReply* reply) {
                 manager->disconnect(this);
-                if (replySlot != nullptr)
+                takeSettings();
+                if (!running_.removeOne(reply)) {
+                    // Of a service that is no longer the terminal's.
+                    if (replySlot != nullptr)
+                        SendCompleted(reply->property(kSendData).value<ProcIDX>());
+                } else if (replySlot != nullptr) {
                     (this->*replySlot)(reply);
+                } else {
+                    noteFault(reply, {});
+                }
                 manager->deleteLater();  // and the reply with it
             });
     QNetworkReply* const reply = manager->post(request, QJsonDocument(body).toJson());
+    running_.append(reply);
     reply->setProperty(kSendData, sendData);
-    connect(reply, &QNetworkReply::readyRead, reply, [reply] {
+    reply->setReadBufferSize(kMaxAnswer + 1);
+    const auto giveUp = [reply](const QString& reason) {
+        reply->setProperty(kReason, reason);
+        reply->abort();
+    };
+    connect(reply, &QNetworkReply::readyRead, reply, [reply, giveUp] {
         if (reply->bytesAvailable() > kMaxAnswer)
-            reply->abort();
+            giveUp(QStringLiteral("the answer is too long"));
     });
-    QTimer::singleShot(kMaxTimeouts * transferTimeout_, reply, &QNetworkReply::abort);
+    QTimer::singleShot(kMaxTimeouts * transferTimeout_, reply,
+                       [giveUp] { giveUp(QStringLiteral("the answer takes too long")); });
+}
+
+void RestClass::takeSettings() {
+    const QString before = getTargetURL();
+    settings_ = host_.settings();
+    if (getTargetURL() == before)
+        return;
+    serviceToken_.clear();
+    faults_.clear();
+    for (QNetworkReply* const reply : std::exchange(running_, {}))
+        reply->abort();
+}
+
+RestClass::Answer RestClass::readAnswer(QNetworkReply* reply, const char* mark) {
+    Answer answer;
+    QString fault;
+    if (!failed(reply)) {
+        answer.object = readJsonObject(reply->readAll()).value_or(QJsonObject());
+        const QJsonValue code = answer.object.value(QLatin1String("resultCode"));
+        bool ok = code.isDouble();
+        answer.resultCode = code.isString() ? code.toString().toInt(&ok) : code.toInt(-1);
+        if (!ok)
+            answer.resultCode = -1;
+        if (answer.resultCode == -1)
+            fault = QStringLiteral("the answer holds no result");
+        else if (!isGood(answer.resultCode))
+            fault = QStringLiteral("answered %1 %2")
+                        .arg(answer.resultCode)
+                        .arg(answer.object.value(QLatin1String("resultMessage")).toString());
+    }
+    noteFault(reply, fault, mark);
+    return answer;
+}
+
+void RestClass::noteFault(const QNetworkReply* reply, const QString& fault, const char* mark) {
+    QString reason = fault;
+    if (failed(reply)) {
+        reason = reply->property(kReason).toString();
+        if (reason.isEmpty())
+            reason = reply->error() == QNetworkReply::OperationCanceledError
+                         ? QStringLiteral("no answer in time")
+                         : reply->errorString();
+    }
+    // The calls are made again and again; a line each time would bury everything else.
+    const QString call = reply->url().path().section(QLatin1Char('/'), -1);
+    if (faults_.value(call) == reason)
+        return;
+    faults_.insert(call, reason);
+    if (!reason.isEmpty())
+        qCWarning(cloudLog, "%s%s failed: %s", mark, qUtf8Printable(call),
+                  headerText(reason.left(kMaxFault)).constData());
 }
 
 void RestClass::replyFinished_FR01(QNetworkReply* reply) {
     auto procIdx = reply->property(kSendData).value<ProcIDX>();
-    bool up = false;
-    if (!failed(reply)) {
-        const Answer answer = answerOf(reply);
-        procIdx.resultCode = answer.resultCode;
-        up = isGood(answer.resultCode);
-        if (up) {
-            serviceToken_ = answer.object.value(QLatin1String("access_token")).toString();
-            const QString time = answer.object.value(QLatin1String("system_time")).toString();
-            if (!time.isEmpty()) {
-                const int blank = time.indexOf(QLatin1Char(' '));
-                const FR01_Parameter parameter{time.left(blank),
-                                               blank < 0 ? QString() : time.mid(blank + 1)};
-                host_.parsingRestCommand(host_command::kSetTime, QVariant::fromValue(parameter));
-            }
+    const Answer answer = readAnswer(reply);
+    procIdx.resultCode = answer.resultCode;
+    const bool up = isGood(answer.resultCode);
+    if (up) {
+        serviceToken_ = answer.object.value(QLatin1String("access_token")).toString();
+        const QString time = answer.object.value(QLatin1String("system_time")).toString();
+        if (!time.isEmpty()) {
+            const int blank = time.indexOf(QLatin1Char(' '));
+            const FR01_Parameter parameter{time.left(blank),
+                                           blank < 0 ? QString() : time.mid(blank + 1)};
+            host_.parsingRestCommand(host_command::kSetTime, QVariant::fromValue(parameter));
         }
     }
     host_.updateRestConnectStatus(up);
@@ -345,30 +400,30 @@ void RestClass::replyFinished_FR01(QNetworkReply* reply) {
 
 void RestClass::replyFinished_FR03(QNetworkReply* reply) {
     auto procIdx = reply->property(kSendData).value<ProcIDX>();
-    if (!failed(reply))
-        procIdx.resultCode = answerOf(reply).resultCode;
+    procIdx.resultCode = readAnswer(reply).resultCode;
     if (!isGood(procIdx.resultCode))
         host_.updateRestConnectStatus(false);
     SendCompleted(procIdx);
 }
 
 void RestClass::replyFinished_FR21(QNetworkReply* reply) {
-    auto procIdx = reply->property(kSendData).value<ProcIDX>();
-    if (failed(reply))
-        host_.updateRestConnectStatus(false);
-    else
-        procIdx.resultCode = answerOf(reply).resultCode;
-    SendCompleted(procIdx);
+    finishReport(reply, "");
 }
 
 void RestClass::replyFinished_FR35(QNetworkReply* reply) {
-    replyFinished_FR21(reply);
+    finishReport(reply, "");
 }
 
 void RestClass::replyFinished_FR36(QNetworkReply* reply) {
+    finishReport(reply, "ERROR! ");
+}
+
+void RestClass::finishReport(QNetworkReply* reply, const char* mark) {
+    auto procIdx = reply->property(kSendData).value<ProcIDX>();
+    procIdx.resultCode = readAnswer(reply, mark).resultCode;
     if (failed(reply))
-        qCWarning(cloudLog, "ERROR! %s", qUtf8Printable(reply->errorString()));
-    replyFinished_FR21(reply);
+        host_.updateRestConnectStatus(false);
+    SendCompleted(procIdx);
 }
 
 void RestClass::SendCompleted(const ProcIDX& procIdx) {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QHash>
 #include <QJsonObject>
+#include <QList>
 #include <QNetworkRequest>
 #include <QThread>
 #include <QUrl>
@@ -69,6 +71,10 @@ class RestClass : public QThread {
     /// A request to @p url with the headers that every request carries.
     QNetworkRequest makeHeaderForm(const QUrl& url) const;
 
+    /// Takes the settings in force over. Another address or port of the service is another service:
+    /// what the one before has given or may yet answer is forgotten.
+    void takeSettings();
+
     /// Gives requests up after @p milliseconds instead of kTransferTimeout.
     void setTransferTimeout(int milliseconds) { transferTimeout_ = milliseconds; }
 
@@ -82,6 +88,12 @@ class RestClass : public QThread {
 
  private:
     using ReplySlot = void (RestClass::*)(QNetworkReply* reply);
+    /// What a service answered: the result code, 0 when no answer came and -1 when it holds none,
+    /// and the object.
+    struct Answer {
+        int resultCode = 0;
+        QJsonObject object;
+    };
 
     void slotSendCommand(const QVariant& procIdx);
     void runFR01(const QVariant& sendData);
@@ -96,6 +108,10 @@ class RestClass : public QThread {
     void replyFinished_FR36(QNetworkReply* reply);
     void post(const QString& path, const QJsonObject& body, const QVariant& sendData,
               ReplySlot replySlot);
+    void finishReport(QNetworkReply* reply, const char* mark);
+    /// @p mark begins the line about a call that has failed.
+    Answer readAnswer(QNetworkReply* reply, const char* mark = "");
+    void noteFault(const QNetworkReply* reply, const QString& fault, const char* mark = "");
     void SendCompleted(const ProcIDX& procIdx);
 
     CloudHost& host_;
@@ -103,6 +119,8 @@ class RestClass : public QThread {
     int transferTimeout_ = kTransferTimeout;
     QString terminalToken_;
     QString serviceToken_;
+    QList<QNetworkReply*> running_;
+    QHash<QString, QString> faults_;  // what each call that fails has failed for
 
     CommandGate gate_;
     std::mutex serverLock_;

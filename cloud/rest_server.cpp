@@ -6,12 +6,15 @@
 #include <QDateTime>
 #include <QJsonDocument>
 #include <QString>
+#include <algorithm>
 #include <chrono>
 #include <exception>
 #include <utility>
 
+#include "base/descriptors.h"
 #include "cloud/cloud_host.h"
 #include "cloud/cloud_log.h"
+#include "cloud/firmware_orders.h"
 #include "cloud/network_helper.h"
 #include "cloud/parameters.h"
 #include "cloud/terminal_routes.h"
@@ -20,17 +23,17 @@
 
 namespace Http = Pistache::Http;
 namespace Rest = Pistache::Rest;
-namespace Tcp = Pistache::Tcp;
 
 using namespace host_command;
 
 namespace {
 
 constexpr std::chrono::seconds kRetryInterval{1};
-/// A client gets this long to send a request and to think between two.
-constexpr std::chrono::seconds kHeaderTimeout{10};
-constexpr std::chrono::seconds kBodyTimeout{30};
-constexpr std::chrono::seconds kKeepAliveTimeout{60};
+/// Clients get a quarter of what the process may have open, files and all.
+constexpr int kDescriptorsPerConnection = 4;
+constexpr int kLeastConnections = 4;
+/// Connections that may wait for their turn to be accepted or closed beside those that are served.
+constexpr int kInTransit = 8;
 
 CommandGate::Cost costOf(int command) {
     const bool light = command == kGetUser || command == kOpenDoor || command == kSetTime;
@@ -83,24 +86,22 @@ RestServer::RestServer(Pistache::Address address, CloudHost& host, CommandGate* 
     : host_(host),
       gate_(gate),
       address_(address),
-      endpoint_(std::make_shared<Http::Endpoint>(address_)),
+      endpoint_(std::make_shared<HttpEndpoint>(address_)),
       router_(std::make_shared<Rest::Router>()) {}
 
 RestServer::~RestServer() = default;
 
 void RestServer::init(unsigned int /*threads*/) {
-    // A restart must not wait for the connections of the last run to fade, and programs that the
-    // terminal starts must not inherit the sockets.
-    const auto flags = Pistache::Flags<Tcp::Options>(Tcp::Options::ReuseAddr) |
-                       Pistache::Flags<Tcp::Options>(Tcp::Options::CloseOnExec);
-    endpoint_->init(Http::Endpoint::options()
-                        .threads(1)
-                        .flags(flags)
-                        .maxRequestSize(HttpGuard::kMaxRequest)
-                        .headerTimeout(kHeaderTimeout)
-                        .bodyTimeout(kBodyTimeout)
-                        .keepaliveTimeout(kKeepAliveTimeout));
+    HttpGuard::Limits limits;
+    limits.connections = std::clamp(Descriptors::limit() / kDescriptorsPerConnection,
+                                    kLeastConnections, limits.connections);
+    setLimits(limits);
     setupRoutes();
+}
+
+void RestServer::setLimits(const HttpGuard::Limits& limits) {
+    limits_ = limits;
+    endpoint_->init(limits.connections + std::min(limits.connections, kInTransit));
 }
 
 void RestServer::setupRoutes() {
@@ -129,6 +130,20 @@ void RestServer::setupRoutes() {
     bind("run-enroll-mode.do", &RestServer::doRunEnrollMode);
     bind("run-recognize-mode.do", &RestServer::doRunRecognizeMode);
     bind("user-list-get.do", &RestServer::doUserListInfo);
+    router_->addCustomHandler([this](const Rest::Request& request, Response response) {
+        answerUnknown(request, std::move(response));
+        return Rest::Route::Result::Ok;
+    });
+}
+
+/// What the library would answer by itself would go past the guard.
+void RestServer::answerUnknown(const Request& request, Response response) {
+    const bool known =
+        routes_.count('/' + Rest::SegmentTreeNode::sanitizeResource(request.resource())) > 0;
+    if (known)
+        response.headers().add<Http::Header::Allow>(Http::Method::Post);
+    HttpGuard::send(response, known ? Http::Code::Method_Not_Allowed : Http::Code::Not_Found, "",
+                    0);
 }
 
 // --- Routes --------------------------------------------------------------------------------
@@ -194,8 +209,13 @@ void RestServer::doUserDataDelete(const Request& request, Response response) {
 
 void RestServer::doUpdateFW(const Request& request, Response response) {
     serve(response, Permission::NotNeeded, [&] {
-        return envelope(handOver(kUpdateFirmware, terminal_routes::decodeFirmwareUpdate(
-                                                      bodyOf(request), getManagerIP())));
+        auto order = terminal_routes::decodeFirmwareUpdate(bodyOf(request), getManagerIP());
+        if (order.ok() && !FirmwareOrders::keep(order.value))
+            return envelope(result::kUnknownError);
+        const int code = handOver(kUpdateFirmware, order);
+        if (order.ok() && code != result::kSucceed)
+            FirmwareOrders::remove(order.value.number);
+        return envelope(code);
     });
 }
 
@@ -207,6 +227,9 @@ void RestServer::doSetTime(const Request& request, Response response) {
 
 void RestServer::doSetDevice(const Request& request, Response response) {
     serve(response, Permission::NotNeeded, [&] {
+        // What is not given is sent on as it is, which nobody knows yet.
+        if (!host_.settingsArrived())
+            return envelope(result::kUnknownError);
         return envelope(handOver(kSetDevice, terminal_routes::decodeDeviceSet(bodyOf(request))));
     });
 }
@@ -268,27 +291,23 @@ QString RestServer::getManagerIP() const {
 void RestServer::start() {
     const SignalsBlocked quiet;
     CommandFolder::removeUnfinished();
-    endpoint_->setHandler(std::make_shared<HttpGuard>(routes_, router_));
+    endpoint_->setHandler(std::make_shared<HttpGuard>(routes_, router_, limits_));
     bool complained = false;
-    std::unique_lock<std::mutex> lock(stopLock_);
     while (!stopping_) {
-        // The library's blocking call heeds a shutdown only once it waits for connections. Here all
-        // calls into the library come from one thread, so a stop can never come too early.
         try {
-            endpoint_->serveThreaded();
+            endpoint_->bind();
             qCInfo(cloudLog, "REST server listening on port %d", int(address_.port()));
-            stopSignal_.wait(lock, [this] { return stopping_.load(); });
-            endpoint_->shutdown();
+            endpoint_->serve();
         } catch (const std::exception& error) {
             if (!complained)
                 qCWarning(cloudLog,
                           "REST server cannot listen on port %d (%s), trying every second",
                           int(address_.port()), error.what());
             complained = true;
+            std::unique_lock<std::mutex> lock(stopLock_);
             stopSignal_.wait_for(lock, kRetryInterval, [this] { return stopping_.load(); });
         }
     }
-    endpoint_.reset();  // waits for the worker
 }
 
 void RestServer::shutdown() {
@@ -297,6 +316,7 @@ void RestServer::shutdown() {
         stopping_ = true;
     }
     stopSignal_.notify_all();
+    endpoint_->shutdown();
 }
 
 QJsonObject RestServer::getErrCodeJSon(int code) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <pistache/endpoint.h>
+#include <pistache/net.h>
 #include <pistache/router.h>
 
 #include <QByteArray>
@@ -13,6 +13,7 @@
 #include "cloud/command_folder.h"
 #include "cloud/command_gate.h"
 #include "cloud/decoded.h"
+#include "cloud/http_endpoint.h"
 #include "cloud/http_guard.h"
 #include "link/device_records.h"
 
@@ -30,6 +31,8 @@ class RestServer {
 
     /// Sets the options and the routes. There is always one worker thread, whatever @p threads is.
     void init(unsigned int threads);
+    /// Serves with other limits than those that the guard and the process set. Before start().
+    void setLimits(const HttpGuard::Limits& limits);
     /// Serves until shutdown(). An address that cannot be had is tried again every second.
     void start();
     /// Makes start() return, now or as soon as it is called. Any thread, any time, also twice.
@@ -57,6 +60,7 @@ class RestServer {
     void doRunEnrollMode(const Request& request, Response response);
     void doRunRecognizeMode(const Request& request, Response response);
     void doUserListInfo(const Request& request, Response response);
+    void answerUnknown(const Request& request, Response response);
 
     /// The manager's address, dotted decimal.
     QString getManagerIP() const;
@@ -70,7 +74,8 @@ class RestServer {
     CloudHost& host_;
     CommandGate* const gate_;
     const Pistache::Address address_;
-    std::shared_ptr<Pistache::Http::Endpoint> endpoint_;
+    const std::shared_ptr<HttpEndpoint> endpoint_;
+    HttpGuard::Limits limits_;
     HttpGuard::Routes routes_;
     const std::shared_ptr<Pistache::Rest::Router> router_;  // has the same routes
     _gui_menu_ settings_{};  // as they were when the present request came

@@ -84,16 +84,8 @@ constexpr const char* kSystemActions[] = {
 
 constexpr quint32 kMaxChoice = 0xFFFF;
 constexpr int kMaxPassword = sizeof(SetupBlock::adminPassword);
-constexpr int kMaxUserName = 32;
 constexpr int kMaxLabel = 64;
 constexpr int kMaxAddress = 1024;
-
-bool isDateTime(const QString& date, const QString& time) {
-    const QDate day = QDate::fromString(date, QStringLiteral("yyyy-MM-dd"));
-    // The clock's year is that of this century.
-    return day.isValid() && day.year() >= 2000 && day.year() < 2100 &&
-           QTime::fromString(time, QStringLiteral("hh:mm:ss")).isValid();
-}
 
 void readSetting(BodyReader& group, const Setting& setting, Device_Setup_Parameter& setup) {
     const bool chosen = setting.choices.count > 0;
@@ -154,7 +146,7 @@ Decoded<FR01_Parameter> decodeTimeSet(const QByteArray& bytes) {
     BodyReader body(bytes);
     BodyReader settings = body.group("TimeSettings");
     const FR01_Parameter time{settings.text("Date"), settings.text("Time")};
-    if (!body.ok() || !isDateTime(time.date, time.time))
+    if (!body.ok() || !time.moment())
         return {result::kUnknownError, {}};
     return {result::kSucceed, time};
 }
@@ -198,8 +190,9 @@ Decoded<Device_Setup_Parameter> decodeDeviceSet(const QByteArray& bytes) {
     }
     if (device.has("time")) {
         setup.time = device.text("time");
-        if (!isDateTime(setup.time.section(QLatin1Char(' '), 0, 0),
-                        setup.time.section(QLatin1Char(' '), 1)))
+        const FR01_Parameter time{setup.time.section(QLatin1Char(' '), 0, 0),
+                                  setup.time.section(QLatin1Char(' '), 1)};
+        if (!time.moment())
             device.fault();
     }
     BodyReader manager = device.group("CommType");
@@ -219,23 +212,11 @@ Decoded<Device_Setup_Parameter> decodeDeviceSet(const QByteArray& bytes) {
 Decoded<DoReceiveUserData> decodeRunEnrollMode(const QByteArray& bytes) {
     BodyReader body(bytes);
     BodyReader info = body.group("userInfo");
-    BodyReader card = info.group("cardInfo");
-    BodyReader person = info.group("user");
-    const auto choice = [&info](const char* key, quint32 most) {
-        const auto number = info.number(key, 0, most);
-        return number ? QString::number(*number) : QString();
-    };
 
     DoReceiveUserData user;
-    user.cardNo = card.text("cardNo");
-    user.cardTemplate = card.text("cardTemplate", sizeof(_gui_user_::cardTemplate));
-    user.name = person.text("name", sizeof(_gui_user_::name));
-    user.authType = choice("authType", 4);
-    user.userLevel = choice("userLevel", 2);
-    user.sensivity = choice("sensivity", 5);
-    user.timeSchedule = info.text("timeSchedule", sizeof(_gui_user_::timeSchedule));
-    user.restrictTime = info.text("restrictTime", sizeof(_gui_user_::restrictTime));
-    if (!body.ok() || !user_routes::isCardNumber(user.cardNo) || user.name.size() > kMaxUserName)
+    user.cardNo = info.group("cardInfo").text("cardNo");
+    user_routes::readUser(info, user);
+    if (!body.ok() || !user_routes::isCardNumber(user.cardNo))
         return {result::kUnknownError, {}};
     return {result::kSucceed, user};
 }

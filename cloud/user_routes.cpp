@@ -3,11 +3,15 @@
 #include <algorithm>
 
 #include "cloud/body_reader.h"
+#include "link/record_values.h"
 
 namespace {
 
 constexpr int kMinCardNumber = 6;
 constexpr int kMaxCardNumber = 11;
+constexpr int kMaxUserName = 32;
+constexpr quint32 kMaxSensitivity = 5;
+constexpr quint32 kMaxByte = 255;
 
 bool hasCardNumberLength(const QString& text) {
     return text.size() >= kMinCardNumber && text.size() <= kMaxCardNumber;
@@ -41,11 +45,23 @@ bool isCardNumber(const QString& text) {
            });
 }
 
+void readUser(BodyReader& info, DoReceiveUserData& user) {
+    user.cardTemplate =
+        info.group("cardInfo").text("cardTemplate", sizeof(_gui_user_::cardTemplate));
+    user.name = info.group("user").text("name", sizeof(_gui_user_::name));
+    if (user.name.size() > kMaxUserName)
+        info.fault();
+    user.authType = info.decimal("authType", AuthMethod::FaceAndId);
+    user.userLevel = info.decimal("userLevel", UserLevel::Visitor);
+    user.sensivity = info.decimal("sensivity", kMaxSensitivity);
+    user.timeSchedule = info.text("timeSchedule", sizeof(_gui_user_::timeSchedule));
+    user.restrictTime = info.text("restrictTime", sizeof(_gui_user_::restrictTime));
+}
+
 Decoded<SentUser> decodeUserDataSend(const QByteArray& bytes) {
     BodyReader body(bytes);
     BodyReader info = body.group("userInfo");
     BodyReader card = info.group("cardInfo");
-    BodyReader person = info.group("user");
     BodyReader face = info.group("faceVisible");
 
     SentUser sent;
@@ -53,17 +69,11 @@ Decoded<SentUser> decodeUserDataSend(const QByteArray& bytes) {
     user.cardNo = card.text("cardNo");
     if (!hasCardNumberLength(user.cardNo))
         return {result::kCardNumberLength, {}};
-    user.registTime = info.text("registTime");
-    user.authType = info.text("authType");
-    user.userLevel = info.text("userLevel");
-    user.sensivity = info.text("sensivity");
-    user.timeSchedule = info.text("timeSchedule");
-    user.restrictTime = info.text("restrictTime");
-    user.name = person.text("name");
-    user.cardTemplate = card.text("cardTemplate");
-    user.cardType = card.text("cardType");
-    user.nationCd = card.text("nationCd");
-    user.reissueNo = card.text("reissueNo");
+    readUser(info, user);
+    user.registTime = info.text("registTime", sizeof(_gui_user_::registrationTime));
+    user.cardType = card.decimal("cardType", kMaxByte);
+    user.nationCd = card.text("nationCd", sizeof(_gui_user_::nationCode));
+    user.reissueNo = card.decimal("reissueNo", kMaxByte);
     user.templateFile = info.text("templateFile");
     sent.picture = readPicture(face);
     if (!body.ok() || !isCardNumber(user.cardNo))

@@ -13,6 +13,11 @@ if(ZEL_SANITIZE)
         -fno-sanitize-recover=all)
     target_link_options(zel_options INTERFACE -fsanitize=${ZEL_SANITIZE})
 endif()
+# The fuzzer has to see which way its inputs take through the libraries, not only through its driver.
+option(ZEL_FUZZ "Build the fuzz targets for libFuzzer; needs clang" OFF)
+if(ZEL_FUZZ)
+    target_compile_options(zel_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
 
 # Qt's headers, precompiled once for the product and once for the tests, which take Qt Test and Qt
 # Network in as well. A target that reads one of them must be compiled as its owner is, definitions

@@ -30,12 +30,13 @@ endfunction()
 
 # zel_add_fuzz_target(NAME LIBRARIES lib...) builds fuzz/NAME.cpp. With ZEL_FUZZ (clang) it is a
 # libFuzzer program to be run by hand; otherwise a test that gives it a fixed set of inputs.
-option(ZEL_FUZZ "Build the fuzz targets for libFuzzer; needs clang" OFF)
+add_custom_target(zel_fuzz_targets)
 function(zel_add_fuzz_target name)
     cmake_parse_arguments(ARG "" "" "LIBRARIES" ${ARGN})
     add_executable(${name} fuzz/${name}.cpp)
     target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES})
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+    add_dependencies(zel_fuzz_targets ${name})
     if(ZEL_FUZZ)
         target_compile_options(${name} PRIVATE -fsanitize=fuzzer)
         target_link_options(${name} PRIVATE -fsanitize=fuzzer)

@@ -28,6 +28,10 @@ DeviceLink::DeviceLink(FrameParser::Handler handler, QObject* parent)
     connect(socket_, &QTcpSocket::readyRead, this, &DeviceLink::processReceivePacket);
     connect(socket_, &QTcpSocket::connected, this, &DeviceLink::socketConnected);
     connect(socket_, &QTcpSocket::disconnected, this, &DeviceLink::socketDisconnected);
+    connect(socket_, &QTcpSocket::bytesWritten, this, [this] {
+        if (socket_->bytesToWrite() == 0)
+            emit drained();
+    });
     connect(socket_, &QTcpSocket::errorOccurred, this, [this](QAbstractSocket::SocketError) {
         // An attempt that fails never reports a disconnection of its own.
         if (socket_->state() == QAbstractSocket::UnconnectedState ||
@@ -64,6 +68,7 @@ void DeviceLink::connectNow() {
         const QSignalBlocker quiet(socket_);
         socket_->abort();
     }
+    accepted_ = 0;
     socket_->connectToHost(QHostAddress(QHostAddress::LocalHost), port_, QIODevice::ReadWrite);
 }
 
@@ -72,6 +77,7 @@ void DeviceLink::socketConnected() {
     if (connected_)
         return;
     connected_ = true;
+    ++connection_;
     // Frames are small; gathered into larger packets some would be some 40 ms late.
     socket_->setSocketOption(QAbstractSocket::LowDelayOption, 1);
     qCInfo(linkLog, "connected to the device controller");
@@ -113,8 +119,14 @@ void DeviceLink::processReceivePacket() {
     }
 }
 
+LinkProgress DeviceLink::progress() const {
+    if (!connected_ || !isSocketConnected())
+        return {};
+    return {connection_, accepted_, accepted_ - socket_->bytesToWrite()};
+}
+
 bool DeviceLink::send(quint16 command, quint8 p1, quint8 p2) {
-    return connected_ && write(Frame::build(command, p1, p2));
+    return connected_ && writeFrame(command, p1, Frame::build(command, p1, p2));
 }
 
 bool DeviceLink::send(quint16 command, quint8 p1, quint8 p2, quint16 length, const char* data) {
@@ -126,7 +138,14 @@ bool DeviceLink::send(quint16 command, quint8 p1, quint8 p2, quint16 length, con
                   length);
         return false;
     }
-    return write(frame);
+    return writeFrame(command, p1, frame);
+}
+
+bool DeviceLink::writeFrame(quint16 command, quint8 p1, const QByteArray& frame) {
+    if (!write(frame))
+        return false;
+    emit sent(command, p1);
+    return true;
 }
 
 bool DeviceLink::write(const QByteArray& frame) {
@@ -136,5 +155,8 @@ bool DeviceLink::write(const QByteArray& frame) {
         qCWarning(linkLog, "the device controller does not read, frame dropped");
         return false;
     }
-    return socket_->write(frame) == frame.size();
+    if (socket_->write(frame) != frame.size())
+        return false;
+    accepted_ += frame.size();
+    return true;
 }

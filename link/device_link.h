@@ -6,6 +6,7 @@
 #include <QTimer>
 
 #include "link/frame_parser.h"
+#include "link/link_progress.h"
 
 /// The connection to the device controller: one TCP socket to the local host, kept up for the life
 /// of the process.
@@ -42,6 +43,8 @@ class DeviceLink : public QObject {
     bool connected() const { return connected_; }
     /// Whether the socket is connected.
     bool isSocketConnected() const { return socket_->state() == QAbstractSocket::ConnectedState; }
+    /// How far the frames have come.
+    LinkProgress progress() const;
     /// The two parameter bytes of the frame header received last.
     quint8 firstParameter() const { return parser_.firstParameter(); }
     quint8 secondParameter() const { return parser_.secondParameter(); }
@@ -51,6 +54,10 @@ class DeviceLink : public QObject {
  signals:
     /// The link has been reported up, or down.
     void connectedChanged(bool connected);
+    /// All frames that were sent have left the process.
+    void drained();
+    /// A frame has been handed to the socket.
+    void sent(quint16 command, quint8 p1);
 
  private:
     void processReceivePacket();
@@ -59,6 +66,7 @@ class DeviceLink : public QObject {
     void ReconnectHost();
     void connectNow();
     bool write(const QByteArray& frame);
+    bool writeFrame(quint16 command, quint8 p1, const QByteArray& frame);
 
     QTimer* const reconnectTimer_;
     QTcpSocket* const socket_;
@@ -66,4 +74,6 @@ class DeviceLink : public QObject {
     FrameParser parser_;
     quint16 port_ = 0;
     bool connected_ = false;
+    quint32 connection_ = 0;  // number of the latest one
+    qint64 accepted_ = 0;     // bytes sent on it
 };

@@ -6,10 +6,13 @@
 #include <QTemporaryDir>
 #include <QtTest>
 #include <csignal>
+#include <limits>
 #include <memory>
 
 #include "cloud/download_manager.h"
 #include "cloud_test_support.h"
+
+Q_DECLARE_METATYPE(DownloadManager::Limits)
 
 class CloudDownloadTest : public QObject {
     Q_OBJECT
@@ -115,13 +118,64 @@ class CloudDownloadTest : public QObject {
         QFETCH(QByteArray, answer);
         const bool stops = answer.isEmpty() || answer.contains("999");
         service_->closeAfterAnswer = !stops;
-        manager_->setSilenceLimit(stops ? 200 : 5000);
+        DownloadManager::Limits limits;
+        limits.silence = stops ? 200 : limits.silence;
+        manager_->setLimits(limits);
         service_->answer = [answer](const FakeService::Request&) { return answer; };
         put(QStringLiteral("zel01.tar.bz2"));
         QVERIFY(fetch(QStringLiteral("/fw.bin")));
         QCOMPARE(files(), QStringList());
         for (const FakeService::Request& request : service_->requests)
             QCOMPARE(request.line, QByteArray("GET /fw.bin HTTP/1.1"));
+    }
+
+    void limitsEndADownload_data() {
+        QTest::addColumn<DownloadManager::Limits>("limits");
+        QTest::addColumn<QByteArray>("begin");
+        QTest::addColumn<int>("pieces");
+        const QByteArray open("HTTP/1.1 200 OK\r\n\r\n");
+        DownloadManager::Limits standard;
+        DownloadManager::Limits small;
+        small.size = 1000;
+        DownloadManager::Limits spare;
+        spare.spareSpace = std::numeric_limits<qint64>::max() / 2;
+        DownloadManager::Limits fast;
+        fast.window = 600;
+        fast.bytesPerWindow = 1000;
+        QTest::newRow("announced size")
+            << standard << QByteArray("HTTP/1.1 200 OK\r\nContent-Length: 999999999999\r\n\r\n")
+            << 300;
+        QTest::newRow("size") << small << open << 300;
+        QTest::newRow("space") << spare << open << 300;
+        QTest::newRow("speed") << fast << open << 2;
+    }
+    /// The service goes on sending, a little at a time, until it is cut off.
+    void limitsEndADownload() {
+        QFETCH(DownloadManager::Limits, limits);
+        QFETCH(QByteArray, begin);
+        QFETCH(int, pieces);
+        manager_->setLimits(limits);
+        service_->answer = [begin](const FakeService::Request&) { return begin; };
+        QTimer trickle;
+        connect(&trickle, &QTimer::timeout, this, [&] {
+            if (service_->last)
+                service_->last->write(QByteArray(pieces, 'x'));
+        });
+        trickle.start(20);
+        QVERIFY(fetch(QStringLiteral("/fw.bin")));
+        QCOMPARE(files(), QStringList());
+    }
+
+    /// What is packed stays packed: unpacked, a few bytes can be a full disk.
+    void filesAreSavedAsTheyCome() {
+        const QByteArray packed = qCompress(QByteArray(1000000, 'z')).mid(4);
+        service_->answer = [packed](const FakeService::Request&) {
+            return "HTTP/1.1 200 OK\r\nContent-Encoding: deflate\r\nContent-Length: " +
+                   QByteArray::number(packed.size()) + "\r\n\r\n" + packed;
+        };
+        QVERIFY(fetch(QStringLiteral("/fw.bin")));
+        QCOMPARE(service_->requests[0].header("Accept-Encoding"), QByteArray("identity"));
+        QCOMPARE(QFileInfo(manager_->getFilePath()).size(), qint64{packed.size()});
     }
 
     void aFullDiskIsAFailure() {

@@ -13,46 +13,6 @@
 
 namespace {
 
-/// Keeps what a command does, in its order: frames as "code(p1,p2) payload", the rest by name.
-class FakeTerminal final : public ManagementHost {
- public:
-    bool SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2) override {
-        return SendCommand(cmd, p1, p2, 0, nullptr);
-    }
-    bool SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2, unsigned short len,
-                     const char* data) override {
-        log << QStringLiteral("%1(%2,%3)%4").arg(cmd).arg(p1).arg(p2).arg(len);
-        payloads << QByteArray(data, len);
-        return up;
-    }
-    bool linkUp() const override { return up; }
-    void GetGuiMenu(_gui_menu_* record) const override { *record = menu; }
-    void SetGuiMenu(const _gui_menu_* record) override {
-        menu = *record;
-        log << QStringLiteral("menu");
-    }
-    void SetGuiUser(const _gui_user_* record) override {
-        user = *record;
-        log << QStringLiteral("user");
-    }
-    int changeWindow(const QString& title) override {
-        log << title;
-        return 0;
-    }
-    void showPopupText(const QString& key) override { log << key; }
-    void startEnrolment() override { log << QStringLiteral("enrol"); }
-    void initRestCall() override { log << QStringLiteral("timers"); }
-    void setIp(const AddressBlock&) override { log << QStringLiteral("ip"); }
-
-    QString takeLog() { return std::exchange(log, {}).join(QLatin1Char(' ')); }
-
-    bool up = true;
-    _gui_menu_ menu{};
-    _gui_user_ user{};
-    QStringList log;
-    QList<QByteArray> payloads;
-};
-
 template <typename Record>
 Record recordOf(const QByteArray& payload) {
     Record record;
@@ -88,7 +48,12 @@ class CloudManagementTest : public QObject {
         set("2031-12-24", "23:59:58");
         QCOMPARE(terminal_->takeLog(), QStringLiteral("1953(1,0)6"));
         QCOMPARE(terminal_->payloads.last(), QByteArray("\x1f\x0c\x18\x17\x3b\x3a"));
+        set("2024-2-9", "1:2:3");
+        QCOMPARE(terminal_->takeLog(), QStringLiteral("1953(1,0)6"));
+        QCOMPARE(terminal_->payloads.last(), QByteArray("\x18\x02\x09\x01\x02\x03"));
         set("2031-2-30", "23:59:58");
+        set("2031-12-x", "23:59:58");
+        set("2031-12-24", "23:x:58");
         set("2031-12-24", "");
         set("2031-12-24", "23:59:60");
         set("24-12-2031", "23:59:58");
@@ -162,30 +127,6 @@ class CloudManagementTest : public QObject {
                                 &ManagementCommands::setSystem})
             (commands_.get()->*slot)(QVariant(QStringLiteral("nothing")));
         QCOMPARE(terminal_->takeLog(), QString());
-    }
-
-    void foldersAreTakenOldestFirstWhileTheLinkIsUp() {
-        CommandFolder writer;
-        DoReceiveUserData user;
-        user.cardNo = QStringLiteral("1234567");
-        QVERIFY(writer.writeAdd(user, "jpg"));
-        QVERIFY(writer.writeDelete(user.cardNo));
-        QDir().mkpath(CommandFolder::directory() + QStringLiteral("logo"));
-        terminal_->up = false;
-        QCOMPARE(commands_->userRestChkrResult(), 0);
-        terminal_->up = true;
-        QCOMPARE(commands_->userRestChkrResult(), 1);
-        QCOMPARE(commands_->userRestChkrResult(), 1);
-        QCOMPARE(commands_->userRestChkrResult(), 0);
-        const auto taken = cloud_->takeCommands();
-        QCOMPARE(taken.size(), 2);
-        QCOMPARE(taken[0].first, 4);
-        QCOMPARE(taken[0].second.value<DoReceiveUserData>().picture, QStringLiteral("1234567.jpg"));
-        QCOMPARE(taken[1].first, 6);
-        QCOMPARE(taken[1].second.value<FR33_3_Parameter>().cardNo, user.cardNo);
-        QCOMPARE(QDir(CommandFolder::directory())
-                     .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-                 QStringList({QStringLiteral("1234567.jpg"), QStringLiteral("logo")}));
     }
 
     void confirmedReportsGoBackToTheController() {

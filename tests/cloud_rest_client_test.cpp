@@ -73,6 +73,83 @@ class CloudRestClientTest : public QObject {
         QCOMPARE(lastCompleted().extra, 5);
     }
 
+    /// Eight headers in their order, also those that have nothing to say.
+    void everyRequestCarriesAllHeaders() {
+        _gui_menu_ menu = host_->settings();
+        menu.customerId[0] = '\0';
+        host_->setSettings(menu);
+        client_->SendCommand(RestClass::kConnectionCheck, {});
+        client_->runFR51({});
+        QTRY_COMPARE(service_->requests.size(), 2);
+        for (const FakeService::Request& request : service_->requests) {
+            int at = 0;
+            for (const char* name :
+                 {"Content-Type: application/json; charset=utf-8", "Packet-Version: 1.0",
+                  "EncoderKey-Version: 0", "reader_id: 4711", "serial: SERIAL12345",
+                  "cust_id:", "reader_ipport: ", "access_token:"}) {
+                at = request.head.indexOf(QByteArray("\r\n") + name, at);
+                QVERIFY2(at > 0, name);
+            }
+            QCOMPARE(request.header("Accept-Encoding"), QByteArray("identity"));
+        }
+    }
+
+    /// Another address is another service: it gets nothing of the one before, which can no longer
+    /// say anything either.
+    void anotherServiceStartsAnew() {
+        const QByteArray good(
+            R"({"resultCode":"1000","access_token":"old","system_time":"2031-12-24 23:59:58"})");
+        answerWith(good);
+        client_->SendCommand(RestClass::kConnect, {});
+        QTRY_VERIFY(host_->link);
+        host_->takeCommands();
+        service_->answer = nullptr;
+        client_->SendCommand(RestClass::kConnect, {});
+        QTRY_COMPARE(service_->requests.size(), 2);
+
+        FakeService other;
+        _gui_menu_ menu = host_->settings();
+        menu.network.own.managerPort = other.serverPort();
+        host_->setSettings(menu);
+        service_->last->write(FakeService::json(good));
+        QTRY_COMPARE(host_->completed.size(), 2);
+        QVERIFY(!host_->link && host_->takeCommands().isEmpty());
+        client_->SendCommand(RestClass::kConnectionCheck, {});
+        QTRY_COMPARE(other.requests.size(), 1);
+        QCOMPARE(other.requests[0].header("access_token"), QByteArray());
+        // What is under way ends with the address.
+        menu.network.own.managerPort = service_->serverPort();
+        host_->setSettings(menu);
+        client_->takeSettings();
+        QCOMPARE(host_->completed.size(), 3);
+        QCOMPARE(client_->SendCommand(RestClass::kConnectionCheck, {}), 0);
+    }
+
+    void aFaultIsLoggedOnce() {
+        static QStringList lines;
+        lines.clear();
+        const auto before = qInstallMessageHandler(
+            [](QtMsgType, const QMessageLogContext&, const QString& line) { lines << line; });
+        const auto connectWith = [this](const QByteArray& answer) {
+            service_->answer = [answer](const FakeService::Request&) { return answer; };
+            service_->closeAfterAnswer = true;
+            const int done = host_->completed.size() + 1;
+            client_->SendCommand(RestClass::kConnect, {});
+            return QTest::qWaitFor([&] { return host_->completed.size() == done; });
+        };
+        bool done = true;
+        for (int i = 0; i < 3; ++i)
+            done = done && connectWith({});
+        for (int i = 0; i < 3; ++i)
+            done = done && connectWith(FakeService::json(R"({"resultCode":"9999"})"));
+        done = done && connectWith(FakeService::json(R"({"resultCode":"1000"})")) &&
+               connectWith(FakeService::json(R"({"resultCode":"9999"})"));
+        qInstallMessageHandler(before);
+        QVERIFY(done);
+        QCOMPARE(lines.filter(QStringLiteral("connect.do failed: ")).size(), 3);
+        QCOMPARE(lines.filter(QStringLiteral("answered 9999")).size(), 2);
+    }
+
     void aShortSerialIsReplacedByTheHardwareAddress() {
         _gui_menu_ menu = host_->settings();
         setFieldText(menu.serial, QStringLiteral("SERIAL1234"));
@@ -95,6 +172,14 @@ class CloudRestClientTest : public QObject {
             << 0 << FakeService::json(R"({"resultCode":"2000"})") << false;
         QTest::newRow("connect no code") << 0 << FakeService::json("[1,2") << false;
         QTest::newRow("connect garbage") << 0 << garbage << false;
+        const QByteArray packed = qCompress(R"({"resultCode":"1000"})").mid(4);
+        QTest::newRow("connect packed")
+            << 0
+            << "HTTP/1.1 200 OK\r\nContent-Encoding: deflate\r\nContent-Length: " +
+                   QByteArray::number(packed.size()) + "\r\n\r\n" + packed
+            << false;
+        QTest::newRow("connect endless")
+            << 0 << "HTTP/1.1 200 OK\r\n\r\n" + QByteArray(100000000, ' ') << false;
         QTest::newRow("connect huge") << 0 << FakeService::json(QByteArray(300000, ' ')) << false;
         QTest::newRow("check string") << 1 << FakeService::json(R"({"resultCode":"1000"})") << true;
         QTest::newRow("check number") << 1 << FakeService::json(R"({"resultCode":2003})") << true;
@@ -114,6 +199,7 @@ class CloudRestClientTest : public QObject {
         QCOMPARE(client_->SendCommand(command, {}), 0);
         QTRY_COMPARE(host_->completed.size(), 1);
         QCOMPARE(host_->link, up);
+        QVERIFY2(service_->written < 20000000, "read although it is too much");
         QCOMPARE(client_->SendCommand(command, {}), 0);
         QTRY_COMPARE(host_->completed.size(), 2);
     }

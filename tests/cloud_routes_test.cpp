@@ -7,9 +7,9 @@
 #include <QtTest>
 #include <memory>
 
-#include "cloud/command_folder.h"
 #include "cloud/parameters.h"
 #include "cloud/terminal_routes.h"
+#include "cloud/user_routes.h"
 #include "cloud/user_table.h"
 #include "link/device_message.h"
 
@@ -35,15 +35,6 @@ class CloudRoutesTest : public QObject {
  private:
     QTemporaryDir root_;
 
-    QStringList folders() const {
-        return QDir(CommandFolder::directory())
-            .entryList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
-    }
-    void touch(const QString& path) const {
-        QDir().mkpath(QFileInfo(CommandFolder::directory() + path).path());
-        QFile file(CommandFolder::directory() + path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-    }
     void sql(const char* text) const {
         sqlite3* db = nullptr;
         QDir().mkpath(root_.path() + QStringLiteral("/mnt/data/db_user2"));
@@ -125,52 +116,37 @@ class CloudRoutesTest : public QObject {
         QCOMPARE(QUrl(address("/@evil.com/x")).host(), QStringLiteral("10.0.0.5"));
     }
 
-    void commandsComeBackAsTheyWereSent() {
-        DoReceiveUserData user;
-        user.cardNo = QStringLiteral("123456");
-        user.name = QString::fromUtf8("a\\n\n\r\\홍길동\t\\");
-        user.templateFile = QString(QLatin1String("x\0y", 3));
-        user.restrictTime = QStringLiteral("\n");
-        CommandFolder writer;
-        touch(QStringLiteral("logo/picture.png"));
-        touch(QStringLiteral("usb/20_add_123456"));
-        for (int i = 0; i < 50; ++i)
-            QVERIFY(i % 2 == 0 ? writer.writeAdd(user, QByteArray("jpg"))
-                               : writer.writeDelete(QStringLiteral("A1")));
-        QCOMPARE(folders().size(), 52);
-
-        for (int i = 0; i < 50; ++i) {
-            const auto command = CommandFolder::oldest();
-            QVERIFY(command.has_value());
-            QCOMPARE(command->kind == CommandFolder::Kind::Add, i % 2 == 0);
-            if (i == 0) {
-                const auto read = CommandFolder::takeUser(*command);
-                QVERIFY(read.has_value());
-                QCOMPARE(read->name, user.name);
-                QCOMPARE(read->templateFile, user.templateFile);
-                QCOMPARE(read->restrictTime, user.restrictTime);
-                QCOMPARE(read->picture, QStringLiteral("123456.jpg"));
-                QVERIFY(QFile::exists(CommandFolder::directory() + read->picture));
-            }
-            CommandFolder::remove(*command);
-        }
-        QVERIFY(!CommandFolder::oldest().has_value());
-        QCOMPARE(folders(), QStringList({QStringLiteral("logo"), QStringLiteral("usb")}));
+    void sentUsersFitTheirFields() {
+        const auto decode = [](const QByteArray& values) {
+            const QByteArray user = "{'userInfo':{'cardInfo':{'cardNo':'123456'}," + values + "}}";
+            return user_routes::decodeUserDataSend(QByteArray(user).replace('\'', '"'));
+        };
+        const auto sent = decode(
+            "'authType':4,'userLevel':'0','sensivity':null,'timeSchedule':null,"
+            "'restrictTime':'','user':null");
+        QCOMPARE(sent.code, 1000);
+        const DoReceiveUserData& user = sent.value.user;
+        QCOMPARE(user.authType + user.userLevel + user.sensivity + user.name, QStringLiteral("40"));
+        QCOMPARE(decode("'authType':'','user':{'name':null}").code, 1000);
+        for (const char* const values :
+             {"'authType':5", "'authType':'-1'", "'authType':'x'", "'userLevel':'3'",
+              "'userLevel':1.5", "'sensivity':6", "'registTime':'2031-12-24 10:00:00.00'",
+              "'timeSchedule':5", "'user':{'name':'123456789 123456789 123456789 123'}"})
+            QCOMPARE(decode(values).code, 9999);
     }
 
-    void unfinishedCommandsAreNeverTaken() {
-        touch(QStringLiteral(".240101120000000_add_123456/123456.info"));
-        touch(QStringLiteral(".thumbnails/keep"));
-        touch(QStringLiteral("240101120000001_add_123456/123456.jpg"));
-        touch(QStringLiteral("240101120000002_mod_123456/x"));
-        const auto command = CommandFolder::oldest();
-        QVERIFY(command.has_value() && command->path.endsWith(QLatin1String("001_add_123456")));
-        QVERIFY(!CommandFolder::takeUser(*command).has_value());
-        CommandFolder::remove(*command);
-        QVERIFY(!CommandFolder::oldest().has_value());
-        CommandFolder::removeUnfinished();
-        QCOMPARE(folders(), QStringList({QStringLiteral(".thumbnails"),
-                                         QStringLiteral("240101120000002_mod_123456")}));
+    void timesAreGivenInNumbers() {
+        const auto code = [](const char* date, const char* time) {
+            const QByteArray settings =
+                QByteArray("{'TimeSettings':{'Date':'") + date + "','Time':'" + time + "'}}";
+            return terminal_routes::decodeTimeSet(QByteArray(settings).replace('\'', '"')).code;
+        };
+        QCOMPARE(code("2024-2-9", "1:2:3"), 1000);
+        QCOMPARE(code("2024-02-29", "01:02:03"), 1000);
+        for (const char* const date : {"2023-2-29", "1999-2-9", "2024-13-1", "2024-2", "2024-2-x"})
+            QCOMPARE(code(date, "1:2:3"), 9999);
+        for (const char* const time : {"24:0:0", "1:2", "1:2:60", "1:2:3.5", "1:2:", "-1:2:3"})
+            QCOMPARE(code("2024-2-9", time), 9999);
     }
 
     void usersPresentAreListed() {

@@ -6,11 +6,15 @@
 #include <QMutex>
 #include <QMutexLocker>
 #include <QPair>
+#include <QPointer>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <atomic>
 #include <functional>
+#include <utility>
 
 #include "cloud/cloud_host.h"
+#include "cloud/management_host.h"
 
 /// The terminal around the cloud link, as far as the link sees it.
 class FakeHost final : public CloudHost {
@@ -19,11 +23,14 @@ class FakeHost final : public CloudHost {
         const QMutexLocker lock(&lock_);
         return settings_;
     }
+    bool settingsArrived() const override { return arrived; }
     void setSettings(const _gui_menu_& settings) {
         const QMutexLocker lock(&lock_);
         settings_ = settings;
     }
     void parsingRestCommand(int command, QVariant parameter) override {
+        if (carryOut)
+            return carryOut(command, parameter);
         const QMutexLocker lock(&lock_);
         commands_.append({command, parameter});
     }
@@ -35,6 +42,8 @@ class FakeHost final : public CloudHost {
     void completedRestCommand(QVariant procIdx) override { completed.append(procIdx); }
     std::uint32_t selfCheckWord() const override { return selfCheck; }
 
+    std::function<void(int, const QVariant&)> carryOut;
+    std::atomic<bool> arrived{true};
     bool link = false;
     QList<QVariant> completed;
     std::uint32_t selfCheck = 0;
@@ -43,6 +52,54 @@ class FakeHost final : public CloudHost {
     mutable QMutex lock_;
     _gui_menu_ settings_{};
     QList<QPair<int, QVariant>> commands_;
+};
+
+/// Keeps what a command does, in its order: frames as "code(p1,p2)length", the rest by name.
+class FakeTerminal final : public ManagementHost {
+ public:
+    bool SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2) override {
+        return SendCommand(cmd, p1, p2, 0, nullptr);
+    }
+    bool SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2, unsigned short len,
+                     const char* data) override {
+        if (progress.connection == 0)
+            return false;
+        log << QStringLiteral("%1(%2,%3)%4").arg(cmd).arg(p1).arg(p2).arg(len);
+        payloads << QByteArray(data, len);
+        progress.accepted += 8 + len;
+        if (!stuck)
+            progress.left = progress.accepted;
+        return true;
+    }
+    LinkProgress linkProgress() const override { return progress; }
+    void GetGuiMenu(_gui_menu_* record) const override { *record = menu; }
+    void SetGuiMenu(const _gui_menu_* record) override {
+        menu = *record;
+        log << QStringLiteral("menu");
+    }
+    void SetGuiUser(const _gui_user_* record) override {
+        user = *record;
+        log << QStringLiteral("user");
+    }
+    int changeWindow(const QString& title) override {
+        log << title;
+        return 0;
+    }
+    void showPopupText(const QString& key) override { log << key; }
+    void startEnrolment() override { log << QStringLiteral("enrol"); }
+    void initRestCall() override { log << QStringLiteral("timers"); }
+    void setIp(const AddressBlock&) override { log << QStringLiteral("ip"); }
+
+    QString takeLog() { return std::exchange(log, {}).join(QLatin1Char(' ')); }
+    /// The link ends and comes back, with nothing of what was sent on it.
+    void reconnect() { progress = {progress.connection + 1, 0, 0}; }
+
+    LinkProgress progress{1, 0, 0};
+    bool stuck = false;  // nothing that is sent leaves
+    _gui_menu_ menu{};
+    _gui_user_ user{};
+    QStringList log;
+    QList<QByteArray> payloads;
 };
 
 /// An HTTP service on loopback: keeps each request and answers it with what the function says,
@@ -68,6 +125,8 @@ class FakeService : public QTcpServer {
             QTcpSocket* const socket = nextPendingConnection();
             connect(socket, &QTcpSocket::readyRead, this, [this, socket] { read(socket); });
             connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+            connect(socket, &QTcpSocket::bytesWritten, this,
+                    [this](qint64 bytes) { written += bytes; });
         });
     }
 
@@ -79,6 +138,8 @@ class FakeService : public QTcpServer {
     QList<Request> requests;
     std::function<QByteArray(const Request&)> answer;
     bool closeAfterAnswer = false;
+    QPointer<QTcpSocket> last;  // where the latest request came from
+    qint64 written = 0;         // bytes that clients have taken
 
  private:
     void read(QTcpSocket* socket) {
@@ -95,6 +156,7 @@ class FakeService : public QTcpServer {
             return;
         pending_.remove(socket);
         requests.append(request);
+        last = socket;
         socket->write(answer ? answer(request) : QByteArray());
         if (closeAfterAnswer)
             socket->disconnectFromHost();

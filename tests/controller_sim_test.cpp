@@ -9,6 +9,7 @@
 #include "link/device_records.h"
 #include "link/frame.h"
 #include "link/frame_parser.h"
+#include "sim/common/firmware_image.h"
 #include "sim/common/line_buffer.h"
 #include "sim/controller/controller_sim.h"
 #include "sim/controller/work_status.h"
@@ -97,6 +98,10 @@ class ControllerSimTest : public QObject {
     void eventsAreReportedUntilConfirmed();
     void usersGoToTheServiceAndComeFromIt();
     void aBrokenUserTableIsPutAside();
+    void requestsMeetTrouble();
+    void storesAreFilled();
+    void firmwareRestartsTheTerminal();
+    void helpNamesTheValues();
 
  private:
     QString word(const char* line) { return sim_->execute(QString::fromUtf8(line)); }
@@ -237,12 +242,36 @@ void ControllerSimTest::aNewTerminalReplacesTheOldOne() {
 
 void ControllerSimTest::wordsThatMakeNoSense_data() {
     QTest::addColumn<QString>("line");
-    for (const char* line :
-         {"nonsense", "settings nothing 1", "settings reserved1 1", "settings setup.language 256",
-          "settings setup.language -1", "settings operation.weekdayIn 8:00~9:00",
-          "settings operation.weekdayIn 25:00~26:00", "settings network.own.dns 1.2.3",
-          "settings setup.adminPassword 123456789", "status", "status 256", "fault", "fault x",
-          "frame", "frame 70000 0 0", "frame 3000 0 0 0", "frame 3000 0 0 xy"})
+    for (const char* line : {"nonsense",
+                             "settings nothing 1",
+                             "settings reserved1 1",
+                             "settings setup.language 256",
+                             "settings setup.language -1",
+                             "settings operation.weekdayIn 8:00~9:00",
+                             "settings operation.weekdayIn 25:00~26:00",
+                             "settings network.own.dns 1.2.3",
+                             "settings setup.adminPassword 123456789",
+                             "status",
+                             "status 256",
+                             "fault x",
+                             "frame",
+                             "frame 70000 0 0",
+                             "frame 3000 0 0 0",
+                             "frame 3000 0 0 xy",
+                             "refuse",
+                             "refuse 3000",
+                             "refuse 1905",
+                             "refuse 1951 256",
+                             "silent 1951 1",
+                             "delay 1951",
+                             "delay 1951 -1",
+                             "lose-link-at x",
+                             "users -1",
+                             "users 10001",
+                             "logs 100001",
+                             "restart-gui",
+                             "screen",
+                             "help nonsense"})
         QTest::newRow(line) << QString::fromLatin1(line);
     QTest::newRow("huge line") << QString(LineBuffer::kMaxLine + 1, QLatin1Char('a'));
     QTest::newRow("more than a frame")
@@ -319,10 +348,31 @@ void ControllerSimTest::statusFollowsThePeriods() {
 void ControllerSimTest::attendanceWaitsForTheChoice() {
     Terminal terminal(sim_->port());
     QTRY_VERIFY(sim_->terminalConnected());
+    word("time 2026-03-13 07:00");  // whatever the time is now, the status changes
     word("time 2026-03-13 08:00");
-    QTRY_VERIFY(terminal.has(command::SystemStatus));
-    QCOMPARE(int(terminal.last.p1), 1);
+    QTRY_VERIFY(terminal.has(command::SystemStatus) && terminal.last.p1 == 1);
+    QFile clock(folder_->filePath(QStringLiteral("sim/clock")));
+    QVERIFY(clock.open(QIODevice::ReadOnly));
+    const QDateTime shown =
+        QDateTime::currentDateTime().addSecs(clock.readAll().trimmed().toLongLong());
+    QVERIFY(qAbs(shown.secsTo(sim_->now())) <= 1);
+    terminal.forget();
 
+    // A camera that is off, or takes a picture for an enrolment, sees nobody.
+    word("track on");
+    for (const quint8 mode : {0, 2}) {
+        terminal.send(command::RecognitionMode, mode);
+        terminal.send(command::CameraRun, mode == 0 ? 0 : 1);
+        terminal.send(command::Greeting);
+        QTRY_VERIFY(terminal.has(command::SelfCheck));
+        QVERIFY(word("face 01023456789").startsWith(QLatin1String("error")));
+        QVERIFY(!terminal.has(command::TrackingBox));
+        terminal.forget();
+    }
+    terminal.send(command::RecognitionMode, 1);
+    QTRY_VERIFY(terminal.has(command::TrackingBox));
+    word("track off");
+    terminal.forget();
     word("face 01023456789");
     QTRY_VERIFY(terminal.has(command::Recognised));
     auto result = terminal.lastRecord<RecognitionResult>();
@@ -370,7 +420,9 @@ void ControllerSimTest::mealsAreCountedAndTakenOnce() {
           "settings setup.operation 2", "time 2026-03-13 12:00"})
         QVERIFY(word(line).startsWith(QLatin1String("ok")));
 
-    word("face 01023456789");
+    terminal.send(command::RecognitionMode, 1);
+    terminal.send(command::CameraRun, 1);
+    QTRY_VERIFY(word("face 01023456789").startsWith(QLatin1String("ok")));
     QTRY_VERIFY(terminal.has(command::Recognised));
     terminal.send(command::RecognitionKey, 33, 0);  // no meals: not a payment
     terminal.send(command::RecognitionKey, 33, 100);
@@ -487,6 +539,139 @@ void ControllerSimTest::aBrokenUserTableIsPutAside() {
     start();
     QVERIFY(word("card 10000001").startsWith(QLatin1String("ok")));
     QCOMPARE(QFileInfo(path + QStringLiteral(".broken")).size(), qint64(5000));
+}
+
+void ControllerSimTest::requestsMeetTrouble() {
+    Terminal terminal(sim_->port());
+    QTRY_VERIFY(sim_->terminalConnected());
+    ScreenBlock screen = sim_->settings().screen;
+    const auto save = [&](quint8 brightness) {
+        screen.brightness = brightness;
+        terminal.forget();
+        terminal.sendRecord(command::SaveScreenSettings, 1, screen);
+        terminal.send(command::Greeting);
+        [&] { QTRY_VERIFY(terminal.has(command::SelfCheck)); }();
+    };
+    const auto stored = [this] { return int(sim_->settings().screen.brightness); };
+    const int before = stored();
+
+    QCOMPARE(word("refuse 1951 9"), QStringLiteral("ok SaveScreenSettings"));
+    word("silent 1951");
+    save(1);
+    QVERIFY(terminal.has(command::ScreenSettingsSaved));
+    QCOMPARE(int(terminal.last.p1), 9);
+    save(2);
+    QVERIFY(!terminal.has(command::ScreenSettingsSaved));
+    QCOMPARE(stored(), before);
+    word("delay 1951 100");
+    save(3);
+    QVERIFY(!terminal.has(command::ScreenSettingsSaved));
+    QTRY_VERIFY(terminal.has(command::ScreenSettingsSaved));
+    QCOMPARE(stored(), 3);
+    word("silent 1951");
+    word("normal");
+    save(4);
+    QVERIFY(terminal.has(command::ScreenSettingsSaved));
+
+    // Where the result stands differs.
+    terminal.forget();
+    word("refuse 1962");
+    terminal.send(command::UsbImport, 2, 0, "/mnt/usb/ZEL01/x");
+    QTRY_VERIFY(terminal.has(command::UsbImported));
+    QCOMPARE(int(terminal.last.p1), 2);
+    QCOMPARE(int(terminal.last.p2), 5);
+
+    // What was asked for on a lost link is not answered on the next one.
+    word("delay 1951 50");
+    word("lose-link-at 1957");
+    save(5);
+    terminal.send(command::Initialise, 1);
+    QTRY_COMPARE(terminal.socket.state(), QAbstractSocket::UnconnectedState);
+    Terminal next(sim_->port());
+    word("delay 1905 150");
+    next.send(command::ScreenClosed);
+    QTRY_VERIFY(next.has(command::ScreenClosedAnswer));
+    QVERIFY(!next.has(command::ScreenSettingsSaved));
+    QCOMPARE(stored(), 4);
+}
+
+void ControllerSimTest::storesAreFilled() {
+    Terminal terminal(sim_->port());
+    QTRY_VERIFY(sim_->terminalConnected());
+    const UserCounts first = sim_->settings().users;
+    QCOMPARE(word("users 9999"), QStringLiteral("ok 9999"));
+    QCOMPARE(word("users 10000"), QStringLiteral("ok 10000"));
+    QTRY_VERIFY(terminal.has(command::SettingsChanged) &&
+                terminal.lastRecord<_gui_menu_>().users.all == 10000U);
+    const UserCounts full = sim_->settings().users;
+    QCOMPARE(full.general + full.admin + full.visitor, 10000U);
+    QCOMPARE(full.admin, first.admin);
+    const QStringList list = word("users").split(QLatin1Char('\n'));
+    for (const char* script : {"[가-힣]", "[A-Za-z]", "[ぁ-んァ-ン一-龠]"})
+        QVERIFY(list.filter(QRegularExpression(QString::fromUtf8(script))).size() > 1000);
+
+    QCOMPARE(word("logs 5000"), QStringLiteral("ok 5000"));
+    const QString newest = word("logs");
+    QVERIFY(QDateTime::fromString(newest.section(QLatin1Char(' '), 1, 2),
+                                  QStringLiteral("yyyy-MM-dd HH:mm:ss"))
+                .daysTo(QDateTime::currentDateTime()) < 7);
+    QVERIFY(newest.contains(QLatin1String("accepted")));
+    terminal.send(command::AskUnsentLogs);
+    terminal.send(command::Greeting);
+    QTRY_VERIFY(terminal.has(command::SelfCheck));
+    QVERIFY(!terminal.has(command::AccessEvent));  // the service knows of them
+
+    // Who came first is still there; the counts are those of a store that is counted anew.
+    QCOMPARE(word("users 7"), QStringLiteral("ok 7"));
+    QVERIFY(memcmp(&sim_->settings().users, &first, sizeof first) == 0);
+    word("users 500");
+    const UserCounts before = sim_->settings().users;
+    sim_.reset();
+    start();
+    QVERIFY(memcmp(&sim_->settings().users, &before, sizeof before) == 0);
+}
+
+void ControllerSimTest::firmwareRestartsTheTerminal() {
+    sim_->setSupervises(true);
+    Terminal terminal(sim_->port());
+    terminal.send(command::UpdateFirmware);
+    QTRY_VERIFY(terminal.has(command::FirmwareUpdateAnswer));
+    QCOMPARE(int(terminal.last.p1), 1);
+    QCOMPARE(word("terminal"), QStringLiteral("ok connected"));
+
+    QFile archive(folder_->filePath(QStringLiteral("input/zel01.tar.bz2")));
+    QVERIFY(QDir(folder_->path()).mkpath(QStringLiteral("input")));
+    QVERIFY(archive.open(QIODevice::WriteOnly));
+    archive.write(firmware_image::make(QStringLiteral("1.2.0"), 5000));
+    archive.close();
+    terminal.forget();
+    terminal.send(command::UpdateFirmware);
+    QTRY_VERIFY_WITH_TIMEOUT(terminal.has(command::Quit), 20000);
+    QVERIFY(terminal.has(command::FirmwareUpdateAnswer));
+    QVERIFY(!archive.exists());
+    QVERIFY(QFile::exists(folder_->filePath(QStringLiteral("fw_upgrade_ok"))));
+    terminal.socket.close();
+    QTRY_VERIFY(!sim_->terminalConnected());
+    QCOMPARE(word("terminal"), QStringLiteral("ok restarting"));
+
+    Terminal anew(sim_->port());
+    anew.send(command::Greeting);
+    QTRY_VERIFY(anew.has(command::Settings));
+    QCOMPARE(QString::fromUtf8(anew.lastRecord<_gui_menu_>().firmwareVersion),
+             QStringLiteral("1.2.0"));
+    QCOMPARE(word("terminal"), QStringLiteral("ok connected"));
+    anew.send(command::Initialise, 1);
+    QTRY_VERIFY(anew.has(command::Initialised));
+    QCOMPARE(QString::fromUtf8(sim_->settings().firmwareVersion), QStringLiteral("1.2.0"));
+}
+
+void ControllerSimTest::helpNamesTheValues() {
+    const QStringList values = word("help settings").split(QLatin1Char('\n'));
+    QCOMPARE(values.size(), word("settings").split(QLatin1Char('\n')).size() + 1);
+    for (const QString& line : values)
+        QVERIFY2(!line.endsWith(QLatin1String(": ")), qPrintable(line));
+    QVERIFY(values.filter(QStringLiteral("setup.language: "))[0].endsWith(
+        QLatin1String("0 Korean, 1 English, 2 Japanese")));
 }
 
 QTEST_MAIN(ControllerSimTest)

@@ -100,8 +100,7 @@ void OperationSettingsTest::init() {
                              "settings operation.saveRecognitionFail 1",
                              "settings operation.mealCountView 1",
                              "settings setup.operation 1",
-                             "refuse none",
-                             "silent none"})
+                             "normal"})
         QVERIFY2(t->tell(line), line);
     QVERIFY(t->open("zelMenuWindow"));
 }
@@ -355,7 +354,7 @@ void OperationSettingsTest::aSaveThatFailsChangesNothing() {
     t->window->findChild<DeviceLink*>()->open(t->sim.port());
     QTRY_VERIFY(t->window->linkUp());
     QVERIFY(closeDialog());
-    QVERIFY(t->tell("silent none") && t->tell("refuse none"));
+    QVERIFY(t->tell("normal"));
     t->tap("forwardButton");
     QTRY_VERIFY(t->says("ListItem_ConfigurationComplete"));
     QVERIFY(t->agrees());

@@ -1,4 +1,7 @@
+#include <fcntl.h>
 #include <signal.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <QElapsedTimer>
 #include <QFileInfo>
@@ -8,6 +11,8 @@
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QtTest>
+#include <memory>
+#include <vector>
 
 #include "link/command_code.h"
 #include "link/device_records.h"
@@ -45,6 +50,22 @@ class Terminal {
     }
 
     void start() { process.start(); }
+    /// Has the process live with @p number files and connections.
+    void limitDescriptors(int number) {
+        const QString shell = QStringLiteral("ulimit -n %1; exec \"$0\" \"$@\"").arg(number);
+        process.setArguments(QStringList{QStringLiteral("-c"), shell, process.program()} +
+                             process.arguments());
+        process.setProgram(QStringLiteral("/bin/sh"));
+    }
+    /// CPU time of the process, in clock ticks.
+    long cpuTime() const {
+        QFile file(QStringLiteral("/proc/%1/stat").arg(process.processId()));
+        if (!file.open(QIODevice::ReadOnly))
+            return 0;
+        const QByteArray stat = file.readAll();
+        const QList<QByteArray> fields = stat.mid(stat.lastIndexOf(')') + 2).split(' ');
+        return fields[11].toLong() + fields[12].toLong();
+    }
     /// Whether the greeting has come.
     bool greeted() {
         if (socket == nullptr) {
@@ -178,6 +199,54 @@ class ProcessTest : public QObject {
             QTRY_VERIFY(terminal.read().endsWith(Frame::build(command::QuitAcknowledged, 0, 0)));
             QCOMPARE(terminal.foreignLines(), QByteArray());
         }
+    }
+
+    // What is printed goes into a pipe that is full, or that nobody reads any more.
+    void endsUnheard() {
+        for (const bool full : {true, false}) {
+            Terminal terminal;
+            const QByteArray pipe = QFile::encodeName(terminal.root.path("/output"));
+            QCOMPARE(::mkfifo(pipe.constData(), 0600), 0);
+            const int reader = ::open(pipe.constData(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+            terminal.process.setStandardOutputFile(QFile::decodeName(pipe));
+            terminal.start();
+            QVERIFY(terminal.greeted());
+            while (full && ::write(reader, "full", 4) > 0) {
+            }
+            if (!full)
+                ::close(reader);
+            ::kill(static_cast<pid_t>(terminal.process.processId()), SIGTERM);
+            QVERIFY(terminal.endsOrderly() >= 0);
+            if (full)
+                ::close(reader);
+        }
+    }
+
+    // With few files to be had it serves fewer clients, and neither spins nor gives up.
+    void livesWithFewDescriptors() {
+        Terminal terminal;
+        terminal.limitDescriptors(64);
+        terminal.start();
+        QVERIFY(terminal.greeted());
+        QVERIFY(terminal.serves());
+        std::vector<std::unique_ptr<QTcpSocket>> clients;
+        for (int i = 0; i < 100; ++i) {
+            clients.push_back(std::make_unique<QTcpSocket>());
+            clients.back()->connectToHost(QHostAddress::LocalHost, terminal.restPort);
+            QVERIFY(clients.back()->waitForConnected());
+            clients.back()->write("POST /");
+            clients.back()->flush();
+        }
+        const long before = terminal.cpuTime();
+        QTest::qWait(500);
+        QVERIFY(terminal.cpuTime() - before < ::sysconf(_SC_CLK_TCK) / 4);
+        QTcpSocket last;
+        last.connectToHost(QHostAddress::LocalHost, terminal.restPort);
+        last.write("POST /x HTTP/1.1\r\n\r\n");
+        QVERIFY(last.waitForReadyRead(5000));
+        QVERIFY(last.readAll().startsWith("HTTP/1.1 404"));
+        ::kill(static_cast<pid_t>(terminal.process.processId()), SIGTERM);
+        QVERIFY(terminal.endsOrderly() >= 0);
     }
 
     // Without fonts, pictures and scripts, with a root that cannot be written, with the HTTP port

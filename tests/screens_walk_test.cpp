@@ -6,6 +6,8 @@
 #include <QtTest>
 #include <memory>
 
+#include "app/administrator_session.h"
+#include "app/screen_titles.h"
 #include "base/device_paths.h"
 #include "link/device_link.h"
 #include "tests/support/finger.h"
@@ -289,7 +291,7 @@ class ScreensWalkTest : public QObject {
                 const bool home = bar != nullptr && button == bar->button(TopBar::Home);
                 const bool forward = bar != nullptr && button == bar->button(TopBar::Forward);
                 const bool back = bar != nullptr && button == bar->button(TopBar::Back);
-                const QString target = home      ? QStringLiteral("stayWindow")
+                const QString target = home      ? homeOf(title)
                                        : back    ? bar->property("backTarget").toString()
                                        : forward ? bar->property("forwardTarget").toString()
                                                  : button->property("target").toString();
@@ -349,6 +351,13 @@ class ScreensWalkTest : public QObject {
  private:
     MainWindow& window() { return stage->window(); }
     WindowForm* active() { return window().getActivateWindowForm(); }
+
+    /// An enrolment returns to where it began.
+    static QString homeOf(const QString& title) {
+        return AdministratorSession::isEnrolmentStep(title) || title == screen_title::kEnrolMenu
+                   ? screen_title::kUserMenu
+                   : screen_title::kStandby;
+    }
 
     QStringList titles() {
         QStringList all;

@@ -3,25 +3,21 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QSignalSpy>
-#include <QWindow>
 #include <QtTest>
 #include <memory>
 
 #include "app/management_link.h"
 #include "app/menu_timer.h"
-#include "app/message_dispatch.h"
 #include "app/message_routes.h"
 #include "app/status_popup.h"
 #include "app/system_status.h"
 #include "cloud/parameters.h"
 #include "link/command_code.h"
-#include "link/command_parameters.h"
 #include "link/device_link.h"
 #include "tests/cloud_test_support.h"
 #include "tests/support/driven_terminal.h"
 #include "tests/support/text_recorder.h"
 #include "ui/dialog_form.h"
-#include "ui/input_field.h"
 #include "ui/notice_strip.h"
 
 /// The shell around the screens, as a finger on the panel, the controller and the management
@@ -43,15 +39,6 @@ class ShellTest : public QObject {
     void everyChangeOfSettingsCounts();
     void languageOfTheSettings();
     void languageAtTheUsersWish();
-    void screensChangeOrNot();
-    void aFrozenScreenStays();
-    void theMenuIsTheAdministrators();
-    void enrolmentAtTheDoor_data();
-    void enrolmentAtTheDoor();
-    void requestsAskForThePassword();
-    void menuTimesOut();
-    void everyTouchKeepsTheScreen();
-    void factoryTests();
     void faultsCome();
     void reportsComeUp();
     void oldLogsGoAtTheAdministratorsWord();
@@ -73,25 +60,6 @@ class ShellTest : public QObject {
         TextRecorder recorder(window()->size());
         window()->render(&recorder);
         return recorder.has(text);
-    }
-
-    /// Has the administrator know the word from now on, and nobody else.
-    bool locked() {
-        return t->tell("settings setup.adminPassword 2468") && QTest::qWaitFor([this] {
-                   return window()->menuRecord().setup.adminPassword[0] == '2';
-               });
-    }
-    /// Has the terminal be run so that the screen @p title can be had.
-    void runFor(const QString& title) {
-        const bool meals = title == QLatin1String("foodMenuWindow");
-        if (!meals && window()->menuRecord().setup.operation != Operation::Meals)
-            return;
-        QVERIFY(t->tell(meals ? "settings setup.operation 2" : "settings setup.operation 1"));
-        QTRY_VERIFY(t->agrees());
-    }
-    void enterPassword() {
-        t->find<InputField>("passwordField")->setText(QStringLiteral("2468"));
-        t->tap("forwardButton");
     }
 
     std::unique_ptr<DrivenTerminal> t;
@@ -321,255 +289,6 @@ void ShellTest::languageAtTheUsersWish() {
     QVERIFY(reads(QStringLiteral("환경 설정")));
 }
 
-void ShellTest::screensChangeOrNot() {
-    QSignalSpy changes(window(), &MainWindow::signal_changeWindow);
-    QCOMPARE(window()->changeWindow(QStringLiteral("stayWindow")), -1);
-    QCOMPARE(window()->changeWindow(QStringLiteral("StayWindow")), 1);
-    QCOMPARE(changes.count(), 0);
-    QVERIFY(window()->getActivateWindowForm()->isVisible());
-    window()->setChangeWindowFlag(false);
-    QCOMPARE(window()->changeWindow(QStringLiteral("enviWindow")), -1);
-    QCOMPARE(window()->changeWindow(QStringLiteral("StayWindow")), -1);
-    QCOMPARE(t->title(), QStringLiteral("stayWindow"));
-    window()->setChangeWindowFlag(true);
-    QCOMPARE(window()->changeWindow(QStringLiteral("enviWindow"), 7), 0);
-    QCOMPARE(t->title(), QStringLiteral("enviWindow"));
-    QCOMPARE(changes.count(), 1);
-    for (const WindowForm* screen : window()->windowList())
-        QCOMPARE(screen->isVisible(), screen == window()->getActivateWindowForm());
-}
-
-void ShellTest::aFrozenScreenStays() {
-    auto* dispatch = window()->findChild<MessageDispatch*>();
-    const QByteArray result(sizeof(RecognitionResult), '\0');
-    const DeviceMessage messages[] = {
-        {command::RecognitionFailed, 1, command::failure::ByCard, 0, nullptr},
-        {command::RecognitionFailed, 1, command::failure::ByFace, 0, nullptr},
-        {command::ShowLiveView, 0, 0, 0, nullptr},
-        {command::Recognised, 0, 0, sizeof(RecognitionResult), result.constData()},
-        {command::FirmwareUpdateAnswer, 0, 0, 0, nullptr},
-        {command::FirmwareUpdateAnswer, 1, 0, 0, nullptr},
-    };
-    for (const WindowForm* screen : window()->windowList()) {
-        const QString title = screen->getTitle();
-        runFor(title);
-        window()->changeWindow(title);
-        QCOMPARE(t->title(), title);
-        window()->setChangeWindowFlag(false);
-        for (const DeviceMessage& message : messages)
-            dispatch->dispatch(message);
-        window()->startEnrolment();
-        window()->asAdministrator([] {});
-        emit window()->findChild<MenuTimer*>()->timedOut(QStringLiteral("liveWindow"));
-        QVERIFY(screen->isVisible());
-        QCOMPARE(t->title(), title);
-        window()->setChangeWindowFlag(true);
-    }
-    // The time-out was only put off.
-    window()->changeWindow(QStringLiteral("enviWindow"));
-    window()->StartMenuTimer(1, QStringLiteral("stayWindow"));
-    window()->setChangeWindowFlag(false);
-    emit window()->findChild<MenuTimer*>()->timedOut(QStringLiteral("stayWindow"));
-    window()->setChangeWindowFlag(true);
-    QVERIFY(t->shows("stayWindow"));
-}
-
-void ShellTest::theMenuIsTheAdministrators() {
-    const QStringList everybodys{
-        QStringLiteral("bootWindow"),         QStringLiteral("stayWindow"),
-        QStringLiteral("liveWindow"),         QStringLiteral("recognizeWindow"),
-        QStringLiteral("inputSubWindow"),     QStringLiteral("InputDestinationForm"),
-        QStringLiteral("InputAdminPassword"), QStringLiteral("upgradingWindow")};
-    const QString password = QStringLiteral("InputAdminPassword");
-    QVERIFY(locked());
-    for (const WindowForm* screen : window()->windowList()) {
-        const QString title = screen->getTitle();
-        runFor(title);
-        window()->changeWindow(QStringLiteral("inputSubWindow"));
-        window()->changeWindow(QStringLiteral("stayWindow"));
-        if (everybodys.contains(title)) {
-            window()->changeWindow(title);
-            QCOMPARE(t->title(), title);
-            continue;
-        }
-        QVERIFY2(window()->changeWindow(title, 7) == -1, qPrintable(title));
-        QCOMPARE(t->title(), password);
-        // Once it has been entered the way is free, until somebody else may stand there.
-        enterPassword();
-        QCOMPARE(t->title(), title);
-        window()->changeWindow(QStringLiteral("upgradingWindow"));
-        for (const char* end : {"stayWindow", "liveWindow", "recognizeWindow"}) {
-            QCOMPARE(window()->changeWindow(title), 0);
-            window()->changeWindow(QLatin1String(end));
-            window()->changeWindow(title);
-            QCOMPARE(t->title(), password);
-            enterPassword();
-            QCOMPARE(t->title(), title);
-            window()->changeWindow(QStringLiteral("inputSubWindow"));
-        }
-    }
-    // A password that is set while somebody is at work does not throw them out; one that nobody
-    // knows yet lets nobody in, and one that is taken back needs not be entered.
-    QVERIFY(t->tell("settings setup.adminPassword \"\"") && t->settle());
-    window()->changeWindow(QStringLiteral("zelMenuWindow"));
-    QVERIFY(locked());
-    t->tap("menuUserTile");
-    QCOMPARE(t->title(), QStringLiteral("userMenuWindow"));
-    t->window.reset();
-    t->window = std::make_unique<MainWindow>();
-    window()->show();
-    window()->changeWindow(QStringLiteral("zelMenuWindow"));
-    QCOMPARE(t->title(), password);
-    QVERIFY(!t->find("passwordField")->isEnabled());
-    QTRY_VERIFY(t->find("passwordField")->isEnabled());
-    QVERIFY(t->tell("settings setup.adminPassword \"\""));
-    QVERIFY(t->shows("zelMenuWindow"));
-}
-
-void ShellTest::enrolmentAtTheDoor_data() {
-    QTest::addColumn<bool>("byService");
-    QTest::newRow("the live view's button") << false;
-    QTest::newRow("the service's order") << true;
-}
-
-void ShellTest::enrolmentAtTheDoor() {
-    QFETCH(bool, byService);
-    QVERIFY(locked());
-    const QStringList steps{
-        QStringLiteral("userEnroll_IDWindow"), QStringLiteral("userEnroll_cardTagWindow"),
-        QStringLiteral("userEnroll_reCardTagWindow"), QStringLiteral("userEnroll_FaceWindow")};
-    const auto begin = [&] {
-        window()->changeWindow(QStringLiteral("liveWindow"));
-        if (byService)
-            window()->startEnrolment();
-        else
-            t->tap("enrollButton");
-        QCOMPARE(t->title(), QStringLiteral("userEnroll_qualWindow"));
-    };
-    for (const QString& step : steps) {
-        begin();
-        QCOMPARE(window()->changeWindow(step), 0);
-    }
-    // Out of the steps the way leads to nothing of the administrator's.
-    window()->changeWindow(QStringLiteral("userEnrollMenuWindow"));
-    QCOMPARE(t->title(), QStringLiteral("InputAdminPassword"));
-    window()->changeWindow(steps.first());
-    QCOMPARE(t->title(), QStringLiteral("InputAdminPassword"));
-    // Nor does it when an administrator was there before.
-    enterPassword();
-    QCOMPARE(t->title(), steps.first());
-    window()->startEnrolment();
-    QCOMPARE(t->title(), QStringLiteral("userEnroll_qualWindow"));
-    window()->changeWindow(QStringLiteral("zelMenuWindow"));
-    QCOMPARE(t->title(), QStringLiteral("InputAdminPassword"));
-}
-
-void ShellTest::requestsAskForThePassword() {
-    int done = 0;
-    const auto request = [&done] { ++done; };
-    window()->asAdministrator(request);
-    QCOMPARE(done, 1);
-    QVERIFY(locked());
-    window()->changeWindow(QStringLiteral("liveWindow"));
-    window()->changeWindow(QStringLiteral("zelMenuWindow"));
-    // It takes the place of what the password was wanted for before.
-    window()->asAdministrator(request);
-    QCOMPARE(t->title(), QStringLiteral("InputAdminPassword"));
-    QCOMPARE(done, 1);
-    enterPassword();
-    QCOMPARE(done, 2);
-    QCOMPARE(t->title(), QStringLiteral("stayWindow"));
-    // Who goes away has not agreed.
-    window()->asAdministrator(request);
-    t->tap("backButton");
-    window()->changeWindow(QStringLiteral("zelMenuWindow"));
-    enterPassword();
-    QCOMPARE(t->title(), QStringLiteral("zelMenuWindow"));
-    QCOMPARE(done, 2);
-    window()->asAdministrator(request);
-    QCOMPARE(done, 3);
-    QCOMPARE(t->title(), QStringLiteral("zelMenuWindow"));
-}
-
-void ShellTest::menuTimesOut() {
-    const auto* timer = window()->findChild<MenuTimer*>();
-    for (const auto& [commissioned, choice, seconds] :
-         {std::tuple(1, 0, 10), std::tuple(1, 2, 30), std::tuple(1, 3, 0), std::tuple(1, 9, 0),
-          std::tuple(0, 0, 0)}) {
-        QVERIFY(t->tell(QStringLiteral("settings commissioned %1").arg(commissioned)));
-        QVERIFY(t->tell(QStringLiteral("settings screen.menuTimeout %1").arg(choice)));
-        QVERIFY(t->settle());
-        window()->changeWindow(QStringLiteral("enviWindow"));
-        QCOMPARE(timer->isRunning(), seconds > 0);
-        if (seconds > 0)
-            QCOMPARE(timer->seconds(), seconds);
-        window()->changeWindow(QStringLiteral("stayWindow"));
-        QVERIFY(!timer->isRunning());
-    }
-
-    QVERIFY(t->tell("settings commissioned 1"));
-    QVERIFY(t->settle());
-    window()->changeWindow(QStringLiteral("enviSoundWindow"));
-    QVERIFY(t->settle());
-    t->frames.clear();
-    window()->StartMenuTimer(1, QStringLiteral("liveWindow"));
-    QTRY_COMPARE(t->title(), QStringLiteral("liveWindow"));
-    QVERIFY(t->settle());
-    QCOMPARE(t->frames.value(0), QStringLiteral("1905 1 0"));
-}
-
-void ShellTest::everyTouchKeepsTheScreen() {
-    window()->changeWindow(QStringLiteral("zelMenuWindow"));
-    auto* tile = t->find("menuUserTile");
-    tile->setEnabled(false);  // a touch that leads nowhere is a touch all the same
-    const QPoint place = tile->mapTo(window(), tile->rect().center());
-    t->tap(place);  // the finger is there from now on, and does not move
-    window()->StartMenuTimer(1, QStringLiteral("stayWindow"));
-    for (int i = 0; i < 3; ++i) {
-        QTest::qWait(600);
-        t->tap(place);
-        QCOMPARE(t->title(), QStringLiteral("zelMenuWindow"));
-    }
-    // One long press: its end counts as well.
-    QTest::mousePress(window()->windowHandle(), Qt::LeftButton, {}, place);
-    QTest::qWait(600);
-    QTest::mouseRelease(window()->windowHandle(), Qt::LeftButton, {}, place);
-    QTest::qWait(600);
-    QCOMPARE(t->title(), QStringLiteral("zelMenuWindow"));
-    QTRY_COMPARE(t->title(), QStringLiteral("stayWindow"));
-}
-
-void ShellTest::factoryTests() {
-    const QPoint titleText(90, 36);
-    QVERIFY(t->tell("settings screen.menuTimeout 0"));
-    QTRY_COMPARE(int(window()->menuRecord().screen.menuTimeout), 0);
-    window()->changeWindow(QStringLiteral("zelMenuWindow"));
-    for (int i = 0; i < 4; ++i)
-        t->tap(titleText);
-    QTest::mouseClick(window()->windowHandle(), Qt::LeftButton, {}, QPoint(20, 790));
-    QCOMPARE(t->title(), QStringLiteral("zelMenuWindow"));
-    // Taps that follow quickly come as double clicks.
-    QTest::mouseDClick(window()->windowHandle(), Qt::LeftButton, {}, titleText);
-    QCOMPARE(t->title(), QStringLiteral("factoryMenuWindow"));
-
-    const auto* timer = window()->findChild<MenuTimer*>();
-    QVERIFY(!timer->isRunning());
-    t->tap("factoryLedRow");
-    QCOMPARE(t->title(), QStringLiteral("f_ledTestWindow"));
-    t->tap("homeButton");
-    // From then on no screen times out.
-    window()->changeWindow(QStringLiteral("zelMenuWindow"));
-    QVERIFY(!timer->isRunning());
-
-    // The board tells each step of the I/O test done, and the test goes on to its end.
-    QVERIFY(t->settle());
-    t->frames.clear();
-    QVERIFY(t->tell("frame 4015 0 0"));
-    QVERIFY(t->sends("4014 1 0"));
-    QCOMPARE(t->frames, QStringList({QStringLiteral("4014 0 1"), QStringLiteral("4014 0 2"),
-                                     QStringLiteral("4014 1 0")}));
-}
-
 void ShellTest::faultsCome() {
     QVERIFY(t->tell("fault tamper touch network"));
     QTRY_VERIFY(t->says("Popup_ErrTamper"));
@@ -652,7 +371,7 @@ void ShellTest::reportsComeUp() {
 }
 
 void ShellTest::oldLogsGoAtTheAdministratorsWord() {
-    QVERIFY(locked());
+    QVERIFY(t->lock());
     const auto agree = [this] {
         t->frames.clear();
         return t->tell("frame 3039 1 0") &&
@@ -666,12 +385,12 @@ void ShellTest::oldLogsGoAtTheAdministratorsWord() {
     t->tap("backButton");
     QVERIFY(agree());
     QCOMPARE(t->sent("2032 0 0"), -1);
-    enterPassword();
+    t->enterPassword();
     QVERIFY(t->sends("2032 0 0"));
     QCOMPARE(t->title(), QStringLiteral("stayWindow"));
     // Who has entered it is not asked again.
     window()->changeWindow(QStringLiteral("zelMenuWindow"));
-    enterPassword();
+    t->enterPassword();
     QVERIFY(agree());
     QVERIFY(t->sends("2032 0 0"));
     QCOMPARE(t->title(), QStringLiteral("zelMenuWindow"));
@@ -706,8 +425,6 @@ void ShellTest::recordedAccessLeavesTheScreenFree() {
     const auto* strip = window()->findChild<NoticeStrip*>();
     QVERIFY(t->tell(QStringLiteral("frame 3020 0 0 ") + event));
     QTRY_VERIFY(strip->isVisible());
-    QVERIFY(
-        strip->text().startsWith(window()->getScript(QStringLiteral("Info_AccessEvent")).script));
     // Neither the next screen nor a finger takes it away.
     window()->changeWindow(QStringLiteral("enviWindow"));
     QVERIFY(!strip->visibleRegion().isEmpty());

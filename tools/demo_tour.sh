@@ -7,16 +7,14 @@ day=2026-03-09  # a Monday
 
 # tour_clock: has the terminal take the tour's time for the machine's.
 tour_clock() {
+    clock=$scratch/time
     show_time 08:51
-    # shellcheck disable=SC2016
-    clock=(env 'LD_PRELOAD=/usr/$LIB/faketime/libfaketimeMT.so.1' FAKETIME_NO_CACHE=1
-        FAKETIME_DONT_FAKE_MONOTONIC=1 "FAKETIME_TIMESTAMP_FILE=$scratch/time")
 }
 
 # show_time HH:MM: stops the terminal's clock there.
 show_time() {
-    echo "$day $1:00" >"$scratch/time.new"
-    mv "$scratch/time.new" "$scratch/time"
+    date --date "$day $1" +%s >"$clock.new"
+    mv "$clock.new" "$clock"
 }
 
 # at HH:MM: goes on at that time of the day.

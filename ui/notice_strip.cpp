@@ -9,7 +9,6 @@
 
 namespace {
 
-constexpr int kHeight = 24;  // ends above the titles of bars and bands
 constexpr int kIcon = 20;
 constexpr int kGap = 8;
 constexpr int kMargin = 12;
@@ -26,24 +25,31 @@ NoticeStrip::NoticeStrip(QWidget* window, int seconds) : QWidget(window) {
     connect(&timer_, &QTimer::timeout, this, &QWidget::hide);
 }
 
-void NoticeStrip::setText(const ScriptHandler::Script& text) {
-    text_ = TextFit::roleSized(text);
-    update();
+void NoticeStrip::setTop(int top) {
+    move(0, top);
+    raise();
 }
 
-void NoticeStrip::showEvent(QShowEvent* event) {
-    QWidget::showEvent(event);
+void NoticeStrip::tell(Kind kind, const QString& key, const ScriptHandler::Script& text) {
+    kind_ = kind;
+    key_ = key;
+    text_ = TextFit::roleSized(text);
     timer_.start();
+    show();
+    raise();
+    update();
 }
 
 void NoticeStrip::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    painter.fillRect(rect(), Theme::color(Theme::kAccentTint));
+    const bool done = kind_ == Kind::Done;
+    painter.fillRect(rect(), Theme::color(done ? Theme::kAccentTint : Theme::kDialog));
     const int room = width() - 2 * kMargin - kIcon - kGap;
     const int text = qMin(TextFit::width(text_, TextFit::kNotice, QFont::Medium), room);
     const int left = (width() - kIcon - kGap - text) / 2;
-    Paint::glyph(&painter, {left, 0, kIcon, height()}, QStringLiteral("pass_28.png"),
-                 Theme::kAccent, kIcon);
+    Paint::glyph(&painter, {left, 0, kIcon, height()},
+                 done ? QStringLiteral("pass_28.png") : QStringLiteral("fail_28.png"),
+                 done ? Theme::kAccent : Theme::kDanger, kIcon);
     TextFit::draw(&painter, {left + kIcon + kGap, 0, text, height()}, Qt::AlignLeft, text_,
                   TextFit::kNotice, QFont::Medium, Theme::kStrong);
 }

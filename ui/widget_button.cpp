@@ -46,7 +46,8 @@ void WidgetButton::mousePressEvent(QMouseEvent* event) {
     repeated_ = false;
     touchPoint_ = event->pos();
     setDown(true);
-    KeyClick::send();
+    if (keyClick_)
+        KeyClick::send();
     if (autoRepeat_)
         repeat_.start(kRepeatDelayMs, this);
 }
@@ -111,7 +112,7 @@ void WidgetButton::setDown(bool down) {
     if (down_ == down)
         return;
     down_ = down;
-    update();
+    downChanged();
 }
 
 void WidgetButton::act() {

@@ -31,6 +31,8 @@ class WidgetButton : public QWidget {
 
     /// Whether touches have an effect at all; what is not touchable shows none.
     virtual bool isTouchable() const { return true; }
+    /// Whether a finger that lands on it is answered with the key click. On at first.
+    void setKeyClick(bool on) { keyClick_ = on; }
     /// Whether a finger is on it now.
     bool isDown() const { return down_; }
     /// Forgets the finger that is on it: its release will not count. For a list that starts to
@@ -48,6 +50,9 @@ class WidgetButton : public QWidget {
     void hideEvent(QHideEvent* event) override;
     void changeEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+
+    /// Called when a finger has come down on it or has left it; repaints the whole widget.
+    virtual void downChanged() { update(); }
 
     /// Where the finger came down or was lifted, in the widget's own coordinates.
     QPoint touchPoint() const { return touchPoint_; }
@@ -68,4 +73,5 @@ class WidgetButton : public QWidget {
     bool busy_ = false;      // the action runs
     bool selected_ = false;
     bool autoRepeat_ = false;
+    bool keyClick_ = true;
 };

@@ -17,7 +17,8 @@ struct Scenario {
 constexpr Scenario kScenarios[] = {
     {"start", &measureStart},   {"idle", &measureIdle},         {"screens", &measureScreens},
     {"result", &measureResult}, {"tracking", &measureTracking}, {"standby", &measureStandby},
-    {"rest", &measureRest},     {"users", &measureUsers},       {"load", &measureLoad},
+    {"rest", &measureRest},     {"users", &measureUsers},       {"orders", &measureOrders},
+    {"load", &measureLoad},
 };
 
 void setFreePort(const char* variable) {
@@ -32,7 +33,8 @@ int main(int argc, char** argv) {
             continue;
         // The start makes nearly two hundred links. On the device their targets are short and lie
         // in the link itself; below a long path on a disk each would take a block of its own.
-        qputenv("TMPDIR", "/dev/shm");
+        if (qEnvironmentVariableIsEmpty("TMPDIR"))
+            qputenv("TMPDIR", "/dev/shm");
         qputenv("QT_QPA_PLATFORM", "offscreen");
         const DeviceRoot root;
         qputenv("XDG_RUNTIME_DIR", qgetenv("ZEL_ROOT"));

@@ -23,6 +23,10 @@ bool measureTracking();
 bool measureStandby();
 /// The list of 10,000 users from the REST server, beside the query that it takes.
 bool measureUsers();
+/// 10,000 users sent by the management service, or as many as the next argument says, until the
+/// controller has been told of all, and how soon touches are answered meanwhile. Needs a
+/// QApplication.
+bool measureOrders();
 /// The terminal under mixed load for ten minutes, or as many as the next argument says: what grows,
 /// and how soon frames are answered meanwhile.
 bool measureLoad();

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <QTimer>
 #include <memory>
 
 #include "app/window_form.h"
+#include "ui/visible_timer.h"
 
 namespace Ui {
 class BootingForm;
@@ -24,21 +24,21 @@ class BootingForm : public WindowForm {
     ~BootingForm() override;
 
     bool timesOut() const override { return false; }
+    /// The start is over: moves on. Called by itself when its time is up.
+    void bootEnd();
 
  protected:
     void createForm() override;
     void scriptsApplied() override;
     void showEvent(QShowEvent* event) override;
-    void hideEvent(QHideEvent* event) override;
 
  private:
     enum class Upgrade { None, Done, Failed };
 
     /// What the markers of the last upgrade say. They are removed: it is told once.
     static Upgrade takeUpgradeResult();
-    void bootEnd();
 
     std::unique_ptr<Ui::BootingForm> ui_;
-    QTimer timer_;
+    VisibleTimer timer_{this};
     Upgrade upgrade_ = Upgrade::None;
 };

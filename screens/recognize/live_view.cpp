@@ -2,18 +2,24 @@
 
 #include <QPaintEvent>
 #include <QPainter>
+#include <algorithm>
 
-#include "app/main_window.h"
+#include "app/screen_titles.h"
+#include "app/window_shell.h"
 #include "base/clock.h"
 #include "base/device_paths.h"
 #include "link/command_code.h"
 #include "link/command_parameters.h"
+#include "link/device_message.h"
 #include "link/record_values.h"
+#include "screens/recognize/booting_form.h"
 #include "screens/recognize/meal_count_form.h"
+#include "screens/recognize/recognition.h"
 #include "screens/recognize/recognize_window.h"
 #include "screens/recognize/stay_window.h"
 #include "screens/recognize/work_state.h"
 #include "ui/dialog_form.h"
+#include "ui/notice_strip.h"
 #include "ui/pictures.h"
 #include "ui/theme.h"
 #include "ui_live_view.h"
@@ -48,7 +54,7 @@ void LiveView::createForm() {
     ui_->strip->setPalette(veil);
     ui_->strip->setAutoFillBackground(true);
     showBanner(false);
-    connect(ui_->noti_layer, &WidgetButton::touched, this, [this] { MealCountForm::open(this); });
+    connect(ui_->noti_layer, &WidgetButton::touched, this, &LiveView::openMealCounts);
     connect(ui_->callButton, &WidgetButton::touched, this, &LiveView::doorRing);
     connect(ui_->keypadButton, &WidgetButton::touched, this, &LiveView::inputSub);
     connect(ui_->enrollButton, &WidgetButton::touched, this, &LiveView::enrollButtonTouch);
@@ -57,31 +63,49 @@ void LiveView::createForm() {
     doorDialog_ = new DialogForm(this, kDoorDialogTime);
     doorDialog_->setObjectName(QStringLiteral("doorDialog"));
     doorDialog_->setIcon(DialogForm::Icon::Info);
+    watch(doorDialog_);
 }
 
 void LiveView::showEvent(QShowEvent* event) {
     WindowForm::showEvent(event);
-    MainWindow* shell = MainWindow::getMainWindow();
-    shell->SendCommand(command::LivePicture, command::picture::Shown, 0);
+    // Whatever screen was up before may have ended it.
+    recognise();
+    shell()->SendCommand(command::LivePicture, command::picture::Shown, 0);
     showSettings();
     // The result is to come at once when it comes.
-    if (WindowForm* result = shell->getWindow(QStringLiteral("recognizeWindow")))
+    if (WindowForm* result = shell()->getWindow(screen_title::kResult))
         QTimer::singleShot(0, result, &WindowForm::ensureForm);
 }
 
 void LiveView::hideEvent(QHideEvent* event) {
     WindowForm::hideEvent(event);
-    liveTimer_.stop();
     ui_->trackingBox->clear();
 }
 
+void LiveView::recognise() {
+    if (!shell()->recognitionRuns())
+        Recognition::start(*shell());
+}
+
+void LiveView::peersChanged() {
+    // A controller that was away may have forgotten what it was told.
+    recognise();
+    showPeers();
+}
+
+void LiveView::showPeers() {
+    ui_->peerSign->setPeers(*shell());
+    placeReasons();
+}
+
 void LiveView::showSettings() {
-    const _gui_menu_ settings = MainWindow::getMainWindow()->menuRecord();
+    const _gui_menu_ settings = shell()->menuRecord();
     ui_->callButton->setVisible(settings.setup.visitorCall == 1);
     ui_->keypadButton->setVisible(settings.setup.authMethod == AuthMethod::FaceAndId);
     ui_->enrollButton->setVisible(settings.registration.on == 1);
     ui_->noti_layer->setTouchable(MealCountForm::isOffered(settings));
     workModeChanged();
+    showPeers();
     setLiveShowTimerReset();
 }
 
@@ -91,15 +115,14 @@ void LiveView::settingsChanged(const SettingsChange& change) {
 }
 
 void LiveView::workModeChanged() {
-    const MainWindow* shell = MainWindow::getMainWindow();
-    updateWorkState(static_cast<int>(WorkState::shown(shell->getWorkMode(), shell->menuRecord())));
+    updateWorkState(
+        static_cast<int>(WorkState::shown(shell()->getWorkMode(), shell()->menuRecord())));
 }
 
 void LiveView::updateWorkState(int mode) {
-    const MainWindow* shell = MainWindow::getMainWindow();
     const auto workMode = static_cast<WorkMode>(mode);
     const auto banner =
-        WorkState::banner(workMode, shell->menuRecord(), Clock::now().date().dayOfWeek());
+        WorkState::banner(workMode, shell()->menuRecord(), Clock::now().date().dayOfWeek());
     if (!banner) {
         // Nothing but the door is in use then: there is nothing to tell.
         if (workMode == WorkMode::AccessOnly)
@@ -113,7 +136,7 @@ void LiveView::updateWorkState(int mode) {
                               : QString(QLatin1String(kPlainSheet));
     ui_->noti_layer->setGround(sheet);
 
-    const auto script = [shell](const char* key) { return shell->getScript(QLatin1String(key)); };
+    const auto script = [](const char* key) { return shell()->getScript(QLatin1String(key)); };
     if (banner->attendance == nullptr && banner->meal == nullptr) {
         ui_->noti_layer->setContent({}, script("Info_TimeNotiBar_NoService"), {});
     } else {
@@ -132,8 +155,20 @@ void LiveView::updateWorkState(int mode) {
 
 void LiveView::showBanner(bool shown) {
     ui_->noti_layer->setVisible(shown);
-    const int top = shown ? ui_->noti_layer->height() : 0;
-    ui_->trackingBox->setVisiblePart({0, top, width(), ui_->strip->y() - top});
+    placeReasons();
+}
+
+void LiveView::placeReasons() {
+    int top = 0;
+    for (const QWidget* above :
+         {static_cast<QWidget*>(ui_->noti_layer), static_cast<QWidget*>(ui_->peerSign)})
+        if (!above->isHidden())
+            top = above->geometry().bottom() + 1;
+    ui_->trackingBox->setVisiblePart({0, top, width(), noticeTop() - top});
+}
+
+int LiveView::noticeTop() const {
+    return ui_->strip->y() - NoticeStrip::kHeight;
 }
 
 void LiveView::deviceAnswer(const DeviceMessage& message) {
@@ -159,85 +194,113 @@ void LiveView::deviceAnswer(const DeviceMessage& message) {
 void LiveView::setTrackingBox(const TrackedFace& face) {
     ui_->trackingBox->setFace(face);
     if (face.state != FaceState::NoFace)
-        liveTimer_.start();
+        setLiveShowTimerReset();
 }
 
 void LiveView::setLiveShowTimerReset() {
-    const int seconds = MainWindow::getMainWindow()->menuRecord().liveSeconds;
-    liveTimer_.start((seconds > 0 ? seconds : kLiveTime) * 1000);
+    const auto dialogs = findChildren<DialogOverlay*>(QString(), Qt::FindDirectChildrenOnly);
+    const bool open = std::any_of(dialogs.begin(), dialogs.end(),
+                                  [](const DialogOverlay* dialog) { return dialog->isOpen(); });
+    const int seconds = shell()->menuRecord().liveSeconds;
+    if (open)
+        liveTimer_.stop();
+    else
+        liveTimer_.start((seconds > 0 ? seconds : kLiveTime) * 1000);
+}
+
+void LiveView::watch(QWidget* dialog) {
+    dialog->installEventFilter(this);
+}
+
+bool LiveView::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Show || event->type() == QEvent::Hide)
+        setLiveShowTimerReset();
+    return WindowForm::eventFilter(watched, event);
 }
 
 void LiveView::verified() {
-    MainWindow* shell = MainWindow::getMainWindow();
-    // A card works at the standby screen too; the live view follows then.
-    wakeStandby();
-    const QString title = QStringLiteral("recognizeWindow");
-    const AlarmMode alarm = shell->getAlarmMode();
-    auto* result = qobject_cast<RecognizeWindow*>(shell->getWindow(title));
+    const AlarmMode alarm = shell()->getAlarmMode();
+    auto* result = qobject_cast<RecognizeWindow*>(shell()->getWindow(screen_title::kResult));
     if (result != nullptr && (alarm == AlarmMode::Arm || alarm == AlarmMode::Disarm))
         result->setArmEvent(RecognizeWindow::EVENT_TYPE::Alarm, RecognizeWindow::ARM_BTN_TYPE::Ok,
                             alarm == AlarmMode::Arm ? ArmState::Armed : ArmState::Disarmed);
-    shell->changeWindow(title);
+    if (shell()->getActivateWindowForm() == result || !shell()->canChangeWindow())
+        return;
+    const bool starting = qobject_cast<BootingForm*>(shell()->getActivateWindowForm()) != nullptr;
+    // A card works at the standby screen too; the live view follows then.
+    takeOver();
+    // A terminal that has never been set up goes on with that, and every other with people.
+    const bool setsUp =
+        starting && shell()->getActivateWindowForm()->getTitle() == screen_title::kSetupMenu;
+    shell()->changeWindow(screen_title::kResult,
+                          setsUp ? QVariant(QString(screen_title::kSetupMenu)) : QVariant());
 }
 
-void LiveView::wakeStandby() {
-    if (auto* standby =
-            qobject_cast<StayWindow*>(MainWindow::getMainWindow()->getActivateWindowForm()))
+void LiveView::takeOver() {
+    if (auto* start = qobject_cast<BootingForm*>(shell()->getActivateWindowForm()))
+        start->bootEnd();
+    if (auto* standby = qobject_cast<StayWindow*>(shell()->getActivateWindowForm()))
         standby->wake();
 }
 
 void LiveView::liveEnd() {
-    MainWindow* shell = MainWindow::getMainWindow();
-    shell->changeWindow(QStringLiteral("stayWindow"));
-    shell->SendCommand(command::CameraRun, command::camera::Off, 0);
+    if (shell()->changeWindow(screen_title::kStandby) == 0)
+        shell()->SendCommand(command::CameraRun, command::camera::Off, 0);
+    else
+        setLiveShowTimerReset();
 }
 
 void LiveView::doorRing() {
-    MainWindow* shell = MainWindow::getMainWindow();
-    shell->SendCommand(command::RecognitionKey, command::key::DoorRing, 0);
+    shell()->SendCommand(command::RecognitionKey, command::key::DoorRing, 0);
     doorDialog_->setTextKey(QStringLiteral("Dialog_VisitorDoorCalling"));
     doorDialog_->show();
+}
+
+void LiveView::openMealCounts() {
+    watch(MealCountForm::open(this));
     setLiveShowTimerReset();
 }
 
 void LiveView::inputSub() {
-    MainWindow* shell = MainWindow::getMainWindow();
-    shell->SendCommand(command::RecognitionMode, command::recognition::Off, 0);
-    shell->SendCommand(command::CameraRun, command::camera::Off, 0);
-    shell->changeWindow(QStringLiteral("inputSubWindow"));
+    if (!shell()->canChangeWindow())
+        return;
+    Recognition::stop(*shell());
+    shell()->changeWindow(screen_title::kNumberEntry);
 }
 
 void LiveView::enrollButtonTouch() {
-    startEnrolment({});
+    if (shell()->canChangeWindow())
+        startEnrolment({});
 }
 
 void LiveView::enrolRequested() {
-    wakeStandby();
+    if (!shell()->canChangeWindow())
+        return;
+    takeOver();
     // The service has said already who it is.
     _gui_user_ user;
-    MainWindow::getMainWindow()->GetGuiUser(&user);
+    shell()->GetGuiUser(&user);
     startEnrolment(user);
 }
 
 void LiveView::startEnrolment(_gui_user_ user) {
-    MainWindow* shell = MainWindow::getMainWindow();
     user.enrolMode = AuthMethod::FromLiveView;
-    shell->SetGuiUser(&user);
-    shell->SendCommand(command::LivePicture, command::picture::Shown, 0);
-    shell->SendCommand(command::RecognitionMode, command::recognition::Enrolment, 0);
-    shell->SendCommand(command::CameraRun, command::camera::Off, 0);
-    shell->SendCommand(command::CameraPictureStop, 0, 0);
+    shell()->SetGuiUser(&user);
+    shell()->SendCommand(command::LivePicture, command::picture::Shown, 0);
+    shell()->SendCommand(command::RecognitionMode, command::recognition::Enrolment, 0);
+    shell()->SendCommand(command::CameraRun, command::camera::Off, 0);
+    shell()->SendCommand(command::CameraPictureStop, 0, 0);
     // The person enters no ID there; the screen is given one.
-    if (shell->enrolAtDoor(AuthMethod::FromLiveView) == 0)
-        shell->SendCommand(command::StartEnrolment, 0, 0);
+    if (shell()->enrolAtDoor(AuthMethod::FromLiveView) == 0)
+        shell()->SendCommand(command::StartEnrolment, 0, 0);
 }
 
 void LiveView::homeButtonTouch() {
-    MainWindow* shell = MainWindow::getMainWindow();
+    if (!shell()->canChangeWindow())
+        return;
     // Whoever works in the menu is not to be recognised meanwhile.
-    shell->SendCommand(command::RecognitionMode, command::recognition::Off, 0);
-    shell->SendCommand(command::CameraRun, command::camera::Off, 0);
-    shell->changeWindow(QStringLiteral("zelMenuWindow"));
+    Recognition::stop(*shell());
+    shell()->changeWindow(screen_title::kMenu);
 }
 
 void LiveView::mousePressEvent(QMouseEvent*) {
@@ -245,7 +308,7 @@ void LiveView::mousePressEvent(QMouseEvent*) {
 }
 
 void LiveView::paintEvent(QPaintEvent* event) {
-    if (MainWindow::onPanel())
+    if (WindowShell::onPanel())
         return;
     QPainter painter(this);
     painter.setClipRegion(event->region());

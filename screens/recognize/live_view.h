@@ -1,9 +1,9 @@
 #pragma once
 
-#include <QTimer>
 #include <memory>
 
 #include "app/window_form.h"
+#include "ui/visible_timer.h"
 
 namespace Ui {
 class LiveView;
@@ -25,6 +25,9 @@ class LiveView : public WindowForm {
     void deviceAnswer(const DeviceMessage& message) override;
     void workModeChanged() override;
     void settingsChanged(const SettingsChange& change) override;
+    void peersChanged() override;
+    /// Between the picture and the buttons.
+    int noticeTop() const override;
     void enrolRequested() override;
     /// Its own time and not the menus' ends it, since a face that is there is no touch.
     bool timesOut() const override { return false; }
@@ -33,7 +36,7 @@ class LiveView : public WindowForm {
     /// stays as it was.
     void updateWorkState(int mode);
     void setTrackingBox(const TrackedFace& face);
-    /// Gives the live view its whole time again.
+    /// Gives the live view its whole time again; it begins when no dialog is open over it.
     void setLiveShowTimerReset();
     /// Somebody is known: to the result, whatever screen is up.
     void verified();
@@ -55,14 +58,24 @@ class LiveView : public WindowForm {
     void hideEvent(QHideEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-    void wakeStandby();
+    /// Sees to it that faces are looked for.
+    void recognise();
+    /// Ends what the screen that is up would still do by itself: the start, or standing by.
+    void takeOver();
+    void openMealCounts();
+    /// Stays as long as @p dialog is open.
+    void watch(QWidget* dialog);
     void startEnrolment(_gui_user_ user);
     void showSettings();
     void showBanner(bool shown);
+    void showPeers();
+    /// Keeps what is said about a face clear of what stands above and below the picture.
+    void placeReasons();
 
     std::unique_ptr<Ui::LiveView> ui_;
     DialogForm* doorDialog_ = nullptr;
-    QTimer liveTimer_;
+    VisibleTimer liveTimer_{this};
 };

@@ -73,11 +73,12 @@ bool MealCountForm::isOffered(const _gui_menu_& settings) {
            settings.operation.mealCountView == MealCountView::Shown;
 }
 
-void MealCountForm::open(QWidget* screen) {
+MealCountForm* MealCountForm::open(QWidget* screen) {
     auto* form = new MealCountForm(screen, kTimeout);
     form->checkWindowChange(true);
     form->setDeleteOnClose(true);
     form->show();
+    return form;
 }
 
 void MealCountForm::setName(int meal, const ScriptHandler::Script& name) {
@@ -126,9 +127,4 @@ void MealCountForm::showEvent(QShowEvent* event) {
     DialogOverlay::showEvent(event);
     if (timeout_.interval() > 0)
         timeout_.start();
-}
-
-void MealCountForm::hideEvent(QHideEvent* event) {
-    timeout_.stop();
-    DialogOverlay::hideEvent(event);
 }

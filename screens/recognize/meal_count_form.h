@@ -1,9 +1,8 @@
 #pragma once
 
-#include <QTimer>
-
 #include "ui/dialog_overlay.h"
 #include "ui/scripted.h"
+#include "ui/visible_timer.h"
 
 class LabelButton;
 class MealRow;
@@ -20,8 +19,9 @@ class MealCountForm : public DialogOverlay, public Scripted {
 
     /// Whether @p settings want the counts to be seen at the door.
     static bool isOffered(const _gui_menu_& settings);
-    /// Shows the counts over @p screen for some seconds, or until it is left.
-    static void open(QWidget* screen);
+    /// Shows the counts over @p screen for some seconds, or until it is left. The dialog deletes
+    /// itself.
+    static MealCountForm* open(QWidget* screen);
 
     void setbreakfastText(const ScriptHandler::Script& name) { setName(0, name); }
     void setlunchText(const ScriptHandler::Script& name) { setName(1, name); }
@@ -37,7 +37,6 @@ class MealCountForm : public DialogOverlay, public Scripted {
  protected:
     int arrange() override;
     void showEvent(QShowEvent* event) override;
-    void hideEvent(QHideEvent* event) override;
 
  private:
     static constexpr int kMeals = 4;
@@ -48,5 +47,5 @@ class MealCountForm : public DialogOverlay, public Scripted {
 
     MealRow* rows_[kMeals];
     LabelButton* ok_;
-    QTimer timeout_;
+    VisibleTimer timeout_{this};
 };

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QTimer>
 #include <initializer_list>
 #include <memory>
 
@@ -8,6 +7,7 @@
 #include "link/device_records.h"
 #include "screens/recognize/arm_mode_ok_form.h"
 #include "screens/recognize/work_state.h"
+#include "ui/visible_timer.h"
 
 namespace Ui {
 class RecognizeWindow;
@@ -16,6 +16,9 @@ class TouchShield;
 
 /// The result of one recognition: who it was, what came of it, and what the person has to choose,
 /// if anything. It goes away by itself; a result that arrives meanwhile takes its place.
+///
+/// Its parameter is the title of the screen to go on with; the live view without one, or the
+/// standby screen when the person cancels.
 class RecognizeWindow : public WindowForm {
     Q_OBJECT
 
@@ -32,6 +35,8 @@ class RecognizeWindow : public WindowForm {
     /// Its own time and not the menus' ends it.
     bool timesOut() const override { return false; }
     bool coversDialogs() const override { return true; }
+    /// Below the panel and the buttons.
+    int noticeTop() const override { return 776; }
 
     /// Begins the result of the user @p userId: result text, operating mode, display time.
     void setUserID(const QString& userId);
@@ -74,6 +79,8 @@ class RecognizeWindow : public WindowForm {
     void updatePaymentCount();
     void recordAttendance(const WorkState::Attendance& event);
     void changePaymentCount(int count);
+    /// To the screen of the parameter, or else to @p title.
+    void leaveTo(const QString& title);
     void showLower(std::initializer_list<const QWidget*> shown);
     void startTimer(int seconds);
     QString resultKey() const;
@@ -89,5 +96,5 @@ class RecognizeWindow : public WindowForm {
     ArmState arm_ = ArmState::None;
     int paymentCount_ = 0;
     bool paymentDone_ = false;
-    QTimer timer_;
+    VisibleTimer timer_{this};
 };

@@ -1,7 +1,7 @@
 #include "screens/recognize/standby_view.h"
 
 #include <QLocale>
-#include <QMouseEvent>
+#include <QPaintEvent>
 #include <QPainter>
 
 #include "ui/pictures.h"
@@ -28,8 +28,9 @@ constexpr QSize kLogoSize(240, 72);
 
 }  // namespace
 
-StandbyView::StandbyView(QWidget* parent) : QWidget(parent) {
+StandbyView::StandbyView(QWidget* parent) : WidgetButton(parent) {
     setAttribute(Qt::WA_OpaquePaintEvent);
+    setKeyClick(false);
 }
 
 void StandbyView::setTime(const QDateTime& now) {
@@ -138,7 +139,7 @@ QString StandbyView::dateText() const {
 
 void StandbyView::paintHint(QPainter& painter) const {
     painter.setPen(QPen(Theme::color(Theme::kOutline), 1));
-    painter.setBrush(pressed_ ? Theme::color(Theme::kRowPressed) : Theme::color(Theme::kVeil));
+    painter.setBrush(isDown() ? Theme::color(Theme::kRowPressed) : Theme::color(Theme::kVeil));
     painter.drawRoundedRect(QRectF(kHint).adjusted(0.5, 0.5, -0.5, -0.5), kHint.height() / 2.0,
                             kHint.height() / 2.0);
 
@@ -153,15 +154,6 @@ void StandbyView::paintHint(QPainter& painter) const {
                      Qt::AlignVCenter, hint_.script);
 }
 
-void StandbyView::mousePressEvent(QMouseEvent*) {
-    pressed_ = true;
+void StandbyView::downChanged() {
     update(kHint);
-}
-
-void StandbyView::mouseReleaseEvent(QMouseEvent*) {
-    if (!pressed_)
-        return;
-    pressed_ = false;
-    update(kHint);
-    emit touched();
 }

@@ -3,13 +3,13 @@
 #include <QDateTime>
 #include <QLocale>
 #include <QPixmap>
-#include <QWidget>
 
 #include "ui/scripted.h"
+#include "ui/widget_button.h"
 
 /// The picture of the standby screen: large clock, date and the hint how to go on. Paints only what
-/// a new time changes.
-class StandbyView : public QWidget, public Scripted {
+/// a new time changes. All of it is one button, without a key click: being woken has its own sound.
+class StandbyView : public WidgetButton, public Scripted {
     Q_OBJECT
 
  public:
@@ -29,13 +29,9 @@ class StandbyView : public QWidget, public Scripted {
 
     void applyScripts(const Lookup& lookup) override;
 
- signals:
-    void touched();
-
  protected:
     void paintEvent(QPaintEvent* event) override;
-    void mousePressEvent(QMouseEvent* event) override;
-    void mouseReleaseEvent(QMouseEvent* event) override;
+    void downChanged() override;
 
  private:
     void paintClock(QPainter& painter) const;
@@ -50,5 +46,4 @@ class StandbyView : public QWidget, public Scripted {
     ScriptHandler::Script date_;
     QLocale locale_;
     bool dark_ = false;
-    bool pressed_ = false;
 };

@@ -1,11 +1,13 @@
 #include "screens/recognize/stay_window.h"
 
-#include "app/main_window.h"
+#include "app/screen_titles.h"
+#include "app/window_shell.h"
 #include "base/clock.h"
 #include "link/command_code.h"
 #include "link/command_parameters.h"
 #include "link/device_message.h"
 #include "link/record_values.h"
+#include "screens/recognize/recognition.h"
 #include "screens/standby_pictures.h"
 #include "ui_stay_window.h"
 
@@ -31,43 +33,37 @@ void StayWindow::createForm() {
 
 void StayWindow::showEvent(QShowEvent* event) {
     WindowForm::showEvent(event);
-    MainWindow* shell = MainWindow::getMainWindow();
-    shell->SendCommand(command::LivePicture, command::picture::Hidden, 0);
-    shell->SendCommand(command::RecognitionMode, command::recognition::Off, 0);
-    shell->SendCommand(command::CameraRun, command::camera::Off, 0);
+    shell()->SendCommand(command::LivePicture, command::picture::Hidden, 0);
+    Recognition::stop(*shell());
     loadPictures();
-    shell->SendCloseMessage(command::closed::ByMenuTimeout);
+    shell()->SendCloseMessage(command::closed::ByMenuTimeout);
     lightUp();
 }
 
-void StayWindow::hideEvent(QHideEvent* event) {
-    WindowForm::hideEvent(event);
-    // A clock that nobody sees costs nothing.
-    clockTimer_.stop();
-    sleepTimer_.stop();
+void StayWindow::windowOutEvent() {
+    WindowForm::windowOutEvent();
+    // Whatever takes over, and for whatever reason, is to be seen.
+    if (ui_->standbyView->isDark())
+        wakePanel();
 }
 
 void StayWindow::deviceAnswer(const DeviceMessage& message) {
     if (!isVisible())
         return;
-    MainWindow* shell = MainWindow::getMainWindow();
     switch (message.command) {
         case command::SleepScreen:
             sleepTimeout();
             break;
         case command::WakeScreen:
-            shell->SendCommand(command::BurnInTimer, command::burn_in::Wake, 0);
-            lightUp();
+            wakePanel();
             break;
         case command::ShowLiveView:
-            wake();
-            shell->changeWindow(QStringLiteral("liveWindow"));
+            goLive();
             break;
         case command::RecognitionFailed:
             // A card was refused; the live view tells why.
-            wake();
-            if (shell->changeWindow(QStringLiteral("liveWindow")) == 0)
-                shell->getActivateWindowForm()->deviceAnswer(message);
+            if (goLive())
+                shell()->getActivateWindowForm()->deviceAnswer(message);
             break;
         default:
             break;
@@ -77,12 +73,18 @@ void StayWindow::deviceAnswer(const DeviceMessage& message) {
 void StayWindow::settingsChanged(const SettingsChange& change) {
     WindowForm::settingsChanged(change);
     loadPictures();
+    peersChanged();
     if (!ui_->standbyView->isDark())
         setSleepTimerReset();
 }
 
+void StayWindow::peersChanged() {
+    if (!ui_->standbyView->isDark())
+        ui_->peerSign->setPeers(*shell());
+}
+
 void StayWindow::loadPictures() {
-    const ScreenBlock screen = MainWindow::getMainWindow()->menuRecord().screen;
+    const ScreenBlock screen = shell()->menuRecord().screen;
     ui_->standbyView->setBackground(screen.standbyMode == StandbyMode::ChosenPicture
                                         ? StandbyPictures::background(screen.standbyPicture)
                                         : QPixmap());
@@ -94,7 +96,7 @@ void StayWindow::showTime() {
 }
 
 void StayWindow::setSleepTimerReset() {
-    const int seconds = MainWindow::getMainWindow()->getSleepMode();
+    const int seconds = shell()->getSleepMode();
     if (seconds > 0)
         sleepTimer_.start(seconds * 1000);
     else
@@ -105,28 +107,38 @@ void StayWindow::sleepTimeout() {
     sleepTimer_.stop();
     clockTimer_.stop();
     ui_->standbyView->setDark(true);
-    MainWindow::getMainWindow()->SendCommand(command::BurnInTimer, command::burn_in::Darken, 0);
+    ui_->peerSign->hide();
+    shell()->SendCommand(command::BurnInTimer, command::burn_in::Darken, 0);
+}
+
+void StayWindow::wakePanel() {
+    shell()->SendCommand(command::BurnInTimer, command::burn_in::Wake, 0);
+    lightUp();
 }
 
 void StayWindow::lightUp() {
     ui_->standbyView->setDark(false);
+    peersChanged();
     showTime();
     clockTimer_.start(kClockInterval);
     setSleepTimerReset();
 }
 
 void StayWindow::wake() {
-    MainWindow* shell = MainWindow::getMainWindow();
-    shell->SendCommand(command::RecognitionMode, command::recognition::On, 0);
-    shell->SendCommand(command::CameraRun, command::camera::On, 0);
-    shell->SendCommand(command::CameraPictureStart, 0, 0);
-    shell->SendCommand(command::BurnInTimer, command::burn_in::Wake, 0);
-    lightUp();
+    Recognition::start(*shell());
+    wakePanel();
+}
+
+bool StayWindow::goLive() {
+    if (!shell()->canChangeWindow()) {
+        wakePanel();
+        return false;
+    }
+    wake();
+    return shell()->changeWindow(screen_title::kLive) == 0;
 }
 
 void StayWindow::centerTouch() {
-    MainWindow* shell = MainWindow::getMainWindow();
-    shell->PlaySound(command::sound::Wake);
-    wake();
-    shell->changeWindow(QStringLiteral("liveWindow"));
+    shell()->PlaySound(command::sound::Wake);
+    goLive();
 }

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <QTimer>
 #include <memory>
 
 #include "app/window_form.h"
+#include "ui/visible_timer.h"
 
 namespace Ui {
 class StayWindow;
@@ -17,9 +17,13 @@ class StayWindow : public WindowForm {
     StayWindow(QWidget* parent, const QString& title);
     ~StayWindow() override;
 
+    void windowOutEvent() override;
     void deviceAnswer(const DeviceMessage& message) override;
     void settingsChanged(const SettingsChange& change) override;
     bool timesOut() const override { return false; }
+    void peersChanged() override;
+    /// Above the logo.
+    int noticeTop() const override { return 0; }
 
     /// Shows the present time.
     void showTime();
@@ -33,15 +37,19 @@ class StayWindow : public WindowForm {
  protected:
     void createForm() override;
     void showEvent(QShowEvent* event) override;
-    void hideEvent(QHideEvent* event) override;
 
  private:
+    /// Wakes and goes to the live view; false where screens must not change.
+    bool goLive();
     /// Burn-in protection: nothing is shown until somebody comes.
     void sleepTimeout();
+    /// Ends that, and tells the controller.
+    void wakePanel();
     void lightUp();
     void loadPictures();
 
     std::unique_ptr<Ui::StayWindow> ui_;
-    QTimer clockTimer_;
-    QTimer sleepTimer_;
+    // A clock that nobody sees costs nothing.
+    VisibleTimer clockTimer_{this};
+    VisibleTimer sleepTimer_{this};
 };

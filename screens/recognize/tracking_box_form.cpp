@@ -68,6 +68,8 @@ TrackingBoxForm::TrackingBoxForm(QWidget* parent) : QWidget(parent) {
 }
 
 void TrackingBoxForm::setVisiblePart(const QRect& part) {
+    if (visiblePart_ == part)
+        return;
     visiblePart_ = part;
     update();
 }

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <QTimer>
 #include <QWidget>
 
 #include "link/device_records.h"
 #include "ui/scripted.h"
+#include "ui/visible_timer.h"
 
 /// The box around the face on the live picture: corners while the face is tracked, a closed frame
 /// with a mark once it is recognised or not, and then the reason below it. Lies over the picture
@@ -55,7 +55,7 @@ class TrackingBoxForm : public QWidget, public Scripted {
     Look face_;
     Look look_;
     QRect visiblePart_;
-    QTimer cardTimer_;
+    VisibleTimer cardTimer_{this};
     const ScriptHandler::Script* cardReason_ = nullptr;
     ScriptHandler::Script faceNotRegistered_;
     ScriptHandler::Script cardNotRegistered_;

@@ -3,9 +3,11 @@
 #include <QBuffer>
 #include <QColor>
 #include <QDir>
+#include <QFile>
 #include <QImage>
 #include <QPainter>
 #include <QPainterPath>
+#include <map>
 
 namespace {
 
@@ -72,17 +74,42 @@ const Look& lookOf(int number) {
     return kLooks[static_cast<std::size_t>(number) % std::size(kLooks)];
 }
 
-void write(const QImage& image, const QString& folder, const QString& userId) {
-    QDir().mkpath(folder);
-    image.save(folder + QLatin1Char('/') + userId + QStringLiteral(".jpg"), kFormat, kQuality);
+QByteArray encode(const QImage& image) {
+    QBuffer buffer;
+    image.save(&buffer, kFormat, kQuality);
+    return buffer.data();
 }
 
-/// Writes what the terminal's screens show of a user: the picture, and its upper part small.
-void writeForScreens(const QImage& photo, const QString& dataFolder, const QString& userId) {
-    write(photo, dataFolder + QStringLiteral("/user"), userId);
-    const QImage square = photo.copy(0, 20, kPhoto.width(), kPhoto.width());
-    write(square.scaled(kThumbnail, Qt::IgnoreAspectRatio, Qt::SmoothTransformation),
-          dataFolder + QStringLiteral("/thumb"), userId);
+/// What the terminal's screens show of a user: the picture, and its upper part small.
+struct Pictures {
+    explicit Pictures(const QImage& image)
+        : photo(encode(image)),
+          thumbnail(
+              encode(image.copy(0, 20, kPhoto.width(), kPhoto.width())
+                         .scaled(kThumbnail, Qt::IgnoreAspectRatio, Qt::SmoothTransformation))) {}
+
+    QByteArray photo;
+    QByteArray thumbnail;
+};
+
+/// Drawn once: a store full of people has thousands of them.
+const Pictures& picturesOf(int look) {
+    static std::map<const Look*, Pictures> drawn;
+    const Look& one = lookOf(look);
+    const auto known = drawn.find(&one);
+    return known != drawn.end() ? known->second : drawn.emplace(&one, draw(one)).first->second;
+}
+
+void write(const QByteArray& jpeg, const QString& folder, const QString& userId) {
+    QDir().mkpath(folder);
+    QFile file(folder + QLatin1Char('/') + userId + QStringLiteral(".jpg"));
+    if (file.open(QIODevice::WriteOnly))
+        file.write(jpeg);
+}
+
+void writeForScreens(const Pictures& pictures, const QString& dataFolder, const QString& userId) {
+    write(pictures.photo, dataFolder + QStringLiteral("/user"), userId);
+    write(pictures.thumbnail, dataFolder + QStringLiteral("/thumb"), userId);
 }
 
 }  // namespace
@@ -90,13 +117,11 @@ void writeForScreens(const QImage& photo, const QString& dataFolder, const QStri
 namespace portrait {
 
 QByteArray jpeg(int look) {
-    QBuffer buffer;
-    draw(lookOf(look)).save(&buffer, kFormat, kQuality);
-    return buffer.data();
+    return picturesOf(look).photo;
 }
 
 void save(const QString& dataFolder, const QString& userId, int look) {
-    writeForScreens(draw(lookOf(look)), dataFolder, userId);
+    writeForScreens(picturesOf(look), dataFolder, userId);
     saveSnapshot(dataFolder, userId, look);
 }
 
@@ -106,12 +131,12 @@ void adopt(const QString& dataFolder, const QString& userId, const QString& name
         return;
     const QImage filling =
         snapshot.scaled(kPhoto, Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation);
-    writeForScreens(filling.copy({QPoint((filling.width() - kPhoto.width()) / 2, 0), kPhoto}),
-                    dataFolder, userId);
+    const QRect middle(QPoint((filling.width() - kPhoto.width()) / 2, 0), kPhoto);
+    writeForScreens(Pictures(filling.copy(middle)), dataFolder, userId);
 }
 
 void saveSnapshot(const QString& dataFolder, const QString& name, int look) {
-    write(draw(lookOf(look)), dataFolder + QStringLiteral("/Images"), name);
+    write(picturesOf(look).photo, dataFolder + QStringLiteral("/Images"), name);
 }
 
 }  // namespace portrait

@@ -12,16 +12,27 @@ QString WordSet::failed(const QString& why) {
     return QStringLiteral("error ") + why;
 }
 
-void WordSet::onWord(const char* word, const char* usage, Handler handler) {
-    words_.append({QString::fromLatin1(word), QString::fromLatin1(usage), std::move(handler)});
+void WordSet::onWord(const char* word, const char* usage, Handler handler, Details details) {
+    words_.append({QString::fromLatin1(word), QString::fromLatin1(usage), std::move(handler),
+                   std::move(details)});
 }
 
 void WordTable::add(const WordSet& set) {
     for (const WordSet::Word& word : set.words()) {
-        Q_ASSERT(!handlers_.contains(word.word));
-        handlers_.insert(word.word, word.handler);
+        Q_ASSERT(!words_.contains(word.word));
+        words_.insert(word.word, word);
         help_ += word.word + QLatin1Char(' ') + word.usage + QLatin1Char('\n');
     }
+}
+
+QString WordTable::help(const QString& word) const {
+    if (word.isEmpty())
+        return help_ + WordSet::done();
+    const auto found = words_.constFind(word);
+    if (found == words_.cend())
+        return WordSet::failed(QStringLiteral("no such word, 'help' lists them"));
+    return found->word + QLatin1Char(' ') + found->usage + QLatin1Char('\n') +
+           (found->details ? found->details() : QString()) + WordSet::done();
 }
 
 QString WordTable::execute(const QString& line) const {
@@ -31,10 +42,11 @@ QString WordTable::execute(const QString& line) const {
     if (text.isEmpty())
         return {};
     const QString word = text.section(QLatin1Char(' '), 0, 0);
+    const QString arguments = text.mid(word.size()).trimmed();
     if (word == QLatin1String("help"))
-        return help_ + WordSet::done();
-    const auto handler = handlers_.constFind(word);
-    if (handler == handlers_.cend())
+        return help(arguments);
+    const auto found = words_.constFind(word);
+    if (found == words_.cend())
         return WordSet::failed(QStringLiteral("no such word, 'help' lists them"));
-    return (*handler)(text.mid(word.size()).trimmed());
+    return found->handler(arguments);
 }

@@ -11,11 +11,14 @@ class WordSet {
     /// Gets what follows the word, without blanks around it, and returns the answer: done(),
     /// done(text) or failed(text), possibly behind further lines.
     using Handler = std::function<QString(const QString& arguments)>;
+    /// Gives lines for people, each with its end.
+    using Details = std::function<QString()>;
 
     struct Word {
         QString word;
         QString usage;  // for people: arguments and effect
         Handler handler;
+        Details details;  // what `help` tells of this word besides; may be empty
     };
 
     const QVector<Word>& words() const { return words_; }
@@ -28,7 +31,7 @@ class WordSet {
     WordSet() = default;
     ~WordSet() = default;
 
-    void onWord(const char* word, const char* usage, Handler handler);
+    void onWord(const char* word, const char* usage, Handler handler, Details details = {});
 
  private:
     QVector<Word> words_;
@@ -44,6 +47,8 @@ class WordTable {
     QString execute(const QString& line) const;
 
  private:
-    QHash<QString, WordSet::Handler> handlers_;
+    QString help(const QString& word) const;
+
+    QHash<QString, WordSet::Word> words_;
     QString help_;
 };

@@ -25,15 +25,19 @@ ControllerSim::ControllerSim(quint16 linkPort, quint16 controlPort, const QStrin
       link_(nullptr),
       control_([this](const QString& line) { return execute(line); }, nullptr),
       device_(link_, dataFolder, nullptr),
+      trouble_(device_),
       subjects_(makeSubjects(device_)) {
     for (const auto& subject : subjects_) {
         for (const auto& [code, handler] : subject->requests())
             requests_[code].append(handler);
         words_.add(*subject);
     }
+    words_.add(trouble_);
     loadState();
 
     connect(&device_, &Device::quitRequested, this, &ControllerSim::quitRequested);
+    connect(&device_, &Device::restartRequested, this, &ControllerSim::restartRequested);
+    connect(&device_, &Device::changed, this, &ControllerSim::changed);
     connect(&device_, &Device::changed, this, [this] {
         // One file for all that happens in one turn of the event loop.
         if (!storePending_)
@@ -60,6 +64,10 @@ QString ControllerSim::errorString() const {
 }
 
 void ControllerSim::handleFrame(const Request& request) {
+    trouble_.meet(request, [this](const Request& met) { carryOut(met); });
+}
+
+void ControllerSim::carryOut(const Request& request) {
     const QVector<Subject::RequestHandler> handlers = requests_.value(request.code);
     for (const Subject::RequestHandler& handler : handlers)
         handler(request);

@@ -12,6 +12,7 @@
 #include "sim/controller/device.h"
 #include "sim/controller/subject.h"
 #include "sim/controller/terminal_link.h"
+#include "sim/controller/trouble.h"
 
 /// A stand-in for the device controller: answers the terminal as the real one does, keeps users,
 /// settings and logs of its own, and is driven by words.
@@ -45,15 +46,25 @@ class ControllerSim : public QObject {
 
     /// What the terminal was told last.
     const _gui_menu_& settings() const { return device_.settings(); }
+    /// The controller's clock.
+    QDateTime now() const { return device_.now(); }
+    /// Says that the terminal's program is started again whenever it ends, so that an upgrade and a
+    /// reboot may end it.
+    void setSupervises(bool supervises) { device_.setSupervises(supervises); }
 
  signals:
     /// A frame from the terminal, before it is answered.
     void frameReceived(quint16 code, quint8 p1, quint8 p2, const QByteArray& payload);
+    /// Settings, clock or anything else that words show may have changed.
+    void changed();
     /// The word `quit` was given.
     void quitRequested();
+    /// The word `restart` was given.
+    void restartRequested();
 
  private:
     void handleFrame(const Request& request);
+    void carryOut(const Request& request);
     QString statePath() const;
     void loadState();
     void storeState();
@@ -61,6 +72,7 @@ class ControllerSim : public QObject {
     TerminalLink link_;
     ControlPort control_;
     Device device_;
+    Trouble trouble_;
     std::vector<std::unique_ptr<Subject>> subjects_;
     QHash<quint16, QVector<Subject::RequestHandler>> requests_;
     WordTable words_;

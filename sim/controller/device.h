@@ -48,6 +48,11 @@ class Device : public QObject {
     qint64 clockOffset() const { return clockOffset_; }
     void setClockOffset(qint64 milliseconds);
 
+    /// Whether the terminal's program is started again when it ends. The controller ends it only
+    /// then: a terminal that a test holds would be gone for good.
+    bool supervises() const { return supervises_; }
+    void setSupervises(bool supervises) { supervises_ = supervises; }
+
     void send(quint16 command, quint8 p1 = 0, quint8 p2 = 0, const QByteArray& payload = {});
     template <typename T>
     void sendRecord(quint16 command, quint8 p1, quint8 p2, const T& record) {
@@ -63,8 +68,12 @@ class Device : public QObject {
     void timeChanged();
     /// What a status report says has changed, apart from what the time of day does to it.
     void statusChanged();
+    /// The firmware in @p file was accepted for installation.
+    void firmwareAccepted(const QString& file);
     /// The word `quit` was given: the simulated controller is to end.
     void quitRequested();
+    /// The word `restart` was given: it is to start anew.
+    void restartRequested();
 
  private:
     TerminalLink& link_;
@@ -74,6 +83,7 @@ class Device : public QObject {
     qint64 clockOffset_ = 0;
     std::optional<int> forcedStatus_;
     bool armed_ = false;
+    bool supervises_ = false;
     const QString dataFolder_;
 };
 

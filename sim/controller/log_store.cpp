@@ -52,6 +52,13 @@ GUI_LOGDATA LogStore::add(GUI_LOGDATA log, bool reported) {
     return log;
 }
 
+void LogStore::add(const QVector<GUI_LOGDATA>& logs) {
+    database_.run("BEGIN");
+    for (const GUI_LOGDATA& log : logs)
+        add(log, true);
+    database_.run("COMMIT");
+}
+
 QVector<GUI_LOGDATA> LogStore::newest(int count) {
     QVector<GUI_LOGDATA> logs;
     SqliteStatement query =

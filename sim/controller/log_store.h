@@ -16,6 +16,8 @@ class LogStore {
 
     /// Stores the event and returns it with its number.
     GUI_LOGDATA add(GUI_LOGDATA log, bool reported);
+    /// Stores many events that the management service knows, oldest first.
+    void add(const QVector<GUI_LOGDATA>& logs);
     /// The newest @p count events, newest first.
     QVector<GUI_LOGDATA> newest(int count);
     void removeAll();

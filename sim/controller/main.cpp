@@ -6,6 +6,7 @@
 
 #include "base/device_paths.h"
 #include "sim/common/console.h"
+#include "sim/common/relaunch.h"
 #include "sim/controller/controller_sim.h"
 #include "sim/controller/panel.h"
 
@@ -25,9 +26,8 @@ std::unique_ptr<QCoreApplication> makeApplication(int& argc, char* argv[]) {
     return application;
 }
 
-}  // namespace
-
-int main(int argc, char* argv[]) {
+/// The program but for its end: gives the event loop's status.
+int runController(int argc, char* argv[]) {
     const Console console;
     const std::unique_ptr<QCoreApplication> application = makeApplication(argc, argv);
     QCommandLineParser arguments;
@@ -41,7 +41,11 @@ int main(int argc, char* argv[]) {
     const QCommandLineOption withPanel(
         QLatin1String(kPanelOption).mid(2),
         QStringLiteral("Open a window of buttons; closing it leaves the controller running."));
+    const QCommandLineOption supervise(
+        QStringLiteral("supervise"),
+        QStringLiteral("The terminal's program is started again when the controller ends it."));
     arguments.addOption(control);
+    arguments.addOption(supervise);
     arguments.addOption(withPanel);
     arguments.process(*application);
     bool ok = false;
@@ -55,11 +59,14 @@ int main(int argc, char* argv[]) {
                              DevicePaths::at(QStringLiteral("/mnt/data")));
     if (!controller.listening())
         return 1;
+    controller.setSupervises(arguments.isSet(supervise));
     std::printf("waiting for the terminal on 127.0.0.1:%d, for words here and on 127.0.0.1:%d\n",
                 controller.port(), controller.controlPort());
     std::fflush(stdout);
     QObject::connect(&controller, &ControllerSim::quitRequested, application.get(),
                      &QCoreApplication::quit);
+    QObject::connect(&controller, &ControllerSim::restartRequested, application.get(),
+                     [] { QCoreApplication::exit(Relaunch::kStatus); });
     console.read([&controller](const QString& line) { return controller.execute(line); },
                  &controller);
 
@@ -69,4 +76,11 @@ int main(int argc, char* argv[]) {
         panel->show();
     }
     return QCoreApplication::exec();
+}
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+    const Relaunch relaunch(argc, argv);
+    return relaunch.finish(runController(argc, argv));
 }

@@ -16,6 +16,8 @@
 namespace {
 
 constexpr int kColumns = 4;
+/// The panel's clock shows no seconds.
+constexpr int kClockInterval = 5000;
 
 /// The users, asked for whenever the list is opened. An item's data is the card number.
 class UserBox : public QComboBox {
@@ -76,11 +78,13 @@ Panel::Panel(ControllerSim& controller)
     addButton(usb, QStringLiteral("Without folder"), QStringLiteral("usb nofolder"));
     addButton(usb, QStringLiteral("Next import fails"), QStringLiteral("usb import 5"));
 
-    QGridLayout* link = addGroup(QStringLiteral("Link"));
+    QGridLayout* link = addGroup(QStringLiteral("Link, terminal"));
     addButton(link, QStringLiteral("Drop"), QStringLiteral("drop"));
     addButton(link, QStringLiteral("Noise"), QStringLiteral("noise"));
     addButton(link, QStringLiteral("Byte by byte"), QStringLiteral("split"));
-    addButton(link, QStringLiteral("End the terminal"), QStringLiteral("quit-gui"));
+    addButton(link, QStringLiteral("Which screen?"), QStringLiteral("screen"));
+    addButton(link, QStringLiteral("Restart it"), QStringLiteral("restart-gui"));
+    addButton(link, QStringLiteral("End it"), QStringLiteral("quit-gui"));
 
     auto* words = new QLineEdit(this);
     words->setPlaceholderText(QStringLiteral("help"));
@@ -92,6 +96,16 @@ Panel::Panel(ControllerSim& controller)
     answers_->setReadOnly(true);
     answers_->setMaximumBlockCount(1000);
     column->addWidget(answers_, 1);
+
+    connect(&controller_, &ControllerSim::changed, this, &Panel::follow);
+    connect(&clockTimer_, &QTimer::timeout, this, &Panel::follow);
+    clockTimer_.start(kClockInterval);
+    follow();
+}
+
+void Panel::follow() {
+    for (const auto& follower : qAsConst(followers_))
+        follower();
 }
 
 void Panel::give(const QString& line) {
@@ -138,8 +152,13 @@ void Panel::addPeople() {
 
 void Panel::addTime() {
     QGridLayout* group = addGroup(QStringLiteral("Clock"));
-    auto* time = new QDateTimeEdit(QDateTime::currentDateTime());
+    auto* time = new QDateTimeEdit;
     time->setDisplayFormat(QStringLiteral("yyyy-MM-dd HH:mm"));
+    // Not under the hands of somebody who is about to set it.
+    followers_.append([this, time] {
+        if (!time->hasFocus())
+            time->setDateTime(controller_.now());
+    });
     group->addWidget(time, 0, 0, 1, 2);
     auto* set = new QPushButton(QStringLiteral("Set"));
     connect(set, &QPushButton::clicked, this, [this, time] {
@@ -154,27 +173,31 @@ void Panel::addTime() {
 
 void Panel::addArrangements() {
     QGridLayout* group = addGroup(QStringLiteral("Arrangements"));
-    const _gui_menu_& menu = controller_.settings();
-    const auto addChoice = [&](int column, const QStringList& texts, int chosen, auto line) {
+    const auto addChoice = [&](int column, const QStringList& texts, auto chosen, auto line) {
         auto* box = new QComboBox;
         box->addItems(texts);
-        box->setCurrentIndex(chosen);
+        followers_.append(
+            [this, box, chosen] { box->setCurrentIndex(chosen(controller_.settings().setup)); });
         connect(box, QOverload<int>::of(&QComboBox::activated), this,
                 [this, line](int index) { give(line(index)); });
         group->addWidget(box, 0, column);
     };
-    addChoice(0, {QStringLiteral("Access"), QStringLiteral("Attendance"), QStringLiteral("Meals")},
-              menu.setup.operation,
-              [](int index) { return QStringLiteral("settings setup.operation %1").arg(index); });
-    addChoice(1, {QStringLiteral("Korean"), QStringLiteral("English"), QStringLiteral("Japanese")},
-              menu.setup.language,
-              [](int index) { return QStringLiteral("settings setup.language %1").arg(index); });
-    addChoice(2, {QStringLiteral("No alarm"), QStringLiteral("Arm"), QStringLiteral("Disarm")},
-              menu.setup.alarmMode, [](int index) {
-                  const QStringList words{QStringLiteral("none"), QStringLiteral("arm"),
-                                          QStringLiteral("disarm")};
-                  return QStringLiteral("alarm ") + words[index];
-              });
+    addChoice(
+        0, {QStringLiteral("Access"), QStringLiteral("Attendance"), QStringLiteral("Meals")},
+        [](const SetupBlock& setup) { return setup.operation; },
+        [](int index) { return QStringLiteral("settings setup.operation %1").arg(index); });
+    addChoice(
+        1, {QStringLiteral("Korean"), QStringLiteral("English"), QStringLiteral("Japanese")},
+        [](const SetupBlock& setup) { return setup.language; },
+        [](int index) { return QStringLiteral("settings setup.language %1").arg(index); });
+    addChoice(
+        2, {QStringLiteral("No alarm"), QStringLiteral("Arm"), QStringLiteral("Disarm")},
+        [](const SetupBlock& setup) { return setup.alarmMode; },
+        [](int index) {
+            const QStringList words{QStringLiteral("none"), QStringLiteral("arm"),
+                                    QStringLiteral("disarm")};
+            return QStringLiteral("alarm ") + words[index];
+        });
 }
 
 void Panel::addFaults() {
@@ -186,6 +209,12 @@ void Panel::addFaults() {
         boxes.append(new QCheckBox(name));
         group->addWidget(boxes.last(), 0, boxes.size() - 1);
     }
+    followers_.append([this, boxes] {
+        const QStringList faults =
+            controller_.execute(QStringLiteral("fault")).split(QLatin1Char(' '));
+        for (QCheckBox* box : boxes)
+            box->setChecked(faults.contains(box->text()));
+    });
     for (QCheckBox* box : qAsConst(boxes)) {
         connect(box, &QCheckBox::clicked, this, [this, boxes] {
             QString line = QStringLiteral("fault");

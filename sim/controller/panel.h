@@ -1,13 +1,17 @@
 #pragma once
 
+#include <QTimer>
+#include <QVector>
 #include <QWidget>
+#include <functional>
 
 class ControllerSim;
 class QGridLayout;
 class QPlainTextEdit;
 
 /// A window of buttons beside the terminal's, for driving the simulated controller by mouse. Every
-/// button gives a word, which is shown with its answer, so the panel also teaches the words.
+/// button gives a word, which is shown with its answer, so the panel also teaches the words. What
+/// it shows of the controller's state follows the controller, whoever has changed it.
 class Panel : public QWidget {
     Q_OBJECT
 
@@ -24,7 +28,10 @@ class Panel : public QWidget {
     void addTime();
     void addArrangements();
     void addFaults();
+    void follow();
 
     ControllerSim& controller_;
     QPlainTextEdit* answers_;
+    QVector<std::function<void()>> followers_;
+    QTimer clockTimer_;
 };

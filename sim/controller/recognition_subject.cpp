@@ -41,6 +41,14 @@ quint8 keyOfMode(int mode) {
 class RecognitionSubject : public Subject {
  public:
     explicit RecognitionSubject(Device& device) : Subject(device) {
+        onRequest(command::RecognitionMode, [this](const Request& request) {
+            recognises_ = request.p1 == command::recognition::On;
+            watchOrNot();
+        });
+        onRequest(command::CameraRun, [this](const Request& request) {
+            cameraRuns_ = request.p1 == command::camera::On;
+            watchOrNot();
+        });
         onRequest(command::RecognitionKey, [this](const Request& request) { key(request); });
         onRequest(command::RecognitionHidden, [this](const Request&) { finishPending(); });
         onRequest(command::AskUnsentLogs, [this](const Request&) { sendOldestUnreported(); });
@@ -94,9 +102,27 @@ class RecognitionSubject : public Subject {
 
     // --- The box -------------------------------------------------------------------------
 
+    /// Whether faces are seen at all: the terminal wants it, and the camera runs.
+    bool watches() const { return recognises_ && cameraRuns_; }
+
+    void watchOrNot() {
+        if (watches() && faceMoves_) {
+            if (!trackTimer_.isActive())
+                trackTimer_.start();
+            return;
+        }
+        trackTimer_.stop();
+        if (!watches()) {
+            verdictTimer_.stop();
+            verdict_ = {};
+        }
+    }
+
     void sendBox() {
+        if (!watches())
+            return;
         TrackedFace box{};
-        if (verdict_ || trackTimer_.isActive()) {
+        if (verdict_ || faceMoves_) {
             const double t = trackFrame_ / double(kFramesPerSecond);
             box.width = static_cast<qint16>(232 + 16 * std::sin(t * 0.7));
             box.height = static_cast<qint16>(box.width * 296 / 232);
@@ -117,19 +143,20 @@ class RecognitionSubject : public Subject {
     }
 
     QString track(const QString& text) {
-        if (text == QLatin1String("on"))
-            trackTimer_.start();
-        else if (text == QLatin1String("off"))
-            trackTimer_.stop();
-        else
+        if (text != QLatin1String("on") && text != QLatin1String("off"))
             return failed(QStringLiteral("on or off?"));
+        faceMoves_ = text == QLatin1String("on");
+        watchOrNot();
         sendBox();
-        return done();
+        return done(faceMoves_ && !watches() ? QStringLiteral("seen once the camera runs")
+                                             : QString());
     }
 
     // --- Faces and cards -----------------------------------------------------------------
 
     QString face(const QString& text) {
+        if (!watches())
+            return failed(QStringLiteral("the camera is off: touch the screen first, or say live"));
         if (text == QLatin1String("unknown")) {
             fail(failure::NotRegistered, failure::ByFace);
             return done();
@@ -387,6 +414,9 @@ class RecognitionSubject : public Subject {
     QTimer trackTimer_;
     QTimer verdictTimer_;
     QTimer pendingTimer_;
+    bool recognises_ = false;  // what the terminal has asked for last
+    bool cameraRuns_ = false;
+    bool faceMoves_ = false;
     int trackFrame_ = 0;
     std::optional<BoxVerdict> verdict_;
     std::optional<GUI_LOGDATA> pending_;

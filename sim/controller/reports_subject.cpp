@@ -1,11 +1,11 @@
-#include <QFileInfo>
+#include <cstring>
 
 #include "link/command_code.h"
 #include "link/command_parameters.h"
 #include "link/device_message.h"
 #include "sim/controller/device.h"
+#include "sim/controller/made_up.h"
 #include "sim/controller/subjects.h"
-#include "sim/controller/terminal_link.h"
 
 namespace {
 
@@ -39,13 +39,6 @@ class ReportsSubject : public Subject {
             device_.send(command::LogStoreReport, command::log_store::Emptied);
         });
         onRequest(command::Initialise, [this](const Request& request) { initialise(request.p1); });
-        onRequest(command::UpdateFirmware, [this](const Request&) {
-            const QString archive = device_.dataPath(QStringLiteral("input/zel01.tar.bz2"));
-            device_.send(command::FirmwareUpdateAnswer, QFileInfo::exists(archive)
-                                                            ? command::answer::Done
-                                                            : command::answer::Failed);
-        });
-        onRequest(command::Reboot, [this](const Request&) { device_.link().drop(); });
 
         onWord("popup", "enrolment|delete|firmware|logs N: a report with the result N",
                [this](const QString& text) { return popup(text); });
@@ -67,7 +60,8 @@ class ReportsSubject : public Subject {
             device_.send(command::ShowLiveView);
             return done();
         });
-        onWord("logs", "list the newest events", [this](const QString&) { return listLogs(); });
+        onWord("logs", "[N]: list the newest events, or have N of them over the last year instead",
+               [this](const QString& text) { return text.isEmpty() ? listLogs() : fill(text); });
     }
 
  private:
@@ -81,7 +75,7 @@ class ReportsSubject : public Subject {
         if (what == Logs || what == Everything)
             deleteLogs();
         if (what == Settings || what == Everything)
-            device_.setSettings(factorySettings());
+            device_.setSettings(resetSettings());
         if (what == Everything) {
             for (const _gui_user_& user : device_.users().users())
                 device_.users().remove(fieldText(user.userId));
@@ -90,6 +84,15 @@ class ReportsSubject : public Subject {
         device_.send(command::Initialised,
                      what <= Everything ? command::answer::Done : command::answer::Failed, what);
         device_.sendRecord(command::SettingsChanged, 0, 0, device_.settings());
+    }
+
+    /// What the factory has set, but for what is no setting.
+    _gui_menu_ resetSettings() const {
+        const _gui_menu_& menu = device_.settings();
+        _gui_menu_ reset = factorySettings();
+        std::memcpy(reset.serial, menu.serial, sizeof reset.serial);
+        std::memcpy(reset.firmwareVersion, menu.firmwareVersion, sizeof reset.firmwareVersion);
+        return reset;
     }
 
     QString popup(const QString& text) {
@@ -103,6 +106,19 @@ class ReportsSubject : public Subject {
             }
         }
         return failed(QStringLiteral("expected enrolment|delete|firmware|logs N"));
+    }
+
+    QString fill(const QString& text) {
+        constexpr int kMost = 100000;
+        bool ok = false;
+        const int count = text.toInt(&ok);
+        if (!ok || count < 0 || count > kMost)
+            return failed(QStringLiteral("expected a number up to %1").arg(kMost));
+        deleteLogs();
+        device_.logs().add(
+            made_up::events(count, device_.users().users(), device_.settings(), device_.now()));
+        emit device_.statusChanged();
+        return done(QString::number(count));
     }
 
     QString listLogs() {

@@ -36,7 +36,7 @@ class SessionSubject : public Subject {
         });
         onRequest(command::QuitAcknowledged, [](const Request&) {});
 
-        onWord("fault", "touch|network|tamper|none, several may follow: report the self-check",
+        onWord("fault", "[touch|network|tamper|none...]: show or report the self-check",
                [this](const QString& text) { return setFaults(text); });
         onWord("drop", "close the connection to the terminal", [this](const QString&) {
             device_.link().drop();
@@ -51,16 +51,17 @@ class SessionSubject : public Subject {
             link.setSplit(!link.split());
             return done(link.split() ? QStringLiteral("on") : QStringLiteral("off"));
         });
-        onWord("quit-gui", "ask the terminal's program to end", [this](const QString&) {
-            device_.send(command::Quit);
-            return done();
-        });
         onWord("frame", "CODE P1 P2 [HEX]: send any frame",
                [this](const QString& text) { return sendFrame(text); });
         onWord("quit", "end the simulated controller", [this](const QString&) {
             emit device_.quitRequested();
             return done();
         });
+        onWord("restart", "start the simulated controller anew, when it was built again",
+               [this](const QString&) {
+                   emit device_.restartRequested();
+                   return done();
+               });
     }
 
     QString stateKey() const override { return QStringLiteral("session"); }
@@ -90,11 +91,20 @@ class SessionSubject : public Subject {
             faults |= bit;
         }
         if (words.isEmpty())
-            return failed(QStringLiteral("which fault?"));
+            return done(faultWords());
         faults_ = faults;
         device_.stateChanged();
         sendSelfCheck();
         return done();
+    }
+
+    QString faultWords() const {
+        QStringList words;
+        for (const auto& fault : kFaults) {
+            if ((faults_ & fault.bit) != 0)
+                words.append(QLatin1String(fault.word));
+        }
+        return words.isEmpty() ? QStringLiteral("none") : words.join(QLatin1Char(' '));
     }
 
     QString sendFrame(const QString& text) {

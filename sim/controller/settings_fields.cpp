@@ -22,6 +22,13 @@ constexpr Kind kindOf() {
         return Kind::Text;
 }
 
+constexpr struct {
+    const char* field;
+    const char* values;
+} kValues[] = {
+#include "settings_values.inc"
+};
+
 quint32 readNumber(const Field& field, const char* data) {
     quint32 number = 0;
     std::memcpy(&number, data + field.offset, field.size);
@@ -172,6 +179,14 @@ const Field* find(const QString& name) {
             return &field;
     }
     return nullptr;
+}
+
+QString values(const Field& field) {
+    for (const auto& known : kValues) {
+        if (qstrcmp(field.name, known.field) == 0)
+            return QString::fromUtf8(known.values);
+    }
+    return {};
 }
 
 QString value(const Field& field, const _gui_menu_& menu) {

@@ -29,6 +29,8 @@ const QVector<Field>& fields();
 /// The field of that name; null if there is none.
 const Field* find(const QString& name);
 
+/// What the field may hold, for people.
+QString values(const Field& field);
 /// The field's value, in the form that setValue() takes.
 QString value(const Field& field, const _gui_menu_& menu);
 /// Sets the field. On a value that does not fit, returns why and leaves the record as it was;

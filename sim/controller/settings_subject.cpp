@@ -1,6 +1,8 @@
 #include <QLoggingCategory>
 #include <QStringList>
 #include <cstring>
+#include <optional>
+#include <utility>
 
 #include "link/command_code.h"
 #include "link/command_parameters.h"
@@ -67,15 +69,13 @@ class SettingsSubject : public Subject {
                                 });
         save<DdnsBlock>(command::SaveDdns, command::DdnsSaved,
                         [](_gui_menu_& menu, const DdnsBlock& ddns) { menu.ddns = ddns; });
-        // The two halves of one save; only the second is answered.
-        save<OperationSettings>(command::SaveOperationSettings, kNoAnswer,
-                                [](_gui_menu_& menu, const OperationSettings& settings) {
-                                    menu.operation = withSettings(menu.operation, settings);
-                                });
-        save<OperationTimes>(command::SaveOperationTimes, command::OperationSettingsSaved,
-                             [](_gui_menu_& menu, const OperationTimes& times) {
-                                 menu.operation = withTimes(menu.operation, times);
-                             });
+        // The two halves of one save: the first waits for the second, which alone is answered.
+        onRequest(command::SaveOperationSettings, [this](const Request& request) {
+            firstHalf_ = request.record<OperationSettings>();
+            finish(request, kNoAnswer, firstHalf_.has_value());
+        });
+        onRequest(command::SaveOperationTimes,
+                  [this](const Request& request) { saveOperation(request); });
         onRequest(command::SaveNetwork, [this](const Request& request) { saveNetwork(request); });
 
         onRequest(command::Greeting, [this](const Request&) {
@@ -92,12 +92,10 @@ class SettingsSubject : public Subject {
             device_.setSettings(menu);
         });
 
-        onWord("settings", "[FIELD [VALUE]]: list the settings, show one, or set one",
-               [this](const QString& text) { return settings(text); });
-        onWord("refuse", "CODE|none: refuse saves with that command",
-               [this](const QString& text) { return setOutcome(&refused_, text); });
-        onWord("silent", "CODE|none: take no notice of saves with that command",
-               [this](const QString& text) { return setOutcome(&silent_, text); });
+        onWord(
+            "settings",
+            "[FIELD [VALUE]]: list the settings, show one, or set one; 'help settings' for values",
+            [this](const QString& text) { return settings(text); }, [] { return values(); });
     }
 
     QString stateKey() const override { return QStringLiteral("settings"); }
@@ -130,16 +128,8 @@ class SettingsSubject : public Subject {
 
     template <typename Block>
     void save(quint16 code, quint16 answer, void (*store)(_gui_menu_&, const Block&)) {
-        onRequest(code, [this, code, answer, store](const Request& request) {
-            // Of the two halves of one save the first goes the way of the second.
-            quint16 decides = code;
-            if (code == command::SaveOperationSettings)
-                decides = command::SaveOperationTimes;
-            if (silent_ == decides)
-                return;
-            std::optional<Block> block;
-            if (refused_ != decides)
-                block = request.record<Block>();
+        onRequest(code, [this, answer, store](const Request& request) {
+            const auto block = request.record<Block>();
             if (block) {
                 _gui_menu_ menu = device_.settings();
                 store(menu, *block);
@@ -147,6 +137,17 @@ class SettingsSubject : public Subject {
             }
             finish(request, answer, block.has_value());
         });
+    }
+
+    void saveOperation(const Request& request) {
+        const auto settings = std::exchange(firstHalf_, std::nullopt);
+        const auto times = request.record<OperationTimes>();
+        if (settings && times) {
+            _gui_menu_ menu = device_.settings();
+            menu.operation = withTimes(withSettings(menu.operation, *settings), *times);
+            device_.setSettings(menu);
+        }
+        finish(request, command::OperationSettingsSaved, settings && times);
     }
 
     void saveNetwork(const Request& request) {
@@ -173,13 +174,6 @@ class SettingsSubject : public Subject {
                       request.payload.size());
         if (answer != kNoAnswer)
             device_.send(answer, stored ? command::answer::Done : command::answer::Failed);
-    }
-
-    QString setOutcome(quint16* code, const QString& text) {
-        *code = text.toUShort();
-        return *code != 0 || text == QLatin1String("none")
-                   ? done()
-                   : failed(QStringLiteral("no command's code"));
     }
 
     QString settings(const QString& text) {
@@ -209,12 +203,19 @@ class SettingsSubject : public Subject {
         return done(line(*field, menu));
     }
 
+    static QString values() {
+        QString list;
+        for (const settings::Field& field : settings::fields())
+            list += QLatin1String(field.name) + QStringLiteral(": ") + settings::values(field) +
+                    QLatin1Char('\n');
+        return list;
+    }
+
     static QString line(const settings::Field& field, const _gui_menu_& menu) {
         return QLatin1String(field.name) + QLatin1Char(' ') + settings::value(field, menu);
     }
 
-    quint16 refused_ = 0;
-    quint16 silent_ = 0;
+    std::optional<OperationSettings> firstHalf_;
 };
 
 }  // namespace

@@ -1,4 +1,8 @@
+#include <QDir>
+#include <QFileInfo>
+#include <QSaveFile>
 #include <QTimer>
+#include <cmath>
 
 #include "link/command_code.h"
 #include "sim/controller/device.h"
@@ -17,15 +21,19 @@ class StatusSubject : public Subject {
 
         onWord("status", "N|auto: report the status number N, or again the one of the periods",
                [this](const QString& text) { return setStatus(text); });
-        onWord("time", "[[YYYY-MM-DD] HH:MM|now]: show or set the controller's clock",
+        onWord("time", "[[YYYY-MM-DD] HH:MM|now]: show or set the clock",
                [this](const QString& text) { return setTime(text); });
 
         nextChange_.setSingleShot(true);
         nextChange_.setTimerType(Qt::PreciseTimer);
         QObject::connect(&nextChange_, &QTimer::timeout, &nextChange_, [this] { follow(); });
-        QObject::connect(&device_, &Device::timeChanged, &nextChange_, [this] { follow(); });
+        QObject::connect(&device_, &Device::timeChanged, &nextChange_, [this] {
+            keepOffset();
+            follow();
+        });
         QObject::connect(&device_, &Device::settingsChanged, &nextChange_, [this] { follow(); });
         QObject::connect(&device_, &Device::statusChanged, &nextChange_, [this] { report(); });
+        keepOffset();
         follow();
     }
 
@@ -50,6 +58,19 @@ class StatusSubject : public Subject {
     }
 
  private:
+    /// Says for sim/clock/device_clock.cpp how many seconds the device's clock is ahead.
+    void keepOffset() {
+        const QString path = device_.dataPath(QStringLiteral("sim/clock"));
+        QDir().mkpath(QFileInfo(path).path());
+        const double seconds = std::ceil(static_cast<double>(device_.clockOffset()) / 1000.0);
+        QSaveFile file(path);
+        if (file.open(QIODevice::WriteOnly)) {
+            file.write(QByteArray(seconds < 0 ? "" : "+") + QByteArray::number(seconds, 'f', 0) +
+                       '\n');
+            file.commit();
+        }
+    }
+
     /// Reports a status that has changed, and waits for the next change.
     void follow() {
         if (device_.status() != reported_)

@@ -5,6 +5,7 @@ std::vector<std::unique_ptr<Subject>> makeSubjects(Device& device) {
     subjects.push_back(makeSettingsSubject(device));
     subjects.push_back(makeStatusSubject(device));
     subjects.push_back(makeSessionSubject(device));
+    subjects.push_back(makeFirmwareSubject(device));
     subjects.push_back(makeReportsSubject(device));
     subjects.push_back(makeRecognitionSubject(device));
     subjects.push_back(makeUsbSubject(device));

@@ -69,6 +69,7 @@ void TerminalLink::drop() {
     waiting_.clear();
     parser_.reset();
     gone->disconnect(this);
+    emit disconnected();
     // Frames written just now still leave; the socket sees to that by itself.
     connect(gone, &QTcpSocket::disconnected, gone, &QObject::deleteLater);
     gone->disconnectFromHost();

@@ -40,6 +40,8 @@ class TerminalLink : public QObject {
 
  signals:
     void frameReceived(quint16 command, quint8 p1, quint8 p2, const QByteArray& payload);
+    /// The terminal has gone, or was cut off.
+    void disconnected();
 
  private:
     void acceptConnection();

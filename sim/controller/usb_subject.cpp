@@ -13,6 +13,7 @@
 #include "base/device_paths.h"
 #include "link/command_code.h"
 #include "link/command_parameters.h"
+#include "sim/common/firmware_image.h"
 #include "sim/controller/device.h"
 #include "sim/controller/subjects.h"
 #include "sim/controller/usb_files.h"
@@ -63,8 +64,12 @@ class UsbSubject : public Subject {
         onRequest(command::UsbImport, [this](const Request& request) { beginImport(request); });
         onRequest(command::UsbImportFile, [this](const Request& request) {
             const QByteArray path = request.payload;
-            begin({command::FirmwareProgress, 0, 0, nextUpgrade_,
-                   [path] { return readable(path) ? transfer::Done : transfer::UpgradeFailed; }});
+            begin({command::FirmwareProgress, 0, 0, nextUpgrade_, [this, path]() -> quint8 {
+                       if (!readable(path))
+                           return transfer::UpgradeFailed;
+                       emit device_.firmwareAccepted(*stickFile(path));
+                       return transfer::Done;
+                   }});
         });
         onWord("usb",
                "in|out|nofolder: the stick; export|import|firmware N: how the next one ends; pace "
@@ -154,7 +159,8 @@ class UsbSubject : public Subject {
                write(stick.filePath(QStringLiteral("settings_20260301.dat")), settings()) &&
                write(stick.filePath(QStringLiteral("backup/all_20260228.dat")), everything()) &&
                write(stick.filePath(QStringLiteral("card_key.dat")), QByteArray(32, 'K')) &&
-               write(stick.filePath(QStringLiteral("firmware_1.1.0.bin")), QByteArray(4096, 'F')) &&
+               write(stick.filePath(QStringLiteral("firmware_1.1.0.bin")),
+                     firmware_image::make(QLatin1String(firmware_image::kNewVersion), 4096)) &&
                background.save(stick.filePath(QStringLiteral("images/background.png"))) &&
                logo.save(stick.filePath(QStringLiteral("images/logo.png")));
     }

@@ -5,6 +5,7 @@
 #include "link/device_message.h"
 #include "link/record_values.h"
 #include "sim/common/portrait.h"
+#include "sim/controller/made_up.h"
 
 namespace {
 
@@ -42,9 +43,11 @@ const struct FirstUser {
 }  // namespace
 
 UserStore::UserStore(const QString& dataFolder)
-    : database_(dataFolder + QStringLiteral("/db_user2/DB_userT.bin"), kSchema) {
+    : dataFolder_(dataFolder),
+      database_(dataFolder + QStringLiteral("/db_user2/DB_userT.bin"), kSchema) {
     if (!database_.prepare("SELECT 1 FROM USER_T").step())
         addFirstUsers(dataFolder);
+    countAll();
 }
 
 void UserStore::addFirstUsers(const QString& dataFolder) {
@@ -107,6 +110,9 @@ std::optional<_gui_user_> UserStore::findByCard(const QString& cardNumber) {
 }
 
 void UserStore::store(const _gui_user_& user, bool reported) {
+    if (const auto former = find(fieldText(user.userId)))
+        count(*former, -1);
+    count(user, 1);
     database_
         .prepare(
             "INSERT INTO USER_T (USER_ID, NAME, CARD_NO, MARK, REPORTED, RECORD) "
@@ -122,10 +128,37 @@ void UserStore::store(const _gui_user_& user, bool reported) {
 }
 
 bool UserStore::remove(const QString& userId) {
-    if (!find(userId))
+    const auto user = find(userId);
+    if (!user)
         return false;
+    count(*user, -1);
     database_.prepare("UPDATE USER_T SET MARK=160 WHERE USER_ID=?1").bind(1, userId).step();
     return true;
+}
+
+void UserStore::fill(int count, const QDateTime& now) {
+    // Pictures for as many as somebody may scroll through.
+    constexpr int kWithPicture = 300;
+    database_.run("BEGIN");
+    database_
+        .prepare(
+            "UPDATE USER_T SET MARK=160 WHERE IDX IN "
+            "(SELECT IDX FROM USER_T WHERE MARK<160 ORDER BY IDX LIMIT -1 OFFSET ?1)")
+        .bind(1, qint64(count))
+        .step();
+    countAll();
+    for (int number = 0; counts_.all < static_cast<quint32>(count); ++number) {
+        _gui_user_ user = made_up::user(number, now);
+        const QString id = fieldText(user.userId);
+        if (find(id))
+            continue;
+        if (number < kWithPicture && user.facePresent == 1) {
+            setFieldText(user.picture, id + QStringLiteral(".jpg"));
+            portrait::save(dataFolder_, id, number);
+        }
+        store(user, true);
+    }
+    database_.run("COMMIT");
 }
 
 std::optional<_gui_user_> UserStore::oldestUnreported() {
@@ -138,15 +171,20 @@ void UserStore::setReported(const QString& userId) {
     database_.prepare("UPDATE USER_T SET REPORTED=1 WHERE USER_ID=?1").bind(1, userId).step();
 }
 
-UserCounts UserStore::counts() {
-    UserCounts counts{};
-    for (const _gui_user_& user : users()) {
-        ++counts.all;
-        ++(user.level == UserLevel::Administrator ? counts.admin
-           : user.level == UserLevel::Visitor     ? counts.visitor
-                                                  : counts.general);
-        counts.inOut += user.rights == UserRights::InOutOnly;
-        counts.faceOnly += user.authMethod == AuthMethod::Face;
-    }
-    return counts;
+void UserStore::countAll() {
+    counts_ = {};
+    for (const _gui_user_& user : users())
+        count(user, 1);
+}
+
+void UserStore::count(const _gui_user_& user, int by) {
+    const auto difference = static_cast<quint32>(by);
+    counts_.all += difference;
+    (user.level == UserLevel::Administrator ? counts_.admin
+     : user.level == UserLevel::Visitor     ? counts_.visitor
+                                            : counts_.general) += difference;
+    if (user.rights == UserRights::InOutOnly)
+        counts_.inOut += difference;
+    if (user.authMethod == AuthMethod::Face)
+        counts_.faceOnly += difference;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDateTime>
 #include <QString>
 #include <QVector>
 #include <optional>
@@ -23,7 +24,10 @@ class UserStore {
     void store(const _gui_user_& user, bool reported = false);
     /// Marks the user as deleted, as the table's readers expect. False if there is none.
     bool remove(const QString& userId);
-    UserCounts counts();
+    const UserCounts& counts() const { return counts_; }
+    /// Adds made-up people, of whom the management service knows, or removes the newest users until
+    /// there are @p count.
+    void fill(int count, const QDateTime& now);
 
     std::optional<_gui_user_> oldestUnreported();
     void setReported(const QString& userId);
@@ -31,6 +35,10 @@ class UserStore {
  private:
     std::optional<_gui_user_> first(SqliteStatement& query);
     void addFirstUsers(const QString& dataFolder);
+    void countAll();
+    void count(const _gui_user_& user, int by);
 
+    const QString dataFolder_;
     SqliteDatabase database_;
+    UserCounts counts_{};
 };

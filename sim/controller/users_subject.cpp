@@ -63,7 +63,8 @@ class UsersSubject : public Subject {
             offerOldest();
         });
 
-        onWord("users", "list the users", [this](const QString&) { return list(); });
+        onWord("users", "[N]: list the users, or fill the store up or cut it down to N of them",
+               [this](const QString& text) { return text.isEmpty() ? list() : fill(text); });
     }
 
  private:
@@ -131,6 +132,17 @@ class UsersSubject : public Subject {
     void offerOldest() {
         if (const auto user = device_.users().oldestUnreported())
             offer(*user);
+    }
+
+    QString fill(const QString& text) {
+        constexpr int kMost = 10000;
+        bool ok = false;
+        const int count = text.toInt(&ok);
+        if (!ok || count < 0 || count > kMost)
+            return failed(QStringLiteral("expected a number up to %1").arg(kMost));
+        device_.users().fill(count, device_.now());
+        changedByService();
+        return done(QString::number(device_.settings().users.all));
     }
 
     QString list() {

@@ -5,9 +5,13 @@
 
 #include "base/device_paths.h"
 #include "sim/common/console.h"
+#include "sim/common/relaunch.h"
 #include "sim/service/service_sim.h"
 
-int main(int argc, char* argv[]) {
+namespace {
+
+/// The program but for its end: gives the event loop's status.
+int runService(int argc, char* argv[]) {
     const Console console;
     const QCoreApplication application(argc, argv);
     QCommandLineParser arguments;
@@ -49,6 +53,15 @@ int main(int argc, char* argv[]) {
         service.port(), service.controlPort(), qUtf8Printable(arguments.value(terminal)));
     std::fflush(stdout);
     QObject::connect(&service, &ServiceSim::quitRequested, &application, &QCoreApplication::quit);
+    QObject::connect(&service, &ServiceSim::restartRequested, &application,
+                     [] { QCoreApplication::exit(Relaunch::kStatus); });
     console.read([&service](const QString& line) { return service.execute(line); }, &service);
     return QCoreApplication::exec();
+}
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+    const Relaunch relaunch(argc, argv);
+    return relaunch.finish(runService(argc, argv));
 }

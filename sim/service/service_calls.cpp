@@ -6,6 +6,7 @@
 #include <QRegularExpression>
 #include <QUuid>
 
+#include "sim/common/firmware_image.h"
 #include "sim/service/call_text.h"
 
 Q_LOGGING_CATEGORY(simServiceLog, "zel.sim.service", QtInfoMsg)
@@ -102,14 +103,12 @@ ServiceCalls::ServiceCalls(quint16 port, QObject* parent)
         port_ = server_.port();
 }
 
-QByteArray ServiceCalls::firmware() {
-    QByteArray archive("BZh9");
-    quint32 noise = 1;
-    while (archive.size() < kFirmwareSize) {
-        noise = noise * 1664525 + 1013904223;
-        archive.append(static_cast<char>(noise >> 24));
-    }
-    return archive;
+QString ServiceCalls::firmwarePath(const QString& version) {
+    return QStringLiteral("/fw/%1/zel01.tar.bz2").arg(version);
+}
+
+QByteArray ServiceCalls::firmware(const QString& version) {
+    return firmware_image::make(version, kFirmwareSize);
 }
 
 HttpAnswer ServiceCalls::answer(const HttpMessage& request) {
@@ -128,8 +127,10 @@ HttpAnswer ServiceCalls::answer(const HttpMessage& request) {
         qCInfo(simServiceLog, "-> 200 %s", qUtf8Printable(call_text::shortBody(given)));
         return {HttpServer::answer("200 OK", "application/json", given)};
     }
-    if (method == "GET" && path == kFirmwarePath) {
-        const QByteArray archive = firmware();
+    const QString version = QString::fromLatin1(path).section(QLatin1Char('/'), 2, 2);
+    if (method == "GET" && firmware_image::isVersion(version) &&
+        path == firmwarePath(version).toLatin1()) {
+        const QByteArray archive = firmware(version);
         qCInfo(simServiceLog, "-> 200 the firmware, %d bytes", archive.size());
         return {HttpServer::answer("200 OK", "application/octet-stream", archive), true};
     }

@@ -14,9 +14,6 @@ class ServiceCalls : public QObject, public WordSet {
     Q_OBJECT
 
  public:
-    /// The path of the firmware archive.
-    static constexpr char kFirmwarePath[] = "/fw/zel01.tar.bz2";
-
     /// Listens at once, on the loopback address only; port 0 takes a free one.
     ServiceCalls(quint16 port, QObject* parent);
 
@@ -24,8 +21,10 @@ class ServiceCalls : public QObject, public WordSet {
     quint16 port() const { return port_; }
     QString errorString() const { return server_.errorString(); }
 
-    /// The firmware archive's content: made up, and always the same.
-    static QByteArray firmware();
+    /// The path of the firmware archive of @p version.
+    static QString firmwarePath(const QString& version);
+    /// The archive's content: made up, and always the same.
+    static QByteArray firmware(const QString& version);
 
  signals:
     /// The terminal called: the name is the last part of the path without ".do", as "connect". The

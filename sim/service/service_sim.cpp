@@ -10,6 +10,11 @@ ServiceSim::ServiceSim(quint16 port, quint16 controlPort, const TerminalAddress&
         emit quitRequested();
         return done();
     });
+    onWord("restart", "start the simulated service anew, when it was built again",
+           [this](const QString&) {
+               emit restartRequested();
+               return done();
+           });
     words_.add(orders_);
     words_.add(calls_);
     words_.add(*this);

@@ -42,6 +42,8 @@ class ServiceSim : public QObject, private WordSet {
     void called(const QString& name, const QJsonObject& body);
     /// The word `quit` was given.
     void quitRequested();
+    /// The word `restart` was given.
+    void restartRequested();
 
  private:
     ServiceCalls calls_;

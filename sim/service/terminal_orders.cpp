@@ -3,13 +3,17 @@
 #include <QDateTime>
 #include <QDeadlineTimer>
 #include <QJsonDocument>
+#include <QLoggingCategory>
 #include <QNetworkProxy>
 #include <QStringList>
 #include <QTcpSocket>
 
+#include "sim/common/firmware_image.h"
 #include "sim/common/portrait.h"
 #include "sim/service/http_message.h"
 #include "sim/service/service_calls.h"
+
+Q_LOGGING_CATEGORY(simOrdersLog, "zel.sim.orders", QtInfoMsg)
 
 namespace {
 
@@ -114,6 +118,13 @@ QString TerminalOrders::post(const QString& route, const QJsonObject& body) cons
 }
 
 QString TerminalOrders::post(const QString& route, const QByteArray& body) const {
+    const QString answer = exchange(route, body);
+    qCInfo(simOrdersLog, "-> POST %s\n<- %s", qUtf8Printable(route),
+           qUtf8Printable(answer.section(QLatin1Char('\n'), -1)));
+    return answer;
+}
+
+QString TerminalOrders::exchange(const QString& route, const QByteArray& body) const {
     const QDeadlineTimer deadline(kPatience);
     QTcpSocket socket;
     socket.setProxy(QNetworkProxy::NoProxy);
@@ -177,12 +188,15 @@ QString TerminalOrders::setDevice(const QString& text) const {
 }
 
 QString TerminalOrders::updateFirmware(const QString& text) const {
-    const QString version = text.isEmpty() ? QStringLiteral("1.1.0") : text;
-    return post(QStringLiteral("device-fw-update.do"),
-                QJsonObject{{QStringLiteral("firmwareType"), QStringLiteral("main")},
-                            {QStringLiteral("version"), version},
-                            {QStringLiteral("firmFile"),
-                             QStringLiteral(":%1%2")
-                                 .arg(firmwarePort_)
-                                 .arg(QLatin1String(ServiceCalls::kFirmwarePath))}});
+    const QString version =
+        text.isEmpty() ? QString::fromLatin1(firmware_image::kNewVersion) : text;
+    if (!firmware_image::isVersion(version))
+        return failed(QStringLiteral("a version has up to 15 letters, digits and dots"));
+    return post(
+        QStringLiteral("device-fw-update.do"),
+        QJsonObject{
+            {QStringLiteral("firmwareType"), QStringLiteral("main")},
+            {QStringLiteral("version"), version},
+            {QStringLiteral("firmFile"),
+             QStringLiteral(":%1%2").arg(firmwarePort_).arg(ServiceCalls::firmwarePath(version))}});
 }

@@ -28,6 +28,8 @@ class TerminalOrders : public WordSet {
 
     QString post(const QString& route, const QByteArray& body) const;
     QString post(const QString& route, const QJsonObject& body) const;
+    /// Sends an order and waits for its answer, whose text it returns.
+    QString exchange(const QString& route, const QByteArray& body) const;
     QString setTime(const QString& text) const;
     QString addUser(const QString& text) const;
     QString enrolUser(const QString& text) const;

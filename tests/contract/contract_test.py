@@ -92,6 +92,13 @@ def with_value(body, path, value):
     return body
 
 
+def without_nulls(body):
+    """The body as the document reads it."""
+    if not isinstance(body, dict):
+        return body
+    return {key: without_nulls(value) for key, value in body.items() if value is not None}
+
+
 def card_number(body):
     for key in ("userInfo", "cardInfo", "cardNo"):
         body = body.get(key) if isinstance(body, dict) else None
@@ -117,6 +124,7 @@ class Request:
 
     def expected(self, body):
         """The result code that answers a body."""
+        body = without_nulls(body)
         if "minLength" in self.number:  # which is looked at first
             number = card_number(body)
             if not isinstance(number, str) or not (

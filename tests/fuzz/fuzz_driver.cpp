@@ -15,8 +15,8 @@ constexpr int kInputs = 20000;
 constexpr std::size_t kMaxSize = 6000;
 
 /// Numbers that parsers of this project trip over more easily than over others.
-constexpr std::uint8_t kTelling[] = {0xC5, 0x02, 0x00, 0xFF, '{', '"',
-                                     '[',  '\\', '/',  '.',  ':', '~'};
+constexpr std::uint8_t kTelling[] = {0xC5, 0x02, 0x00, 0xFF, '{', '"', '[', '\\', '/', '.',
+                                     ':',  '~',  4,    6,    7,   12,  13,  14,   15,  19};
 
 }  // namespace
 

@@ -13,6 +13,7 @@
 #include "sim/device_root.h"
 #include "tests/support/text_recorder.h"
 #include "ui/dialog_overlay.h"
+#include "ui/input_field.h"
 #include "ui/row_list.h"
 #include "ui/scroll_list.h"
 #include "ui/touch_shield.h"
@@ -80,6 +81,15 @@ class DrivenTerminal {
         const bool settled = settle();
         frames.clear();
         return agreed && settled;
+    }
+    /// Has the settings hold an administrator's password, and types it where it is asked for.
+    bool lock() {
+        return tell("settings setup.adminPassword 2468") &&
+               QTest::qWaitFor([this] { return agrees(); });
+    }
+    void enterPassword() {
+        find<InputField>("passwordField")->setText(QStringLiteral("2468"));
+        tap("forwardButton");
     }
     /// Waits until a frame has been sent that begins like this: code, parameters, payload.
     bool sends(const char* frame) {

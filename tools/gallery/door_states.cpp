@@ -166,6 +166,18 @@ void demonstration(Stage& stage) {
     recognise(stage, result);
 }
 
+void recordedEvent(Stage& stage, bool accepted) {
+    GUI_LOGDATA event{};
+    event.eventStatus = accepted ? 1 : 0;
+    stage.receive(command::AccessEvent, command::event::New, bytes(event));
+}
+
+void serviceLost(Stage& stage) {
+    _gui_menu_ settings = settingsOf(stage, Attendance);
+    settings.network.useManager = 1;
+    work(stage, settings, 1);
+}
+
 void chosenPicture(Stage& stage) {
     QImage picture(600, 400, QImage::Format_RGB32);
     QPainter painter(&picture);

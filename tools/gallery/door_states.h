@@ -41,6 +41,11 @@ void meal(Stage& stage, int status, int more, bool pay);
 void alarm(Stage& stage, std::uint8_t mode);
 void demonstration(Stage& stage);
 
+/// The controller has recorded an access, or the refusal of one.
+void recordedEvent(Stage& stage, bool accepted);
+/// The management service is in use, but nobody has found it.
+void serviceLost(Stage& stage);
+
 /// The standby screen with a chosen picture and a logo.
 void chosenPicture(Stage& stage);
 void asleep(Stage& stage);

@@ -174,8 +174,9 @@ constexpr NamedState kStates[] = {
     {"stayWindow", "faults", [](Stage& stage) { faults(stage, 0x54); }},
     {"stayWindow", "receiving-settings", [](Stage& stage) { stage.window().ShowPopup(1, 5); }},
     {"stayWindow", "network-failed", [](Stage& stage) { stage.window().ShowPopup(2, 5); }},
-    {"stayWindow", "access-event",
-     [](Stage& stage) { receive(stage, command::AccessEvent, GUI_LOGDATA{}); }},
+    {"stayWindow", "access-event", [](Stage& stage) { recordedEvent(stage, true); }},
+    {"stayWindow", "service-lost", serviceLost},
+    {"stayWindow", "controller-lost", [](Stage& stage) { stage.loseController(); }},
     {"stayWindow", "logs-full", [](Stage& stage) { stage.receive(command::LogStoreReport, 1); }},
     {"stayWindow", "logs-deleted", [](Stage& stage) { stage.receive(command::LogStoreReport, 0); }},
     {"stayWindow", "firmware-failed",
@@ -200,6 +201,12 @@ constexpr NamedState kStates[] = {
     {"liveWindow", "refused-face", [](Stage& stage) { face(stage, 3, 2); }},
     {"liveWindow", "unknown-card", unknownCard},
     {"liveWindow", "visitor-call", visitorCall},
+    {"liveWindow", "service-lost",
+     [](Stage& stage) {
+         face(stage, 3, 2);
+         serviceLost(stage);
+         recordedEvent(stage, false);
+     }},
     {"liveWindow", "pressed", [](Stage& stage) { stage.press(QStringLiteral("menuButton")); }},
     {"liveWindow", "meal-pressed",
      [](Stage& stage) {
@@ -219,11 +226,21 @@ constexpr NamedState kStates[] = {
          longestName(stage, "寿限無寿限無五劫の擦り切れ海砂利水魚の水行末雲来末風来末食う寝る");
      }},
     {"recognizeWindow", "no-access-time", [](Stage& stage) { result(stage, 5, 1, Access, 0); }},
+    {"recognizeWindow", "refusal-event",
+     [](Stage& stage) {
+         result(stage, 5, 1, Access, 0);
+         recordedEvent(stage, false);
+     }},
     {"recognizeWindow", "not-permitted", [](Stage& stage) { result(stage, 3, 2, Access, 0); }},
     {"recognizeWindow", "registered", [](Stage& stage) { result(stage, 6, 3, Access, 0); }},
     {"recognizeWindow", "meal-taken", [](Stage& stage) { result(stage, 1, 4, Meals, 2); }},
     {"recognizeWindow", "demonstration", demonstration},
     {"recognizeWindow", "question", [](Stage& stage) { question(stage, ""); }},
+    {"recognizeWindow", "question-with-event",
+     [](Stage& stage) {
+         question(stage, "");
+         recordedEvent(stage, true);
+     }},
     {"recognizeWindow", "question-in", [](Stage& stage) { question(stage, "inButton"); }},
     {"recognizeWindow", "question-out", [](Stage& stage) { question(stage, "outButton"); }},
     {"recognizeWindow", "question-break", [](Stage& stage) { question(stage, "outDutyButton"); }},
@@ -341,6 +358,7 @@ constexpr NamedState kStates[] = {
     {"tcpIpWindow", "keypad-address",
      [](Stage& stage) { keypad(stage, InputField::Address, "1 9 2 ."); }},
     {"enviSound_Alarm", "long-list", longComboList},
+    {"workMenuWindow", "access-event", [](Stage& stage) { recordedEvent(stage, true); }},
     {"workMenuWindow", "end", listEnd},
     {"workMenuWindow", "mode-list", [](Stage& stage) { stage.touch(QStringLiteral("modeCombo")); }},
     {"workMenuWindow", "mode-list-pressed",

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QMouseEvent>
+#include <QTcpSocket>
 
 #include "app/message_dispatch.h"
 #include "base/clock.h"
@@ -73,6 +74,17 @@ void Stage::restart() {
     window_ = std::make_unique<MainWindow>();
     tellSettings(settings_);
     window_->show();
+    while (!window_->linkUp())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    controllerLost_ = false;
+}
+
+void Stage::loseController() {
+    controllerLost_ = true;
+    while (QTcpSocket* socket = controller_.nextPendingConnection())
+        delete socket;
+    while (window_->linkUp())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 
 void Stage::tellSettings(const _gui_menu_& settings) {
@@ -122,6 +134,8 @@ void Stage::clear() {
 }
 
 void Stage::open(const QString& title) {
+    if (controllerLost_)
+        restart();
     clear();
     // A screen comes up only when another one was there.
     if (window_->getActivateWindowForm()->getTitle() == title)

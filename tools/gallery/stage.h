@@ -13,7 +13,7 @@
 class WidgetButton;
 
 /// The real terminal in a device root of its own, with a stopped clock and a device controller that
-/// says nothing, so that what is brought about on it looks the same each time.
+/// is there but says nothing, so that what is brought about on it looks the same each time.
 ///
 /// One at a time in a process, made after the application object and before DevicePaths is used.
 class Stage {
@@ -25,6 +25,9 @@ class Stage {
     const DeviceRoot& root() const { return root_; }
     /// Where the terminal's connection arrives when the event loop runs.
     QTcpServer& controller() { return controller_; }
+
+    /// Ends the connection to the device controller, until open() is called.
+    void loseController();
 
     /// Starts the terminal anew, as after power-on, in the language that it had.
     void restart();
@@ -77,6 +80,7 @@ class Stage {
     QTcpServer controller_;
     _gui_menu_ settings_;  // what the controller would tell
     bool settingsChanged_ = false;
+    bool controllerLost_ = false;
     std::unique_ptr<MainWindow> window_;
     QList<QPointer<QWidget>> added_;
     QPointer<WidgetButton> pressed_;

@@ -1,0 +1,158 @@
+#include "cloud/command_queue.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <time.h>
+
+#include <QFile>
+#include <algorithm>
+#include <memory>
+
+#include "cloud/cloud_log.h"
+
+namespace {
+
+/// Milliseconds between looks while commands come in. Each brings all that have come until then.
+constexpr int kBusyInterval = 100;
+/// Removals in a step, which must not keep those waiting that come behind.
+constexpr int kRemovalsAtOnce = 4;
+/// Changes of a folder that are less than this apart may carry the same time.
+constexpr qint64 kClockStep = 1000000000;  // nanoseconds
+
+qint64 nanoseconds(const timespec& time) {
+    return qint64{time.tv_sec} * 1000000000 + time.tv_nsec;
+}
+
+struct CloseFolder {
+    void operator()(DIR* folder) const { ::closedir(folder); }
+};
+
+/// A link is none: what it points to belongs to somebody else.
+bool isFolder(DIR* parent, const dirent& entry) {
+    struct stat status {};
+    return entry.d_type == DT_DIR ||
+           (entry.d_type == DT_UNKNOWN &&
+            ::fstatat(::dirfd(parent), entry.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+            S_ISDIR(status.st_mode));
+}
+
+}  // namespace
+
+CommandQueue::CommandQueue() {
+    clock_.start();
+}
+
+std::optional<CommandQueue::Taken> CommandQueue::step(const LinkProgress& link) {
+    follow(link);
+    // Only then the one before is on its way, and there is room for the next.
+    if (!link.idle())
+        return std::nullopt;
+    if (waiting_.empty())
+        look();
+    while (!waiting_.empty()) {
+        const CommandFolder::Command& command = waiting_.front();
+        if (command.kind == CommandFolder::Kind::Delete)
+            return Taken{command, {}};
+        if (const auto user = CommandFolder::takeUser(command))
+            return Taken{command, *user};
+        qCWarning(cloudLog, "%s holds no user", qUtf8Printable(command.path()));
+        taken_.insert(command.name);
+        remove(command);
+        waiting_.pop_front();
+    }
+    return std::nullopt;
+}
+
+void CommandQueue::follow(const LinkProgress& link) {
+    if (link.connection == 0)
+        return;
+    if (!sent_.empty() && sent_.back().connection != link.connection) {
+        for (auto each = sent_.rbegin(); each != sent_.rend(); ++each)
+            waiting_.push_front(each->command);
+        sent_.clear();
+    }
+    const qint64 now = clock_.elapsed();
+    for (auto each = sent_.rbegin(); each != sent_.rend() && each->leftAt < 0; ++each) {
+        if (each->position <= link.left)
+            each->leftAt = now;
+    }
+    // In their order, so that what would be repeated after a sudden end has its last word still.
+    for (int i = 0; i < kRemovalsAtOnce && !sent_.empty(); ++i) {
+        const Sent& first = sent_.front();
+        if (first.leftAt < 0 || now - first.leftAt < settleTime_)
+            break;
+        remove(first.command);
+        sent_.pop_front();
+    }
+}
+
+void CommandQueue::remove(const CommandFolder::Command& command) {
+    // One that stays on the disk stays in taken_ too and is not carried out again.
+    if (CommandFolder::remove(command))
+        taken_.remove(command.name);
+}
+
+void CommandQueue::look() {
+    if (busy_ && clock_.elapsed() < lookAt_)
+        return;
+    struct stat status {};
+    timespec now{};
+    ::clock_gettime(CLOCK_REALTIME, &now);
+    const bool there =
+        ::stat(QFile::encodeName(CommandFolder::directory()).constData(), &status) == 0;
+    const qint64 changed = nanoseconds(status.st_mtim);
+    // With thousands of pictures in it the folder is not read again for nothing.
+    if (there && changed != emptySince_) {
+        const auto found = findWaiting();
+        waiting_.assign(found.begin(), found.end());
+        const bool sure = nanoseconds(now) - changed > kClockStep;
+        emptySince_ = waiting_.empty() && sure ? changed : -1;
+    }
+    busy_ = !waiting_.empty();
+    lookAt_ = clock_.elapsed() + (busy_ ? kBusyInterval : kIdleInterval);
+}
+
+std::vector<CommandFolder::Command> CommandQueue::findWaiting() const {
+    std::vector<CommandFolder::Command> found;
+    const QByteArray path = QFile::encodeName(CommandFolder::directory());
+    const std::unique_ptr<DIR, CloseFolder> folder(::opendir(path.constData()));
+    if (!folder)
+        return found;
+    const auto readAll = [&](const QString& newest) {
+        found.clear();
+        while (const dirent* entry = ::readdir(folder.get())) {
+            const auto command = CommandFolder::named(QString::fromLatin1(entry->d_name));
+            if (command && !taken_.contains(command->name) && isFolder(folder.get(), *entry) &&
+                (newest.isEmpty() || command->name <= newest))
+                found.push_back(*command);
+        }
+        std::sort(found.begin(), found.end(),
+                  [](const auto& one, const auto& other) { return one.name < other.name; });
+    };
+    readAll({});
+    if (!found.empty()) {
+        // One that was written while the folder was being read may have been missed, and a later
+        // one found. All before the latest one are there by now.
+        const QString newest = found.back().name;
+        ::rewinddir(folder.get());
+        readAll(newest);
+    }
+    return found;
+}
+
+void CommandQueue::sent(const LinkProgress& link) {
+    taken_.insert(waiting_.front().name);
+    sent_.push_back({waiting_.front(), link.connection, link.accepted});
+    waiting_.pop_front();
+}
+
+int CommandQueue::untilDue(const LinkProgress& link) const {
+    const qint64 now = clock_.elapsed();
+    qint64 due = now + kIdleInterval;
+    if (link.idle())
+        due = waiting_.empty() ? std::min(due, lookAt_) : now;
+    if (link.connection != 0 && !sent_.empty() && sent_.front().leftAt >= 0)
+        due = std::min(due, sent_.front().leftAt + settleTime_);
+    return static_cast<int>(std::max<qint64>(due - now, 0));
+}

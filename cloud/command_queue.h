@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QSet>
+#include <QString>
+#include <deque>
+#include <optional>
+#include <vector>
+
+#include "cloud/command_folder.h"
+#include "link/link_progress.h"
+
+/// The way of the command folders to the device controller: found in their order, sent one after
+/// the other, and removed when they have surely arrived.
+///
+/// A command that has been sent stays on the disk until its frame has left the process and the
+/// connection has stood for some time after. One whose connection ends before that is sent again,
+/// with all that were sent behind it: a repeated command does no harm, a lost one does. In one
+/// thread at a time, which waits for the disk.
+class CommandQueue {
+ public:
+    /// Milliseconds that the connection has to stand after a command before that is removed.
+    static constexpr int kSettleTime = 2000;
+    /// Milliseconds between looks at the disk that find nothing.
+    static constexpr int kIdleInterval = 2000;
+
+    struct Taken {
+        CommandFolder::Command command;
+        DoReceiveUserData user;  // of an add command
+    };
+
+    CommandQueue();
+
+    /// Removes what has arrived, takes what may be lost up again, and returns the command that is
+    /// to be sent now, if the link is ready for one: the same one until sent().
+    std::optional<Taken> step(const LinkProgress& link);
+    /// The command that step() has returned has been sent; @p link is how far the link has come
+    /// with that.
+    void sent(const LinkProgress& link);
+    /// Milliseconds until there is something to do.
+    int untilDue(const LinkProgress& link) const;
+
+    void setSettleTime(int milliseconds) { settleTime_ = milliseconds; }
+
+ private:
+    struct Sent {
+        CommandFolder::Command command;
+        quint32 connection;
+        qint64 position;     // of the link when the command had been accepted
+        qint64 leftAt = -1;  // when it had come as far as that, milliseconds
+    };
+
+    void follow(const LinkProgress& link);
+    void look();
+    std::vector<CommandFolder::Command> findWaiting() const;
+    void remove(const CommandFolder::Command& command);
+
+    int settleTime_ = kSettleTime;
+    QElapsedTimer clock_;
+    std::deque<CommandFolder::Command> waiting_;
+    std::deque<Sent> sent_;
+    /// Names of commands that lie on the disk and have had their turn.
+    QSet<QString> taken_;
+    qint64 lookAt_ = 0;       // when the next look is due, milliseconds
+    bool busy_ = false;       // the last one found something
+    qint64 emptySince_ = -1;  // when the folder had changed last as one found nothing, if sure
+};
