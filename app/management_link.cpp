@@ -24,10 +24,9 @@ ManagementLink::ManagementLink(CloudHost& cloud, ManagementHost& host, QObject* 
     : QObject(parent),
       cloud_(cloud),
       commands_(cloud, host),
+      carrier_(commands_, host),
       firmware_(downloads_, host),
       client_(new RestClass(cloud, this)) {
-    folderTimer_.setSingleShot(true);
-    connect(&folderTimer_, &QTimer::timeout, this, &ManagementLink::takeCommandFolder);
     connect(&connectTimer_, &QTimer::timeout, this, [this] {
         if (!connected_)
             connectNow();
@@ -46,7 +45,7 @@ void ManagementLink::start() {
     // Before the thread takes new orders in, which come after the old ones.
     firmware_.resume();
     client_->start(QThread::InheritPriority);
-    folderTimer_.start(CommandQueue::kIdleInterval);
+    carrier_.start();
 }
 
 void ManagementLink::stop() {
@@ -85,15 +84,11 @@ void ManagementLink::checkNow() {
 }
 
 void ManagementLink::takeCommandFolder() {
-    commands_.userRestChkrResult();
-    firmware_.look();
-    folderTimer_.start(commands_.untilNextFolder());
+    carrier_.look();
 }
 
 void ManagementLink::linkDrained() {
-    commands_.linkDrained();
-    if (folderTimer_.isActive())
-        folderTimer_.start(commands_.untilNextFolder());
+    carrier_.linkDrained();
 }
 
 void ManagementLink::controllerMessage(const DeviceMessage& message) {

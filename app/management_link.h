@@ -5,6 +5,7 @@
 #include <QVariant>
 #include <functional>
 
+#include "cloud/command_carrier.h"
 #include "cloud/download_manager.h"
 #include "cloud/firmware_update.h"
 #include "cloud/management_commands.h"
@@ -69,11 +70,11 @@ class ManagementLink : public QObject {
  private:
     CloudHost& cloud_;
     ManagementCommands commands_;
+    CommandCarrier carrier_;
     DownloadManager downloads_;
     FirmwareUpdate firmware_;
     RestClass* client_;
     QTimer connectTimer_;
     QTimer checkTimer_;
-    QTimer folderTimer_;
     bool connected_ = false;
 };

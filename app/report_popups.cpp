@@ -3,6 +3,7 @@
 #include <QDateTime>
 #include <utility>
 
+#include "app/screen_titles.h"
 #include "base/clock.h"
 #include "link/command_code.h"
 #include "link/command_parameters.h"
@@ -28,7 +29,7 @@ struct Report {
     Kind kind;
     const char* key;
     Icon icon;
-    const char* screen = nullptr;  // to change to first
+    QLatin1String screen = {};  // to change to first
 };
 
 // The first row that fits counts.
@@ -42,9 +43,9 @@ constexpr Report kReports[] = {
      Icon::Pass},
     {command::UserDeleteResult, kAnyOther, Kind::Result, "ListItem_FailedDeleted", Icon::Error},
     {command::FirmwareUpdateAnswer, command::answer::Done, Kind::Result, "ListItem_FwRestart",
-     Icon::Pass, "upgradingWindow"},
+     Icon::Pass, screen_title::kUpgrading},
     {command::FirmwareUpdateAnswer, kAnyOther, Kind::Result, "ListItem_FwUpgradeFailed",
-     Icon::Error, "stayWindow"},
+     Icon::Error, screen_title::kStandby},
     {command::LogStoreReport, command::log_store::Emptied, Kind::Result, "ListItem_LogStoreEmptied",
      Icon::Pass},
     {command::LogStoreReport, kAnyOther, Kind::Question, "ListItem_LogStoreNearlyFull",
@@ -102,8 +103,8 @@ void ReportPopups::show(int command, int p1) {
     if (command == command::LogStoreReport && p1 == command::log_store::Emptied)
         logFull_->hide();
     // First, for the change takes the popup of the old screen away.
-    if (report->screen != nullptr)
-        emit screenWanted(QLatin1String(report->screen));
+    if (!report->screen.isNull())
+        emit screenWanted(report->screen);
     switch (report->kind) {
         case Kind::Result:
             present(popup_, QLatin1String(report->key), report->icon);

@@ -97,17 +97,18 @@ std::optional<DoReceiveUserData> readInfo(const QString& path) {
     return user;
 }
 
-/// Lays the picture at @p source ready to become @p name in directory(). It stays where it is too,
-/// so that the command stays whole.
-bool prepare(const QString& source, const QString& name) {
-    const QFileInfo target(CommandFolder::directory() + name);
-    if (target.isDir() && !target.isSymLink())
-        return false;
-    const QString ready = hidden(name);
-    QFile::remove(ready);
-    return ::link(QFile::encodeName(source).constData(), QFile::encodeName(ready).constData()) ==
-               0 ||
-           QFile::copy(source, ready);
+/// Puts the picture at @p source in the place of @p name in directory(), at one blow. It stays
+/// where it is too, so that the command stays whole.
+bool placePicture(const QString& source, const QString& name) {
+    const QByteArray ready = QFile::encodeName(hidden(name));
+    const QByteArray target = QFile::encodeName(CommandFolder::directory() + name);
+    QFile::remove(hidden(name));
+    const bool there = ::link(QFile::encodeName(source).constData(), ready.constData()) == 0 ||
+                       QFile::copy(source, hidden(name));
+    const bool placed = there && std::rename(ready.constData(), target.constData()) == 0;
+    // It is still there when both were the same picture already.
+    QFile::remove(hidden(name));
+    return placed;
 }
 
 }  // namespace
@@ -119,14 +120,12 @@ QString CommandFolder::directory() {
 }
 
 void CommandFolder::removeUnfinished() {
-    static const QRegularExpression picture(QStringLiteral("^\\.[A-Za-z0-9]{1,16}\\.jpg\\z"));
     QDirIterator entries(directory(),
                          QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
     while (entries.hasNext()) {
         entries.next();
         const QString name = entries.fileName();
-        if (name.startsWith(QLatin1Char('.')) &&
-            (namePattern().match(name).hasMatch() || picture.match(name).hasMatch()) &&
+        if (name.startsWith(QLatin1Char('.')) && namePattern().match(name).hasMatch() &&
             !Disk::remove(entries.filePath()))
             qCWarning(cloudLog, "%s cannot be removed", qUtf8Printable(entries.filePath()));
     }
@@ -147,8 +146,10 @@ QString CommandFolder::newName(Kind kind, const QString& cardNo) {
         }
     }
     lastStamp_ = qMax(*lastStamp_ + 1, wallTime(now_()));
-    if (*lastStamp_ > kLastStamp)
+    if (*lastStamp_ > kLastStamp) {
+        lastStamp_.reset();
         return {};
+    }
     const QDateTime stamp = QDateTime::fromMSecsSinceEpoch(*lastStamp_, Qt::UTC);
     return stamp.toString(QLatin1String(kStampFormat)) +
            (kind == Kind::Add ? QStringLiteral("_add_") : QStringLiteral("_del_")) + cardNo;
@@ -216,24 +217,12 @@ std::optional<DoReceiveUserData> CommandFolder::takeUser(const Command& command)
         return std::nullopt;
     if (!pictures.isEmpty()) {
         const QString name = command.cardNo + QStringLiteral(".jpg");
-        if (prepare(folder.filePath(pictures[0]), name))
+        if (placePicture(folder.filePath(pictures[0]), name))
             user->picture = name;
         else
             qCWarning(cloudLog, "%s goes without its picture", qUtf8Printable(command.name));
     }
     return user;
-}
-
-void CommandFolder::showPicture(const DoReceiveUserData& user) {
-    if (user.picture.isEmpty())
-        return;
-    const QString ready = hidden(user.picture);
-    const QString target = directory() + user.picture;
-    if (std::rename(QFile::encodeName(ready).constData(), QFile::encodeName(target).constData()) !=
-        0)
-        qCWarning(cloudLog, "%s cannot be replaced", qUtf8Printable(target));
-    // It is still there when both were the same picture already.
-    QFile::remove(ready);
 }
 
 bool CommandFolder::remove(const Command& command) {

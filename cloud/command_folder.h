@@ -45,12 +45,10 @@ class CommandFolder {
 
     /// The command that a folder called @p name is, if it is one. Names are in the commands' order.
     static std::optional<Command> named(const QString& name);
-    /// The user of an add command. Nothing when the folder does not hold a whole command. The
-    /// folder stays as it is.
+    /// The user of an add command, with its picture where the controller takes it from, in the
+    /// place of an earlier one. Nothing, with the earlier one still there, when the folder does not
+    /// hold a whole command. The folder stays as it is.
     static std::optional<DoReceiveUserData> takeUser(const Command& command);
-    /// Puts the picture of a user just taken where the controller takes it from, at one blow. Until
-    /// then an earlier one of the same user stays there.
-    static void showPicture(const DoReceiveUserData& user);
     /// Removes a command at one blow. False when it stays on the disk, as a command.
     static bool remove(const Command& command);
 

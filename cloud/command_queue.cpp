@@ -1,20 +1,22 @@
 #include "cloud/command_queue.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <time.h>
 
 #include <QFile>
 #include <algorithm>
-#include <utility>
+#include <memory>
+
+#include "cloud/cloud_log.h"
 
 namespace {
 
 /// Milliseconds between looks while commands come in. Each brings all that have come until then.
 constexpr int kBusyInterval = 100;
-/// What is done at a time, so that touches need not wait.
-constexpr int kEntriesAtOnce = 500;
-constexpr int kRemovalsAtOnce = 2;
+/// Removals in a step, which must not keep those waiting that come behind.
+constexpr int kRemovalsAtOnce = 4;
 /// Changes of a folder that are less than this apart may carry the same time.
 constexpr qint64 kClockStep = 1000000000;  // nanoseconds
 
@@ -22,10 +24,44 @@ qint64 nanoseconds(const timespec& time) {
     return qint64{time.tv_sec} * 1000000000 + time.tv_nsec;
 }
 
+struct CloseFolder {
+    void operator()(DIR* folder) const { ::closedir(folder); }
+};
+
+/// A link is none: what it points to belongs to somebody else.
+bool isFolder(DIR* parent, const dirent& entry) {
+    struct stat status {};
+    return entry.d_type == DT_DIR ||
+           (entry.d_type == DT_UNKNOWN &&
+            ::fstatat(::dirfd(parent), entry.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+            S_ISDIR(status.st_mode));
+}
+
 }  // namespace
 
 CommandQueue::CommandQueue() {
     clock_.start();
+}
+
+std::optional<CommandQueue::Taken> CommandQueue::step(const LinkProgress& link) {
+    follow(link);
+    // Only then the one before is on its way, and there is room for the next.
+    if (!link.idle())
+        return std::nullopt;
+    if (waiting_.empty())
+        look();
+    while (!waiting_.empty()) {
+        const CommandFolder::Command& command = waiting_.front();
+        if (command.kind == CommandFolder::Kind::Delete)
+            return Taken{command, {}};
+        if (const auto user = CommandFolder::takeUser(command))
+            return Taken{command, *user};
+        qCWarning(cloudLog, "%s holds no user", qUtf8Printable(command.path()));
+        taken_.insert(command.name);
+        remove(command);
+        waiting_.pop_front();
+    }
+    return std::nullopt;
 }
 
 void CommandQueue::follow(const LinkProgress& link) {
@@ -51,81 +87,58 @@ void CommandQueue::follow(const LinkProgress& link) {
     }
 }
 
-void CommandQueue::look() {
-    if (!waiting_.empty() || (!folder_ && !beginLook()))
-        return;
-    for (int i = 0; i < kEntriesAtOnce; ++i) {
-        if (const dirent* entry = ::readdir(folder_.get())) {
-            consider(*entry);
-        } else if (limited_ || newest_.isEmpty()) {
-            endLook();
-            return;
-        } else {
-            // One that was written while the folder was being read may have been missed, and a
-            // later one found. All before the newest one are there by now.
-            limited_ = true;
-            ::rewinddir(folder_.get());
-        }
-    }
+void CommandQueue::remove(const CommandFolder::Command& command) {
+    // One that stays on the disk stays in taken_ too and is not carried out again.
+    if (CommandFolder::remove(command))
+        taken_.remove(command.name);
 }
 
-bool CommandQueue::beginLook() {
+void CommandQueue::look() {
     if (busy_ && clock_.elapsed() < lookAt_)
-        return false;
-    const QByteArray path = QFile::encodeName(CommandFolder::directory());
+        return;
     struct stat status {};
     timespec now{};
     ::clock_gettime(CLOCK_REALTIME, &now);
-    if (::stat(path.constData(), &status) == 0) {
-        const qint64 changed = nanoseconds(status.st_mtim);
-        const qint64 age = nanoseconds(now) - changed;
-        changed_ = age > kClockStep ? changed : -1;
-        // With thousands of pictures in it the folder is not read again for nothing.
-        if (changed != emptySince_)
-            folder_.reset(::opendir(path.constData()));
+    const bool there =
+        ::stat(QFile::encodeName(CommandFolder::directory()).constData(), &status) == 0;
+    const qint64 changed = nanoseconds(status.st_mtim);
+    // With thousands of pictures in it the folder is not read again for nothing.
+    if (there && changed != emptySince_) {
+        const auto found = findWaiting();
+        waiting_.assign(found.begin(), found.end());
+        const bool sure = nanoseconds(now) - changed > kClockStep;
+        emptySince_ = waiting_.empty() && sure ? changed : -1;
     }
-    newest_.clear();
-    limited_ = false;
-    if (!folder_) {
-        busy_ = false;
-        lookAt_ = clock_.elapsed() + kIdleInterval;
-    }
-    return folder_ != nullptr;
-}
-
-void CommandQueue::endLook() {
-    folder_.reset();
-    for (const QString& name : std::exchange(removed_, {}))
-        taken_.remove(name);
-    std::sort(found_.begin(), found_.end(),
-              [](const auto& one, const auto& other) { return one.name < other.name; });
-    waiting_.assign(found_.begin(), found_.end());
-    found_.clear();
     busy_ = !waiting_.empty();
-    emptySince_ = busy_ ? -1 : changed_;
     lookAt_ = clock_.elapsed() + (busy_ ? kBusyInterval : kIdleInterval);
 }
 
-void CommandQueue::consider(const dirent& entry) {
-    if (entry.d_type != DT_DIR && entry.d_type != DT_UNKNOWN)
-        return;
-    const auto command = CommandFolder::named(QString::fromLatin1(entry.d_name));
-    if (!command || taken_.contains(command->name))
-        return;
-    struct stat status {};
-    // A link is no command: what it points to belongs to somebody else.
-    if (entry.d_type == DT_UNKNOWN &&
-        (::fstatat(::dirfd(folder_.get()), entry.d_name, &status, AT_SYMLINK_NOFOLLOW) != 0 ||
-         !S_ISDIR(status.st_mode)))
-        return;
-    if (!limited_)
-        newest_ = std::max(newest_, command->name);
-    else if (command->name <= newest_)
-        found_.push_back(*command);
-}
-
-const CommandFolder::Command* CommandQueue::next() const {
-    return waiting_.empty() ? nullptr : &waiting_.front();
+std::vector<CommandFolder::Command> CommandQueue::findWaiting() const {
+    std::vector<CommandFolder::Command> found;
+    const QByteArray path = QFile::encodeName(CommandFolder::directory());
+    const std::unique_ptr<DIR, CloseFolder> folder(::opendir(path.constData()));
+    if (!folder)
+        return found;
+    const auto readAll = [&](const QString& newest) {
+        found.clear();
+        while (const dirent* entry = ::readdir(folder.get())) {
+            const auto command = CommandFolder::named(QString::fromLatin1(entry->d_name));
+            if (command && !taken_.contains(command->name) && isFolder(folder.get(), *entry) &&
+                (newest.isEmpty() || command->name <= newest))
+                found.push_back(*command);
+        }
+        std::sort(found.begin(), found.end(),
+                  [](const auto& one, const auto& other) { return one.name < other.name; });
+    };
+    readAll({});
+    if (!found.empty()) {
+        // One that was written while the folder was being read may have been missed, and a later
+        // one found. All before the latest one are there by now.
+        const QString newest = found.back().name;
+        ::rewinddir(folder.get());
+        readAll(newest);
+    }
+    return found;
 }
 
 void CommandQueue::sent(const LinkProgress& link) {
@@ -134,30 +147,12 @@ void CommandQueue::sent(const LinkProgress& link) {
     waiting_.pop_front();
 }
 
-void CommandQueue::drop() {
-    taken_.insert(waiting_.front().name);
-    remove(waiting_.front());
-    waiting_.pop_front();
-}
-
-void CommandQueue::remove(const CommandFolder::Command& command) {
-    // One that stays on the disk stays in taken_ too and is not carried out again.
-    if (!CommandFolder::remove(command))
-        return;
-    if (folder_)
-        removed_.push_back(command.name);
-    else
-        taken_.remove(command.name);
-}
-
 int CommandQueue::untilDue(const LinkProgress& link) const {
-    if (link.connection == 0)
-        return kIdleInterval;
     const qint64 now = clock_.elapsed();
     qint64 due = now + kIdleInterval;
     if (link.idle())
-        due = folder_ || !waiting_.empty() ? now : std::min(due, lookAt_);
-    if (!sent_.empty() && sent_.front().leftAt >= 0)
+        due = waiting_.empty() ? std::min(due, lookAt_) : now;
+    if (link.connection != 0 && !sent_.empty() && sent_.front().leftAt >= 0)
         due = std::min(due, sent_.front().leftAt + settleTime_);
     return static_cast<int>(std::max<qint64>(due - now, 0));
 }

@@ -1,20 +1,29 @@
 #include "cloud/firmware_update.h"
 
 #include <QFile>
-#include <QTimer>
 #include <QUrl>
 #include <cstdio>
 #include <utility>
 
 #include "cloud/cloud_log.h"
+#include "cloud/disk.h"
 #include "cloud/download_manager.h"
 #include "cloud/firmware_orders.h"
 #include "cloud/management_host.h"
 #include "link/command_code.h"
 #include "link/command_parameters.h"
 
+namespace {
+
+constexpr int kLookInterval = 2000;  // milliseconds
+
+}  // namespace
+
 FirmwareUpdate::FirmwareUpdate(DownloadManager& downloads, ManagementHost& host)
-    : downloads_(downloads), host_(host) {}
+    : downloads_(downloads), host_(host) {
+    timer_.setInterval(kLookInterval);
+    connect(&timer_, &QTimer::timeout, this, &FirmwareUpdate::look);
+}
 
 void FirmwareUpdate::resume() {
     downloads_.removeLeftovers();
@@ -39,11 +48,10 @@ void FirmwareUpdate::resume() {
         }
     }
     booting_ = true;
-    updateHold();
+    update();
     QTimer::singleShot(resumeDelay_, this, [this] {
         booting_ = false;
-        updateHold();
-        look();
+        update();
     });
 }
 
@@ -57,28 +65,26 @@ void FirmwareUpdate::downloaded() {
                                    QFile::encodeName(downloads_.getArchivePath()).constData()) == 0;
     // Of several addresses the last one's archive is what there is; without one all have failed.
     handedOver_ = whole && !numbers_.isEmpty() ? numbers_.takeLast() : 0;
+    // In this order on the disk: an order that has been handed over and has no archive is done.
+    if (whole)
+        Disk::syncFolder(downloads_.getBasePath());
     if (handedOver_ != 0)
         FirmwareOrders::setHandedOver(handedOver_, 0);
     for (const int number : std::exchange(numbers_, {}))
         FirmwareOrders::remove(number);
     unanswered_ = true;
     toldOn_ = 0;
-    updateHold();
-    look();
-}
-
-void FirmwareUpdate::handOver() {
-    host_.SendCommand(command::UpdateFirmware, command::firmware::Downloaded, 0);
-    toldOn_ = host_.linkProgress().connection;
-    told_.start();
+    update();
 }
 
 void FirmwareUpdate::look() {
     const quint32 connection = host_.linkProgress().connection;
-    if (!unanswered_ || booting_ || connection == 0)
+    if (connection == 0)
         return;
     if (connection != toldOn_) {
-        handOver();
+        host_.SendCommand(command::UpdateFirmware, command::firmware::Downloaded, 0);
+        toldOn_ = connection;
+        told_.start();
     } else if (told_.hasExpired(answerTime_)) {
         qCWarning(cloudLog, "the controller does not answer for the firmware");
         answered();
@@ -91,11 +97,17 @@ void FirmwareUpdate::answered() {
     toldOn_ = 0;
     unanswered_ = false;
     FirmwareOrders::remove(std::exchange(handedOver_, 0));
-    updateHold();
+    update();
 }
 
-void FirmwareUpdate::updateHold() {
+void FirmwareUpdate::update() {
     // A download begins with the removal of the archive before it, which the controller may be
     // about to take.
     downloads_.hold(unanswered_ || booting_);
+    if (!unanswered_ || booting_) {
+        timer_.stop();
+    } else if (!timer_.isActive()) {
+        timer_.start();
+        look();
+    }
 }

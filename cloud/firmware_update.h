@@ -2,6 +2,7 @@
 
 #include <QElapsedTimer>
 #include <QObject>
+#include <QTimer>
 #include <QVector>
 
 #include "cloud/parameters.h"
@@ -38,15 +39,14 @@ class FirmwareUpdate : public QObject {
     void downloaded();
     /// The controller has answered.
     void answered();
-    /// Looks after what waits for the link or for the answer; now and then.
-    void look();
-
     void setAnswerTime(int milliseconds) { answerTime_ = milliseconds; }
+    /// How often the link is looked at while the controller is to be told or to answer.
+    void setLookInterval(int milliseconds) { timer_.setInterval(milliseconds); }
     void setResumeDelay(int milliseconds) { resumeDelay_ = milliseconds; }
 
  private:
-    void handOver();
-    void updateHold();
+    void look();
+    void update();
 
     DownloadManager& downloads_;
     ManagementHost& host_;
@@ -57,5 +57,6 @@ class FirmwareUpdate : public QObject {
     bool unanswered_ = false;  // the controller is to be told, or its answer is awaited
     quint32 toldOn_ = 0;       // the connection on which it has been told, 0 for none
     QElapsedTimer told_;
+    QTimer timer_;
     bool booting_ = false;
 };

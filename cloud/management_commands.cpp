@@ -195,46 +195,21 @@ void ManagementCommands::setSystem(const QVariant& parameter) {
     host_.changeWindow(QStringLiteral("liveWindow"));
 }
 
-int ManagementCommands::userRestChkrResult() {
-    queue_.follow(host_.linkProgress());
-    // The one before is on its way by then, and whatever the link may drop is not in its way.
-    if (!host_.linkProgress().idle())
-        return 0;
-    queue_.look();
-    if (queue_.next() == nullptr)
-        return 0;
-    const CommandFolder::Command command = *queue_.next();
-    if (!addUserRestCommandDir(command))
-        return 0;
-    qCInfo(cloudLog, "return RestComm : 1");
-    return 1;
-}
-
-bool ManagementCommands::addUserRestCommandDir(const CommandFolder::Command& command) {
+bool ManagementCommands::addUserRestCommandDir(const CommandQueue::Taken& taken) {
+    const QString& cardNo = taken.command.cardNo;
     sent_ = false;
-    if (command.kind == CommandFolder::Kind::Delete) {
-        qCInfo(cloudLog, "DEL Id : %s", qUtf8Printable(command.cardNo));
+    if (taken.command.kind == CommandFolder::Kind::Delete) {
+        qCInfo(cloudLog, "DEL Id : %s", qUtf8Printable(cardNo));
         cloud_.parsingRestCommand(host_command::kDeleteUser,
-                                  QVariant::fromValue(FR33_3_Parameter{command.cardNo}));
+                                  QVariant::fromValue(FR33_3_Parameter{cardNo}));
     } else {
-        qCInfo(cloudLog, "ADD Id : %s", qUtf8Printable(command.cardNo));
-        const auto user = CommandFolder::takeUser(command);
-        if (!user) {
-            qCWarning(cloudLog, "%s holds no user", qUtf8Printable(command.path()));
-            queue_.drop();
-            return true;
-        }
-        cloud_.parsingRestCommand(host_command::kEnrolUser, QVariant::fromValue(*user));
+        qCInfo(cloudLog, "ADD Id : %s", qUtf8Printable(cardNo));
+        cloud_.parsingRestCommand(host_command::kEnrolUser, QVariant::fromValue(taken.user));
         if (sent_)
-            qCInfo(cloudLog, "user %s goes to the controller, %s picture",
-                   qUtf8Printable(command.cardNo),
-                   user->picture.isEmpty() ? "without a" : "with a");
-        // In time: what is sent leaves when the event loop has its turn.
-        if (sent_)
-            CommandFolder::showPicture(*user);
+            qCInfo(cloudLog, "user %s goes to the controller, %s picture", qUtf8Printable(cardNo),
+                   taken.user.picture.isEmpty() ? "without a" : "with a");
     }
-    if (sent_)
-        queue_.sent(host_.linkProgress());
+    qCInfo(cloudLog, "return RestComm : %d", sent_ ? 1 : 0);
     return sent_;
 }
 

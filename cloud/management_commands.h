@@ -31,26 +31,17 @@ class ManagementCommands {
     /// SystemEvent_Parameter.
     void setSystem(const QVariant& parameter);
 
-    /// Takes the oldest command folder, if the device link is ready to take its command. Returns 1
-    /// when there was one, otherwise 0.
-    int userRestChkrResult();
-    /// What was sent over the device link has left.
-    void linkDrained() { queue_.follow(host_.linkProgress()); }
-    /// Milliseconds until userRestChkrResult() is to be called again.
-    int untilNextFolder() const { return queue_.untilDue(host_.linkProgress()); }
-    CommandQueue& queue() { return queue_; }
+    /// Carries a command folder out; false when it could not be sent.
+    bool addUserRestCommandDir(const CommandQueue::Taken& taken);
 
     /// ProcIDX of a request that the REST client has finished.
     void completed(const QVariant& procIdx);
 
  private:
-    /// False when the command keeps its turn.
-    bool addUserRestCommandDir(const CommandFolder::Command& command);
     template <typename Record>
     void send(unsigned short cmd, unsigned char p1, const Record& record);
 
     CloudHost& cloud_;
     ManagementHost& host_;
-    CommandQueue queue_;
     bool sent_ = false;  // the latest frame with a record
 };

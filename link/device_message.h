@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstring>
 #include <optional>
+#include <vector>
 
 /// A frame from the device controller on its way to the part that it concerns. The payload is only
 /// valid while the message is being handled.

@@ -7,13 +7,13 @@
 #include <memory>
 #include <thread>
 
-#include "cloud/command_folder.h"
+#include "cloud/command_queue.h"
 #include "cloud/download_manager.h"
 #include "cloud/firmware_orders.h"
 #include "cloud/firmware_update.h"
 #include "cloud/management_commands.h"
 #include "cloud_test_support.h"
-#include "link/record_values.h"
+#include "link/command_code.h"
 
 /// What was answered with success and waits on the disk: that it is carried out, in order, and
 /// whatever happens to the process, the link or the disk meanwhile.
@@ -27,6 +27,7 @@ class CloudCommandsTest : public QObject {
             QObject::connect(&downloads, QOverload<>::of(&DownloadManager::finished), &update,
                              &FirmwareUpdate::downloaded);
             update.setResumeDelay(1);
+            update.setLookInterval(1);
             update.resume();
         }
         DownloadManager downloads;
@@ -37,6 +38,7 @@ class CloudCommandsTest : public QObject {
     std::unique_ptr<FakeHost> cloud_;
     std::unique_ptr<FakeTerminal> terminal_;
     std::unique_ptr<ManagementCommands> commands_;
+    std::unique_ptr<CommandQueue> queue_;
     std::unique_ptr<FakeService> service_;
 
     QString path(const QString& name) const { return CommandFolder::directory() + name; }
@@ -68,7 +70,13 @@ class CloudCommandsTest : public QObject {
         return QTest::qWaitFor([this] { return !terminal_->log.isEmpty(); }) &&
                terminal_->takeLog() == QLatin1String("1990(0,0)0");
     }
-    int step() { return commands_->userRestChkrResult(); }
+    int step() {
+        const auto taken = queue_->step(terminal_->progress);
+        if (!taken || !commands_->addUserRestCommandDir(*taken))
+            return 0;
+        queue_->sent(terminal_->progress);
+        return 1;
+    }
     /// The codes of the user commands sent, in their order.
     QString sent() const {
         static const QRegularExpression users(QStringLiteral("^19(27|31)\\("));
@@ -78,12 +86,6 @@ class CloudCommandsTest : public QObject {
                 codes << line.left(4);
         }
         return codes.join(QLatin1Char(' '));
-    }
-    void restart() {
-        commands_ = std::make_unique<ManagementCommands>(*cloud_, *terminal_);
-        cloud_->carryOut = [this](int command, const QVariant& parameter) {
-            command == 4 ? commands_->enrolUser(parameter) : commands_->deleteUser(parameter);
-        };
     }
     int order(const QString& name) {
         FR44_Parameter order;
@@ -111,7 +113,11 @@ class CloudCommandsTest : public QObject {
         service_->answer = [](const FakeService::Request& request) {
             return FakeService::json(request.line);
         };
-        restart();
+        commands_ = std::make_unique<ManagementCommands>(*cloud_, *terminal_);
+        queue_ = std::make_unique<CommandQueue>();
+        cloud_->carryOut = [this](int command, const QVariant& parameter) {
+            command == 4 ? commands_->enrolUser(parameter) : commands_->deleteUser(parameter);
+        };
     }
 
     void commandsComeBackAsTheyWereSent() {
@@ -151,7 +157,7 @@ class CloudCommandsTest : public QObject {
         terminal_->stuck = false;
         QTRY_COMPARE((step(), sent()), QStringLiteral("1927 1931 1927 1931 1927"));
         QCOMPARE(waiting().size(), 3);
-        commands_->queue().setSettleTime(0);
+        queue_->setSettleTime(0);
         QTRY_VERIFY((step(), waiting().isEmpty()));
         QCOMPARE(sent(), QStringLiteral("1927 1931 1927 1931 1927"));
         QCOMPARE(entriesOf(CommandFolder::directory()),
@@ -179,7 +185,17 @@ class CloudCommandsTest : public QObject {
         QCOMPARE(sent(), QStringLiteral("1927 1931"));
     }
 
-    /// Commands that come in while the folder is being read, which takes many steps here.
+    void aClockBeyondItsCenturyOnlyRefuses() {
+        QDateTime now(QDate(2100, 1, 1), QTime(0, 0));
+        CommandFolder writer([&now] { return now; });
+        QVERIFY(!writer.writeDelete(QStringLiteral("A1")));
+        QVERIFY(!writer.writeAdd(user(QStringLiteral("A1")), {}));
+        now = now.addYears(-70);
+        QVERIFY(writer.writeDelete(QStringLiteral("A1")));
+        QCOMPARE(entriesOf(CommandFolder::directory()).size(), 1);
+    }
+
+    /// Commands that come in while the folder is being read, which takes some time here.
     void commandsKeepTheirOrderWhileMoreComeIn() {
         for (int i = 0; i < 5000; ++i)
             write(path(QStringLiteral("%1.jpg").arg(i)), {});
@@ -189,7 +205,7 @@ class CloudCommandsTest : public QObject {
                 QDir().mkdir(CommandFolder::directory() + QString::number(310101000000000 + i) +
                              QStringLiteral("_del_%1").arg(i));
         });
-        commands_->queue().setSettleTime(0);
+        queue_->setSettleTime(0);
         for (const QDeadlineTimer end(60000); terminal_->payloads.size() < kCommands;) {
             if (step() == 0 && end.hasExpired())
                 break;
@@ -209,7 +225,7 @@ class CloudCommandsTest : public QObject {
         // Something is where the removal moves it to.
         write(path(QLatin1Char('.') + name + QStringLiteral("/x")), {});
         QVERIFY(writer.writeDelete(QStringLiteral("A2")));
-        commands_->queue().setSettleTime(0);
+        queue_->setSettleTime(0);
         QTRY_VERIFY((step(), waiting().size() == 1));
         QCOMPARE(step() + step(), 0);
         QCOMPARE(sent(), QStringLiteral("1931 1931"));
@@ -218,16 +234,15 @@ class CloudCommandsTest : public QObject {
 
     void brokenAndUnfinishedCommandsAreSetAside() {
         write(path(QStringLiteral(".240101120000000_add_123456/123456.info")), {});
-        write(path(QStringLiteral(".123456.jpg")), {});
         write(path(QStringLiteral(".thumbnails/keep")), {});
         write(path(QStringLiteral("240101120000001_add_123456/123456.jpg")), {});
         write(path(QStringLiteral("240101120000002_mod_123456/x")), {});
         write(path(QStringLiteral("249901120000002_del_123456/x")), {});
         QVERIFY(CommandFolder().writeDelete(QStringLiteral("A1")));
-        QCOMPARE(step() + step() + step(), 2);
+        QCOMPARE(step() + step(), 1);
         QCOMPARE(sent(), QStringLiteral("1931"));
         CommandFolder::removeUnfinished();
-        commands_->queue().setSettleTime(0);
+        queue_->setSettleTime(0);
         QTRY_VERIFY((step(), waiting().size() == 2));
         QCOMPARE(entriesOf(CommandFolder::directory()),
                  QStringList({QStringLiteral(".thumbnails"),
@@ -248,7 +263,7 @@ class CloudCommandsTest : public QObject {
             QVERIFY(QFile::link(elsewhere, path(link)));
         QVERIFY(
             QFile::link(elsewhere + QStringLiteral("123456.jpg"), path(QStringLiteral("A1.jpg"))));
-        commands_->queue().setSettleTime(0);
+        queue_->setSettleTime(0);
         QTRY_VERIFY((step(), !QFileInfo::exists(path(name))));
         QCOMPARE(sent(), QStringLiteral("1927"));
         CommandFolder::removeUnfinished();
@@ -271,13 +286,15 @@ class CloudCommandsTest : public QObject {
         QCOMPARE(read(elsewhere + QStringLiteral("123456.jpg")), QByteArray("kept"));
     }
 
-    void theFormerPictureStaysUntilTheUserIsSent() {
+    void theFormerPictureStaysUntilItsTurn() {
         write(path(QStringLiteral("A1.jpg")), "former");
+        write(path(QStringLiteral("000101000000000_add_A1/A1.jpg")), "of nobody");
+        terminal_->stuck = true;
+        terminal_->SendCommand(command::KeyClick, 0, 0);
         QVERIFY(CommandFolder().writeAdd(user(QStringLiteral("A1")), "new"));
-        terminal_->refuses = true;
         QCOMPARE(step(), 0);
         QCOMPARE(read(path(QStringLiteral("A1.jpg"))), QByteArray("former"));
-        terminal_->refuses = false;
+        terminal_->reconnect();
         QCOMPARE(step(), 1);
         QCOMPARE(read(path(QStringLiteral("A1.jpg"))), QByteArray("new"));
     }
@@ -297,12 +314,9 @@ class CloudCommandsTest : public QObject {
             archive = second.downloads.getArchivePath();
             QTRY_VERIFY(QFile::exists(archive));
             QVERIFY(terminal_->log.isEmpty());
-            terminal_->progress.connection = 1;
-            second.update.look();
-            second.update.look();
+            terminal_->reconnect();
             QVERIFY(told());
             terminal_->reconnect();
-            second.update.look();
             QVERIFY(told());
         }
         // A controller that never answers is told again at the next starts, but not for ever.
@@ -343,7 +357,7 @@ class CloudCommandsTest : public QObject {
         QVERIFY(told());
         QVERIFY(!QFile::exists(archive) && FirmwareOrders::kept().isEmpty());
         carryOut("e");
-        QTRY_VERIFY((updater.update.look(), service_->requests.size() == 5));
+        QTRY_COMPARE(service_->requests.size(), 5);
     }
 
     void firmwareOrdersHaveALimit() {

@@ -62,7 +62,7 @@ class FakeTerminal final : public ManagementHost {
     }
     bool SendCommand(unsigned short cmd, unsigned char p1, unsigned char p2, unsigned short len,
                      const char* data) override {
-        if (refuses || progress.connection == 0)
+        if (progress.connection == 0)
             return false;
         log << QStringLiteral("%1(%2,%3)%4").arg(cmd).arg(p1).arg(p2).arg(len);
         payloads << QByteArray(data, len);
@@ -95,8 +95,7 @@ class FakeTerminal final : public ManagementHost {
     void reconnect() { progress = {progress.connection + 1, 0, 0}; }
 
     LinkProgress progress{1, 0, 0};
-    bool refuses = false;  // frames, although the link seems up
-    bool stuck = false;    // nothing that is sent leaves
+    bool stuck = false;  // nothing that is sent leaves
     _gui_menu_ menu{};
     _gui_user_ user{};
     QStringList log;

@@ -76,21 +76,25 @@ void DoorWaysTest::aFingerOnAHiddenScreenDoesNothing() {
     } touches[] = {
         {"stayWindow", "standbyView", "card 10000002", "recognizeWindow"},
         {"liveWindow", "menuButton", "card 10000002", "recognizeWindow"},
+        {"stayWindow", "standbyView", "fault touch", "stayWindow"},
         {"recognizeWindow", "cancelButton", "live", "liveWindow"},
     };
     for (const auto& touch : touches) {
         QVERIFY(t->open(touch.before));
-        if (touch.place == touches[2].place)
+        if (touch.place == touches[3].place)
             word("card 10000002");
         QTRY_VERIFY2(t->find(touch.place), touch.place);
         Finger finger(t->window.get());
         finger.down(t->find(touch.place));
         word(touch.happens);
         QVERIFY2(t->shows(touch.after), touch.place);
+        if (touch.before == touch.after)
+            QTRY_VERIFY(t->says("Popup_ErrCtouch"));
         sent();
         finger.up();
         QCOMPARE(sent(), QStringList());
         QCOMPARE(t->title(), QLatin1String(touch.after));
+        word("fault none");
     }
 
     QWidget screen;

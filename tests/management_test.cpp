@@ -223,12 +223,13 @@ void ManagementTest::firmwareIsFetchedAndHandedOver() {
         return files.size() == 1 && files[0].size() > 0 && files[0].size() < 1000000;
     };
     QTRY_VERIFY(begun());
+    QCOMPARE(orders.entryList(QDir::Files).size(), 1);
     QCOMPARE(window_->getActivateWindowForm()->getTitle(), QStringLiteral("upgradingWindow"));
     const auto* speed = window_->findChild<TextLine*>(QStringLiteral("downloadSpeed"));
     QTRY_VERIFY(speed->text().endsWith(QLatin1String(" kB/s")));
     service("away");
     QTRY_VERIFY(has(command::UpdateFirmware));
-    QVERIFY(input.entryList(QDir::Files).isEmpty());
+    QVERIFY(input.entryList(QDir::Files).isEmpty() && orders.isEmpty());
 }
 
 void ManagementTest::eventsAreKeptUntilConfirmed() {

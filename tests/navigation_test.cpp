@@ -47,8 +47,9 @@ class NavigationTest : public QObject {
 };
 
 void NavigationTest::init() {
-    for (const char* words : {"settings commissioned 1", "settings screen.menuTimeout 3",
-                              "settings setup.adminPassword \"\"", "settings registration.on 1"})
+    for (const char* words :
+         {"settings commissioned 1", "settings setup.operation 1", "settings screen.menuTimeout 3",
+          "settings setup.adminPassword \"\"", "settings registration.on 1"})
         QVERIFY2(t->tell(words), words);
     QVERIFY(t->start());
     QVERIFY(t->settle());
@@ -155,6 +156,8 @@ void NavigationTest::theMenuIsTheAdministrators() {
     window()->changeWindow(QStringLiteral("zelMenuWindow"));
     QCOMPARE(t->title(), password);
     QVERIFY(!t->find("passwordField")->isEnabled());
+    QCOMPARE(t->find("messageLabel")->property("textKey").toString(),
+             QStringLiteral("ListItem_NoController"));
     QTRY_VERIFY(t->find("passwordField")->isEnabled());
     QVERIFY(t->tell("settings setup.adminPassword \"\""));
     QVERIFY(t->shows("zelMenuWindow"));

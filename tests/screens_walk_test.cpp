@@ -1,4 +1,4 @@
-#include <QAbstractScrollArea>
+#include <QAbstractItemView>
 #include <QHash>
 #include <QLabel>
 #include <QSet>
@@ -18,6 +18,7 @@
 #include "ui/dialog_overlay.h"
 #include "ui/input_field.h"
 #include "ui/pictures.h"
+#include "ui/row_list.h"
 #include "ui/scroll_list.h"
 #include "ui/theme.h"
 #include "ui/top_bar.h"
@@ -145,7 +146,11 @@ class Layer {
             about("is cut");
         const auto* field = qobject_cast<InputField*>(text.widget);
         const bool scrolls = field != nullptr && field->isEditing();
-        if (!scrolls && !place(text.widget).adjusted(-1, -1, 1, 1).contains(text.ink))
+        // Of a list of rows the first and the last one may be seen in part.
+        QRect room = place(text.widget).adjusted(-1, -1, 1, 1);
+        if (qobject_cast<QAbstractItemView*>(text.widget->parentWidget()) != nullptr)
+            room.adjust(0, -RowPainter::kHeight, 0, RowPainter::kHeight);
+        if (!scrolls && !room.contains(text.ink))
             about("does not fit");
         for (int i = 0; i < number; ++i) {
             if (meet(ink, texts_.at(i).ink & seen(texts_.at(i).widget)))

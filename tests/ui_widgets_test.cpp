@@ -18,6 +18,7 @@
 #include "ui/list_row.h"
 #include "ui/pick_list.h"
 #include "ui/plus_minus.h"
+#include "ui/row_list.h"
 #include "ui/scroll_list.h"
 #include "ui/text_fit.h"
 #include "ui/theme.h"
@@ -195,20 +196,39 @@ class UiWidgetsTest : public QObject {
         }
         list->setWidget(rows);
         Finger finger = show();
-        const QScrollBar* position = list->verticalScrollBar();
+        QScrollBar* position = list->verticalScrollBar();
         auto* third = qobject_cast<WidgetButton*>(layout->itemAt(2)->widget());
         finger.tap(third);
         QCOMPARE(touches, 1);
         QCOMPARE(position->value(), 0);
 
-        // A quick swipe never reaches the row, and ends where the finger leaves.
+        // A swipe never reaches the row, and ends where a finger leaves that has come to rest.
         finger.down(third);
         finger.move(0, -60);
-        finger.up();
+        finger.up(150);
         QCoreApplication::processEvents();
         QCOMPARE(position->value(), 60);
         QCOMPARE(touches, 1);
         QCOMPARE(clicks_, 1);
+
+        // Thrown, it goes on until it is touched, which does nothing else.
+        const auto fling = [&finger] {
+            finger.down(QPoint(200, 200));
+            finger.move(0, -60);
+            finger.up();
+        };
+        fling();
+        QTRY_VERIFY(position->value() > 200);
+        list->rewind();
+        fling();
+        finger.down(QPoint(200, 200));
+        const int caught = position->value();
+        finger.up();
+        QCOMPARE(touches, 1);
+        finger.tap(QPoint(200, 200));
+        QCOMPARE(position->value(), caught);
+        QCOMPARE(touches, 2);
+        position->setValue(60);
 
         // A finger that rests first has pressed the row; moving on takes the press back.
         finger.down(third);
@@ -216,8 +236,8 @@ class UiWidgetsTest : public QObject {
         finger.move(0, 40);
         QVERIFY(!third->isDown());
         QCOMPARE(position->value(), 20);
-        finger.up();
-        QCOMPARE(touches, 1);
+        finger.up(150);
+        QCOMPARE(touches, 2);
 
         // Where everything is in view, nothing scrolls and a press shows at once.
         list->resize(480, 4000);
@@ -226,7 +246,90 @@ class UiWidgetsTest : public QObject {
         finger.down(third);
         QVERIFY(third->isDown());
         finger.up();
-        QCOMPARE(touches, 2);
+        QCOMPARE(touches, 3);
+    }
+
+    void rowsCostWhatIsSeen() {
+        struct Pages : QAbstractListModel {
+            using QAbstractListModel::beginResetModel;
+            using QAbstractListModel::endResetModel;
+            int rowCount(const QModelIndex&) const override { return rows; }
+            QVariant data(const QModelIndex&, int) const override { return {}; }
+            bool canFetchMore(const QModelIndex&) const override { return rows < all; }
+            void fetchMore(const QModelIndex&) override {
+                beginInsertRows({}, rows, rows + 999);
+                rows += 1000;
+                endInsertRows();
+            }
+            Qt::ItemFlags flags(const QModelIndex& index) const override {
+                return index.row() == 1 ? Qt::NoItemFlags : Qt::ItemIsEnabled;
+            }
+            int rows = 0;
+            int all = 0;
+        } model;
+        struct Painter : RowPainter {
+            using RowPainter::RowPainter;
+            void paintRow(QPainter*, const QRect&, const QModelIndex& index,
+                          const RowState& state) const override {
+                if (painted.last() != index.row())
+                    painted.append(index.row());
+                pressed = state.pressed ? index.row() : pressed;
+            }
+            mutable QVector<int> painted{-1};
+            mutable int pressed = -1;
+        };
+        auto* list = add<RowList>(0, 0, 480, 400);
+        auto* painter = new Painter(list);
+        list->setRowPainter(painter);
+        list->setModel(&model);
+        list->setEmptyKey(u("nothing"));
+        Scripted::applyBelow(window_.get(), sameText);
+        QVector<int> touched;
+        connect(list, &RowList::rowTouched, this, [&touched, list](const QModelIndex& index) {
+            touched.append(index.row());
+            list->select(index);
+        });
+        Finger finger = show();
+        TextRecorder recorder(window_->size());
+        window_->render(&recorder);
+        QVERIFY(recorder.has(u("nothing")));
+
+        // The next page comes before the end of the one before is seen.
+        model.all = 10000;
+        model.fetchMore({});
+        finger.tap(QPoint(200, 84 + 40));      // cannot be touched
+        finger.tap(QPoint(200, 2 * 84 + 80));  // between two rows
+        QCOMPARE(touched, QVector<int>());
+        QCOMPARE(clicks_, 0);
+        finger.tap(QPoint(200, 2 * 84 + 40));
+        QCOMPARE(touched, QVector<int>{2});
+        QCOMPARE(list->selected().row(), 2);
+        QCOMPARE(clicks_, 1);
+        QScrollBar* bar = list->verticalScrollBar();
+        while (model.rows < model.all) {
+            const int before = model.rows;
+            list->doItemsLayout();
+            bar->setValue(bar->maximum() - 300);
+            QCOMPARE(model.rows, before + 1000);
+        }
+        painter->painted = {-1};
+        list->reveal(model.index(5000, 0));
+        list->grab();
+        QVERIFY2(painter->painted.size() <= 8, "rows are painted that are not seen");
+
+        // What becomes a scroll is no touch, and the row looks so again.
+        painter->pressed = -1;
+        finger.down(QPoint(200, 200));
+        QTRY_VERIFY(painter->pressed >= 0);
+        finger.move(0, -60);
+        finger.up(150);
+        painter->pressed = -1;
+        list->grab();
+        QCOMPARE(painter->pressed, -1);
+        QCOMPARE(touched.size(), 1);
+        model.beginResetModel();
+        model.endResetModel();
+        QVERIFY(!list->selected().isValid());
     }
 
     void rowMakesRoomForItsControl() {

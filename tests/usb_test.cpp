@@ -7,7 +7,6 @@
 #include "base/clock.h"
 #include "link/command_code.h"
 #include "link/device_link.h"
-#include "screens/usb/file_row.h"
 #include "tests/support/driven_terminal.h"
 #include "tests/support/text_recorder.h"
 #include "ui/dialog_overlay.h"
@@ -395,8 +394,7 @@ class UsbTest : public QObject {
         QVERIFY(t.says("ListItem_UsbFileName"));
         QVERIFY(!heardError());
         t.tap("dialogOkButton");
-        QVERIFY(row(longName)->isSelected());
-        QVERIFY(!row(names.at(4))->isSelected());
+        QVERIFY(isChosen(longName));
     }
 
     void foldersAreNotLeft() {
@@ -408,14 +406,14 @@ class UsbTest : public QObject {
         put(QStringLiteral(".hidden"));
         openWithStick();
         t.tap("importUserTile");
-        QVERIFY(row(QStringLiteral("many")));
-        QVERIFY(!row(QStringLiteral("link")));
-        QVERIFY(!row(QStringLiteral(".hidden")));
-        QVERIFY(!row(QStringLiteral("..")));
+        QVERIFY(row(QStringLiteral("many")).isValid());
+        QVERIFY(!row(QStringLiteral("link")).isValid());
+        QVERIFY(!row(QStringLiteral(".hidden")).isValid());
+        QVERIFY(!row(QStringLiteral("..")).isValid());
         choose(QStringLiteral("many"));
-        QCOMPARE(rows().size(), 500);
+        QCOMPARE(t.find<RowList>("list")->model()->rowCount(), 500);
         t.tap("backButton");
-        QVERIFY(row(QStringLiteral("many")));
+        QVERIFY(row(QStringLiteral("many")).isValid());
         // Back on the menu the stick is still mounted.
         t.frames.clear();
         t.tap("backButton");
@@ -425,8 +423,8 @@ class UsbTest : public QObject {
         QVERIFY(QDir().rename(stick.path(), stick.path() + QStringLiteral(".away")));
         QFile::link(t.root.path("/mnt/data"), stick.path());
         t.tap("importUserTile");
-        QVERIFY(!row(QStringLiteral("input")));
-        QVERIFY(t.find("emptyLabel"));
+        QVERIFY(!row(QStringLiteral("input")).isValid());
+        QVERIFY(t.readsKey("Info_NoFiles"));
         QFile::remove(stick.path());
         QVERIFY(QDir().rename(stick.path() + QStringLiteral(".away"), stick.path()));
     }
@@ -457,27 +455,16 @@ class UsbTest : public QObject {
             t.tap(QByteArray("key_").append(digit).constData());
         t.tap("key_done");
     }
-    QVector<FileRow*> rows() const {
-        const auto all = t.window->findChildren<FileRow*>();
-        QVector<FileRow*> visible;
-        std::copy_if(all.begin(), all.end(), std::back_inserter(visible),
-                     [](const FileRow* row) { return row->isVisible(); });
-        return visible;
-    }
-    FileRow* row(const QString& name) const {
-        const auto all = rows();
-        const auto found = std::find_if(all.begin(), all.end(),
-                                        [&](const FileRow* row) { return row->name() == name; });
-        return found != all.end() ? *found : nullptr;
+    QModelIndex row(const QString& name) const { return t.row(name); }
+    bool isChosen(const QString& name) const {
+        return t.find<RowList>("list")->selected() == row(name) && row(name).isValid();
     }
     /// Goes through the folders of @p path and chooses the file.
     void choose(const QString& path) {
         const QStringList steps = path.split(QLatin1Char('/'));
         for (const QString& step : steps) {
-            FileRow* target = row(step);
-            QVERIFY2(target, qPrintable(step));
-            t.find<ScrollList>("list")->reveal(target);
-            t.tap(target->mapTo(t.window.get(), target->rect().center()));
+            QVERIFY2(row(step).isValid(), qPrintable(step));
+            t.tapRow(row(step));
         }
     }
     /// The frames of these codes that the terminal has sent, once all it sent are there.

@@ -52,6 +52,13 @@ void box(QPainter* painter, const QRectF& box, qreal radius, QRgb fill, QRgb bor
     painter->drawRoundedRect(box.adjusted(half, half, -half, -half), radius - half, radius - half);
 }
 
+void row(QPainter* painter, const QRectF& where, qreal radius, bool pressed, bool chosen) {
+    if (chosen)
+        box(painter, where, radius, Theme::kAccentTint, Theme::kAccent, 2);
+    else
+        box(painter, where, radius, pressed ? Theme::kRowPressed : Theme::kRow);
+}
+
 void icon(QPainter* painter, const QRect& box, const QString& name) {
     drawCentred(painter, box, Pictures::icon(name));
 }

@@ -14,6 +14,9 @@ void box(QPainter* painter, const QRectF& box, qreal radius, QRgb fill);
 void box(QPainter* painter, const QRectF& box, qreal radius, QRgb fill, QRgb border,
          qreal borderWidth);
 
+/// The ground of a row or tile, pressed or chosen.
+void row(QPainter* painter, const QRectF& where, qreal radius, bool pressed, bool chosen);
+
 /// The picture @p name of Pictures::icon() in the middle of @p box, in its own size.
 void icon(QPainter* painter, const QRect& box, const QString& name);
 /// The same as a glyph: @p size pixels wide and all in @p color. A size of 0 means its own.

@@ -94,10 +94,7 @@ void WidgetButton::paintEvent(QPaintEvent*) {
 }
 
 void WidgetButton::drawRow(QPainter* painter, const QRect& box, int radius) const {
-    if (selected_ && isEnabled())
-        Paint::box(painter, box, radius, Theme::kAccentTint, Theme::kAccent, 2);
-    else
-        Paint::box(painter, box, radius, down_ ? Theme::kRowPressed : Theme::kRow);
+    Paint::row(painter, box, radius, down_, selected_ && isEnabled());
 }
 
 void WidgetButton::drawField(QPainter* painter, const QRect& box, bool pressed,

@@ -1,6 +1,5 @@
 #include "screens/common/settings_form.h"
 
-#include <QScrollBar>
 #include <QVariant>
 #include <algorithm>
 #include <utility>
@@ -112,7 +111,7 @@ void SettingsForm::windowInEvent() {
     }
     load(true);
     if (list_ != nullptr)
-        list_->verticalScrollBar()->setValue(0);
+        list_->rewind();
 }
 
 void SettingsForm::windowOutEvent() {

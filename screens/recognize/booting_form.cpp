@@ -2,7 +2,8 @@
 
 #include <QFile>
 
-#include "app/main_window.h"
+#include "app/screen_titles.h"
+#include "app/window_shell.h"
 #include "base/device_paths.h"
 #include "link/command_code.h"
 #include "link/command_parameters.h"
@@ -32,21 +33,20 @@ BootingForm::Upgrade BootingForm::takeUpgradeResult() {
 }
 
 void BootingForm::scriptsApplied() {
-    const MainWindow* shell = MainWindow::getMainWindow();
     ui_->spinner->setVisible(upgrade_ == Upgrade::None);
     ui_->resultIcon->setVisible(upgrade_ != Upgrade::None);
     switch (upgrade_) {
         case Upgrade::None:
-            Styler::setText(ui_->textLabel, shell->getScript(QStringLiteral("Info_Starting")));
+            Styler::setText(ui_->textLabel, shell()->getScript(QStringLiteral("Info_Starting")));
             break;
         case Upgrade::Done:
             ui_->resultIcon->setPixmap(Pictures::icon(QStringLiteral("pass.png")));
-            Styler::setText(ui_->textLabel, shell->getScript(QStringLiteral("Info_UpgradeDone")));
+            Styler::setText(ui_->textLabel, shell()->getScript(QStringLiteral("Info_UpgradeDone")));
             break;
         case Upgrade::Failed:
             ui_->resultIcon->setPixmap(Pictures::icon(QStringLiteral("fail.png")));
             Styler::setText(ui_->textLabel,
-                            shell->getScript(QStringLiteral("ListItem_FwUpgradeFailed")));
+                            shell()->getScript(QStringLiteral("ListItem_FwUpgradeFailed")));
             break;
     }
 }
@@ -57,13 +57,11 @@ void BootingForm::showEvent(QShowEvent* event) {
 }
 
 void BootingForm::bootEnd() {
-    MainWindow* shell = MainWindow::getMainWindow();
-    shell->SendCommand(command::RecognitionMode, command::recognition::Off, 0);
-    shell->SendCommand(command::LivePicture, command::picture::Shown, 0);
-    shell->SendCommand(command::CameraRun, command::camera::Off, 0);
+    shell()->SendCommand(command::RecognitionMode, command::recognition::Off, 0);
+    shell()->SendCommand(command::LivePicture, command::picture::Shown, 0);
+    shell()->SendCommand(command::CameraRun, command::camera::Off, 0);
     // A terminal that says of itself that it was never set up starts with its setup.
-    const bool neverSetUp = shell->settingsArrived() && shell->menuRecord().commissioned == 0;
-    if (shell->changeWindow(neverSetUp ? QStringLiteral("setupMenuWindow")
-                                       : QStringLiteral("stayWindow")) != 0)
+    const bool neverSetUp = shell()->settingsArrived() && shell()->menuRecord().commissioned == 0;
+    if (shell()->changeWindow(neverSetUp ? screen_title::kSetupMenu : screen_title::kStandby) != 0)
         timer_.start();  // until screens may change
 }

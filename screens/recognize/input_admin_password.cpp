@@ -13,6 +13,8 @@
 namespace {
 
 constexpr int kMostWrong = 3;
+/// The message's property that holds its script key.
+constexpr char kTextKey[] = "textKey";
 
 }  // namespace
 
@@ -80,14 +82,29 @@ void InputAdminPassword::refuse() {
         lockedUntil_.setRemainingTime(lockTime_);
         showEntry();
     } else {
-        say(shell()->getScript(QStringLiteral("Info_WrongPassword")));
+        say(QStringLiteral("Info_WrongPassword"));
         shell()->showTouchKey(ui_->passwordField);
     }
 }
 
-void InputAdminPassword::say(const ScriptHandler::Script& message) {
+void InputAdminPassword::scriptsApplied() {
+    if (!ui_->messageLabel->property(kTextKey).toString().isEmpty())
+        sayMessage();
+}
+
+void InputAdminPassword::say(const QString& key, const QString& argument) {
+    ui_->messageLabel->setProperty(kTextKey, key);
+    argument_ = argument;
+    ui_->messageLabel->setVisible(!key.isEmpty());
+    if (!key.isEmpty())
+        sayMessage();
+}
+
+void InputAdminPassword::sayMessage() {
+    ScriptHandler::Script message =
+        shell()->getScript(ui_->messageLabel->property(kTextKey).toString());
+    message.script.replace(QLatin1String("%1"), argument_);
     Styler::setText(ui_->messageLabel, message);
-    ui_->messageLabel->show();
 }
 
 void InputAdminPassword::showEntry() {
@@ -97,18 +114,15 @@ void InputAdminPassword::showEntry() {
     ui_->topBar->button(TopBar::Forward)->setEnabled(known && left == 0);
     if (!known) {
         // Nobody knows the password before the controller has told it.
-        say(shell()->getScript(QStringLiteral("Error_NoResponse")));
+        say(QStringLiteral("ListItem_NoController"));
         return;
     }
     if (left == 0) {
-        ui_->messageLabel->clear();
-        ui_->messageLabel->hide();
+        say({});
         shell()->showTouchKey(ui_->passwordField);
         return;
     }
     // Counts the seconds down, each one as it ends.
-    ScriptHandler::Script message = shell()->getScript(QStringLiteral("Info_PasswordLocked"));
-    message.script = message.script.arg((left + 999) / 1000);
-    say(message);
+    say(QStringLiteral("Info_PasswordLocked"), QString::number((left + 999) / 1000));
     countdown_.start((left - 1) % 1000 + 1);
 }

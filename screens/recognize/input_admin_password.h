@@ -5,7 +5,6 @@
 #include <memory>
 
 #include "screens/common/titled_form.h"
-#include "ui/script_handler.h"
 
 namespace Ui {
 class InputAdminPassword;
@@ -29,12 +28,14 @@ class InputAdminPassword : public TitledForm {
 
  protected:
     void createForm() override;
+    void scriptsApplied() override;
 
  private:
     void okButtonTouch();
     void proceed();
     void refuse();
-    void say(const ScriptHandler::Script& message);
+    void say(const QString& key, const QString& argument = {});
+    void sayMessage();
     void showEntry();
 
     std::unique_ptr<Ui::InputAdminPassword> ui_;
@@ -42,4 +43,5 @@ class InputAdminPassword : public TitledForm {
     int lockTime_ = 30000;
     QDeadlineTimer lockedUntil_;
     QTimer countdown_;
+    QString argument_;  // of the message
 };

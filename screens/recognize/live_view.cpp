@@ -4,11 +4,13 @@
 #include <QPainter>
 #include <algorithm>
 
-#include "app/main_window.h"
+#include "app/screen_titles.h"
+#include "app/window_shell.h"
 #include "base/clock.h"
 #include "base/device_paths.h"
 #include "link/command_code.h"
 #include "link/command_parameters.h"
+#include "link/device_message.h"
 #include "link/record_values.h"
 #include "screens/recognize/booting_form.h"
 #include "screens/recognize/meal_count_form.h"
@@ -68,11 +70,10 @@ void LiveView::showEvent(QShowEvent* event) {
     WindowForm::showEvent(event);
     // Whatever screen was up before may have ended it.
     recognise();
-    MainWindow* shell = MainWindow::getMainWindow();
-    shell->SendCommand(command::LivePicture, command::picture::Shown, 0);
+    shell()->SendCommand(command::LivePicture, command::picture::Shown, 0);
     showSettings();
     // The result is to come at once when it comes.
-    if (WindowForm* result = shell->getWindow(QStringLiteral("recognizeWindow")))
+    if (WindowForm* result = shell()->getWindow(screen_title::kResult))
         QTimer::singleShot(0, result, &WindowForm::ensureForm);
 }
 
@@ -98,7 +99,7 @@ void LiveView::showPeers() {
 }
 
 void LiveView::showSettings() {
-    const _gui_menu_ settings = MainWindow::getMainWindow()->menuRecord();
+    const _gui_menu_ settings = shell()->menuRecord();
     ui_->callButton->setVisible(settings.setup.visitorCall == 1);
     ui_->keypadButton->setVisible(settings.setup.authMethod == AuthMethod::FaceAndId);
     ui_->enrollButton->setVisible(settings.registration.on == 1);
@@ -114,15 +115,14 @@ void LiveView::settingsChanged(const SettingsChange& change) {
 }
 
 void LiveView::workModeChanged() {
-    const MainWindow* shell = MainWindow::getMainWindow();
-    updateWorkState(static_cast<int>(WorkState::shown(shell->getWorkMode(), shell->menuRecord())));
+    updateWorkState(
+        static_cast<int>(WorkState::shown(shell()->getWorkMode(), shell()->menuRecord())));
 }
 
 void LiveView::updateWorkState(int mode) {
-    const MainWindow* shell = MainWindow::getMainWindow();
     const auto workMode = static_cast<WorkMode>(mode);
     const auto banner =
-        WorkState::banner(workMode, shell->menuRecord(), Clock::now().date().dayOfWeek());
+        WorkState::banner(workMode, shell()->menuRecord(), Clock::now().date().dayOfWeek());
     if (!banner) {
         // Nothing but the door is in use then: there is nothing to tell.
         if (workMode == WorkMode::AccessOnly)
@@ -136,7 +136,7 @@ void LiveView::updateWorkState(int mode) {
                               : QString(QLatin1String(kPlainSheet));
     ui_->noti_layer->setGround(sheet);
 
-    const auto script = [shell](const char* key) { return shell->getScript(QLatin1String(key)); };
+    const auto script = [](const char* key) { return shell()->getScript(QLatin1String(key)); };
     if (banner->attendance == nullptr && banner->meal == nullptr) {
         ui_->noti_layer->setContent({}, script("Info_TimeNotiBar_NoService"), {});
     } else {
@@ -201,7 +201,7 @@ void LiveView::setLiveShowTimerReset() {
     const auto dialogs = findChildren<DialogOverlay*>(QString(), Qt::FindDirectChildrenOnly);
     const bool open = std::any_of(dialogs.begin(), dialogs.end(),
                                   [](const DialogOverlay* dialog) { return dialog->isOpen(); });
-    const int seconds = MainWindow::getMainWindow()->menuRecord().liveSeconds;
+    const int seconds = shell()->menuRecord().liveSeconds;
     if (open)
         liveTimer_.stop();
     else
@@ -219,43 +219,39 @@ bool LiveView::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void LiveView::verified() {
-    MainWindow* shell = MainWindow::getMainWindow();
-    const QString title = QStringLiteral("recognizeWindow");
-    const AlarmMode alarm = shell->getAlarmMode();
-    auto* result = qobject_cast<RecognizeWindow*>(shell->getWindow(title));
+    const AlarmMode alarm = shell()->getAlarmMode();
+    auto* result = qobject_cast<RecognizeWindow*>(shell()->getWindow(screen_title::kResult));
     if (result != nullptr && (alarm == AlarmMode::Arm || alarm == AlarmMode::Disarm))
         result->setArmEvent(RecognizeWindow::EVENT_TYPE::Alarm, RecognizeWindow::ARM_BTN_TYPE::Ok,
                             alarm == AlarmMode::Arm ? ArmState::Armed : ArmState::Disarmed);
-    if (shell->getActivateWindowForm() == result || !shell->canChangeWindow())
+    if (shell()->getActivateWindowForm() == result || !shell()->canChangeWindow())
         return;
-    const bool starting = qobject_cast<BootingForm*>(shell->getActivateWindowForm()) != nullptr;
+    const bool starting = qobject_cast<BootingForm*>(shell()->getActivateWindowForm()) != nullptr;
     // A card works at the standby screen too; the live view follows then.
     takeOver();
     // A terminal that has never been set up goes on with that, and every other with people.
-    const QString setup = QStringLiteral("setupMenuWindow");
-    const bool setsUp = starting && shell->getActivateWindowForm()->getTitle() == setup;
-    shell->changeWindow(title, setsUp ? QVariant(setup) : QVariant());
+    const bool setsUp =
+        starting && shell()->getActivateWindowForm()->getTitle() == screen_title::kSetupMenu;
+    shell()->changeWindow(screen_title::kResult,
+                          setsUp ? QVariant(QString(screen_title::kSetupMenu)) : QVariant());
 }
 
 void LiveView::takeOver() {
-    MainWindow* shell = MainWindow::getMainWindow();
-    if (auto* start = qobject_cast<BootingForm*>(shell->getActivateWindowForm()))
+    if (auto* start = qobject_cast<BootingForm*>(shell()->getActivateWindowForm()))
         start->bootEnd();
-    if (auto* standby = qobject_cast<StayWindow*>(shell->getActivateWindowForm()))
+    if (auto* standby = qobject_cast<StayWindow*>(shell()->getActivateWindowForm()))
         standby->wake();
 }
 
 void LiveView::liveEnd() {
-    MainWindow* shell = MainWindow::getMainWindow();
-    if (shell->changeWindow(QStringLiteral("stayWindow")) == 0)
-        shell->SendCommand(command::CameraRun, command::camera::Off, 0);
+    if (shell()->changeWindow(screen_title::kStandby) == 0)
+        shell()->SendCommand(command::CameraRun, command::camera::Off, 0);
     else
         setLiveShowTimerReset();
 }
 
 void LiveView::doorRing() {
-    MainWindow* shell = MainWindow::getMainWindow();
-    shell->SendCommand(command::RecognitionKey, command::key::DoorRing, 0);
+    shell()->SendCommand(command::RecognitionKey, command::key::DoorRing, 0);
     doorDialog_->setTextKey(QStringLiteral("Dialog_VisitorDoorCalling"));
     doorDialog_->show();
 }
@@ -269,7 +265,7 @@ void LiveView::inputSub() {
     if (!shell()->canChangeWindow())
         return;
     Recognition::stop(*shell());
-    shell()->changeWindow(QStringLiteral("inputSubWindow"));
+    shell()->changeWindow(screen_title::kNumberEntry);
 }
 
 void LiveView::enrollButtonTouch() {
@@ -283,30 +279,28 @@ void LiveView::enrolRequested() {
     takeOver();
     // The service has said already who it is.
     _gui_user_ user;
-    MainWindow::getMainWindow()->GetGuiUser(&user);
+    shell()->GetGuiUser(&user);
     startEnrolment(user);
 }
 
 void LiveView::startEnrolment(_gui_user_ user) {
-    MainWindow* shell = MainWindow::getMainWindow();
     user.enrolMode = AuthMethod::FromLiveView;
-    shell->SetGuiUser(&user);
-    shell->SendCommand(command::LivePicture, command::picture::Shown, 0);
-    shell->SendCommand(command::RecognitionMode, command::recognition::Enrolment, 0);
-    shell->SendCommand(command::CameraRun, command::camera::Off, 0);
-    shell->SendCommand(command::CameraPictureStop, 0, 0);
+    shell()->SetGuiUser(&user);
+    shell()->SendCommand(command::LivePicture, command::picture::Shown, 0);
+    shell()->SendCommand(command::RecognitionMode, command::recognition::Enrolment, 0);
+    shell()->SendCommand(command::CameraRun, command::camera::Off, 0);
+    shell()->SendCommand(command::CameraPictureStop, 0, 0);
     // The person enters no ID there; the screen is given one.
-    if (shell->enrolAtDoor(AuthMethod::FromLiveView) == 0)
-        shell->SendCommand(command::StartEnrolment, 0, 0);
+    if (shell()->enrolAtDoor(AuthMethod::FromLiveView) == 0)
+        shell()->SendCommand(command::StartEnrolment, 0, 0);
 }
 
 void LiveView::homeButtonTouch() {
-    MainWindow* shell = MainWindow::getMainWindow();
-    if (!shell->canChangeWindow())
+    if (!shell()->canChangeWindow())
         return;
     // Whoever works in the menu is not to be recognised meanwhile.
-    Recognition::stop(*shell);
-    shell->changeWindow(QStringLiteral("zelMenuWindow"));
+    Recognition::stop(*shell());
+    shell()->changeWindow(screen_title::kMenu);
 }
 
 void LiveView::mousePressEvent(QMouseEvent*) {
@@ -314,7 +308,7 @@ void LiveView::mousePressEvent(QMouseEvent*) {
 }
 
 void LiveView::paintEvent(QPaintEvent* event) {
-    if (MainWindow::onPanel())
+    if (WindowShell::onPanel())
         return;
     QPainter painter(this);
     painter.setClipRegion(event->region());

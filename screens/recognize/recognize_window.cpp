@@ -4,7 +4,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/main_window.h"
+#include "app/screen_titles.h"
+#include "app/window_shell.h"
 #include "link/command_code.h"
 #include "link/command_parameters.h"
 #include "link/device_message.h"
@@ -25,7 +26,7 @@ constexpr QRect kCancelAlone(24, 704, 432, 72);
 constexpr QRect kCancelBesidePayment(24, 704, 160, 72);
 
 ScriptHandler::Script script(const char* key) {
-    return MainWindow::getMainWindow()->getScript(QLatin1String(key));
+    return WindowForm::shell()->getScript(QLatin1String(key));
 }
 
 /// A text that somebody entered, without what would break a line.
@@ -70,19 +71,17 @@ void RecognizeWindow::scriptsApplied() {
 
 void RecognizeWindow::showEvent(QShowEvent* event) {
     WindowForm::showEvent(event);
-    MainWindow* shell = MainWindow::getMainWindow();
-    shell->SendCommand(command::LivePicture, command::picture::Hidden, 0);
-    startTimer(shell->menuRecord().resultSeconds);
+    shell()->SendCommand(command::LivePicture, command::picture::Hidden, 0);
+    startTimer(shell()->menuRecord().resultSeconds);
 }
 
 void RecognizeWindow::hideEvent(QHideEvent* event) {
     WindowForm::hideEvent(event);
-    MainWindow* shell = MainWindow::getMainWindow();
-    if (shell == nullptr)
+    if (shell() == nullptr)
         return;
-    shell->SendCommand(command::RecognitionHidden, 0, 0);
+    shell()->SendCommand(command::RecognitionHidden, 0, 0);
     if (!paymentDone_)
-        shell->SendCommand(command::RecognitionKey, command::key::ScreenHidden, 0);
+        shell()->SendCommand(command::RecognitionKey, command::key::ScreenHidden, 0);
     // Nobody's data is to flash up before the next result.
     showNobody();
 }
@@ -103,17 +102,16 @@ void RecognizeWindow::deviceAnswer(const DeviceMessage& message) {
     const QString userId = fieldText(result_.userId);
     setUserID(userId);
     showPage();
-    setThumbnail(MainWindow::getMainWindow()->menuRecord().screen.showThumbnail, userId);
+    setThumbnail(shell()->menuRecord().screen.showThumbnail, userId);
     selectMenu();
     emit resultReady();
 }
 
 void RecognizeWindow::setUserID(const QString& userId) {
-    MainWindow* shell = MainWindow::getMainWindow();
-    shell->setState1N1(0);
-    workMode_ = WorkState::shown(shell->getWorkMode(), shell->menuRecord());
+    shell()->setState1N1(0);
+    workMode_ = WorkState::shown(shell()->getWorkMode(), shell()->menuRecord());
     viewStateMode();
-    startTimer(shell->menuRecord().resultSeconds);
+    startTimer(shell()->menuRecord().resultSeconds);
 
     const bool positive = accepted() || result_.result == Verdict::Registered;
     QPalette colors = ui_->band->palette();
@@ -122,11 +120,11 @@ void RecognizeWindow::setUserID(const QString& userId) {
     ui_->bandIcon->setPixmap(
         Pictures::icon(positive ? QStringLiteral("band_ok.png") : QStringLiteral("band_fail.png")));
     ui_->resultLine->setInk(positive ? Theme::kOnAccent : Theme::kOnDanger);
-    ui_->resultLine->setScript(shell->getScript(resultKey()));
+    ui_->resultLine->setScript(shell()->getScript(resultKey()));
     ui_->band->show();
     ui_->userCard->show();
     ui_->menuButton->setRole(positive ? LabelButton::Primary : LabelButton::Danger);
-    shell->PlaySound(positive ? command::sound::Accepted : command::sound::Error);
+    shell()->PlaySound(positive ? command::sound::Accepted : command::sound::Error);
 
     const QString customerId = oneLine(fieldText(result_.customerId));
     ui_->idLine->setText(customerId.isEmpty() ? oneLine(userId) : customerId);
@@ -199,7 +197,7 @@ void RecognizeWindow::viewStateMode() {
         icon = QStringLiteral("menu_attendance_24_accent.png");
         text =
             script("Arg_WorkMode").script.replace(QLatin1String("%1"), script(event->word).script);
-    } else if (WorkState::isMealOperation(MainWindow::getMainWindow()->menuRecord())) {
+    } else if (WorkState::isMealOperation(shell()->menuRecord())) {
         icon = QStringLiteral("menu_meal_24_accent.png");
         text = script("Info_ModeMeals").script;
     }
@@ -234,13 +232,12 @@ void RecognizeWindow::inDutyButtonTouch() {
 }
 
 void RecognizeWindow::recordAttendance(const WorkState::Attendance& event) {
-    MainWindow* shell = MainWindow::getMainWindow();
-    shell->SendCommand(command::RecognitionKey, event.key, 0);
+    shell()->SendCommand(command::RecognitionKey, event.key, 0);
     recorded_ = &event;
     viewStateMode();
     ui_->inOutOkForm->setEvent(event);
     showLower({ui_->inOutOkForm});
-    startTimer(shell->menuRecord().attendanceDoneSeconds);
+    startTimer(shell()->menuRecord().attendanceDoneSeconds);
 }
 
 void RecognizeWindow::plusButtonTouch() {
@@ -252,31 +249,29 @@ void RecognizeWindow::minusButtonTouch() {
 }
 
 void RecognizeWindow::changePaymentCount(int count) {
-    MainWindow* shell = MainWindow::getMainWindow();
     paymentCount_ = qBound(1, count, kMostMeals);
-    shell->SendCommand(command::RecognitionKey, command::key::PayCount, 0);
+    shell()->SendCommand(command::RecognitionKey, command::key::PayCount, 0);
     updatePaymentCount();
-    startTimer(shell->menuRecord().resultSeconds);
+    startTimer(shell()->menuRecord().resultSeconds);
 }
 
 void RecognizeWindow::paymentButtonTouch() {
-    MainWindow* shell = MainWindow::getMainWindow();
     paymentDone_ = true;
     const int count = std::exchange(paymentCount_, 0);
-    shell->SendCommand(command::RecognitionKey,
-                       count == 1 ? command::key::PayOne : command::key::PaySeveral,
-                       static_cast<quint8>(count));
+    shell()->SendCommand(command::RecognitionKey,
+                         count == 1 ? command::key::PayOne : command::key::PaySeveral,
+                         static_cast<quint8>(count));
     ScriptHandler::Script done = script("Info_PaymentCompleted");
     const char* meal = WorkState::mealName(workMode_);
     done.script.replace(QLatin1String("%1"), meal != nullptr ? script(meal).script : QString());
     done.script.replace(QLatin1String("%2"), QString::number(count));
     ui_->paymentOkForm->confirm(done);
     showLower({ui_->paymentOkForm});
-    startTimer(shell->menuRecord().paymentDoneSeconds);
+    startTimer(shell()->menuRecord().paymentDoneSeconds);
 }
 
 void RecognizeWindow::cancelButtonTouch() {
-    leaveTo(QStringLiteral("stayWindow"));
+    leaveTo(screen_title::kStandby);
 }
 
 void RecognizeWindow::menuButtonTouch() {
@@ -284,15 +279,15 @@ void RecognizeWindow::menuButtonTouch() {
 }
 
 void RecognizeWindow::timerEnd() {
-    if (MainWindow::getMainWindow()->getActivateWindowForm() == this)
-        leaveTo(QStringLiteral("liveWindow"));
+    if (shell()->getActivateWindowForm() == this)
+        leaveTo(screen_title::kLive);
 }
 
 // --- Inside --------------------------------------------------------------------------------
 
 void RecognizeWindow::leaveTo(const QString& title) {
     const QString next = param().isValid() ? param().toString() : title;
-    if (MainWindow::getMainWindow()->changeWindow(next) != 0)
+    if (shell()->changeWindow(next) != 0)
         timer_.start();  // until screens may change
 }
 
@@ -320,7 +315,7 @@ QString RecognizeWindow::resultKey() const {
             break;
         case Verdict::NoAccessTime:
             // A canteen has no entrance to speak of.
-            return WorkState::isMealOperation(MainWindow::getMainWindow()->menuRecord())
+            return WorkState::isMealOperation(shell()->menuRecord())
                        ? QStringLiteral("Info_NoMealTime")
                        : QStringLiteral("Info_NoAccessTime");
         case Verdict::Registered:
@@ -342,11 +337,11 @@ bool RecognizeWindow::accepted() const {
 
 bool RecognizeWindow::asksPayment() const {
     return accepted() && workMode_ != WorkMode::AccessOnly &&
-           WorkState::isMealOperation(MainWindow::getMainWindow()->menuRecord());
+           WorkState::isMealOperation(shell()->menuRecord());
 }
 
 bool RecognizeWindow::betweenMeals() const {
     return result_.result == Verdict::MealTaken ||
            (result_.result == Verdict::NoAccessTime && workMode_ == WorkMode::AccessOnly &&
-            WorkState::isMealOperation(MainWindow::getMainWindow()->menuRecord()));
+            WorkState::isMealOperation(shell()->menuRecord()));
 }

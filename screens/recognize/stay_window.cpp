@@ -1,6 +1,7 @@
 #include "screens/recognize/stay_window.h"
 
-#include "app/main_window.h"
+#include "app/screen_titles.h"
+#include "app/window_shell.h"
 #include "base/clock.h"
 #include "link/command_code.h"
 #include "link/command_parameters.h"
@@ -32,11 +33,10 @@ void StayWindow::createForm() {
 
 void StayWindow::showEvent(QShowEvent* event) {
     WindowForm::showEvent(event);
-    MainWindow* shell = MainWindow::getMainWindow();
-    shell->SendCommand(command::LivePicture, command::picture::Hidden, 0);
-    Recognition::stop(*shell);
+    shell()->SendCommand(command::LivePicture, command::picture::Hidden, 0);
+    Recognition::stop(*shell());
     loadPictures();
-    shell->SendCloseMessage(command::closed::ByMenuTimeout);
+    shell()->SendCloseMessage(command::closed::ByMenuTimeout);
     lightUp();
 }
 
@@ -50,7 +50,6 @@ void StayWindow::windowOutEvent() {
 void StayWindow::deviceAnswer(const DeviceMessage& message) {
     if (!isVisible())
         return;
-    MainWindow* shell = MainWindow::getMainWindow();
     switch (message.command) {
         case command::SleepScreen:
             sleepTimeout();
@@ -64,7 +63,7 @@ void StayWindow::deviceAnswer(const DeviceMessage& message) {
         case command::RecognitionFailed:
             // A card was refused; the live view tells why.
             if (goLive())
-                shell->getActivateWindowForm()->deviceAnswer(message);
+                shell()->getActivateWindowForm()->deviceAnswer(message);
             break;
         default:
             break;
@@ -85,7 +84,7 @@ void StayWindow::peersChanged() {
 }
 
 void StayWindow::loadPictures() {
-    const ScreenBlock screen = MainWindow::getMainWindow()->menuRecord().screen;
+    const ScreenBlock screen = shell()->menuRecord().screen;
     ui_->standbyView->setBackground(screen.standbyMode == StandbyMode::ChosenPicture
                                         ? StandbyPictures::background(screen.standbyPicture)
                                         : QPixmap());
@@ -97,7 +96,7 @@ void StayWindow::showTime() {
 }
 
 void StayWindow::setSleepTimerReset() {
-    const int seconds = MainWindow::getMainWindow()->getSleepMode();
+    const int seconds = shell()->getSleepMode();
     if (seconds > 0)
         sleepTimer_.start(seconds * 1000);
     else
@@ -109,11 +108,11 @@ void StayWindow::sleepTimeout() {
     clockTimer_.stop();
     ui_->standbyView->setDark(true);
     ui_->peerSign->hide();
-    MainWindow::getMainWindow()->SendCommand(command::BurnInTimer, command::burn_in::Darken, 0);
+    shell()->SendCommand(command::BurnInTimer, command::burn_in::Darken, 0);
 }
 
 void StayWindow::wakePanel() {
-    MainWindow::getMainWindow()->SendCommand(command::BurnInTimer, command::burn_in::Wake, 0);
+    shell()->SendCommand(command::BurnInTimer, command::burn_in::Wake, 0);
     lightUp();
 }
 
@@ -126,7 +125,7 @@ void StayWindow::lightUp() {
 }
 
 void StayWindow::wake() {
-    Recognition::start(*MainWindow::getMainWindow());
+    Recognition::start(*shell());
     wakePanel();
 }
 
@@ -136,10 +135,10 @@ bool StayWindow::goLive() {
         return false;
     }
     wake();
-    return shell()->changeWindow(QStringLiteral("liveWindow")) == 0;
+    return shell()->changeWindow(screen_title::kLive) == 0;
 }
 
 void StayWindow::centerTouch() {
-    MainWindow::getMainWindow()->PlaySound(command::sound::Wake);
+    shell()->PlaySound(command::sound::Wake);
     goLive();
 }

@@ -2,16 +2,13 @@
 
 #include <QDirIterator>
 #include <QLoggingCategory>
-#include <QScrollBar>
 
-#include "app/main_window.h"
+#include "app/window_shell.h"
 #include "base/device_paths.h"
 #include "link/command_code.h"
 #include "link/command_parameters.h"
 #include "link/frame.h"
-#include "screens/usb/file_row.h"
 #include "ui/theme.h"
-#include "ui_usb_upload_file_selecter.h"
 
 Q_LOGGING_CATEGORY(usbLog, "zel.screens.usb", QtInfoMsg)
 
@@ -60,31 +57,27 @@ bool isOnStick(const QString& devicePath) {
 }  // namespace
 
 UsbUploadFileSelecter::UsbUploadFileSelecter(QWidget* parent, const QString& title)
-    : TitledForm(parent, title), popup_(this, kTexts) {}
+    : FormScreen(parent, title), files_(new FileModel(this)), popup_(this, kTexts) {}
 
-UsbUploadFileSelecter::~UsbUploadFileSelecter() = default;
-
-void UsbUploadFileSelecter::createForm() {
-    ui_ = std::make_unique<Ui::UsbUploadFileSelecter>();
-    ui_->setupUi(this);
-    connectForm(ui_->topBar);
+void UsbUploadFileSelecter::built() {
     connect(ui_->topBar, &TopBar::forwardTouched, this, &UsbUploadFileSelecter::selectedOK);
-    for (QLabel* label : {ui_->pathLabel, ui_->emptyLabel}) {
-        QPalette hint = label->palette();
-        hint.setColor(QPalette::WindowText, Theme::color(Theme::kHint));
-        label->setPalette(hint);
-    }
+    ui_->list->setRowPainter(new FilePainter(this));
+    ui_->list->setModel(files_);
+    connect(ui_->list, &RowList::rowTouched, this, &UsbUploadFileSelecter::rowTouched);
+    QPalette hint = ui_->pathLabel->palette();
+    hint.setColor(QPalette::WindowText, Theme::color(Theme::kHint));
+    ui_->pathLabel->setPalette(hint);
     ui_->pathLabel->setFont(Theme::font(QStringLiteral("Noto Sans CJK KR"), 20));
 }
 
 void UsbUploadFileSelecter::windowInEvent() {
-    TitledForm::windowInEvent();
+    FormScreen::windowInEvent();
     updatePath(QLatin1String(kStickFolder));
 }
 
 void UsbUploadFileSelecter::prevButtonTouch() {
     if (folderPath_ == QLatin1String(kStickFolder))
-        MainWindow::getMainWindow()->changeWindow(QStringLiteral("usbMenuWindow"), true);
+        shell()->changeWindow(backTarget(), true);
     else
         updatePath(folderPath_.section(QLatin1Char('/'), 0, -2));
 }
@@ -92,22 +85,13 @@ void UsbUploadFileSelecter::prevButtonTouch() {
 void UsbUploadFileSelecter::updatePath(const QString& devicePath) {
     folderPath_ = devicePath;
     const QFontMetrics metrics(ui_->pathLabel->font());
-    ui_->pathLabel->setText(
-        metrics.elidedText(FileRow::visible(devicePath), Qt::ElideMiddle, ui_->pathLabel->width()));
+    ui_->pathLabel->setText(metrics.elidedText(FilePainter::visible(devicePath), Qt::ElideMiddle,
+                                               ui_->pathLabel->width()));
     listEntries();
 }
 
 void UsbUploadFileSelecter::listEntries() {
-    choose(nullptr);
-    const auto old = ui_->rows->findChildren<FileRow*>();
-    for (FileRow* row : old) {
-        // It may be the one whose touch has led here.
-        row->hide();
-        ui_->rowsLayout->removeWidget(row);
-        row->setObjectName(QString());
-        row->deleteLater();
-    }
-
+    choose({});
     QStringList folders;
     QStringList files;
     if (isOnStick(folderPath_)) {
@@ -121,61 +105,45 @@ void UsbUploadFileSelecter::listEntries() {
             qCInfo(usbLog, "only %d entries of %s are shown", kMostEntries,
                    qUtf8Printable(folderPath_));
     }
-    showRows(folders, true);
-    showRows(files, false);
-    ui_->emptyLabel->setVisible(folders.isEmpty() && files.isEmpty());
-    ui_->list->verticalScrollBar()->setValue(0);
+    files_->setEntries(folders, files);
+    ui_->list->rewind();
 }
 
-void UsbUploadFileSelecter::showRows(const QStringList& names, bool folders) {
-    QStringList sorted = names;
-    sorted.sort(Qt::CaseInsensitive);
-    for (const QString& name : qAsConst(sorted)) {
-        auto* row = new FileRow(name, folders, ui_->rows);
-        // Before the stretch at the end.
-        const int place = ui_->rowsLayout->count() - 1;
-        row->setObjectName(QStringLiteral("fileRow%1").arg(place));
-        ui_->rowsLayout->insertWidget(place, row);
-        row->show();
-        connect(row, &FileRow::touched, this, [this, row] { rowTouched(row); });
-    }
+QString UsbUploadFileSelecter::pathOf(const QModelIndex& row) const {
+    return folderPath_ + QLatin1Char('/') + row.data().toString();
 }
 
-void UsbUploadFileSelecter::rowTouched(FileRow* row) {
-    const QString path = folderPath_ + QLatin1Char('/') + row->name();
+void UsbUploadFileSelecter::rowTouched(const QModelIndex& row) {
+    const QString path = pathOf(row);
     if (payloadOf(path).isEmpty())
         popup_.show(kPopupName, kPopupSeconds);
-    else if (row->isFolder())
+    else if (row.data(FileModel::IsFolder).toBool())
         updatePath(path);
     else
         choose(row);
 }
 
-void UsbUploadFileSelecter::choose(FileRow* row) {
-    if (chosen_ != nullptr)
-        chosen_->setSelected(false);
-    chosen_ = row;
-    if (chosen_ != nullptr)
-        chosen_->setSelected(true);
-    ui_->topBar->button(TopBar::Forward)->setEnabled(chosen_ != nullptr);
+void UsbUploadFileSelecter::choose(const QModelIndex& row) {
+    ui_->list->select(row);
+    ui_->topBar->button(TopBar::Forward)->setEnabled(row.isValid());
 }
 
 void UsbUploadFileSelecter::selectedOK() {
-    if (chosen_ == nullptr)
+    const QModelIndex chosen = ui_->list->selected();
+    if (!chosen.isValid())
         return;
-    MainWindow* shell = MainWindow::getMainWindow();
-    const QByteArray path = payloadOf(folderPath_ + QLatin1Char('/') + chosen_->name());
+    const QByteArray path = payloadOf(pathOf(chosen));
     for (const Import& one : kImports) {
         if (caller_ == QLatin1String(one.action) &&
-            !shell->SendCommand(one.command, one.kind, 0, static_cast<unsigned short>(path.size()),
-                                path.constData())) {
+            !shell()->SendCommand(one.command, one.kind, 0,
+                                  static_cast<unsigned short>(path.size()), path.constData())) {
             popup_.show(kPopupNoController, kPopupSeconds);
             return;
         }
     }
-    shell->changeWindow(QStringLiteral("usbMenuWindow"), true);
+    shell()->changeWindow(backTarget(), true);
     // What takes long is not to be cut off.
-    shell->StopMenuTimer();
+    shell()->StopMenuTimer();
 }
 
 QByteArray UsbUploadFileSelecter::payloadOf(const QString& devicePath) {

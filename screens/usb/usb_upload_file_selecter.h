@@ -1,23 +1,17 @@
 #pragma once
 
-#include <memory>
-
+#include "screens/common/form_screen.h"
 #include "screens/common/screen_popup.h"
-#include "screens/common/titled_form.h"
-
-namespace Ui {
-class UsbUploadFileSelecter;
-}
-class FileRow;
+#include "screens/usb/file_list.h"
+#include "ui_usb_upload_file_selecter.h"
 
 /// Picker for a file on the USB stick. It shows the stick's folder "ZEL01" and what lies below it,
 /// and never leads out of it.
-class UsbUploadFileSelecter : public TitledForm {
+class UsbUploadFileSelecter : public FormScreen<Ui::UsbUploadFileSelecter> {
     Q_OBJECT
 
  public:
     UsbUploadFileSelecter(QWidget* parent, const QString& title);
-    ~UsbUploadFileSelecter() override;
 
     /// What the chosen file is for: the name of an import.
     void setCaller(const QString& action) { caller_ = action; }
@@ -28,7 +22,7 @@ class UsbUploadFileSelecter : public TitledForm {
     void selectedOK();
 
  protected:
-    void createForm() override;
+    void built() override;
     /// One folder up, and from the first one back to the menu.
     void prevButtonTouch() override;
 
@@ -36,15 +30,15 @@ class UsbUploadFileSelecter : public TitledForm {
     /// Shows the folder @p devicePath.
     void updatePath(const QString& devicePath);
     void listEntries();
-    void showRows(const QStringList& names, bool folders);
-    void rowTouched(FileRow* row);
-    void choose(FileRow* row);
+    void rowTouched(const QModelIndex& row);
+    /// Makes @p row the chosen one, invalid for none.
+    void choose(const QModelIndex& row);
+    QString pathOf(const QModelIndex& row) const;
     /// What the controller gets for @p devicePath; empty when it cannot be told that path.
     static QByteArray payloadOf(const QString& devicePath);
 
-    std::unique_ptr<Ui::UsbUploadFileSelecter> ui_;
     QString caller_;
     QString folderPath_;
-    FileRow* chosen_ = nullptr;
+    FileModel* const files_;
     ScreenPopup popup_;
 };

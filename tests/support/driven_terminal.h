@@ -14,6 +14,7 @@
 #include "tests/support/text_recorder.h"
 #include "ui/dialog_overlay.h"
 #include "ui/input_field.h"
+#include "ui/row_list.h"
 #include "ui/scroll_list.h"
 #include "ui/touch_shield.h"
 
@@ -135,6 +136,28 @@ class DrivenTerminal {
             window.get(), QPoint(static_cast<int>(widget->width() * across), widget->height() / 2));
     }
     void tap(const char* name, qreal across = 0.5) { tap(place(name, across)); }
+    /// The row of the visible list of rows that has the text @p text; invalid when there is none.
+    QModelIndex row(const QString& text) const {
+        const auto lists = window->findChildren<RowList*>();
+        for (const RowList* list : lists) {
+            if (list->isVisible())
+                return list->model()
+                    ->match(list->model()->index(0, 0), Qt::DisplayRole, text, 1,
+                            Qt::MatchExactly | Qt::MatchCaseSensitive)
+                    .value(0);
+        }
+        return {};
+    }
+    /// Touches it, after scrolling to it.
+    void tapRow(const QModelIndex& index) {
+        const auto lists = window->findChildren<RowList*>();
+        for (RowList* list : lists) {
+            if (!list->isVisible() || list->model() != index.model())
+                continue;
+            list->reveal(index);
+            tap(list->viewport()->mapTo(window.get(), list->rowBox(index).center()));
+        }
+    }
     QString text(const char* key) const { return window->getScript(QLatin1String(key)).script; }
     /// Whether @p text can be read on the window.
     bool reads(const QString& text) const {

@@ -19,7 +19,8 @@ class Finger {
         for (int i = 1; i <= kSteps; ++i)
             QTest::mouseMove(handle(), at_ = start + QPoint(dx * i / kSteps, dy * i / kSteps));
     }
-    void up() { QTest::mouseRelease(handle(), Qt::LeftButton, {}, at_); }
+    /// After lying still for @p rest milliseconds, if any.
+    void up(int rest = -1) { QTest::mouseRelease(handle(), Qt::LeftButton, {}, at_, rest); }
     /// At a QPoint of the window or in the middle of a QWidget.
     template <class Place>
     void tap(const Place& place) {

@@ -5,6 +5,7 @@
 #include "app/management_link.h"
 #include "link/command_code.h"
 #include "link/device_records.h"
+#include "screens/common/factory_test_form.h"
 #include "screens/settings/operation_settings_form.h"
 #include "sim/common/portrait.h"
 #include "tools/gallery/door_states.h"
@@ -113,6 +114,17 @@ void overlap(Stage& stage, const char* field, bool closed) {
     stage.touch(QStringLiteral("forwardButton"));
     if (closed)
         stage.touch(QStringLiteral("dialogOkButton"));
+}
+
+/// The I/O test after @p done steps, of which the first @p passed have passed.
+void factoryIo(Stage& stage, int done, int passed) {
+    stage.active<FactoryTestForm>()->windowInEvent();
+    for (int step = 0; step < done; ++step) {
+        if (step < passed)
+            stage.receive(command::FactoryIoReport, static_cast<unsigned char>(step),
+                          static_cast<unsigned char>(1));
+        stage.receive(command::FactoryIoStepDone, static_cast<unsigned char>(step));
+    }
 }
 
 void wrongPassword(Stage& stage, int times) {
@@ -322,11 +334,11 @@ constexpr NamedState kStates[] = {
          stage.touch(QStringLiteral("importLogTile"));
      }},
     {"usbUploadFileSelector", "chosen",
-     [](Stage& stage) { stage.touch(QStringLiteral("fileRow4")); }},
+     [](Stage& stage) { stage.touchRow(4); }},
     {"usbUploadFileSelector", "folder",
-     [](Stage& stage) { stage.touch(QStringLiteral("fileRow1")); }},
+     [](Stage& stage) { stage.touchRow(1); }},
     {"usbUploadFileSelector", "empty-folder",
-     [](Stage& stage) { stage.touch(QStringLiteral("fileRow0")); }},
+     [](Stage& stage) { stage.touchRow(0); }},
     {"UsbOutLogWindow", "all", [](Stage& stage) { stage.touch(QStringLiteral("rangeToggle")); }},
     {"UsbOutLogWindow", "keypad",
      [](Stage& stage) {
@@ -419,6 +431,9 @@ constexpr NamedState kStates[] = {
      [](Stage& stage) { keypad(stage, InputField::Latin, "symbols"); }},
     {"userSearch_InfoWindow", "keypad-more-symbols",
      [](Stage& stage) { keypad(stage, InputField::Latin, "symbols shift"); }},
+    {"f_ioTestWindow", "running", [](Stage& stage) { factoryIo(stage, 0, 0); }},
+    {"f_ioTestWindow", "passed", [](Stage& stage) { factoryIo(stage, 3, 3); }},
+    {"f_ioTestWindow", "failed", [](Stage& stage) { factoryIo(stage, 2, 1); }},
     {"upgradingWindow", "downloading", [](Stage& stage) { downloading(stage, 2000000); }},
     {"upgradingWindow", "downloading-without-length", [](Stage& stage) { downloading(stage, -1); }},
     {"upgradingWindow", "updated",

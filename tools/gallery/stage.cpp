@@ -12,6 +12,7 @@
 #include "tools/gallery/door_states.h"
 #include "ui/dialog_overlay.h"
 #include "ui/notice_strip.h"
+#include "ui/row_list.h"
 #include "ui/scripted.h"
 #include "ui/scroll_list.h"
 #include "ui/spinner.h"
@@ -196,6 +197,22 @@ void Stage::touch(const QString& name) {
     WidgetButton* target = button(name);
     send(QEvent::MouseButtonPress, target);
     send(QEvent::MouseButtonRelease, target);
+    settle();
+}
+
+void Stage::touchRow(int row) {
+    const auto lists = window_->findChildren<RowList*>();
+    for (RowList* list : lists) {
+        if (!list->isVisible())
+            continue;
+        const QModelIndex index = list->model()->index(row, 0);
+        list->reveal(index);
+        for (const QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+            QMouseEvent event(type, list->rowBox(index).center(), Qt::LeftButton, Qt::LeftButton,
+                              Qt::NoModifier);
+            QCoreApplication::sendEvent(list->viewport(), &event);
+        }
+    }
     settle();
 }
 

@@ -66,7 +66,9 @@ class Stage {
     void showAdded();
     /// Touches the button @p name, after scrolling to it.
     void touch(const QString& name);
-    /// The same without lifting the finger, until open() is called.
+    /// Touches the row number @p row of the list of rows that is shown.
+    void touchRow(int row);
+    /// The same as touch() without lifting the finger, until open() is called.
     void press(const QString& name);
 
  private:
