@@ -5,7 +5,6 @@
 #include "app/management_link.h"
 #include "link/command_code.h"
 #include "link/device_records.h"
-#include "screens/common/factory_test_form.h"
 #include "screens/settings/operation_settings_form.h"
 #include "sim/common/portrait.h"
 #include "tools/gallery/door_states.h"
@@ -118,7 +117,6 @@ void overlap(Stage& stage, const char* field, bool closed) {
 
 /// The I/O test after @p done steps, of which the first @p passed have passed.
 void factoryIo(Stage& stage, int done, int passed) {
-    stage.active<FactoryTestForm>()->windowInEvent();
     for (int step = 0; step < done; ++step) {
         if (step < passed)
             stage.receive(command::FactoryIoReport, static_cast<unsigned char>(step),
@@ -391,9 +389,7 @@ constexpr NamedState kStates[] = {
     {"workMenuWindow", "saved",
      [](Stage& stage) { stage.active<OperationSettingsForm>()->ShowPopup(7, 0); }},
     {"workMenuWindow", "saving",
-     [](Stage& stage) {
-         stage.active<OperationSettingsForm>()->ShowPopup(SettingsForm::Saving, 0);
-     }},
+     [](Stage& stage) { stage.touch(QStringLiteral("forwardButton")); }},
     {"workMenuWindow", "refused",
      [](Stage& stage) {
          stage.active<OperationSettingsForm>()->ShowPopup(SettingsForm::Refused, 0);
@@ -403,7 +399,10 @@ constexpr NamedState kStates[] = {
          stage.active<OperationSettingsForm>()->ShowPopup(SettingsForm::NoAnswer, 0);
      }},
     {"workMenuWindow", "no-link",
-     [](Stage& stage) { stage.touch(QStringLiteral("forwardButton")); }},
+     [](Stage& stage) {
+         stage.loseController();
+         stage.touch(QStringLiteral("forwardButton"));
+     }},
     {"workMenuWindow", "overlap", [](Stage& stage) { overlap(stage, "weekdayOutTime", false); }},
     {"workMenuWindow", "overlap-rows",
      [](Stage& stage) { overlap(stage, "weekdayOutTime", true); }},
@@ -431,7 +430,6 @@ constexpr NamedState kStates[] = {
      [](Stage& stage) { keypad(stage, InputField::Latin, "symbols"); }},
     {"userSearch_InfoWindow", "keypad-more-symbols",
      [](Stage& stage) { keypad(stage, InputField::Latin, "symbols shift"); }},
-    {"f_ioTestWindow", "running", [](Stage& stage) { factoryIo(stage, 0, 0); }},
     {"f_ioTestWindow", "passed", [](Stage& stage) { factoryIo(stage, 3, 3); }},
     {"f_ioTestWindow", "failed", [](Stage& stage) { factoryIo(stage, 2, 1); }},
     {"upgradingWindow", "downloading", [](Stage& stage) { downloading(stage, 2000000); }},
