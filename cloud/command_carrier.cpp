@@ -41,7 +41,7 @@ void CommandCarrier::look() {
 void CommandCarrier::stepped(const std::optional<CommandQueue::Taken>& taken, int untilDue) {
     stepping_ = false;
     busy_ = taken.has_value();
-    if (taken && commands_.addUserRestCommandDir(*taken))
+    if (taken && host_.linkProgress().connection != 0 && commands_.addUserRestCommandDir(*taken))
         sent_ = host_.linkProgress();
     // Until then its frame is on its way, or there is no link.
     timer_.start(busy_ ? CommandQueue::kIdleInterval : untilDue);

@@ -29,9 +29,6 @@ class CommandCarrier : public QObject {
     /// What was sent over the device link has left.
     void linkDrained();
 
-    /// To be set before start().
-    void setSettleTime(int milliseconds) { queue_.setSettleTime(milliseconds); }
-
  private:
     void stepped(const std::optional<CommandQueue::Taken>& taken, int untilDue);
 

@@ -146,8 +146,10 @@ QString CommandFolder::newName(Kind kind, const QString& cardNo) {
         }
     }
     lastStamp_ = qMax(*lastStamp_ + 1, wallTime(now_()));
-    if (*lastStamp_ > kLastStamp)
+    if (*lastStamp_ > kLastStamp) {
+        lastStamp_.reset();
         return {};
+    }
     const QDateTime stamp = QDateTime::fromMSecsSinceEpoch(*lastStamp_, Qt::UTC);
     return stamp.toString(QLatin1String(kStampFormat)) +
            (kind == Kind::Add ? QStringLiteral("_add_") : QStringLiteral("_del_")) + cardNo;

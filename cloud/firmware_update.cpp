@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "cloud/cloud_log.h"
+#include "cloud/disk.h"
 #include "cloud/download_manager.h"
 #include "cloud/firmware_orders.h"
 #include "cloud/management_host.h"
@@ -64,6 +65,9 @@ void FirmwareUpdate::downloaded() {
                                    QFile::encodeName(downloads_.getArchivePath()).constData()) == 0;
     // Of several addresses the last one's archive is what there is; without one all have failed.
     handedOver_ = whole && !numbers_.isEmpty() ? numbers_.takeLast() : 0;
+    // In this order on the disk: an order that has been handed over and has no archive is done.
+    if (whole)
+        Disk::syncFolder(downloads_.getBasePath());
     if (handedOver_ != 0)
         FirmwareOrders::setHandedOver(handedOver_, 0);
     for (const int number : std::exchange(numbers_, {}))

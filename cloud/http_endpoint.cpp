@@ -23,6 +23,9 @@ namespace Tcp = Pistache::Tcp;
 namespace {
 
 constexpr int kBacklog = 128;
+/// What the kernel keeps of answers for each client that does not read them, in bytes; left to
+/// itself it keeps megabytes.
+constexpr int kSendBuffer = 128 * 1024;
 /// Where no connection can be had although there should be room, it is tried again after this many
 /// milliseconds, or when one ends.
 constexpr int kRetryInterval = 1000;
@@ -126,6 +129,7 @@ void HttpEndpoint::bind() {
     // A restart must not wait for the connections of the last run to fade.
     const int on = 1;
     ::setsockopt(*listener, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+    ::setsockopt(*listener, SOL_SOCKET, SO_SNDBUF, &kSendBuffer, sizeof kSendBuffer);
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(address_.port());

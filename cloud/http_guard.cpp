@@ -100,13 +100,20 @@ class HttpGuard::Connection {
     }
     /// Ends both ways at once; the library notices that and closes.
     void cut() {
+        const bool isQuiet = phase == Phase::New || phase == Phase::Idle;
         enter(Phase::Cut);
         reader = RequestReader();
         following = {};
         answer = {};
         account();
-        if (const Peer present = peer.lock())
-            ::shutdown(present->fd(), SHUT_RDWR);
+        const Peer present = peer.lock();
+        if (!present)
+            return;
+        // Closed as usual, the kernel would go on for minutes with a client that does not read.
+        const linger atOnce{1, 0};
+        if (!isQuiet)
+            ::setsockopt(present->fd(), SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
+        ::shutdown(present->fd(), SHUT_RDWR);
     }
 
     HttpGuard& guard;

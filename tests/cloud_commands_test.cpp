@@ -185,7 +185,17 @@ class CloudCommandsTest : public QObject {
         QCOMPARE(sent(), QStringLiteral("1927 1931"));
     }
 
-    /// Commands that come in while the folder is being read, which takes many steps here.
+    void aClockBeyondItsCenturyOnlyRefuses() {
+        QDateTime now(QDate(2100, 1, 1), QTime(0, 0));
+        CommandFolder writer([&now] { return now; });
+        QVERIFY(!writer.writeDelete(QStringLiteral("A1")));
+        QVERIFY(!writer.writeAdd(user(QStringLiteral("A1")), {}));
+        now = now.addYears(-70);
+        QVERIFY(writer.writeDelete(QStringLiteral("A1")));
+        QCOMPARE(entriesOf(CommandFolder::directory()).size(), 1);
+    }
+
+    /// Commands that come in while the folder is being read, which takes some time here.
     void commandsKeepTheirOrderWhileMoreComeIn() {
         for (int i = 0; i < 5000; ++i)
             write(path(QStringLiteral("%1.jpg").arg(i)), {});

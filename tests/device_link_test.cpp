@@ -60,6 +60,13 @@ class DeviceLinkTest : public QObject {
         QTRY_COMPARE(peer.received(), kGreeting + Frame::build(1905, 1, 0) +
                                           Frame::build(1908, 0, 0, 2, "ab") +
                                           Frame::build(2028, 0, 0));
+        const LinkProgress first = link->progress();
+        QVERIFY(first.idle());
+        QCOMPARE(first.left, qint64(peer.received().size()));
+        peer.socket->close();
+        QTRY_COMPARE(link->progress().connection, 0u);
+        QVERIFY(peer.accept());
+        QTRY_COMPARE(link->progress().connection, first.connection + 1);
     }
 
     // The socket is up shortly before the link is reported up: only the frame with a payload form

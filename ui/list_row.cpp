@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <QPainter>
+#include <iterator>
 
 #include "ui/check_box.h"
 #include "ui/paint.h"
@@ -25,12 +26,29 @@ constexpr int kChevronInk = 20;  // the glyph's visible end in its box
 constexpr int kRadio = 36;
 constexpr int kTick = 26;
 constexpr int kTickGap = 10;
+constexpr int kSign = 28;
+constexpr int kSignEnd = 12;
+
+/// By ListRow::Verdict.
+const struct VerdictLook {
+    const char* wordKey;
+    const char* sign;
+    QRgb color;
+} kVerdicts[] = {
+    {"", "", 0},
+    {"ListItem_TestNotRun", "not_run_28.png", Theme::kList},
+    {"ListItem_TestRunning", "wait_0.png", Theme::kCaption},
+    {"ListItem_TestPass", "pass_28.png", Theme::kAccent},
+    {"ListItem_TestFail", "fail_28.png", Theme::kDanger},
+};
 
 }  // namespace
 
 ListRow::ListRow(QWidget* parent) : WidgetButton(parent) {
     setObjectName(QStringLiteral("ListRow"));
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    for (std::size_t i = 0; i < std::size(kVerdicts); ++i)
+        words_[i].setKey(QLatin1String(kVerdicts[i].wordKey));
 }
 
 void ListRow::setText(const QString& text) {
@@ -77,7 +95,14 @@ CheckBox* ListRow::box() const {
     return findChild<CheckBox*>(QString(), Qt::FindDirectChildrenOnly);
 }
 
+void ListRow::setVerdict(Verdict verdict) {
+    verdict_ = verdict;
+    update();
+}
+
 void ListRow::applyScripts(const Lookup& lookup) {
+    for (ScriptText& word : words_)
+        word.apply(lookup);
     text_.apply(lookup);
     value_.apply(lookup);
     update();
@@ -132,9 +157,24 @@ void ListRow::arrange() {
     update();
 }
 
+void ListRow::drawVerdict(QPainter* painter, QRect* line) const {
+    const auto number = static_cast<std::size_t>(verdict_);
+    const VerdictLook& look = kVerdicts[number];
+    const QRect sign(width() - kSignEnd - kSign, 0, kSign, line->height());
+    if (verdict_ == Verdict::Running)
+        Paint::glyph(painter, sign, QLatin1String(look.sign), look.color, kSign);
+    else
+        Paint::icon(painter, sign, QLatin1String(look.sign));
+    const ScriptHandler::Script& word = words_[number].entry();
+    const int wordWidth = TextFit::width(word, TextFit::kCaption, QFont::Bold);
+    const QRect box(sign.x() - kTickGap - wordWidth, 0, wordWidth, line->height());
+    TextFit::draw(painter, box, Qt::AlignRight, word, TextFit::kCaption, QFont::Bold, look.color);
+    line->setRight(box.x() - kLabelGap);
+}
+
 void ListRow::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    if (faulty_)
+    if (faulty_ || verdict_ == Verdict::Fail)
         Paint::box(&painter, rect(), Theme::kRadiusControl, Theme::kRow, Theme::kDanger, 2);
     else
         drawRow(&painter, rect(), Theme::kRadiusControl);
@@ -162,6 +202,8 @@ void ListRow::paintEvent(QPaintEvent*) {
                                  : QStringLiteral("radio_off.png"));
         line.setRight(box.x() - kLabelGap);
     }
+    if (verdict_ != Verdict::None)
+        drawVerdict(&painter, &line);
     if (!value_.isEmpty()) {
         const QFont::Weight weight = positive_ ? QFont::Medium : QFont::Normal;
         const QRgb valueInk = !isEnabled() ? Theme::kOff

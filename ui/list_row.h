@@ -20,6 +20,7 @@ class ListRow : public WidgetButton, public Scripted {
     Q_PROPERTY(QString iconName READ iconName WRITE setIconName)
     Q_PROPERTY(int iconColumn READ iconColumn WRITE setIconColumn)
     Q_PROPERTY(bool faulty READ isFaulty WRITE setFaulty)
+    Q_PROPERTY(Verdict verdict READ verdict WRITE setVerdict)
 
  public:
     enum Mark {
@@ -28,6 +29,10 @@ class ListRow : public WidgetButton, public Scripted {
         Radio,    ///< one choice of several; on when selected
     };
     Q_ENUM(Mark)
+
+    /// How a test has gone: a word and a sign at the right end.
+    enum class Verdict { None, NotRun, Running, Pass, Fail };
+    Q_ENUM(Verdict)
 
     explicit ListRow(QWidget* parent = nullptr);
 
@@ -55,6 +60,9 @@ class ListRow : public WidgetButton, public Scripted {
     bool isFaulty() const { return faulty_; }
     void setFaulty(bool faulty);
 
+    Verdict verdict() const { return verdict_; }
+    void setVerdict(Verdict verdict);
+
     /// What the row is called: its text, or that of its check box.
     QString label() const;
     /// The control on the row, or null.
@@ -71,6 +79,8 @@ class ListRow : public WidgetButton, public Scripted {
 
  private:
     CheckBox* box() const;
+    /// Draws the verdict at the end of @p line and takes its place off it.
+    void drawVerdict(QPainter* painter, QRect* line) const;
     bool isStacked() const;
     void arrange();
 
@@ -81,4 +91,6 @@ class ListRow : public WidgetButton, public Scripted {
     int iconColumn_ = 48;
     bool positive_ = false;
     bool faulty_ = false;
+    Verdict verdict_ = Verdict::None;
+    ScriptText words_[5];  // of the verdicts
 };

@@ -37,8 +37,7 @@ constexpr int kPatience = 2000;
 
 constexpr double kWantedTime = 20;
 constexpr std::size_t kKeptConnections = 40;
-/// The terminal takes one of the orders that wait on its disk in two seconds, and a download can
-/// wait as well.
+/// Orders that wait on the terminal's disk, or change its screens: they take it longer.
 constexpr int kSlowOrders = 4;
 constexpr int kRoundsBetweenSlowOrders = 16;
 

@@ -1,21 +1,57 @@
 #include "screens/factory/f_io_test.h"
 
-#include "app/main_window.h"
+#include "app/window_shell.h"
 #include "link/command_code.h"
 #include "link/command_parameters.h"
-#include "link/device_message.h"
+
+namespace {
+
+namespace factory = command::factory;
+
+std::optional<double> levelOf(const DeviceMessage& message, const FactoryStep& step) {
+    if (message.p1 != step.option)
+        return std::nullopt;
+    return message.p2;
+}
+
+constexpr FactoryStep stepOf(std::uint8_t option, const char* labelKey, const char* hintKey) {
+    return {command::FactoryIoTest,
+            option,
+            command::FactoryIoReport,
+            labelKey,
+            hintKey,
+            &levelOf,
+            nullptr,
+            1,
+            1,
+            FactoryStep::WhenSeen};
+}
+
+/// By their numbers on the link.
+constexpr FactoryStep kSteps[] = {
+    stepOf(factory::Relay, "ListItem_FactoryRelay", "Info_FactoryRelay"),
+    stepOf(factory::ExitButton, "ListItem_FactoryExitButton", "Info_FactoryExitButton"),
+    stepOf(factory::TamperSwitch, "ListItem_FactoryTamper", "Info_FactoryTamper"),
+};
+
+}  // namespace
+
+void f_ioTest::built() {
+    setSteps(kSteps);
+}
 
 void f_ioTest::deviceAnswer(const DeviceMessage& message) {
+    FormScreen::deviceAnswer(message);
     if (message.command == command::FactoryIoStepDone)
         startStepAfter(message.p1);
 }
 
 void f_ioTest::startStepAfter(int done) {
-    namespace factory = command::factory;
-    MainWindow* shell = MainWindow::getMainWindow();
+    ensureForm();
+    if (done <= factory::TamperSwitch && isRunning(done))
+        judge(done, false);
     if (done < factory::TamperSwitch)
-        shell->SendCommand(command::FactoryIoTest, factory::Start,
-                           static_cast<unsigned char>(done + 1));
-    else
-        shell->SendCommand(command::FactoryIoTest, factory::Stop, 0);
+        start(done + 1);
+    else if (!stop())
+        shell()->SendCommand(command::FactoryIoTest, factory::Stop, 0);
 }

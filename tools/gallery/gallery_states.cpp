@@ -115,6 +115,16 @@ void overlap(Stage& stage, const char* field, bool closed) {
         stage.touch(QStringLiteral("dialogOkButton"));
 }
 
+/// The I/O test after @p done steps, of which the first @p passed have passed.
+void factoryIo(Stage& stage, int done, int passed) {
+    for (int step = 0; step < done; ++step) {
+        if (step < passed)
+            stage.receive(command::FactoryIoReport, static_cast<unsigned char>(step),
+                          static_cast<unsigned char>(1));
+        stage.receive(command::FactoryIoStepDone, static_cast<unsigned char>(step));
+    }
+}
+
 void wrongPassword(Stage& stage, int times) {
     for (int i = 0; i < times; ++i) {
         stage.touch(QStringLiteral("key_1"));
@@ -379,9 +389,7 @@ constexpr NamedState kStates[] = {
     {"workMenuWindow", "saved",
      [](Stage& stage) { stage.active<OperationSettingsForm>()->ShowPopup(7, 0); }},
     {"workMenuWindow", "saving",
-     [](Stage& stage) {
-         stage.active<OperationSettingsForm>()->ShowPopup(SettingsForm::Saving, 0);
-     }},
+     [](Stage& stage) { stage.touch(QStringLiteral("forwardButton")); }},
     {"workMenuWindow", "refused",
      [](Stage& stage) {
          stage.active<OperationSettingsForm>()->ShowPopup(SettingsForm::Refused, 0);
@@ -391,7 +399,10 @@ constexpr NamedState kStates[] = {
          stage.active<OperationSettingsForm>()->ShowPopup(SettingsForm::NoAnswer, 0);
      }},
     {"workMenuWindow", "no-link",
-     [](Stage& stage) { stage.touch(QStringLiteral("forwardButton")); }},
+     [](Stage& stage) {
+         stage.loseController();
+         stage.touch(QStringLiteral("forwardButton"));
+     }},
     {"workMenuWindow", "overlap", [](Stage& stage) { overlap(stage, "weekdayOutTime", false); }},
     {"workMenuWindow", "overlap-rows",
      [](Stage& stage) { overlap(stage, "weekdayOutTime", true); }},
@@ -419,6 +430,8 @@ constexpr NamedState kStates[] = {
      [](Stage& stage) { keypad(stage, InputField::Latin, "symbols"); }},
     {"userSearch_InfoWindow", "keypad-more-symbols",
      [](Stage& stage) { keypad(stage, InputField::Latin, "symbols shift"); }},
+    {"f_ioTestWindow", "passed", [](Stage& stage) { factoryIo(stage, 3, 3); }},
+    {"f_ioTestWindow", "failed", [](Stage& stage) { factoryIo(stage, 2, 1); }},
     {"upgradingWindow", "downloading", [](Stage& stage) { downloading(stage, 2000000); }},
     {"upgradingWindow", "downloading-without-length", [](Stage& stage) { downloading(stage, -1); }},
     {"upgradingWindow", "updated",
