@@ -189,9 +189,10 @@ FactoryTestForm::Verdict FactoryTestForm::verdict() const {
 }
 
 void FactoryTestForm::setVerdict(int step, Verdict verdict) {
+    const Verdict before = this->verdict();
     rows_.at(step)->setVerdict(verdict);
-    if (verdict != Verdict::Running && verdict != Verdict::NotRun &&
-        (this->verdict() == Verdict::Pass || this->verdict() == Verdict::Fail))
+    const Verdict now = this->verdict();
+    if (now != before && (now == Verdict::Pass || now == Verdict::Fail))
         emit judged();
 }
 
