@@ -582,13 +582,13 @@ void ControllerSimTest::requestsMeetTrouble() {
     QCOMPARE(int(terminal.last.p2), 5);
 
     // What was asked for on a lost link is not answered on the next one.
-    word("delay 1951 50");
+    word("delay 1951 1000");
     word("lose-link-at 1957");
     save(5);
     terminal.send(command::Initialise, 1);
     QTRY_COMPARE(terminal.socket.state(), QAbstractSocket::UnconnectedState);
     Terminal next(sim_->port());
-    word("delay 1905 150");
+    word("delay 1905 1500");
     next.send(command::ScreenClosed);
     QTRY_VERIFY(next.has(command::ScreenClosedAnswer));
     QVERIFY(!next.has(command::ScreenSettingsSaved));

@@ -82,6 +82,10 @@ def main():
     tool = subprocess.run(["clang-tidy", "--version"], check=True, capture_output=True).stdout
     common = hashlib.sha256(tool + (folder / ".clang-tidy").read_bytes())
 
+    # A file that is built into several programs is analysed once, as the one that has been built.
+    entries.sort(key=lambda entry: entry["object"] not in read_by)
+    entries = list({entry["relative"]: entry for entry in reversed(entries)}.values())
+
     waiting = []
     for entry in entries:
         key = common.copy()
