@@ -193,9 +193,18 @@ void HttpGuard::read(const char* data, std::size_t size, Connection& connection,
         }
         if (connection.phase == Phase::Answering) {
             connection.following.append(data, size);
-            if (!connection.account() || connection.following.size() > kMaxFollowing)
-                connection.cut();
-            return;
+            if (!connection.account())
+                return connection.cut();
+            if (connection.following.size() <= kMaxFollowing)
+                return;
+            if (!connection.answer.empty())
+                return connection.cut();
+            // It has read its answer and sends a long request: that is worth a turn out of turn.
+            awaitRoom(connection, peer, false);
+            connection.enter(Phase::Idle);
+            connection.servedRound = crowd_->round - 1;
+            const std::string following = std::exchange(connection.following, {});
+            return read(following.data(), following.size(), connection, peer);
         }
         const std::size_t taken = reader.take(data, size);
         data += taken;

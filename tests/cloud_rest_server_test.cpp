@@ -173,6 +173,17 @@ class CloudRestServerTest : public QObject {
         }
     }
 
+    /// Somebody who sends one long request after the other and reads each answer is not cut off for
+    /// being quick.
+    void longRequestsMayFollowAtOnce() {
+        serve();
+        Client client;
+        for (int i = 0; i < 1000; ++i) {
+            client.send(post(kRoute, QByteArray(40000, 'x'), kAgain));
+            QCOMPARE(status(client.answers()), 200);
+        }
+    }
+
     /// A client that keeps asking and never reads is cut off instead of being answered into memory.
     void aClientThatNeverReadsIsCutOff_data() {
         QTest::addColumn<QByteArray>("request");

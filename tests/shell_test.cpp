@@ -523,6 +523,10 @@ void ShellTest::asksForWhatIsUnsent() {
     // So is what stayed behind while the service or the controller was away.
     const QStringList both{QStringLiteral("2040 0 0"), QStringLiteral("2039 0 0")};
     auto* service = window()->managementLink();
+    FakeService silent;  // what the controller has for it is neither confirmed nor refused
+    QVERIFY(t->tell("settings network.own.managerAddress 127.0.0.1"));
+    QVERIFY(
+        t->tell(QStringLiteral("settings network.own.managerPort %1").arg(silent.serverPort())));
     QVERIFY(t->tell("settings network.useManager 1"));
     QTRY_VERIFY(window()->serviceInUse());
     for (int outage = 0; outage < 2; ++outage) {
