@@ -39,8 +39,6 @@ MainWindow* theMainWindow = nullptr;
 
 /// How long the end of the process waits for the last frames to leave, in milliseconds.
 constexpr int kFlushTime = 500;
-/// By the settings' sleep choice, in seconds.
-constexpr int kSleepTimes[] = {0, 30, 60, 180, 300, 600};
 
 }  // namespace
 
@@ -253,7 +251,7 @@ void MainWindow::quitByController() {
 
 int MainWindow::getSleepMode() const {
     const std::size_t choice = records_.menu().screen.sleepMode;
-    return choice < std::size(kSleepTimes) ? kSleepTimes[choice] : 0;
+    return choice < std::size(SleepMode::kSeconds) ? SleepMode::kSeconds[choice] : 0;
 }
 
 // --- Screens -------------------------------------------------------------------------------

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "link/device_records.h"
+#include "link/record_values.h"
 
 MenuTimer::MenuTimer(std::function<_gui_menu_()> settings, QObject* parent)
     : QObject(parent), settings_(std::move(settings)) {
@@ -14,8 +15,8 @@ MenuTimer::MenuTimer(std::function<_gui_menu_()> settings, QObject* parent)
 }
 
 int MenuTimer::timeout(int selector) {
-    return selector >= 0 && selector < static_cast<int>(std::size(kTimeouts)) ? kTimeouts[selector]
-                                                                              : 0;
+    constexpr int kChoices = std::size(MenuTimeout::kSeconds);
+    return selector >= 0 && selector < kChoices ? MenuTimeout::kSeconds[selector] : 0;
 }
 
 void MenuTimer::start() {

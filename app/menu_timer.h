@@ -14,13 +14,10 @@ class MenuTimer : public QObject {
     Q_OBJECT
 
  public:
-    /// Seconds by the settings' menu time-out choice; 0 never times out.
-    static constexpr int kTimeouts[] = {10, 20, 30, 0};
-
     /// @p settings gives the settings in force.
     MenuTimer(std::function<_gui_menu_()> settings, QObject* parent);
 
-    /// The table's entry; an unknown choice counts as never.
+    /// The seconds of the settings' choice, 0 for never; an unknown one counts as that.
     static int timeout(int selector);
 
     /// Starts with the time of the settings, to return to the standby screen.

@@ -10,6 +10,7 @@
 #include "cloud/network_helper.h"
 #include "cloud/user_routes.h"
 #include "link/device_message.h"
+#include "link/record_values.h"
 
 namespace {
 
@@ -19,8 +20,6 @@ struct Choices {
     std::size_t count;
 };
 
-constexpr std::uint16_t kMenuTimeouts[] = {10, 20, 30, 0};
-constexpr std::uint16_t kSleepTimes[] = {0, 30, 60, 180, 300, 600};
 constexpr Choices kNoChoices{nullptr, 0};
 
 /// A setting of one byte: where it is in a body and in the settings record, and its range.
@@ -62,14 +61,14 @@ constexpr Setting kSettings[] = {
      AT(screen.menuTimeout),
      0,
      0,
-     {kMenuTimeouts, std::size(kMenuTimeouts)}},
+     {MenuTimeout::kSeconds, std::size(MenuTimeout::kSeconds)}},
     {"Environment",
      "ScreenSettings",
      "SleepMode",
      AT(screen.sleepMode),
      0,
      0,
-     {kSleepTimes, std::size(kSleepTimes)}},
+     {SleepMode::kSeconds, std::size(SleepMode::kSeconds)}},
     {"Environment", "ScreenSettings", "StandByMode", AT(screen.standbyMode), 0, 1},
     {"Environment", "ScreenSettings", "StatusLed", AT(screen.statusLed), 0, 1},
     {"Environment", "SoundSettings", "AuthFailureAlarm", AT(sound.recognitionFailSound), 0, 9},

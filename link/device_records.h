@@ -59,10 +59,10 @@ struct SoundBlock {
 /// Payload of SaveScreenSettings.
 struct ScreenBlock {
     std::uint8_t brightness;   // 1 .. 10
-    std::uint8_t sleepMode;    // index into {0, 30, 60, 180, 300, 600} seconds, 0 never
+    std::uint8_t sleepMode;    // index into SleepMode::kSeconds
     std::uint8_t standbyMode;  // 0 clock, 1 chosen picture
     std::uint8_t statusLed;
-    std::uint8_t menuTimeout;  // index into {10, 20, 30, 0} seconds, 0 seconds never
+    std::uint8_t menuTimeout;  // index into MenuTimeout::kSeconds
     std::uint8_t standbyPicture;
     std::uint8_t showThumbnail;
 };

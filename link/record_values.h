@@ -54,6 +54,16 @@ namespace MealCountView {
 enum : std::uint8_t { Shown = 0, Hidden = 1 };
 }
 
+/// ScreenBlock::sleepMode: seconds by choice, 0 never
+namespace SleepMode {
+constexpr std::uint16_t kSeconds[] = {0, 30, 60, 180, 300, 600};
+}
+
+/// ScreenBlock::menuTimeout: seconds by choice, 0 never
+namespace MenuTimeout {
+constexpr std::uint16_t kSeconds[] = {10, 20, 30, 0};
+}
+
 /// ScreenBlock::standbyMode
 namespace StandbyMode {
 enum : std::uint8_t { Clock = 0, ChosenPicture = 1 };

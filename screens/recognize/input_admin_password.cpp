@@ -8,7 +8,6 @@
 #include "link/device_message.h"
 #include "ui/styler.h"
 #include "ui/theme.h"
-#include "ui_input_admin_password.h"
 
 namespace {
 
@@ -19,17 +18,12 @@ constexpr char kTextKey[] = "textKey";
 }  // namespace
 
 InputAdminPassword::InputAdminPassword(QWidget* parent, const QString& title)
-    : TitledForm(parent, title) {
+    : FormScreen(parent, title) {
     countdown_.setSingleShot(true);
     connect(&countdown_, &QTimer::timeout, this, &InputAdminPassword::showEntry);
 }
 
-InputAdminPassword::~InputAdminPassword() = default;
-
-void InputAdminPassword::createForm() {
-    ui_ = std::make_unique<Ui::InputAdminPassword>();
-    ui_->setupUi(this);
-    connectForm(ui_->topBar);
+void InputAdminPassword::built() {
     connect(ui_->topBar, &TopBar::forwardTouched, this, &InputAdminPassword::okButtonTouch);
     connect(ui_->passwordField, &InputField::doneTouched, this, &InputAdminPassword::okButtonTouch);
     QPalette palette = ui_->messageLabel->palette();
@@ -38,18 +32,18 @@ void InputAdminPassword::createForm() {
 }
 
 void InputAdminPassword::windowInEvent() {
-    TitledForm::windowInEvent();
+    FormScreen::windowInEvent();
     showEntry();
 }
 
 void InputAdminPassword::windowOutEvent() {
-    TitledForm::windowOutEvent();
+    FormScreen::windowOutEvent();
     countdown_.stop();
     ui_->passwordField->clear();
 }
 
 void InputAdminPassword::settingsChanged(const SettingsChange& change) {
-    TitledForm::settingsChanged(change);
+    FormScreen::settingsChanged(change);
     if (shell()->isAdministrator())
         proceed();
     else if (change.first)

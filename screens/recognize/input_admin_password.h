@@ -2,23 +2,18 @@
 
 #include <QDeadlineTimer>
 #include <QTimer>
-#include <memory>
 
-#include "screens/common/titled_form.h"
-
-namespace Ui {
-class InputAdminPassword;
-}
+#include "screens/common/form_screen.h"
+#include "ui_input_admin_password.h"
 
 /// Asks for the administrator's password, for the PasswordPurpose that is its parameter; without
 /// one, before the menu. Three wrong ones in a row lock the entry for a while, which leaving the
 /// screen does not shorten.
-class InputAdminPassword : public TitledForm {
+class InputAdminPassword : public FormScreen<Ui::InputAdminPassword> {
     Q_OBJECT
 
  public:
     InputAdminPassword(QWidget* parent, const QString& title);
-    ~InputAdminPassword() override;
 
     void windowInEvent() override;
     void windowOutEvent() override;
@@ -27,7 +22,7 @@ class InputAdminPassword : public TitledForm {
     void setLockTime(int ms) { lockTime_ = ms; }
 
  protected:
-    void createForm() override;
+    void built() override;
     void scriptsApplied() override;
 
  private:
@@ -38,7 +33,6 @@ class InputAdminPassword : public TitledForm {
     void sayMessage();
     void showEntry();
 
-    std::unique_ptr<Ui::InputAdminPassword> ui_;
     int wrong_ = 0;
     int lockTime_ = 30000;
     QDeadlineTimer lockedUntil_;

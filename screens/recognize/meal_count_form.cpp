@@ -3,6 +3,7 @@
 #include <QPainter>
 
 #include "app/main_window.h"
+#include "app/window_form.h"
 #include "link/device_records.h"
 #include "link/record_values.h"
 #include "ui/label_button.h"
@@ -101,7 +102,7 @@ int MealCountForm::arrange() {
 }
 
 void MealCountForm::showCounts() {
-    const MainWindow* shell = MainWindow::getMainWindow();
+    const WindowShell* shell = WindowForm::shell();
     setbreakfastText(shell->getScript(QStringLiteral("ListItem_Breakfast")));
     setlunchText(shell->getScript(QStringLiteral("ListItem_Lunch")));
     setdinnerText(shell->getScript(QStringLiteral("ListItem_Dinner")));

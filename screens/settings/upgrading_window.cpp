@@ -2,17 +2,8 @@
 
 #include "app/window_shell.h"
 #include "cloud/download_manager.h"
-#include "ui_upgrading_window.h"
 
-upgradingWindow::upgradingWindow(QWidget* parent, const QString& title)
-    : TitledForm(parent, title) {}
-
-upgradingWindow::~upgradingWindow() = default;
-
-void upgradingWindow::createForm() {
-    ui_ = std::make_unique<Ui::upgradingWindow>();
-    ui_->setupUi(this);
-    connectForm(ui_->topBar);
+void upgradingWindow::built() {
     const DownloadManager* downloads = &shell()->downloads();
     connect(downloads, &DownloadManager::progress, this, &upgradingWindow::showProgress);
     connect(downloads, QOverload<>::of(&DownloadManager::finished), this,
@@ -20,14 +11,17 @@ void upgradingWindow::createForm() {
 }
 
 void upgradingWindow::windowInEvent() {
-    TitledForm::windowInEvent();
+    FormScreen::windowInEvent();
     showState();
 }
 
 void upgradingWindow::setParam(QVariant param) {
-    TitledForm::setParam(std::move(param));
-    if (isVisible())
-        showState();
+    FormScreen::setParam(std::move(param));
+    if (!isVisible())
+        return;
+    showState();
+    // Perhaps it was about to be left.
+    shell()->StopMenuTimer();
 }
 
 void upgradingWindow::showState() {
@@ -36,7 +30,6 @@ void upgradingWindow::showState() {
     ui_->downloadText->setVisible(downloading_);
     ui_->restartText->setVisible(!downloading_);
     showProgress(0, -1, QString());
-    shell()->StopMenuTimer();
 }
 
 void upgradingWindow::showProgress(qint64 received, qint64 total, const QString& speed) {
@@ -56,6 +49,7 @@ void upgradingWindow::downloadEnded() {
 }
 
 void upgradingWindow::peersChanged() {
+    FormScreen::peersChanged();
     // What has been downloaded waits for the controller's word, which will not come without it. An
     // upgrade in place ends the link, too, but then the terminal restarts.
     if (isVisible() && param().isValid() && !downloading_ && !shell()->linkUp())

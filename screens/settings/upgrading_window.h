@@ -1,36 +1,30 @@
 #pragma once
 
-#include <memory>
-
-#include "screens/common/titled_form.h"
-
-namespace Ui {
-class upgradingWindow;
-}
+#include "screens/common/form_screen.h"
+#include "ui_upgrading_window.h"
 
 /// Shown while firmware is being renewed. With a parameter it comes up for a download and shows
 /// how far that is; without one the new firmware is in place. It takes either also while it is up.
 /// A download goes on when the screen is left. No time-out takes it away as long as there is
 /// something to come.
-class upgradingWindow : public TitledForm {
+class upgradingWindow : public FormScreen<Ui::upgradingWindow> {
     Q_OBJECT
 
  public:
-    upgradingWindow(QWidget* parent, const QString& title);
-    ~upgradingWindow() override;
+    using FormScreen::FormScreen;
 
     void windowInEvent() override;
     void setParam(QVariant param) override;
     void peersChanged() override;
+    bool timesOut() const override { return false; }
 
  protected:
-    void createForm() override;
+    void built() override;
 
  private:
     void showState();
     void showProgress(qint64 received, qint64 total, const QString& speed);
     void downloadEnded();
 
-    std::unique_ptr<Ui::upgradingWindow> ui_;
     bool downloading_ = false;
 };

@@ -267,6 +267,7 @@ void UsbMenu::UsbCheckMountTimeout() {
 }
 
 void UsbMenu::peersChanged() {
+    FormScreen::peersChanged();
     if (shell()->linkUp())
         return;
     // What was going on will not be reported any more, and the user must get out.
