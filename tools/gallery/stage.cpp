@@ -8,8 +8,8 @@
 #include "base/clock.h"
 #include "link/command_code.h"
 #include "link/device_message.h"
+#include "link/record_values.h"
 #include "sim/controller/device.h"
-#include "tools/gallery/door_states.h"
 #include "ui/dialog_overlay.h"
 #include "ui/notice_strip.h"
 #include "ui/row_list.h"
@@ -97,6 +97,18 @@ void Stage::changeSettings(const _gui_menu_& settings) {
     tellSettings(settings);
 }
 
+_gui_menu_ Stage::mealSettings() const {
+    _gui_menu_ settings = settings_;
+    settings.setup.operation = Operation::Meals;
+    settings.operation.attendanceMode = 0;
+    settings.operation.saveSimpleAccess = 0;
+    settings.operation.weekdayIn = {7, 0, 9, 0};
+    settings.operation.weekdayOut = {11, 30, 13, 30};
+    settings.operation.saturdayIn = {17, 30, 19, 30};
+    settings.operation.saturdayOut = {22, 0, 2, 0};
+    return settings;
+}
+
 void Stage::restart(int language) {
     settings_.setup.language = static_cast<quint8>(language);
     restart();
@@ -143,7 +155,7 @@ void Stage::open(const QString& title) {
                                                                    : QStringLiteral("stayWindow"));
     // They can be had on such a terminal only.
     if (title == QLatin1String("foodMenuWindow"))
-        changeSettings(DoorStates::mealSettings(*this));
+        changeSettings(mealSettings());
     window_->session().open();
     window_->changeWindow(title);
 }
@@ -198,6 +210,23 @@ void Stage::touch(const QString& name) {
     send(QEvent::MouseButtonPress, target);
     send(QEvent::MouseButtonRelease, target);
     settle();
+}
+
+void Stage::findFaults(quint32 word) {
+    receiveRecord(command::SelfCheck, word);
+    window_->dev_selfChkrResult();
+}
+
+void Stage::useKeypad(InputField::Characters characters, const char* keys, const char* option) {
+    auto* field = add<InputField>(QRect(16, 312, 448, 56));
+    field->setObjectName(QStringLiteral("keypadField"));
+    field->setAllowedCharacters(characters);
+    showAdded();
+    window_->showTouchKey(field);
+    window_->setTouchKeyOpt(QLatin1String(option));
+    const QStringList names = QString::fromUtf8(keys).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    for (const QString& name : names)
+        touch(QStringLiteral("key_") + name);
 }
 
 void Stage::touchRow(int row) {

@@ -9,6 +9,7 @@
 #include "app/window_form.h"
 #include "link/device_records.h"
 #include "sim/device_root.h"
+#include "ui/input_field.h"
 
 class WidgetButton;
 
@@ -40,6 +41,8 @@ class Stage {
     /// open() is called.
     const _gui_menu_& settings() const { return settings_; }
     void changeSettings(const _gui_menu_& settings);
+    /// Those of a terminal that counts meals.
+    _gui_menu_ mealSettings() const;
     /// Shows the screen @p title as it comes up, with nothing in front of it.
     void open(const QString& title);
     /// What the window shows, with everything that turns or blinks at its beginning.
@@ -48,6 +51,12 @@ class Stage {
     /// Hands the terminal a frame of the device controller.
     void receive(unsigned short code, unsigned char p1 = 0, const QByteArray& payload = {});
     void receive(unsigned short code, unsigned char p1, unsigned char p2);
+    template <class Record>
+    void receiveRecord(unsigned short code, const Record& record, unsigned char p1 = 0) {
+        receive(code, p1, QByteArray(reinterpret_cast<const char*>(&record), sizeof record));
+    }
+    /// A self-check has found the faults of @p word.
+    void findFaults(quint32 word);
     /// The screen that is open.
     template <class Screen>
     Screen* active() const {
@@ -64,6 +73,9 @@ class Stage {
     }
     /// Gives the screen's widgets their texts and shows what was added.
     void showAdded();
+    /// Opens the keypad at a field for such characters, and touches its keys @p keys (by their
+    /// names, with a blank between two). The option key types @p option.
+    void useKeypad(InputField::Characters characters, const char* keys, const char* option = "");
     /// Touches the button @p name, after scrolling to it.
     void touch(const QString& name);
     /// Touches the row number @p row of the list of rows that is shown.
