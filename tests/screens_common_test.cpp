@@ -373,7 +373,7 @@ class ScreensCommonTest : public QObject {
         QVERIFY(t->open("f_tofTestWindow"));
         QTRY_COMPARE(t->find<ListRow>("step1")->value(), QStringLiteral("450 mm"));
         QCOMPARE(verdicts(), QStringLiteral("running running"));
-        QVERIFY(t->tell("frame 4017 0 0 2c01"));
+        QVERIFY(t->tell("frame 4017 0 0 2b01"));
         QTRY_COMPARE(verdicts(), QStringLiteral("pass running"));
         test()->findChild<QTimer*>(QStringLiteral("stepTimer"))->start(0);
         QTRY_COMPARE(verdicts(), QStringLiteral("pass fail"));
