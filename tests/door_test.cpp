@@ -381,7 +381,7 @@ class DoorTest : public DoorDay {
         QVERIFY(t->shows("recognizeWindow"));
         // A finger comes down for the first person and is lifted for the second.
         Finger finger(window());
-        finger.down(t->find("inButton"));
+        finger.down(t->find("cancelButton"));
         timer()->start(1000000);
         TouchShield::setTime(3600 * 1000);
         word("face 01098765432");
@@ -392,6 +392,7 @@ class DoorTest : public DoorDay {
         finger.tap(t->find("outButton"));
         TouchShield::setTime(0);
         QCOMPARE(sentLine("2020 1"), QString());
+        QCOMPARE(t->title(), QStringLiteral("recognizeWindow"));
         // The second has a whole time, and an unknown face behind does not take the result away.
         QCOMPARE(timer()->interval(), 60000);
         word("face unknown");
