@@ -65,6 +65,7 @@ class CloudRestClientTest : public QObject {
         QCOMPARE(time.date, QStringLiteral("2031-12-24"));
         QCOMPARE(time.time, QStringLiteral("23:59:58"));
         QCOMPARE(lastCompleted().resultCode, 1000);
+        QCOMPARE(lastCompleted().extra, 0);
 
         // Later requests carry the service's token.
         QCOMPARE(client_->SendCommand(RestClass::kConnectionCheck, {}, 5), 0);

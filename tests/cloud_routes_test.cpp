@@ -98,7 +98,8 @@ class CloudRoutesTest : public QObject {
         QVERIFY(json.contains("\"600\"") && !json.contains("4321"));
         const auto back = terminal_routes::decodeDeviceSet(json);
         QCOMPARE(back.code, 1000);
-        _gui_menu_ changed = settings;
+        _gui_menu_ changed{};
+        setFieldText(changed.setup.adminPassword, QStringLiteral("4321"));
         back.value.applyTo(changed);
         QVERIFY(std::memcmp(&changed, &settings, sizeof changed) == 0);
     }

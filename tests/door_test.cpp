@@ -71,8 +71,7 @@ class DoorTest : public DoorDay {
         QCOMPARE(t->title(), QStringLiteral("liveWindow"));
         // Nobody is woken by a report for the standby screen while another one is up.
         sent();
-        word("sleep");
-        word("track on");
+        words({"sleep", "track on"});
         QCOMPARE(sent(), QStringList());
     }
 
@@ -357,19 +356,16 @@ class DoorTest : public DoorDay {
 
     void anAlarmIsConfirmed() {
         QVERIFY(t->open("liveWindow"));
-        word("alarm arm");
-        word("face 01023456789");
+        words({"alarm arm", "face 01023456789"});
         QVERIFY(t->shows("recognizeWindow"));
         QVERIFY(t->readsKey("Info_Armed"));
-        word("alarm disarm");
-        word("face 01098765432");
+        words({"alarm disarm", "face 01098765432"});
         QTRY_VERIFY(t->readsKey("Info_Disarmed"));
         // Who may not change the alarm has not changed it, nor has anybody without an alarm mode.
         word("face 01055501234");
         QTRY_VERIFY(t->readsKey("Info_NotPermitted"));
         QVERIFY(!t->find("armModeOkForm"));
-        word("alarm none");
-        word("face 01023456789");
+        words({"alarm none", "face 01023456789"});
         QTRY_VERIFY(t->readsKey("Info_Hello"));
         QVERIFY(!t->find("armModeOkForm"));
     }
@@ -457,8 +453,7 @@ class DoorTest : public DoorDay {
 
         // Nobody at all, and frames that are cut short.
         frame(command::Recognised, RecognitionResult{});
-        word("frame 3010 0 0 3031");
-        word("frame 3000 0 0 3031");
+        words({"frame 3010 0 0 3031", "frame 3000 0 0 3031"});
         QVERIFY(t->settle());
         QTRY_VERIFY(t->readsKey("Info_Authenticated"));
     }

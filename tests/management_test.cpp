@@ -151,8 +151,7 @@ class ManagementTest : public DrivenTest {
     }
 
     void eventsAreKeptUntilConfirmed() {
-        word("settings setup.operation 0");
-        word("card 10000002");
+        words({"settings setup.operation 0", "card 10000002"});
         QTRY_VERIFY(has(command::EventReported));
         QCOMPARE(got_.size(), int(sizeof(EventReported)));
         const QJsonObject info =

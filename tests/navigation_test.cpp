@@ -19,8 +19,7 @@ class NavigationTest : public DrivenTest {
                "settings screen.menuTimeout 3", "settings setup.adminPassword \"\"",
                "settings registration.on 1"});
         QVERIFY(t->start());
-        QVERIFY(t->settle());
-        t->frames.clear();
+        sent();
     }
 
     void screensChangeOrNot() {
@@ -126,7 +125,7 @@ class NavigationTest : public DrivenTest {
         QCOMPARE(t->find("messageLabel")->property("textKey").toString(),
                  QStringLiteral("ListItem_NoController"));
         QTRY_VERIFY(t->find("passwordField")->isEnabled());
-        QVERIFY(t->tell("settings setup.adminPassword \"\""));
+        word("settings setup.adminPassword \"\"");
         QVERIFY(t->shows("zelMenuWindow"));
     }
 
@@ -174,8 +173,7 @@ class NavigationTest : public DrivenTest {
         // An administrator's own leads back to the menu; nobody else's does after it.
         t->enterPassword();
         QCOMPARE(t->title(), steps.first());
-        QVERIFY(t->settle());
-        t->frames.clear();
+        sent();
         t->tap("homeButton");
         QCOMPARE(t->title(), QStringLiteral("userMenuWindow"));
         QVERIFY(t->settle());
@@ -233,11 +231,10 @@ class NavigationTest : public DrivenTest {
             QVERIFY(!timer->isRunning());
         }
 
-        QVERIFY(t->tell("settings commissioned 1"));
+        word("settings commissioned 1");
         QVERIFY(t->settle());
         window()->changeWindow(QStringLiteral("enviSoundWindow"));
-        QVERIFY(t->settle());
-        t->frames.clear();
+        sent();
         window()->StartMenuTimer(1, QStringLiteral("liveWindow"));
         QTRY_COMPARE(t->title(), QStringLiteral("liveWindow"));
         QVERIFY(t->settle());
@@ -263,7 +260,7 @@ class NavigationTest : public DrivenTest {
 
     void factoryTests() {
         const QPoint titleText(90, 36);
-        QVERIFY(t->tell("settings screen.menuTimeout 0"));
+        word("settings screen.menuTimeout 0");
         QTRY_COMPARE(int(window()->menuRecord().screen.menuTimeout), 0);
         window()->changeWindow(QStringLiteral("zelMenuWindow"));
         for (int i = 0; i < 4; ++i)
@@ -284,9 +281,8 @@ class NavigationTest : public DrivenTest {
         QVERIFY(!timer->isRunning());
 
         // The board tells each step of the I/O test done, and the test goes on to its end.
-        QVERIFY(t->settle());
-        t->frames.clear();
-        QVERIFY(t->tell("frame 4015 0 0"));
+        sent();
+        word("frame 4015 0 0");
         QVERIFY(t->sends("4014 1 0"));
         QCOMPARE(t->frames, QStringList({QStringLiteral("4014 0 1"), QStringLiteral("4014 0 2"),
                                          QStringLiteral("4014 1 0")}));

@@ -258,13 +258,13 @@ class OperationSettingsTest : public DrivenTest {
         QCOMPARE(field("weekdayInTime"), QStringLiteral("07:30~09:15"));
         if (said == QLatin1String("Error_ControllerSilent")) {
             // Better late than never: the controller has it after all.
-            QVERIFY(t->tell("frame 2984 0 0"));
+            word("frame 2984 0 0");
             QTRY_VERIFY(t->says("ListItem_ConfigurationComplete"));
             QCOMPARE(t->window->menuRecord().operation.weekdayIn.startHour, quint8(7));
         }
         QVERIFY(t->reconnect());
         QVERIFY(closeDialog());
-        QVERIFY(t->tell("normal"));
+        word("normal");
         t->tap("forwardButton");
         QTRY_VERIFY(t->says("ListItem_ConfigurationComplete"));
         QVERIFY(t->agrees());

@@ -205,6 +205,17 @@ class RecordsTest : public QObject {
             const QString text = QStringLiteral("\"%1\":\"%2\"").arg(told[i]).arg(value);
             QVERIFY2(json.contains(text.toLatin1()), qPrintable(text));
         }
+        _gui_menu_ versions{};
+        setFieldText(versions.firmwareVersion, QStringLiteral("1"));
+        setFieldText(versions.kernelVersion, QStringLiteral("2"));
+        setFieldText(versions.mainBoardVersion, QStringLiteral("3"));
+        setFieldText(versions.ioBoardVersion, QStringLiteral("4"));
+        setFieldText(versions.serial, QStringLiteral("5"));
+        QCOMPARE(terminal_routes::deviceStatus(versions, QDateTime())
+                     .value(QStringLiteral("DeviceInfo"))
+                     .toObject(),
+                 ::json("{'FW_version':'1','Kernel_version':'2','HW_Main_version':'3',"
+                        "'HW_IO_version':'4','Serial':'5'}"));
     }
 
     void eventsAreReported() {

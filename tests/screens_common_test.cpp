@@ -207,7 +207,7 @@ class ScreensCommonTest : public DrivenTest {
     }
 
     void everyKindOfFieldIsCarried() {
-        QVERIFY(t->tell("settings ddns.use 0"));
+        word("settings ddns.use 0");
         QVERIFY(t->open("ddnsWindow"));
         QCOMPARE(t->find<Toggle>("use")->currentIndex(), 1);
         QCOMPARE(text("host"), QStringLiteral("a.example"));
@@ -220,12 +220,12 @@ class ScreensCommonTest : public DrivenTest {
         QTRY_VERIFY(t->says("ListItem_ConfigurationComplete"));
         // A number out of range shows as the nearest.
         QVERIFY(t->open("zelMenuWindow"));
-        QVERIFY(t->tell("settings ddns.port 0"));
+        word("settings ddns.port 0");
         QVERIFY(t->open("ddnsWindow"));
         QCOMPARE(text("port"), QStringLiteral("1"));
 
         // An address of zeros is none.
-        QVERIFY(t->tell("settings network.own.gateway 0.0.0.0"));
+        word("settings network.own.gateway 0.0.0.0");
         QVERIFY(t->open("tcpIpWindow"));
         QCOMPARE(text("gateway"), QString());
         QCOMPARE(text("mask"), QStringLiteral("255.255.255.0"));
@@ -356,14 +356,14 @@ class ScreensCommonTest : public DrivenTest {
         QVERIFY(t->open("f_tofTestWindow"));
         QTRY_COMPARE(t->find<ListRow>("step1")->value(), QStringLiteral("450 mm"));
         QCOMPARE(verdicts(), QStringLiteral("running running"));
-        QVERIFY(t->tell("frame 4017 0 0 2c01"));
+        word("frame 4017 0 0 2c01");
         QTRY_COMPARE(verdicts(), QStringLiteral("pass running"));
         test()->findChild<QTimer*>(QStringLiteral("stepTimer"))->start(0);
         QTRY_COMPARE(verdicts(), QStringLiteral("pass fail"));
     }
 
     void aTestIsStartedAndStopped() {
-        QVERIFY(t->tell("silent 4040"));
+        word("silent 4040");
         QVERIFY(t->open("zelMenuWindow"));
         t->window->changeWindow(QStringLiteral("f_netTestWindow"));
         QTRY_COMPARE(verdicts(), QStringLiteral("pass running"));
@@ -376,7 +376,7 @@ class ScreensCommonTest : public DrivenTest {
         QVERIFY(t->tell("frame 4040 0 0") && t->settle());
         QCOMPARE(verdicts(), QStringLiteral("running not"));
         // Nothing passes without the link.
-        QVERIFY(t->tell("drop"));
+        word("drop");
         QTRY_COMPARE(verdicts(), QStringLiteral("fail not"));
         t->window->changeWindow(QStringLiteral("zelMenuWindow"));
         t->window->changeWindow(QStringLiteral("f_netTestWindow"));

@@ -35,8 +35,7 @@ class ShellTest : public DrivenTest {
                "settings setup.alarmMode 0", "settings registration.on 1", "status 0",
                "fault none"});
         QVERIFY(t->start());
-        QVERIFY(t->settle());
-        t->frames.clear();
+        sent();
     }
 
     void firstScreen() {
@@ -55,8 +54,7 @@ class ShellTest : public DrivenTest {
             word(row.commissioned);
             QVERIFY(t->start());
             QCOMPARE(t->title(), QLatin1String(row.rebooted ? "stayWindow" : "bootWindow"));
-            QVERIFY(t->settle());
-            t->frames.clear();
+            sent();
             QVERIFY(t->shows(row.last));
             const QString frames = sentLine();
             QVERIFY2(row.rebooted || frames.startsWith(QLatin1String("2011 0 0|2003 1 0|2010 0 0")),
@@ -132,8 +130,7 @@ class ShellTest : public DrivenTest {
 
     void everyChangeOfSettingsCounts() {
         QFETCH(int, by);
-        QVERIFY(t->tell("status 2"));
-        QVERIFY(t->tell("settings screen.menuTimeout 0"));
+        words({"status 2", "settings screen.menuTimeout 0"});
         QTRY_COMPARE(int(window()->getWorkMode()), 2);
         QVERIFY(t->settle());
         auto* service = window()->managementLink();
@@ -224,7 +221,7 @@ class ShellTest : public DrivenTest {
             window()->changeWindow(QStringLiteral("stayWindow"));
         }
         // A number that the list does not have leaves the language as it is.
-        QVERIFY(t->tell("settings setup.language 200"));
+        word("settings setup.language 200");
         QTRY_COMPARE(int(window()->menuRecord().setup.language), 200);
         QCOMPARE(window()->getScript(QStringLiteral("TopMenu_OK")).script, QStringLiteral("확인"));
         // Nothing that the language may need later has been removed meanwhile.
@@ -265,7 +262,7 @@ class ShellTest : public DrivenTest {
     }
 
     void faultsCome() {
-        QVERIFY(t->tell("fault tamper touch network"));
+        word("fault tamper touch network");
         QTRY_VERIFY(t->says("Popup_ErrTamper"));
         const QString text = t->dialogText();
         int last = -1;
@@ -276,14 +273,14 @@ class ShellTest : public DrivenTest {
         }
         QVERIFY(t->find("dialogOkButton") != nullptr);
         QVERIFY(t->find("dialogCancelButton") == nullptr);
-        QVERIFY(t->tell("fault network"));
+        word("fault network");
         QTRY_VERIFY(t->says("Popup_ErrNetwork") && !t->says("Popup_ErrTamper"));
-        QVERIFY(t->tell("fault none"));
+        word("fault none");
         QTRY_COMPARE(t->dialogText(), QString());
 
         // It stays until somebody has seen it, whatever comes up; only a result at the door lies
         // above it.
-        QVERIFY(t->tell("fault tamper"));
+        word("fault tamper");
         QTRY_VERIFY(t->says("Popup_ErrTamper"));
         for (const char* screen :
              {"bootWindow", "recognizeWindow", "usbMenuWindow", "liveWindow"}) {
@@ -294,7 +291,7 @@ class ShellTest : public DrivenTest {
         window()->StartMenuTimer(1, QStringLiteral("stayWindow"));
         QVERIFY(t->shows("stayWindow"));
         QVERIFY(t->says("Popup_ErrTamper"));
-        QVERIFY(t->tell("settings setup.language 2"));
+        word("settings setup.language 2");
         QTRY_COMPARE(int(window()->menuRecord().setup.language), 2);
         QVERIFY(t->says("Popup_ErrTamper"));
         t->tap("dialogOkButton");
@@ -324,8 +321,7 @@ class ShellTest : public DrivenTest {
         };
         for (const auto& report : reports) {
             window()->changeWindow(QStringLiteral("enviWindow"));
-            QVERIFY(t->settle());
-            t->frames.clear();
+            sent();
             word(report.frame);
             QTRY_VERIFY2(t->says(report.key), report.key);
             QCOMPARE(t->title(), QLatin1String(report.screen));
@@ -339,9 +335,9 @@ class ShellTest : public DrivenTest {
         }
         // Emptied meanwhile, there is nothing left to ask for.
         DialogOverlay::closeAll(window());
-        QVERIFY(t->tell("frame 3039 1 0"));
+        word("frame 3039 1 0");
         QTRY_VERIFY(t->says("ListItem_LogStoreNearlyFull"));
-        QVERIFY(t->tell("frame 3039 0 0"));
+        word("frame 3039 0 0");
         QTRY_VERIFY(t->says("ListItem_LogStoreEmptied"));
         t->tap("dialogOkButton");
         QCOMPARE(t->dialogText(), QString());
@@ -374,7 +370,7 @@ class ShellTest : public DrivenTest {
     }
 
     void anUpgradeIsNotLeftAlone() {
-        QVERIFY(t->tell("settings screen.menuTimeout 0"));
+        word("settings screen.menuTimeout 0");
         QVERIFY(t->settle());
         const auto* timer = window()->findChild<MenuTimer*>();
         for (int download = 0; download < 2; ++download) {
@@ -382,7 +378,7 @@ class ShellTest : public DrivenTest {
             QCOMPARE(t->title(), QStringLiteral("upgradingWindow"));
             QVERIFY(t->find("downloadText") && !t->find("restartText"));
             QVERIFY(!timer->isRunning());
-            QVERIFY(t->tell("frame 2990 0 0"));
+            word("frame 2990 0 0");
             QTRY_VERIFY(t->says("ListItem_FwRestart"));
             QVERIFY(t->find("restartText") && !t->find("downloadText"));
             QVERIFY(!timer->isRunning());
@@ -390,7 +386,7 @@ class ShellTest : public DrivenTest {
         }
         // Without the controller nothing comes after a download.
         window()->fwFileDownloadStart(QStringLiteral("archive"));
-        QVERIFY(t->tell("drop"));
+        word("drop");
         QTRY_VERIFY(!window()->linkUp());
         QVERIFY(!timer->isRunning());
         emit window()->downloads().finished();
@@ -461,8 +457,7 @@ class ShellTest : public DrivenTest {
         QVERIFY(t->settle());
         QCOMPARE(service.requests.size(), 0);
 
-        QVERIFY(t->tell("settings network.useManager 1"));
-        QVERIFY(t->tell("fault tamper"));
+        words({"settings network.useManager 1", "fault tamper"});
         QTRY_COMPARE(asked("/connect.do"), 1);
         QTRY_VERIFY(t->says("Popup_ErrTamper"));
         t->tap("dialogOkButton");
@@ -475,9 +470,8 @@ class ShellTest : public DrivenTest {
         QTRY_VERIFY(window()->managementLink()->connected());
         QVERIFY(t->sends("2039 0 0"));
         QCOMPARE(t->dialogText(), QString());
-        QVERIFY(t->settle());
-        t->frames.clear();
-        QVERIFY(t->tell("fault none"));
+        sent();
+        word("fault none");
         QTRY_COMPARE(asked("/connection-check.do"), 1);
         QVERIFY(t->sends("2039 0 0"));
         QVERIFY(t->sent("2040 0 0") >= 0 && t->sent("2040 0 0") < t->sent("2039 0 0"));
@@ -515,7 +509,7 @@ class ShellTest : public DrivenTest {
             QVERIFY(t->settle());
             QCOMPARE(t->frames, both);
         }
-        QVERIFY(t->tell("drop"));
+        word("drop");
         QTRY_VERIFY(!window()->linkUp());
         service->setConnected(false);
         service->setConnected(true);
@@ -568,9 +562,7 @@ class ShellTest : public DrivenTest {
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("6003.*3 .*4")));
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("status.*1 .*20")));
         QVERIFY(t->tell(QStringLiteral("frame 2907 0 0 ") + QString(379 * 2, QLatin1Char('f'))));
-        QVERIFY(t->tell("frame 2908 0 0"));
-        QVERIFY(t->tell("frame 6003 0 0 ffffff"));
-        QVERIFY(t->tell("frame 2902 0 0 ff"));
+        words({"frame 2908 0 0", "frame 6003 0 0 ffffff", "frame 2902 0 0 ff"});
         QVERIFY(t->settle());
         const _gui_menu_ after = window()->menuRecord();
         QCOMPARE(memcmp(&before, &after, sizeof before), 0);

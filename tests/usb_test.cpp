@@ -281,8 +281,7 @@ class UsbTest : public DrivenTest {
         QTRY_VERIFY(t->says("ListItem_TransferInterrupted"));
         QVERIFY(t->settle());  // its sound has been told
         t->frames.clear();
-        word("usb pace 1");
-        word("frame 2963 2 1");
+        words({"usb pace 1", "frame 2963 2 1"});
         QVERIFY(!heardError());
         QVERIFY(t->says("ListItem_TransferInterrupted"));
         word("frame 2964 1 0");
@@ -304,8 +303,7 @@ class UsbTest : public DrivenTest {
         word("fault tamper");
         QTRY_VERIFY(t->says("Popup_ErrTamper"));
         // What comes below it waits; a new language reaches both.
-        word("frame 2966 1 60");
-        word("settings setup.language 2");
+        words({"frame 2966 1 60", "settings setup.language 2"});
         QTRY_COMPARE(t->window->menuRecord().setup.language, quint8(2));
         QVERIFY(t->says("Popup_ErrTamper"));
         QVERIFY(t->readsKey("TopMenu_OK"));
