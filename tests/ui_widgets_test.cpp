@@ -577,32 +577,6 @@ class UiWidgetsTest : public QObject {
         QVERIFY(!dialog.isVisible());
     }
 
-    void dialogGrowsAroundItsTexts() {
-        show();
-        DialogForm dialog(window_.get());
-        dialog.show();
-        dialog.setIcon(DialogForm::Icon::Error);
-        const auto* ok = dialog.findChild<QWidget*>(u("dialogOkButton"));
-        const auto* label = dialog.findChild<QLabel*>(u("dialogText"));
-        int lastHeight = 0;
-        for (const char* text : {"One", "One\nTwo",
-                                 "One\nTwo<br>A third one that is so long that it takes two lines, "
-                                 "or rather three, if not four of them"}) {
-            ScriptHandler::Script script = sameText(u(text));
-            script.size = 26;
-            script.height = 95;
-            dialog.setText(script);
-            const QRect card = ok->parentWidget()->geometry();
-            QVERIFY(qAbs(card.center().y() - dialog.rect().center().y()) <= 1);
-            QVERIFY(card.height() > lastHeight);
-            lastHeight = card.height();
-            QVERIFY(label->height() >= label->heightForWidth(label->width()));
-            QVERIFY(label->geometry().bottom() < ok->y());
-        }
-        window_->resize(400, 700);
-        QCOMPARE(dialog.size(), window_->size());
-    }
-
     void timeRangeIsFormatted() {
         InputField field;
         field.setAllowedCharacters(InputField::TimeRange);
