@@ -57,9 +57,12 @@ std::uint8_t byte(int value) {
 }  // namespace
 
 SetupMenu::SetupMenu(QWidget* parent, const QString& title)
-    : FormScreen(parent, title), clock_(this) {
+    : FormScreen(parent, title), clock_(this), minute_(this) {
+    minute_.setSingleShot(true);
+    connect(&minute_, &QTimer::timeout, this, &SetupMenu::showTime);
     connect(&clock_, &DeviceRequest::answered, this, [this] {
         openClock(false);
+        showTime();
         popup().show(kTimeSet, kPopupSeconds);
     });
     connect(&clock_, &DeviceRequest::failed, this, [this](DeviceRequest::Failure why) {
@@ -140,7 +143,7 @@ void SetupMenu::valuesShown() {
 
     const bool byService = ui_->timeFromServiceToggle->currentIndex() == 0;
     ui_->clockRow->setEnabled(!byService);
-    ui_->clockRow->setValue(Clock::now().toString(kDateFormat + QLatin1Char(' ') + kTimeFormat));
+    showTime();
     if (byService)
         openClock(false);
     showPassword(record);
@@ -217,6 +220,13 @@ void SetupMenu::openClock(bool open) {
         row->setFaulty(false);
     }
     ui_->clockRow->setSelected(open);
+}
+
+void SetupMenu::showTime() {
+    constexpr int kMinute = 60000;  // milliseconds
+    const QDateTime now = Clock::now();
+    ui_->clockRow->setValue(now.toString(kDateFormat + QLatin1Char(' ') + kTimeFormat));
+    minute_.start(kMinute - now.time().msecsSinceStartOfDay() % kMinute);
 }
 
 void SetupMenu::setTimeTouch() {

@@ -2,6 +2,7 @@
 
 #include "screens/common/form_screen.h"
 #include "screens/common/settings_form.h"
+#include "ui/visible_timer.h"
 #include "ui_setup_menu.h"
 
 /// Setup of the device, and the way to what goes with it. A terminal that has not been set up is
@@ -36,8 +37,11 @@ class SetupMenu : public FormScreen<Ui::SetupMenu, SettingsForm> {
     /// Whether the two fields of the clock are open.
     void openClock(bool open);
     void setTimeTouch();
+    /// Shows the time, and does so again as each minute begins.
+    void showTime();
 
     DeviceRequest clock_;
+    VisibleTimer minute_;
     bool removing_ = false;   // the password, with the next save
     bool firstSave_ = false;  // that commissions the terminal
 };
