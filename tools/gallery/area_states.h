@@ -32,4 +32,5 @@ AreaStates doorStates();
 AreaStates usbStates();
 AreaStates usersStates();
 AreaStates settingsStates();
+AreaStates deviceStates();
 AreaStates factoryStates();
