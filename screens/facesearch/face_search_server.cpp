@@ -22,7 +22,7 @@ std::optional<FaceSearchServer> FaceSearchServer::configured() {
     const QString text = DevicePaths::faceSearch();
     if (text.isEmpty())
         return std::nullopt;
-    const auto server = fromText(text);
+    auto server = fromText(text);
     if (!server)
         qCWarning(faceSearchLog, "\"%s\" names no face-search server", qUtf8Printable(text));
     return server;

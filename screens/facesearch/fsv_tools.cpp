@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 #include <ctime>
 
@@ -54,22 +55,22 @@ void EucKR2Utf8(const char* in, std::size_t length, char out[kUtf8TextSize]) {
     std::size_t left = text.size();
     char* to = out;
     std::size_t room = kUtf8TextSize - 1;
-    const auto converter = ::iconv_open("UTF-8", "EUC-KR");
-    const auto none = reinterpret_cast<iconv_t>(-1);
+    const iconv_t converter = ::iconv_open("UTF-8", "EUC-KR");
+    const bool usable = reinterpret_cast<std::intptr_t>(converter) != -1;
     while (left > 0 && room > 0) {
-        if (converter != none && ::iconv(converter, &from, &left, &to, &room) != std::size_t(-1))
+        if (usable && ::iconv(converter, &from, &left, &to, &room) != std::size_t(-1))
             break;
         // The rest is half a character, or there is no room for more.
-        if (converter != none && (errno != EILSEQ || room == 0))
+        if (usable && (errno != EILSEQ || room == 0))
             break;
         // Without the converter at least what is ASCII can be read.
-        *to++ = converter == none && static_cast<unsigned char>(*from) < 0x80 ? *from : '?';
+        *to++ = !usable && static_cast<unsigned char>(*from) < 0x80 ? *from : '?';
         --room;
         ++from;
         --left;
     }
     *to = '\0';
-    if (converter != none)
+    if (usable)
         ::iconv_close(converter);
 }
 
