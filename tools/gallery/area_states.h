@@ -34,3 +34,4 @@ AreaStates usersStates();
 AreaStates settingsStates();
 AreaStates deviceStates();
 AreaStates factoryStates();
+AreaStates facesearchStates();
