@@ -94,7 +94,7 @@ constexpr MessageRoute kRoutes[] = {
     {FactoryMacReport, NamedScreen, 0, kFactoryMac},
     {FactoryMemoryReport, NamedScreen, 0, kFactoryMemory},
     {FactoryPingReport, NamedScreen, 0, kFactoryNetwork},
-    {FactoryTouchVersionReport, NamedScreen, 0, kFactoryTouch},
+    {FactoryTouchVersionReport, NamedScreen, 0, kFactoryVersions},
     {Ignored, NoAction, 0, {}},
     {ControllerEvent, Shell, 0, {}},
     {SelfCheck, Shell, sizeof(std::uint32_t), {}},
