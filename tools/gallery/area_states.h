@@ -31,5 +31,6 @@ AreaStates shellStates();
 AreaStates doorStates();
 AreaStates usbStates();
 AreaStates usersStates();
+AreaStates enrolmentStates();
 AreaStates settingsStates();
 AreaStates factoryStates();
