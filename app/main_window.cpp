@@ -27,6 +27,7 @@
 #include "ui/input_field.h"
 #include "ui/key_click.h"
 #include "ui/message_overlay.h"
+#include "ui/pictures.h"
 #include "ui/theme.h"
 #include "ui/touch_key_form.h"
 #include "ui_main_window.h"
@@ -48,6 +49,7 @@ MainWindow::MainWindow(QWidget* parent)
       locationPath_(DevicePaths::at(QStringLiteral("/mnt/data/location.txt"))),
       imageDirectory_(DevicePaths::at(QLatin1String(DeviceFolders::kImages))),
       ui_(std::make_unique<Ui::MainWindow>()) {
+    Pictures::limitCache();
     installPictures();
     for (QWidget* widget : QApplication::topLevelWidgets()) {
         if (auto* window = qobject_cast<MainWindow*>(widget))
@@ -374,6 +376,14 @@ bool MainWindow::serviceInUse() const {
 
 bool MainWindow::serviceReached() const {
     return serviceInUse() && management_->connected();
+}
+
+const ServiceContact& MainWindow::serviceContact() const {
+    return management_->contact();
+}
+
+void MainWindow::connectService() {
+    management_->connectNow();
 }
 
 DownloadManager& MainWindow::downloads() {
