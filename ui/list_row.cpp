@@ -1,6 +1,7 @@
 #include "ui/list_row.h"
 
 #include <QEvent>
+#include <QLayout>
 #include <QPainter>
 #include <iterator>
 
@@ -156,6 +157,10 @@ bool ListRow::event(QEvent* event) {
     // The control's size hint changes with its texts; while the row is hidden nothing tells.
     if (event->type() == QEvent::LayoutRequest || event->type() == QEvent::Show) {
         updateGeometry();
+        // Nor does the layout look at a row again that has grown while it was hidden.
+        QLayout* layout = parentWidget() != nullptr ? parentWidget()->layout() : nullptr;
+        if (event->type() == QEvent::Show && layout != nullptr && height() != sizeHint().height())
+            layout->activate();
         arrange();
     }
     return WidgetButton::event(event);
