@@ -377,6 +377,14 @@ bool MainWindow::serviceReached() const {
     return serviceInUse() && management_->connected();
 }
 
+const ServiceContact& MainWindow::serviceContact() const {
+    return management_->contact();
+}
+
+void MainWindow::connectService() {
+    management_->connectNow();
+}
+
 DownloadManager& MainWindow::downloads() {
     return management_->downloads();
 }

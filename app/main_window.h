@@ -162,6 +162,8 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     // --- Management service ----------------------------------------------------------------
     bool serviceInUse() const override;
     bool serviceReached() const override;
+    const ServiceContact& serviceContact() const override;
+    void connectService() override;
     DownloadManager& downloads() override;
     _gui_menu_ settings() const override { return records_.menu(); }
     std::uint32_t selfCheckWord() const override { return status_->selfCheck(); }

@@ -24,7 +24,7 @@ constexpr MessageRoute kRoutes[] = {
     {ScreenClosedAnswer, NoAction, 0, {}},
     {Settings, Shell, sizeof(_gui_menu_), {}},
     {SettingsChanged, Shell, sizeof(_gui_menu_), {}},
-    {TimeNotice, NoAction, 0, {}},
+    {TimeNotice, ActiveScreen, 0, kSetupMenu},
     {UserStored, AnyActive, 0, {}},
     {CardTagged, ActiveScreen, 0, kEnrolCard, kEnrolCardAgain},
     {UserIdChecked, AnyActive, 0, {}},

@@ -1,4 +1,4 @@
-# The record tables of docs/device-link.md as FIELD(record, member, offset, size, like), so that the
+# The record tables of a page of docs/ as FIELD(record, member, offset, size, like), so that the
 # compiler can say what is true; `like` is the field of another record that means the same.
 /^### `/ {
     split($0, part, "`")

@@ -280,6 +280,8 @@ class ScreensWalkTest : public QObject {
             }
             for (auto way = targets.cbegin(); way != targets.cend(); ++way) {
                 stage->open(title);
+                if (auto* list = active()->findChild<ScrollList*>())
+                    list->reveal(way.key());
                 tap(way.key());
                 const QString next = active()->getTitle();
                 QVERIFY2(next != title, qPrintable(title));

@@ -689,6 +689,11 @@ class UiWidgetsTest : public QObject {
         constexpr char japanese[] = "Noto Sans CJK JP";
         for (const char* name : {"美咲", "咲かおる", "𠮷咲", "김咲"})
             QCOMPARE(drawn(name, korean, TextFit::kName), drawn(name, japanese, TextFit::kName));
+        // One character in parts, as other systems write names, is drawn as one.
+        const QString whole = QStringLiteral("김가 é が");
+        QCOMPARE(drawn(qUtf8Printable(whole.normalized(QString::NormalizationForm_D)), korean,
+                       TextFit::kName),
+                 drawn(qUtf8Printable(whole), korean, TextFit::kName));
         QVERIFY(drawn("咲", korean, TextFit::kTitle) != drawn("咲", korean, TextFit::kName));
         QVERIFY(drawn("김咲", japanese, TextFit::kTitle) !=
                 drawn("김咲", japanese, TextFit::kName));

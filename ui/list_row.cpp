@@ -81,6 +81,16 @@ void ListRow::setIconColumn(int width) {
     update();
 }
 
+void ListRow::setPreview(const QPixmap& preview) {
+    preview_ = preview;
+    update();
+}
+
+void ListRow::setDanger(bool danger) {
+    danger_ = danger;
+    update();
+}
+
 void ListRow::setFaulty(bool faulty) {
     faulty_ = faulty;
     update();
@@ -109,13 +119,14 @@ void ListRow::applyScripts(const Lookup& lookup) {
 }
 
 QSize ListRow::sizeHint() const {
-    return {kWidth, isStacked() ? kStackedHeight : kHeight};
+    const int more = isStacked() ? qMax(0, control()->sizeHint().height() - kControlHeight) : 0;
+    return {kWidth, isStacked() ? kStackedHeight + more : kHeight};
 }
 
 QWidget* ListRow::control() const {
     const QList<QWidget*> children = findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
     for (QWidget* child : children)
-        if (!qobject_cast<CheckBox*>(child))
+        if (!qobject_cast<CheckBox*>(child) && !child->isHidden())
             return child;
     return nullptr;
 }
@@ -142,8 +153,9 @@ void ListRow::arrange() {
     QWidget* beside = control();
     const int controlWidth = beside ? beside->sizeHint().width() : 0;
     if (beside && isStacked()) {
-        beside->setGeometry(kControlMargin, height() - kControlMargin - kControlHeight,
-                            width() - 2 * kControlMargin, kControlHeight);
+        const int tall = qMax(kControlHeight, beside->sizeHint().height());
+        beside->setGeometry(kControlMargin, height() - kControlMargin - tall,
+                            width() - 2 * kControlMargin, tall);
     } else if (beside) {
         beside->setGeometry(width() - kControlMargin - controlWidth,
                             (height() - kControlHeight) / 2, controlWidth, kControlHeight);
@@ -180,11 +192,17 @@ void ListRow::paintEvent(QPaintEvent*) {
         drawRow(&painter, rect(), Theme::kRadiusControl);
 
     const bool chosen = isSelected() && isEnabled();
-    const QRgb ink = !isEnabled() ? Theme::kOff : chosen ? Theme::kAccent : Theme::kCaption;
+    const QRgb ink = !isEnabled() ? Theme::kOff
+                     : chosen     ? Theme::kAccent
+                     : danger_    ? Theme::kDanger
+                                  : Theme::kCaption;
     const bool stacked = isStacked();
-    QRect line(kLabelLeft, 0, width() - kLabelLeft - kEnd,
-               stacked ? height() - kControlMargin - kControlHeight : height());
+    QRect line(kLabelLeft, 0, width() - kLabelLeft - kEnd, stacked ? control()->y() : height());
 
+    if (!preview_.isNull()) {
+        painter.drawPixmap(line.x(), (height() - preview_.height()) / 2, preview_);
+        line.setLeft(line.x() + iconColumn_);
+    }
     if (!icon_.isEmpty()) {
         Paint::glyph(&painter, {line.x(), line.y(), Pictures::icon(icon_).width(), line.height()},
                      icon_, positive_ && isEnabled() ? Theme::kAccent : ink);

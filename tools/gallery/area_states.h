@@ -32,4 +32,6 @@ AreaStates doorStates();
 AreaStates usbStates();
 AreaStates usersStates();
 AreaStates settingsStates();
+AreaStates deviceStates();
 AreaStates factoryStates();
+AreaStates facesearchStates();
