@@ -1,7 +1,9 @@
 #include "sim/controller/device.h"
 
 #include <cstring>
+#include <utility>
 
+#include "link/command_code.h"
 #include "sim/controller/terminal_link.h"
 #include "sim/controller/work_status.h"
 
@@ -97,6 +99,21 @@ Device::Device(TerminalLink& link, const QString& dataFolder, QObject* parent)
 void Device::usersChanged() {
     settings_.users = users_.counts();
     emit changed();
+}
+
+void Device::reportUser(const _gui_user_& user) {
+    info_s info{};
+    info.user = user;
+    std::memcpy(info.visiblePicture, user.picture, sizeof info.visiblePicture);
+    sendRecord(command::UserEnrolled, 0, 0, info);
+}
+
+bool Device::giveCard(const QString& number) {
+    // Taken out first: who gets it may wait for the next one.
+    const CardTaker taker = std::exchange(cardTaker_, CardTaker());
+    if (taker)
+        taker(number);
+    return taker != nullptr;
 }
 
 void Device::setSettings(const _gui_menu_& settings) {

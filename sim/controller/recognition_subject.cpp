@@ -171,6 +171,8 @@ class RecognitionSubject : public Subject {
         const auto user = device_.users().find(id);
         if (!user)
             return failed(QStringLiteral("no such user, 'users' lists them"));
+        if (user->facePresent != 1)
+            return failed(QStringLiteral("no face of that user is enrolled"));
         if (verdict == QLatin1String("denied"))
             recognise(*user, failure::ByFace, Verdict::NotPermitted);
         else if (verdict == QLatin1String("registered"))
@@ -185,6 +187,8 @@ class RecognitionSubject : public Subject {
     QString card(const QString& text) {
         if (text.isEmpty())
             return failed(QStringLiteral("which card?"));
+        if (device_.giveCard(text))
+            return done(QStringLiteral("read"));
         if (const auto user = device_.users().findByCard(text))
             recognise(*user, failure::ByCard);
         else
@@ -209,6 +213,10 @@ class RecognitionSubject : public Subject {
         if ((schedule && !work::contains(*schedule, device_.now().time())) ||
             (mealOperation && mode == work::AccessOnly))
             return Verdict::NoAccessTime;
+        // Whoever is to show both has been enrolled with one of them only.
+        if (user.authMethod == AuthMethod::FaceAndCard &&
+            (user.facePresent != 1 || user.cardPresent != 1))
+            return Verdict::NotPermitted;
         if (menu.setup.alarmMode != 0 && user.rights == UserRights::InOutOnly)
             return Verdict::NotPermitted;
         if (mealOperation && mealTaken(fieldText(user.userId), mode))

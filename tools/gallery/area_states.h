@@ -31,6 +31,7 @@ AreaStates shellStates();
 AreaStates doorStates();
 AreaStates usbStates();
 AreaStates usersStates();
+AreaStates enrolmentStates();
 AreaStates settingsStates();
 AreaStates deviceStates();
 AreaStates factoryStates();
