@@ -227,7 +227,7 @@ class OperationSettingsTest : public DrivenTest {
         QVERIFY(t->open("zelMenuWindow") && t->open("enviSoundWindow"));
         t->tap("plusButton");
         t->tap("alarmSoundRow");
-        t->tap("homeButton");
+        window()->changeWindow(QStringLiteral("zelMenuWindow"));
         QVERIFY(t->open("enviSoundWindow"));
         QCOMPARE(t->find<PlusMinus>("volume")->value(), 6);
         // A number out of range shows as the nearest.
