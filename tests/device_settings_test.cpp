@@ -260,7 +260,11 @@ void DeviceSettingsTest::whatIsTriedGoesBack() {
     QVERIFY(t->open("enviScreenWindow"));
     touch("plusButton plusButton backButton");
     QCOMPARE(heard("^1952 "), QStringLiteral("1952 1 8|1952 1 9|1952 1 7"));
-    QVERIFY(t->open("enviSoundWindow"));
+    QVERIFY(t->tell("settings sound.recognitionFailSound 200") && t->open("enviSoundWindow"));
+    QCOMPARE(word("recogFailSoundRow"), t->text("ListItem_SoundBeeps"));
+    touch("forwardButton");
+    QVERIFY(saved() && stored(119, 1) == "\4");
+    t->frames.clear();
     touch("minusButton alarmSoundRow chimeRow bellRow");
     QCOMPARE(t->sim.execute(QStringLiteral("shown")),
              QStringLiteral("ok brightness 7 volume 4 sound alarm bell"));
