@@ -452,7 +452,7 @@ void DeviceSettingsTest::resetsAreAskedFor() {
     QCOMPARE(heard("^1957 2"), QStringLiteral("1957 2 0"));
     QVERIFY(t->agrees() && ok());
     QCOMPARE(t->window->menuRecord().users.all, 0U);
-    touch("backButton");
+    touch("homeButton");
     QCOMPARE(t->title(), QStringLiteral("setupMenuWindow"));
     QVERIFY(!t->find("backButton"));
     QVERIFY(t->tell("settings commissioned 1") && t->open("setupDefaultWindow"));

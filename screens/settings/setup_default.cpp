@@ -76,6 +76,14 @@ void SetupDefault::built() {
             [this] { popup_.ask(kRestart, [this] { restart(); }); });
 }
 
+void SetupDefault::homeButtonTouch() {
+    // With everything gone the terminal has to be set up first.
+    if (shell()->menuRecord().commissioned != 0)
+        FormScreen::homeButtonTouch();
+    else
+        prevButtonTouch();
+}
+
 void SetupDefault::windowOutEvent() {
     FormScreen::windowOutEvent();
     endWait();

@@ -20,6 +20,7 @@ class SetupDefault : public FormScreen<Ui::SetupDefault> {
 
  protected:
     void built() override;
+    void homeButtonTouch() override;
 
  private:
     void ask(unsigned char what);
