@@ -202,6 +202,8 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
 
  signals:
     void signal_changeWindow(const QString& title);
+    /// The link to the device controller has been reported up, or down.
+    void signal_linkChanged(bool up);
     void signal_restCall_FR01(const QVariant& parameter);
     void signal_restCall_FR03(const QVariant& parameter);
     void signal_restCall_FR09(const QVariant& parameter);

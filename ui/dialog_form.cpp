@@ -21,6 +21,8 @@ DialogForm::DialogForm(QWidget* parent, int autoCloseMs, DialogRank rank)
       cancel_(new LabelButton(card())),
       okKey_(QStringLiteral("TopMenu_OK")),
       cancelKey_(QStringLiteral("TopMenu_Cancel")) {
+    // A label without a size of its own asks the default font for one, which would be loaded.
+    icon_->resize(card()->size());
     icon_->hide();
     ok_->setObjectName(QStringLiteral("dialogOkButton"));
     cancel_->setObjectName(QStringLiteral("dialogCancelButton"));

@@ -28,6 +28,10 @@ constexpr int kTick = 26;
 constexpr int kTickGap = 10;
 constexpr int kSign = 28;
 constexpr int kSignEnd = 12;
+constexpr int kNarrowLeft = 16;  // of the label, where a verdict stands in the chevron's place
+constexpr int kNarrowGap = 8;
+constexpr int kNoteTop = 42;
+constexpr int kNoteBottom = 6;
 
 /// By ListRow::Verdict.
 const struct VerdictLook {
@@ -57,7 +61,16 @@ void ListRow::setText(const QString& text) {
 }
 
 void ListRow::setValue(const QString& value) {
+    if (value_.text() == value)
+        return;
     value_.setText(value);
+    update();
+}
+
+void ListRow::setNote(const QString& note) {
+    if (note_.text() == note)
+        return;
+    note_.setText(note);
     update();
 }
 
@@ -115,6 +128,7 @@ void ListRow::applyScripts(const Lookup& lookup) {
         word.apply(lookup);
     text_.apply(lookup);
     value_.apply(lookup);
+    note_.apply(lookup);
     update();
 }
 
@@ -177,11 +191,14 @@ void ListRow::drawVerdict(QPainter* painter, QRect* line) const {
         Paint::glyph(painter, sign, QLatin1String(look.sign), look.color, kSign);
     else
         Paint::icon(painter, sign, QLatin1String(look.sign));
+    line->setRight(sign.x() - kTickGap);
+    if (mark_ == Chevron && verdict_ == Verdict::NotRun)
+        return;
     const ScriptHandler::Script& word = words_[number].entry();
     const int wordWidth = TextFit::width(word, TextFit::kCaption, QFont::Bold);
     const QRect box(sign.x() - kTickGap - wordWidth, 0, wordWidth, line->height());
     TextFit::draw(painter, box, Qt::AlignRight, word, TextFit::kCaption, QFont::Bold, look.color);
-    line->setRight(box.x() - kLabelGap);
+    line->setRight(box.x() - (mark_ == Chevron ? kNarrowGap : kLabelGap));
 }
 
 void ListRow::paintEvent(QPaintEvent*) {
@@ -208,7 +225,9 @@ void ListRow::paintEvent(QPaintEvent*) {
                      icon_, positive_ && isEnabled() ? Theme::kAccent : ink);
         line.setLeft(line.x() + iconColumn_);
     }
-    if (mark_ == Chevron) {
+    if (mark_ == Chevron && verdict_ != Verdict::None) {
+        line.setLeft(kNarrowLeft);
+    } else if (mark_ == Chevron) {
         const QRect box(width() - kEnd - kChevronInk, 0, kChevron, height());
         Paint::glyph(&painter, box, QStringLiteral("chevron_right.png"), ink);
         line.setRight(box.x() - kLabelGap / 2);
@@ -243,6 +262,12 @@ void ListRow::paintEvent(QPaintEvent*) {
         if (const QWidget* beside = control())
             line.setRight(beside->x() - kLabelGap);
     const bool choice = mark_ == Radio;
+    if (!note_.isEmpty()) {
+        const QRect below(line.x(), kNoteTop, line.width(), line.height() - kNoteTop - kNoteBottom);
+        TextFit::draw(&painter, below, Qt::AlignLeft, note_.entry(), TextFit::kEnteredNote,
+                      QFont::Normal, isEnabled() ? Theme::kHint : Theme::kOff);
+        line.setRect(line.x(), kNoteBottom, line.width(), kNoteTop - kNoteBottom);
+    }
     TextFit::draw(&painter, line, Qt::AlignLeft, text_.entry(),
                   choice ? TextFit::kChoice : TextFit::kRowLabel,
                   chosen ? QFont::Bold : QFont::Medium, ink);

@@ -12,11 +12,13 @@ class CheckBox;
 /// it at its place, below the label (and grows) when it is too wide to stand beside it; one that is
 /// hidden takes no place. A CheckBox on the row takes the label's place.
 ///
-/// Only a row with a mark can be touched as a whole.
+/// Only a row with a mark can be touched as a whole. A verdict takes the chevron's place, and says
+/// that there is none yet with its sign alone.
 class ListRow : public WidgetButton, public Scripted {
     Q_OBJECT
     Q_PROPERTY(QString textKey READ textKey WRITE setTextKey)
     Q_PROPERTY(QString valueKey READ valueKey WRITE setValueKey)
+    Q_PROPERTY(QString note READ note WRITE setNote)
     Q_PROPERTY(bool positive READ isPositive WRITE setPositive)
     Q_PROPERTY(Mark mark READ mark WRITE setMark)
     Q_PROPERTY(QString iconName READ iconName WRITE setIconName)
@@ -48,6 +50,9 @@ class ListRow : public WidgetButton, public Scripted {
     void setValueKey(const QString& key) { value_.setKey(key); }
     const QString& value() const { return value_.text(); }
     void setValue(const QString& value);
+    /// A smaller line below the label, of a row of the normal height.
+    const QString& note() const { return note_.text(); }
+    void setNote(const QString& note);
     /// Shows the value as good: in the accent color behind a tick. The icon has that color too.
     bool isPositive() const { return positive_; }
     void setPositive(bool positive);
@@ -97,6 +102,7 @@ class ListRow : public WidgetButton, public Scripted {
 
     ScriptText text_;
     ScriptText value_;
+    ScriptText note_;
     QString icon_;
     Mark mark_ = NoMark;
     int iconColumn_ = 48;

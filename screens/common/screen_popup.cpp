@@ -77,10 +77,24 @@ const ScreenText* ScreenPopup::find(int number, bool (*isWanted)(ScreenText::Kin
 }
 
 bool ScreenPopup::show(int number, int seconds, const QString& second) {
+    return showThen(number, Answer(), seconds, second);
+}
+
+bool ScreenPopup::showThen(int number, const Answer& closed, int seconds, const QString& second) {
     const ScreenText* text = find(number, isPopup);
     if (text == nullptr)
         return false;
-    made(popup_, screen_, "screenPopup")->hide();
+    if (popup_ == nullptr) {
+        made(popup_, screen_, "screenPopup");
+        const auto tell = [this] {
+            if (const Answer answer = std::exchange(closed_, Answer()))
+                answer();
+        };
+        QObject::connect(popup_, &DialogForm::touchOk, screen_, tell);
+        QObject::connect(popup_, &DialogForm::closePopup, screen_, tell);
+    }
+    popup_->hide();
+    closed_ = closed;
     popup_->setAutoClose(seconds * 1000);
     present(popup_, *text, second);
     if (text->kind == ScreenText::Error)
@@ -154,5 +168,6 @@ bool ScreenPopup::isOpen() const {
 }
 
 void ScreenPopup::close() {
+    closed_ = Answer();
     hideIfMade(popup_);
 }

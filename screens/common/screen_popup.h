@@ -56,6 +56,10 @@ class ScreenPopup {
     /// A popup, which has one button and closes after @p seconds by itself; 0: it does not.
     /// @p second takes the place of the text's own second line.
     bool show(int number, int seconds = kSeconds, const QString& second = QString());
+    /// The same; @p closed is called when it has been closed by a touch or by its time, not when
+    /// something else takes its place or the screen goes.
+    bool showThen(int number, const Answer& closed, int seconds = kSeconds,
+                  const QString& second = QString());
     /// Asks; @p declined is called when it is closed without OK. @p second as for show().
     bool ask(int number, const Answer& agreed, const Answer& declined = Answer(),
              const QString& second = QString());
@@ -82,6 +86,7 @@ class ScreenPopup {
     DialogForm* popup_ = nullptr;
     DialogForm* question_ = nullptr;
     WaitForm* wait_ = nullptr;
+    Answer closed_;
     Answer agreed_;
     Answer declined_;
 };

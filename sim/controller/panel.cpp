@@ -9,6 +9,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QVBoxLayout>
 
@@ -59,6 +60,7 @@ Panel::Panel(ControllerSim& controller)
     setWindowTitle(QStringLiteral("Device controller"));
     auto* column = new QVBoxLayout(this);
     addPeople();
+    addEnrolment();
     addTime();
     addArrangements();
     addFaults();
@@ -150,6 +152,33 @@ void Panel::addPeople() {
         give(on ? QStringLiteral("track on") : QStringLiteral("track off"));
     });
     group->addWidget(moving, 2, 0, 1, kColumns);
+}
+
+void Panel::addEnrolment() {
+    QGridLayout* group = addGroup(QStringLiteral("Enrolment"));
+    const auto waitsFor = [this](const char* what) {
+        return controller_.execute(QStringLiteral("enrolment")).endsWith(QLatin1String(what));
+    };
+    const auto add = [&](const QString& text, const char* what, auto line) {
+        auto* button = new QPushButton(text);
+        connect(button, &QPushButton::clicked, this, [this, line] { give(line()); });
+        followers_.append([button, waitsFor, what] { button->setEnabled(waitsFor(what)); });
+        const int place = group->count();
+        group->addWidget(button, place / kColumns, place % kColumns);
+    };
+    add(QStringLiteral("New card"), "card", [] {
+        return QStringLiteral("card %1").arg(
+            QRandomGenerator::global()->bounded(20000000, 99999999));
+    });
+    add(QStringLiteral("Card in use"), "card", [] { return QStringLiteral("card 10000002"); });
+    const struct {
+        const char* text;
+        const char* line;
+    } faces[] = {{"Face", "good"},        {"Slow face", "slow"},   {"Face stalls", "stall"},
+                 {"Face in use", "used"}, {"Several faces", "12"}, {"Face not clear", "14"}};
+    for (const auto& one : faces)
+        add(QLatin1String(one.text), "face",
+            [one] { return QLatin1String("enrol-face ") + QLatin1String(one.line); });
 }
 
 void Panel::addTime() {

@@ -25,6 +25,7 @@ class Panel : public QWidget {
     void addButton(QGridLayout* group, const QString& text, const QString& line);
 
     void addPeople();
+    void addEnrolment();
     void addTime();
     void addArrangements();
     void addFaults();

@@ -43,6 +43,10 @@ class ReportsSubject : public Subject {
             device_.send(command::LogStoreReport, command::log_store::Emptied);
         });
         onRequest(command::Initialise, [this](const Request& request) { initialise(request.p1); });
+        onRequest(command::FactoryMemoryReset, [this](const Request&) {
+            reset(command::initialise::Everything);
+            device_.sendRecord(command::SettingsChanged, 0, 0, device_.settings());
+        });
 
         onWord("popup", "enrolment|delete|firmware|logs N: a report with the result N",
                [this](const QString& text) { return popup(text); });
@@ -74,7 +78,7 @@ class ReportsSubject : public Subject {
         emit device_.statusChanged();
     }
 
-    void initialise(quint8 what) {
+    void reset(quint8 what) {
         using namespace command::initialise;
         if (what == Logs || what == Everything)
             deleteLogs();
@@ -85,8 +89,14 @@ class ReportsSubject : public Subject {
                 device_.users().remove(fieldText(user.userId));
         }
         device_.usersChanged();
+    }
+
+    void initialise(quint8 what) {
+        reset(what);
         device_.send(command::Initialised,
-                     what <= Everything ? command::answer::Done : command::answer::Failed, what);
+                     what <= command::initialise::Everything ? command::answer::Done
+                                                             : command::answer::Failed,
+                     what);
         device_.sendRecord(command::SettingsChanged, 0, 0, device_.settings());
     }
 
