@@ -60,6 +60,16 @@ void EnrolStep::showFlow() {
     stepBar_->setCurrentStep(flow_.stepNumber());
 }
 
+void EnrolStep::deviceAnswer(const DeviceMessage& message) {
+    TitledForm::deviceAnswer(message);
+    const auto counts = message.record<UserCounts>();
+    if (message.command != command::UserCountsAnswer || !counts || !shell()->settingsArrived())
+        return;
+    _gui_menu_ menu = shell()->menuRecord();
+    menu.users = *counts;
+    shell()->SetGuiMenu(&menu);
+}
+
 void EnrolStep::peersChanged() {
     if (shell()->linkUp() || ended_) {
         TitledForm::peersChanged();

@@ -24,6 +24,7 @@ class EnrolStep : public TitledForm {
     void setParam(QVariant param) override;
     void windowInEvent() override;
     void windowOutEvent() override;
+    void deviceAnswer(const DeviceMessage& message) override;
     void peersChanged() override;
     void settingsChanged(const SettingsChange& change) override;
 
