@@ -33,4 +33,6 @@ AreaStates usbStates();
 AreaStates usersStates();
 AreaStates enrolmentStates();
 AreaStates settingsStates();
+AreaStates deviceStates();
 AreaStates factoryStates();
+AreaStates facesearchStates();
