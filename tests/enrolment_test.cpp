@@ -243,6 +243,8 @@ class EnrolmentTest : public QObject {
                 number + "!lose-link-at_" + lost + " >forwardButton" + further +
                     says("Dialog_EnrollNoController"),
                 "");
+        row("link, first step", "MENU >userEnrollTile !drop" + says("Dialog_EnrollNoController"),
+            "");
         row("link", face + "!enrol-face_stall %40 !drop" + says("Dialog_EnrollNoController"), "");
     }
 

@@ -114,7 +114,7 @@ void EnrolStep::endWith(int number, int seconds, const QString& second) {
     // What is left unattended now times out as a menu does.
     shell()->StartMenuTimer();
     popup_.showThen(
-        number, [this] { leave(); }, seconds, second);
+        number, [this] { enrollCompleted(); }, seconds, second);
 }
 
 void EnrolStep::complete() {

@@ -28,6 +28,9 @@ class EnrolStep : public TitledForm {
     void peersChanged() override;
     void settingsChanged(const SettingsChange& change) override;
 
+    /// The enrolment is over, and its popup has been read: back to where it began.
+    void enrollCompleted() { leave(); }
+
  protected:
     /// Numbers of the popups that all steps have besides their own.
     enum CommonPopup { Completed = 42, NoConnection = 1001, NoAnswer, RegistrationOff };
