@@ -52,6 +52,9 @@ class WindowShell {
     /// one that is not in use never is. Changes come as WindowForm::peersChanged().
     virtual bool serviceInUse() const = 0;
     virtual bool serviceReached() const = 0;
+    /// Tells the service, when it is in use, that the users of @p group are gone: one of
+    /// command::user_group.
+    virtual void reportGroupDeleted(int group) = 0;
     /// The firmware downloads that the service has ordered.
     virtual DownloadManager& downloads() = 0;
 
