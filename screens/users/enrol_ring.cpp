@@ -45,6 +45,8 @@ void EnrolRing::paintEvent(QPaintEvent* event) {
     painter.drawPixmap(0, 0, Pictures::icon(QStringLiteral("enrol_mask.png")));
     painter.drawPixmap(kRing,
                        Pictures::file(QStringLiteral("/zel1/image/percent_%1.png").arg(percent_)));
+    if (text_.key().isEmpty())
+        return;
 
     ScriptHandler::Script number = TextFit::roleSized(text_.entry());
     ScriptHandler::Script suffix = number;

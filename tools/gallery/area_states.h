@@ -32,5 +32,6 @@ AreaStates doorStates();
 AreaStates usbStates();
 AreaStates usersStates();
 AreaStates enrolmentStates();
+AreaStates peopleStates();
 AreaStates settingsStates();
 AreaStates factoryStates();
