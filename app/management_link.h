@@ -15,6 +15,7 @@ class CloudHost;
 struct DeviceMessage;
 class ManagementHost;
 class RestClass;
+class ServiceContact;
 
 /// The terminal's side of the management service: the REST client with the thread that serves HTTP,
 /// the timers that keep the contact, the command folders, the downloads and the reports of what
@@ -62,6 +63,7 @@ class ManagementLink : public QObject {
     /// again.
     void reportGroupDeleted(int group);
 
+    const ServiceContact& contact() const;
     RestClass* client() const { return client_; }
     DownloadManager& downloads() { return downloads_; }
     ManagementCommands& commands() { return commands_; }

@@ -12,6 +12,7 @@
 class DialogForm;
 class DownloadManager;
 class InputField;
+class ServiceContact;
 struct PasswordPurpose;
 class WindowForm;
 
@@ -55,6 +56,12 @@ class WindowShell {
     /// Tells the service, when it is in use, that the users of @p group are gone: one of
     /// command::user_group.
     virtual void reportGroupDeleted(int group) = 0;
+    /// More about that, for a screen that follows it.
+    virtual const ServiceContact& serviceContact() const = 0;
+    /// Tries to reach it now.
+    virtual void connectService() = 0;
+    /// Gives the machine the address of @p own, unless that is the record's already.
+    virtual void setIp(const AddressBlock& own) = 0;
     /// The firmware downloads that the service has ordered.
     virtual DownloadManager& downloads() = 0;
 

@@ -133,6 +133,11 @@ namespace picture {
 enum : std::uint8_t { Hidden = 0, Shown = 1 };
 }
 
+/// StartFaceCapture, first.
+namespace capture {
+enum : std::uint8_t { CameraTest = 2 };
+}
+
 /// CameraRun, first.
 namespace camera {
 enum : std::uint8_t { Off = 0, On = 1 };
@@ -230,6 +235,13 @@ enum : std::uint8_t { Enter = 0, Leave = 1 };
 enum : std::uint8_t { Start = 0, Stop = 1 };
 /// The steps of FactoryIoTest: its second parameter; FactoryIoReport and FactoryIoStepDone, first.
 enum : std::uint8_t { Relay = 0, ExitButton = 1, TamperSwitch = 2 };
+/// FactoryLedTest and FactoryLedReport, second.
+enum : std::uint8_t { Red = 0, Green = 1, Blue = 2 };
+/// FactoryCameraTest, FactoryCameraReport and FactoryCameraSwitch, second; FactoryCameraSwitched,
+/// first.
+enum : std::uint8_t { Infrared = 0, Colour = 1 };
+/// How many sounds FactorySoundTest has: its second parameter, from 0 on.
+constexpr std::uint8_t kSounds = 3;
 }  // namespace factory
 
 }  // namespace command

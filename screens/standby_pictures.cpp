@@ -34,8 +34,8 @@ QPixmap background(int choice) {
         const QString folder = QLatin1String(name);
         const QStringList pictures = pictureNames(folder);
         if (choice < pictures.size())
-            return Pictures::foreign(folder, pictures.at(choice),
-                                     {Theme::kScreenWidth, Theme::kScreenHeight});
+            return Pictures::foreignKept(folder, pictures.at(choice),
+                                         {Theme::kScreenWidth, Theme::kScreenHeight});
         choice -= pictures.size();
     }
     return {};
@@ -44,7 +44,8 @@ QPixmap background(int choice) {
 QPixmap logo() {
     const QString folder = QLatin1String(DeviceFolders::kLogo);
     const QStringList pictures = pictureNames(folder);
-    return pictures.isEmpty() ? QPixmap() : Pictures::foreign(folder, pictures.first(), kLogoSize);
+    return pictures.isEmpty() ? QPixmap()
+                              : Pictures::foreignKept(folder, pictures.first(), kLogoSize);
 }
 
 }  // namespace StandbyPictures

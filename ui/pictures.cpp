@@ -16,6 +16,8 @@ namespace {
 /// No picture of a person or of a screen comes near these.
 constexpr qint64 kMaxFile = 8 * 1024 * 1024;
 constexpr int kMaxSide = 4096;
+/// All icons and one picture of a whole screen, in kilobytes.
+constexpr int kCacheLimit = 4096;
 
 QPixmap read(const QString& path, const QSize& size) {
     QImageReader reader(path);
@@ -33,6 +35,25 @@ QPixmap read(const QString& path, const QSize& size) {
     if (covering.width() < full.width())
         reader.setScaledSize(covering);
     return QPixmap::fromImage(reader.read());
+}
+
+/// Nothing unless @p name is a plain picture file that lies in @p deviceFolder itself.
+QFileInfo foreignFile(const QString& deviceFolder, const QString& name) {
+    if (name.isEmpty() || name.contains(QLatin1Char('/')) || name.startsWith(QLatin1Char('.')))
+        return {};
+    const QFileInfo folder(DevicePaths::at(deviceFolder));
+    const QFileInfo info(QDir(folder.filePath()), name);
+    if (!info.isFile() || info.canonicalPath() != folder.canonicalFilePath() ||
+        info.size() > kMaxFile)
+        return {};
+    return info;
+}
+
+QPixmap readForeign(const QFileInfo& file, const QSize& size) {
+    const QPixmap picture = read(file.filePath(), size);
+    if (picture.isNull())
+        qCInfo(pictureLog, "no picture in %s", qPrintable(file.filePath()));
+    return picture;
 }
 
 }  // namespace
@@ -55,27 +76,30 @@ QPixmap file(const QString& devicePath) {
 }
 
 QPixmap foreign(const QString& deviceFolder, const QString& name, const QSize& size) {
-    if (name.isEmpty() || name.contains(QLatin1Char('/')) || name.startsWith(QLatin1Char('.')))
-        return {};
-    const QFileInfo folder(DevicePaths::at(deviceFolder));
-    const QFileInfo info(QDir(folder.filePath()), name);
-    if (!info.isFile() || info.canonicalPath() != folder.canonicalFilePath() ||
-        info.size() > kMaxFile)
+    const QFileInfo file = foreignFile(deviceFolder, name);
+    return file.isFile() ? readForeign(file, size) : QPixmap();
+}
+
+QPixmap foreignKept(const QString& deviceFolder, const QString& name, const QSize& size) {
+    const QFileInfo file = foreignFile(deviceFolder, name);
+    if (!file.isFile())
         return {};
     const QString key = QStringLiteral("%1/%2/%3/%4x%5")
-                            .arg(info.canonicalFilePath())
-                            .arg(info.lastModified().toMSecsSinceEpoch())
-                            .arg(info.size())
+                            .arg(file.canonicalFilePath())
+                            .arg(file.lastModified().toMSecsSinceEpoch())
+                            .arg(file.size())
                             .arg(size.width())
                             .arg(size.height());
     QPixmap picture;
-    if (QPixmapCache::find(key, &picture))
-        return picture;
-    picture = read(info.filePath(), size);
-    if (picture.isNull())
-        qCInfo(pictureLog, "no picture in %s", qPrintable(info.filePath()));
-    QPixmapCache::insert(key, picture);
+    if (!QPixmapCache::find(key, &picture)) {
+        picture = readForeign(file, size);
+        QPixmapCache::insert(key, picture);
+    }
     return picture;
+}
+
+void limitCache() {
+    QPixmapCache::setCacheLimit(kCacheLimit);
 }
 
 }  // namespace Pictures

@@ -12,13 +12,14 @@ namespace {
 using Icon = DialogForm::Icon;
 
 constexpr float kSecondSize = 20;  // pixels, of a line that no script holds
+constexpr int kGraveTime = 2000;   // milliseconds
 
 bool isPopup(ScreenText::Kind kind) {
     return kind < ScreenText::Question;
 }
 
 bool isQuestion(ScreenText::Kind kind) {
-    return kind == ScreenText::Question || kind == ScreenText::Danger;
+    return kind >= ScreenText::Question && kind < ScreenText::Wait;
 }
 
 bool isWait(ScreenText::Kind kind) {
@@ -37,6 +38,7 @@ Icon iconOf(ScreenText::Kind kind) {
             return Icon::Question;
         case ScreenText::Warning:
         case ScreenText::Danger:
+        case ScreenText::Grave:
             return Icon::Warning;
         case ScreenText::Wait:
             break;
@@ -100,7 +102,8 @@ bool ScreenPopup::showThen(int number, const Answer& closed, int seconds, const 
     return true;
 }
 
-bool ScreenPopup::ask(int number, const Answer& agreed, const Answer& declined, int seconds) {
+bool ScreenPopup::ask(int number, const Answer& agreed, const Answer& declined,
+                      const QString& second, int seconds) {
     const ScreenText* text = find(number, isQuestion);
     if (text == nullptr)
         return false;
@@ -120,8 +123,9 @@ bool ScreenPopup::ask(int number, const Answer& agreed, const Answer& declined, 
     agreed_ = agreed;
     declined_ = declined;
     question_->setAutoClose(seconds * 1000);
-    question_->setDanger(text->kind == ScreenText::Danger);
-    present(question_, *text, QString());
+    question_->setDanger(text->kind != ScreenText::Question);
+    question_->setOkDelay(text->kind == ScreenText::Grave ? kGraveTime : 0);
+    present(question_, *text, second);
     return true;
 }
 

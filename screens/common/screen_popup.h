@@ -19,6 +19,7 @@ struct ScreenText {
         Warning,
         Question,  ///< OK or Cancel
         Danger,    ///< the same; OK destroys something
+        Grave,     ///< the same; it destroys so much that OK waits until that has been read
         Wait,      ///< has no button
     };
 
@@ -61,8 +62,9 @@ class ScreenPopup {
     bool showThen(int number, const Answer& closed, int seconds = kSeconds,
                   const QString& second = QString());
     /// Asks; @p declined is called when it is closed without OK, which it does by itself after
-    /// @p seconds unless they are 0.
-    bool ask(int number, const Answer& agreed, const Answer& declined = Answer(), int seconds = 0);
+    /// @p seconds unless they are 0. @p second as for show().
+    bool ask(int number, const Answer& agreed, const Answer& declined = Answer(),
+             const QString& second = QString(), int seconds = 0);
     /// Stays until endWait(), or until something else is shown. From 0 @p percent on there is a
     /// progress bar, with the number below it unless the text tells it.
     bool wait(int number, int percent = -1);

@@ -268,7 +268,7 @@ void UserSearch_userInfo::saveButtonTouch() {
     const bool destroys = UserRecord::dropUnused(*user);
     if (destroys && !unstored_)
         popup_.ask(
-            kAskChange, [this, user] { deleteAndStore(*user); }, {}, kQuestionSeconds);
+            kAskChange, [this, user] { deleteAndStore(*user); }, {}, {}, kQuestionSeconds);
     else
         store(*user);
 }
@@ -407,7 +407,7 @@ void UserSearch_userInfo::deleteButtonTouch() {
                                {command::UserDeleteResult}, kAnswerTime))
                 failed(DeviceRequest::Failure::LinkDown);
         },
-        {}, kQuestionSeconds);
+        {}, {}, kQuestionSeconds);
 }
 
 void UserSearch_userInfo::ShowDeleteResult(int result) {

@@ -67,6 +67,25 @@ ClockTime clockTime(const QDateTime& time) {
             byte(time.time().minute()),      byte(time.time().second())};
 }
 
+GUI_LOGDATA eventOf(const _gui_user_& user, const QDateTime& time) {
+    GUI_LOGDATA event{};
+    std::memcpy(event.userId, user.userId, sizeof event.userId);
+    std::memcpy(event.name, user.name, sizeof event.name);
+    std::memcpy(event.cardNumber, user.cardNumber, sizeof event.cardNumber);
+    std::memcpy(event.visiblePicture, user.picture, sizeof event.visiblePicture);
+    std::memcpy(event.infraredPicture, user.picture, sizeof event.infraredPicture);
+    event.cardType = user.cardType;
+    event.reissueNumber = user.reissueNumber;
+    const ClockTime clock = clockTime(time);
+    event.year = clock.year;
+    event.month = clock.month;
+    event.day = clock.day;
+    event.hour = clock.hour;
+    event.minute = clock.minute;
+    event.second = clock.second;
+    return event;
+}
+
 Device::Device(TerminalLink& link, const QString& dataFolder, QObject* parent)
     : QObject(parent),
       link_(link),

@@ -113,3 +113,6 @@ class Device : public QObject {
 _gui_menu_ factorySettings();
 /// @p time in the form that records hold; years before 2000 do not exist.
 ClockTime clockTime(const QDateTime& time);
+
+/// An event of @p user at @p time, with what the user's record says of it.
+GUI_LOGDATA eventOf(const _gui_user_& user, const QDateTime& time);

@@ -5,6 +5,7 @@
 #include <QDateTimeEdit>
 #include <QGridLayout>
 #include <QGroupBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -63,6 +64,7 @@ Panel::Panel(ControllerSim& controller)
     addTime();
     addArrangements();
     addFaults();
+    addShown();
 
     QGridLayout* reports = addGroup(QStringLiteral("Reports"));
     addButton(reports, QStringLiteral("Enrolment refused"), QStringLiteral("popup enrolment 1"));
@@ -227,6 +229,15 @@ void Panel::addArrangements() {
                                     QStringLiteral("disarm")};
             return QStringLiteral("alarm ") + words[index];
         });
+}
+
+void Panel::addShown() {
+    QGridLayout* group = addGroup(QStringLiteral("Screen and sound"));
+    auto* shown = new QLabel;
+    followers_.append([this, shown] {
+        shown->setText(controller_.execute(QStringLiteral("shown")).section(QLatin1Char(' '), 1));
+    });
+    group->addWidget(shown, 0, 0);
 }
 
 void Panel::addFaults() {

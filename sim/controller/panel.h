@@ -29,6 +29,7 @@ class Panel : public QWidget {
     void addTime();
     void addArrangements();
     void addFaults();
+    void addShown();
     void follow();
 
     ControllerSim& controller_;

@@ -287,25 +287,11 @@ class RecognitionSubject : public Subject {
     // --- Events --------------------------------------------------------------------------
 
     GUI_LOGDATA newLog(const _gui_user_& user, quint8 method, int mode) {
-        GUI_LOGDATA log{};
-        std::memcpy(log.userId, user.userId, sizeof log.userId);
-        std::memcpy(log.name, user.name, sizeof log.name);
-        std::memcpy(log.cardNumber, user.cardNumber, sizeof log.cardNumber);
-        log.cardType = user.cardType;
-        log.reissueNumber = user.reissueNumber;
+        GUI_LOGDATA log = eventOf(user, device_.now());
         log.authMethod = method;
         log.inOut = static_cast<quint8>(mode);
         log.manageMode = device_.settings().setup.alarmMode;
         log.score = method == failure::ByFace ? kFaceScore : 0;
-        std::memcpy(log.visiblePicture, user.picture, sizeof log.visiblePicture);
-        std::memcpy(log.infraredPicture, user.picture, sizeof log.infraredPicture);
-        const ClockTime time = clockTime(device_.now());
-        log.year = time.year;
-        log.month = time.month;
-        log.day = time.day;
-        log.hour = time.hour;
-        log.minute = time.minute;
-        log.second = time.second;
         return log;
     }
 

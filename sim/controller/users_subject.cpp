@@ -1,3 +1,4 @@
+#include <QFile>
 #include <QLoggingCategory>
 #include <QRegularExpression>
 
@@ -106,6 +107,12 @@ class UsersSubject : public Subject {
                              (owner && fieldText(owner->userId) != fieldText(user->userId));
         if (!refused) {
             device_.users().store(*user);
+            // Whoever has no picture any more is not shown with one.
+            const QString name = QLatin1Char('/') + fieldText(user->userId) + QLatin1String(".jpg");
+            for (const char* folder : {"user", "thumb"}) {
+                if (user->picture[0] == '\0')
+                    QFile::remove(device_.dataPath(QLatin1String(folder)) + name);
+            }
             device_.usersChanged();
         }
         device_.send(command::UserChanged,

@@ -34,4 +34,6 @@ AreaStates usersStates();
 AreaStates enrolmentStates();
 AreaStates peopleStates();
 AreaStates settingsStates();
+AreaStates deviceStates();
 AreaStates factoryStates();
+AreaStates facesearchStates();
