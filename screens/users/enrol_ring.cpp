@@ -50,6 +50,8 @@ void EnrolRing::paintEvent(QPaintEvent* event) {
         painter.fillRect(part, Theme::color(Theme::kBackground));
     painter.drawPixmap(kRing.topLeft(),
                        Pictures::file(QStringLiteral("/zel1/image/percent_%1.png").arg(percent_)));
+    if (text_.key().isEmpty())
+        return;
 
     ScriptHandler::Script number = TextFit::roleSized(text_.entry());
     ScriptHandler::Script suffix = number;
