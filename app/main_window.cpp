@@ -453,6 +453,10 @@ void MainWindow::showPopupText(const QString& key) {
     popups_->showNotice(key);
 }
 
+void MainWindow::reportGroupDeleted(int group) {
+    management_->reportGroupDeleted(group);
+}
+
 RestClass* MainWindow::restClient() const {
     return management_->client();
 }

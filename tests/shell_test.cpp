@@ -528,8 +528,9 @@ class ShellTest : public DrivenTest {
             if (row.direction != command::Direction::FromController)
                 continue;
             QVERIFY2(route != nullptr, row.name);
-            const bool titled =
-                route->rule == RouteRule::ActiveScreen || route->rule == RouteRule::NamedScreen;
+            const bool titled = route->rule == RouteRule::ActiveScreen ||
+                                route->rule == RouteRule::NamedScreen ||
+                                route->rule == RouteRule::ScreenFirst;
             QCOMPARE(window()->getWindow(route->title) != nullptr, titled);
             QVERIFY(route->secondTitle.isNull() ||
                     window()->getWindow(route->secondTitle) != nullptr);
