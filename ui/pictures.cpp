@@ -17,7 +17,7 @@ namespace {
 constexpr qint64 kMaxFile = 8 * 1024 * 1024;
 constexpr int kMaxSide = 4096;
 
-QPixmap read(const QString& path, const QSize& size) {
+QImage read(const QString& path, const QSize& size) {
     QImageReader reader(path);
     reader.setDecideFormatFromContent(true);
     reader.setAutoTransform(true);
@@ -25,14 +25,31 @@ QPixmap read(const QString& path, const QSize& size) {
     const QSize full = reader.size();
     // Other formats may point to further files.
     if ((format != "jpeg" && format != "png" && format != "bmp") || full.isEmpty() ||
-        full.width() > kMaxSide || full.height() > kMaxSide)
+        full.width() > kMaxSide || full.height() > kMaxSide) {
+        qCInfo(pictureLog, "no picture in %s", qPrintable(path));
         return {};
+    }
     const bool turned = reader.transformation() & QImageIOHandler::TransformationRotate90;
     const QSize covering =
         full.scaled(turned ? size.transposed() : size, Qt::KeepAspectRatioByExpanding);
     if (covering.width() < full.width())
         reader.setScaledSize(covering);
-    return QPixmap::fromImage(reader.read());
+    QImage picture = reader.read();
+    if (picture.isNull())
+        qCInfo(pictureLog, "no picture in %s", qPrintable(path));
+    return picture;
+}
+
+/// The file @p name that lies in @p deviceFolder itself; none when it is not such a file or is too
+/// large.
+QFileInfo plainFile(const QString& deviceFolder, const QString& name) {
+    if (name.isEmpty() || name.contains(QLatin1Char('/')) || name.startsWith(QLatin1Char('.')))
+        return {};
+    const QFileInfo folder(DevicePaths::at(deviceFolder));
+    QFileInfo info(QDir(folder.filePath()), name);
+    const bool plain = info.isFile() && info.canonicalPath() == folder.canonicalFilePath() &&
+                       info.size() <= kMaxFile;
+    return plain ? info : QFileInfo();
 }
 
 }  // namespace
@@ -55,12 +72,8 @@ QPixmap file(const QString& devicePath) {
 }
 
 QPixmap foreign(const QString& deviceFolder, const QString& name, const QSize& size) {
-    if (name.isEmpty() || name.contains(QLatin1Char('/')) || name.startsWith(QLatin1Char('.')))
-        return {};
-    const QFileInfo folder(DevicePaths::at(deviceFolder));
-    const QFileInfo info(QDir(folder.filePath()), name);
-    if (!info.isFile() || info.canonicalPath() != folder.canonicalFilePath() ||
-        info.size() > kMaxFile)
+    const QFileInfo info = plainFile(deviceFolder, name);
+    if (!info.isFile())
         return {};
     const QString key = QStringLiteral("%1/%2/%3/%4x%5")
                             .arg(info.canonicalFilePath())
@@ -71,11 +84,14 @@ QPixmap foreign(const QString& deviceFolder, const QString& name, const QSize& s
     QPixmap picture;
     if (QPixmapCache::find(key, &picture))
         return picture;
-    picture = read(info.filePath(), size);
-    if (picture.isNull())
-        qCInfo(pictureLog, "no picture in %s", qPrintable(info.filePath()));
+    picture = QPixmap::fromImage(read(info.filePath(), size));
     QPixmapCache::insert(key, picture);
     return picture;
+}
+
+QImage readForeign(const QString& deviceFolder, const QString& name, const QSize& size) {
+    const QFileInfo info = plainFile(deviceFolder, name);
+    return info.isFile() ? read(info.filePath(), size) : QImage();
 }
 
 }  // namespace Pictures

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QImage>
 #include <QPixmap>
 #include <QSize>
 #include <QString>
@@ -18,5 +19,8 @@ QPixmap file(const QString& devicePath);
 /// as far as it still covers @p size. A null pixmap for anything but a plain picture file that
 /// lies in the folder itself, however @p name is made up. Kept until the file changes.
 QPixmap foreign(const QString& deviceFolder, const QString& name, const QSize& size);
+
+/// The same read anew each time, for whoever keeps pictures by other rules. Any thread.
+QImage readForeign(const QString& deviceFolder, const QString& name, const QSize& size);
 
 }  // namespace Pictures
