@@ -80,6 +80,11 @@ void Device::usersChanged() {
     emit changed();
 }
 
+void Device::removeLogs() {
+    logs_.removeAll();
+    emit statusChanged();
+}
+
 void Device::setSettings(const _gui_menu_& settings) {
     settings_ = settings;
     emit settingsChanged();

@@ -28,6 +28,8 @@ class Device : public QObject {
     /// To be called when users have been stored or removed: the settings record counts them.
     void usersChanged();
     LogStore& logs() { return logs_; }
+    /// Empties it; meals that were counted are counted no more.
+    void removeLogs();
 
     const _gui_menu_& settings() const { return settings_; }
     /// Replaces the settings record and sees to it that it is stored. The terminal is not told.

@@ -109,6 +109,28 @@ QDateTime anyTime(const Habit& habit, const QDateTime& now, QRandomGenerator& ra
     return {day, QTime::fromMSecsSinceStartOfDay(second * 1000)};
 }
 
+/// How @p user was identified this time.
+quint8 anyMethod(const _gui_user_& user, QRandomGenerator& random) {
+    switch (user.authMethod) {
+        case AuthMethod::FaceAndCard:
+        case AuthMethod::FaceAndId:
+            return user.authMethod;
+        case AuthMethod::FaceOrCard:
+            if (likely(20, random))
+                return AuthMethod::FaceOrCard;
+            break;
+        default:
+            break;
+    }
+    const bool byFace = user.facePresent != 0 && (user.cardPresent == 0 || likely(70, random));
+    return byFace ? command::failure::ByFace : command::failure::ByCard;
+}
+
+void setFace(GUI_LOGDATA& log, int face) {
+    setFieldText(log.visiblePicture, facePicture(face));
+    setFieldText(log.infraredPicture, infraredPicture(face));
+}
+
 void setPerson(GUI_LOGDATA& log, const _gui_user_& user, QRandomGenerator& random) {
     std::memcpy(log.userId, user.userId, sizeof log.userId);
     std::memcpy(log.name, user.name, sizeof log.name);
@@ -117,9 +139,11 @@ void setPerson(GUI_LOGDATA& log, const _gui_user_& user, QRandomGenerator& rando
     std::memcpy(log.infraredPicture, user.picture, sizeof log.infraredPicture);
     log.cardType = user.cardType;
     log.reissueNumber = user.reissueNumber;
-    const bool byFace = user.facePresent != 0 && (user.cardPresent == 0 || likely(70, random));
-    log.authMethod = byFace ? command::failure::ByFace : command::failure::ByCard;
+    log.authMethod = anyMethod(user, random);
+    const bool byFace = log.authMethod != command::failure::ByCard;
     log.score = static_cast<quint8>(byFace ? 88 + random.bounded(12) : 0);
+    if (byFace && user.picture[0] == 0)
+        setFace(log, static_cast<int>(qHash(fieldText(user.userId)) % kFaces));
 }
 
 GUI_LOGDATA event(const QVector<_gui_user_>& users, const _gui_menu_& settings,
@@ -134,10 +158,12 @@ GUI_LOGDATA event(const QVector<_gui_user_>& users, const _gui_menu_& settings,
     log.minute = time.minute;
     log.second = time.second;
     const bool stranger = users.isEmpty() || likely(2, random);
-    if (stranger)
+    if (stranger) {
         log.authMethod = command::failure::ByFace;
-    else
+        setFace(log, random.bounded(kFaces));
+    } else {
         setPerson(log, users[random.bounded(users.size())], random);
+    }
     log.eventStatus = !stranger && !likely(2, random);
     log.inOut = stranger ? quint8(work::AccessOnly) : habit.mode;
     if (log.eventStatus == 1 && log.inOut >= work::Breakfast)
@@ -171,6 +197,14 @@ _gui_user_ user(int number, const QDateTime& now) {
     setFieldText(user.registrationTime, now.addSecs(-random.bounded(2 * 365 * 24 * 60) * 60LL)
                                             .toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")));
     return user;
+}
+
+QString facePicture(int face) {
+    return QStringLiteral("made_up_%1.jpg").arg(face);
+}
+
+QString infraredPicture(int face) {
+    return QStringLiteral("made_up_%1_ir.jpg").arg(face);
 }
 
 QVector<GUI_LOGDATA> events(int count, const QVector<_gui_user_>& users, const _gui_menu_& settings,
