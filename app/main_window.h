@@ -162,6 +162,7 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     // --- Management service ----------------------------------------------------------------
     bool serviceInUse() const override;
     bool serviceReached() const override;
+    const PeerHistory& peerHistory() const override { return *history_; }
     DownloadManager& downloads() override;
     _gui_menu_ settings() const override { return records_.menu(); }
     std::uint32_t selfCheckWord() const override { return status_->selfCheck(); }
@@ -255,6 +256,7 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     SystemStatus* status_ = nullptr;
     MessageDispatch* dispatch_ = nullptr;
     ShellMessages* messages_ = nullptr;
+    PeerHistory* history_ = nullptr;
     DeviceLink* link_ = nullptr;
     StatusPopup* statusPopup_ = nullptr;
     ReportPopups* popups_ = nullptr;

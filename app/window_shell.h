@@ -12,6 +12,7 @@
 class DialogForm;
 class DownloadManager;
 class InputField;
+class PeerHistory;
 struct PasswordPurpose;
 class WindowForm;
 
@@ -52,6 +53,8 @@ class WindowShell {
     /// one that is not in use never is. Changes come as WindowForm::peersChanged().
     virtual bool serviceInUse() const = 0;
     virtual bool serviceReached() const = 0;
+    /// What has passed between the terminal and both.
+    virtual const PeerHistory& peerHistory() const = 0;
     /// The firmware downloads that the service has ordered.
     virtual DownloadManager& downloads() = 0;
 

@@ -321,7 +321,7 @@ class ScreensWalkTest : public QObject {
             others.join(QLatin1Char(' ')),
             QStringLiteral(
                 "bootWindow usbUploadFileSelector foodMenuWindow recognizeWindow inputSubWindow "
-                "UsbOutLogWindow upgradingWindow InputAdminPassword"));
+                "info_logListWindow UsbOutLogWindow upgradingWindow InputAdminPassword"));
         for (const int language : {0, 1, 2}) {
             stage->restart(language);
             const auto words = [this](const QString& key) {

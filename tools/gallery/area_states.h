@@ -33,3 +33,4 @@ AreaStates usbStates();
 AreaStates usersStates();
 AreaStates settingsStates();
 AreaStates factoryStates();
+AreaStates logsStates();
