@@ -28,6 +28,7 @@
 #include "ui/input_field.h"
 #include "ui/key_click.h"
 #include "ui/message_overlay.h"
+#include "ui/pictures.h"
 #include "ui/theme.h"
 #include "ui/touch_key_form.h"
 #include "ui_main_window.h"
@@ -49,6 +50,7 @@ MainWindow::MainWindow(QWidget* parent)
       locationPath_(DevicePaths::at(QStringLiteral("/mnt/data/location.txt"))),
       imageDirectory_(DevicePaths::at(QLatin1String(DeviceFolders::kImages))),
       ui_(std::make_unique<Ui::MainWindow>()) {
+    Pictures::limitCache();
     installPictures();
     for (QWidget* widget : QApplication::topLevelWidgets()) {
         if (auto* window = qobject_cast<MainWindow*>(widget))
@@ -109,6 +111,7 @@ MainWindow::MainWindow(QWidget* parent)
     connect(link_, &DeviceLink::sent, this,
             [this](quint16 command, quint8 p1) { recognition_.sent(command, p1); });
     connect(link_, &DeviceLink::connectedChanged, history_, &PeerHistory::setLinkUp);
+    connect(link_, &DeviceLink::connectedChanged, this, &MainWindow::signal_linkChanged);
     connect(link_, &DeviceLink::connectedChanged, this, &MainWindow::peersChanged);
     link_->open(DevicePaths::linkPort());
 
@@ -377,6 +380,14 @@ bool MainWindow::serviceInUse() const {
 
 bool MainWindow::serviceReached() const {
     return serviceInUse() && management_->connected();
+}
+
+const ServiceContact& MainWindow::serviceContact() const {
+    return management_->contact();
+}
+
+void MainWindow::connectService() {
+    management_->connectNow();
 }
 
 DownloadManager& MainWindow::downloads() {

@@ -13,6 +13,7 @@ class DialogForm;
 class DownloadManager;
 class InputField;
 class PeerHistory;
+class ServiceContact;
 struct PasswordPurpose;
 class WindowForm;
 
@@ -55,6 +56,12 @@ class WindowShell {
     virtual bool serviceReached() const = 0;
     /// What has passed between the terminal and both.
     virtual const PeerHistory& peerHistory() const = 0;
+    /// More about that, for a screen that follows it.
+    virtual const ServiceContact& serviceContact() const = 0;
+    /// Tries to reach it now.
+    virtual void connectService() = 0;
+    /// Gives the machine the address of @p own, unless that is the record's already.
+    virtual void setIp(const AddressBlock& own) = 0;
     /// The firmware downloads that the service has ordered.
     virtual DownloadManager& downloads() = 0;
 

@@ -12,6 +12,7 @@ struct Environment {
     QString root;
     quint16 linkPort;
     quint16 restPort;
+    QString faceSearch;
 };
 
 quint16 portFromEnvironment(const char* name, quint16 standard) {
@@ -30,9 +31,9 @@ QString rootFromEnvironment() {
 }
 
 const Environment& environment() {
-    static const Environment read{rootFromEnvironment(),
-                                  portFromEnvironment("ZEL_LINK_PORT", 15150),
-                                  portFromEnvironment("ZEL_REST_PORT", 80)};
+    static const Environment read{
+        rootFromEnvironment(), portFromEnvironment("ZEL_LINK_PORT", 15150),
+        portFromEnvironment("ZEL_REST_PORT", 80), qEnvironmentVariable("ZEL_FACE_SEARCH")};
     return read;
 }
 
@@ -83,6 +84,10 @@ quint16 linkPort() {
 
 quint16 restPort() {
     return environment().restPort;
+}
+
+QString faceSearch() {
+    return environment().faceSearch;
 }
 
 }  // namespace DevicePaths

@@ -1,6 +1,9 @@
 #include "app/screen_factory.h"
 #include "app/screen_titles.h"
 #include "app/window_registry.h"
+#include "screens/facesearch/dialog_fsv_recognized.h"
+#include "screens/facesearch/face_search_server.h"
+#include "screens/facesearch/fsv_client.h"
 #include "screens/facesearch/input_destination.h"
 #include "screens/facesearch/input_sub.h"
 #include "screens/factory/color_test_form.h"
@@ -152,6 +155,18 @@ constexpr Entry kScreens[] = {
     {screen_title::kDestination, &create<InputDestination>},
 };
 
+/// Has the live view show whom a face-search server takes people for, if there is one.
+void searchFaces(LiveView* live) {
+    const auto server = FaceSearchServer::configured();
+    if (!server)
+        return;
+    auto* dialog = new DialogFsvRecognized(live);
+    live->watch(dialog);
+    auto* client = new FsvClient(*server, live);
+    QObject::connect(client, &FsvClient::recognised, dialog, &DialogFsvRecognized::tell);
+    client->start();
+}
+
 }  // namespace
 
 void createScreens(QWidget* parent, WindowRegistry& registry) {
@@ -161,7 +176,8 @@ void createScreens(QWidget* parent, WindowRegistry& registry) {
     // The live view decides how a result comes up and what leads to the menu; the result itself
     // knows nothing of the live view.
     const auto* result = qobject_cast<RecognizeWindow*>(registry.find(screen_title::kResult));
-    const auto* live = qobject_cast<LiveView*>(registry.find(screen_title::kLive));
+    auto* live = qobject_cast<LiveView*>(registry.find(screen_title::kLive));
     QObject::connect(result, &RecognizeWindow::resultReady, live, &LiveView::verified);
     QObject::connect(result, &RecognizeWindow::menuRequested, live, &LiveView::homeButtonTouch);
+    searchFaces(live);
 }

@@ -42,14 +42,15 @@ QVector<Picture> backgrounds() {
 QPixmap background(int choice) {
     const Picture picture = backgrounds().value(choice);
     return picture.name.isEmpty() ? QPixmap()
-                                  : Pictures::foreign(picture.folder, picture.name,
+                                  : Pictures::foreignKept(picture.folder, picture.name,
                                                       {Theme::kScreenWidth, Theme::kScreenHeight});
 }
 
 QPixmap logo() {
     const QString folder = QLatin1String(DeviceFolders::kLogo);
     const QStringList pictures = pictureNames(folder);
-    return pictures.isEmpty() ? QPixmap() : Pictures::foreign(folder, pictures.first(), kLogoSize);
+    return pictures.isEmpty() ? QPixmap()
+                              : Pictures::foreignKept(folder, pictures.first(), kLogoSize);
 }
 
 }  // namespace StandbyPictures

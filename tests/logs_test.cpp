@@ -316,6 +316,8 @@ class LogsTest : public QObject {
         // What the service has confirmed, and what still waits for it.
         QVERIFY(t.set({{"network.useManager", QStringLiteral("1")}}));
         QTRY_COMPARE(card("serviceCard")->state(), PeerCard::State::Bad);
+        t.window->connectService();
+        QTRY_VERIFY(card("serviceCard")->lines().contains(t.text("Info_ServiceRefused")));
         t.tell("frame 3021 0 0");
         QTRY_VERIFY(card("serviceCard")->lines().contains(t.text("Info_BothWait")));
         for (const int command : {RestClass::kUserInOutLog, RestClass::kUserEnroll})

@@ -75,7 +75,7 @@ void PictureShelf::readNext() {
     reading_ = true;
     current_ = wanted_.takeLast();
     reader_.start(QRunnable::create([this, request = current_, round = round_, size = size_] {
-        const QImage picture = cut(Pictures::readForeign(request.folder, request.name, size), size);
+        const QImage picture = cut(Pictures::foreignImage(request.folder, request.name, size), size);
         QMetaObject::invokeMethod(
             this, [this, request, picture, round] { take(request, picture, round); },
             Qt::QueuedConnection);

@@ -16,6 +16,8 @@ namespace {
 /// No picture of a person or of a screen comes near these.
 constexpr qint64 kMaxFile = 8 * 1024 * 1024;
 constexpr int kMaxSide = 4096;
+/// All icons and one picture of a whole screen, in kilobytes.
+constexpr int kCacheLimit = 4096;
 
 QImage read(const QString& path, const QSize& size) {
     QImageReader reader(path);
@@ -25,31 +27,33 @@ QImage read(const QString& path, const QSize& size) {
     const QSize full = reader.size();
     // Other formats may point to further files.
     if ((format != "jpeg" && format != "png" && format != "bmp") || full.isEmpty() ||
-        full.width() > kMaxSide || full.height() > kMaxSide) {
-        qCInfo(pictureLog, "no picture in %s", qPrintable(path));
+        full.width() > kMaxSide || full.height() > kMaxSide)
         return {};
-    }
     const bool turned = reader.transformation() & QImageIOHandler::TransformationRotate90;
     const QSize covering =
         full.scaled(turned ? size.transposed() : size, Qt::KeepAspectRatioByExpanding);
     if (covering.width() < full.width())
         reader.setScaledSize(covering);
-    QImage picture = reader.read();
-    if (picture.isNull())
-        qCInfo(pictureLog, "no picture in %s", qPrintable(path));
-    return picture;
+    return reader.read();
 }
 
-/// The file @p name that lies in @p deviceFolder itself; none when it is not such a file or is too
-/// large.
-QFileInfo plainFile(const QString& deviceFolder, const QString& name) {
+/// Nothing unless @p name is a plain picture file that lies in @p deviceFolder itself.
+QFileInfo foreignFile(const QString& deviceFolder, const QString& name) {
     if (name.isEmpty() || name.contains(QLatin1Char('/')) || name.startsWith(QLatin1Char('.')))
         return {};
     const QFileInfo folder(DevicePaths::at(deviceFolder));
-    QFileInfo info(QDir(folder.filePath()), name);
-    const bool plain = info.isFile() && info.canonicalPath() == folder.canonicalFilePath() &&
-                       info.size() <= kMaxFile;
-    return plain ? info : QFileInfo();
+    const QFileInfo info(QDir(folder.filePath()), name);
+    if (!info.isFile() || info.canonicalPath() != folder.canonicalFilePath() ||
+        info.size() > kMaxFile)
+        return {};
+    return info;
+}
+
+QImage readForeign(const QFileInfo& file, const QSize& size) {
+    QImage picture = read(file.filePath(), size);
+    if (picture.isNull())
+        qCInfo(pictureLog, "no picture in %s", qPrintable(file.filePath()));
+    return picture;
 }
 
 }  // namespace
@@ -72,26 +76,34 @@ QPixmap file(const QString& devicePath) {
 }
 
 QPixmap foreign(const QString& deviceFolder, const QString& name, const QSize& size) {
-    const QFileInfo info = plainFile(deviceFolder, name);
-    if (!info.isFile())
+    return QPixmap::fromImage(foreignImage(deviceFolder, name, size));
+}
+
+QImage foreignImage(const QString& deviceFolder, const QString& name, const QSize& size) {
+    const QFileInfo file = foreignFile(deviceFolder, name);
+    return file.isFile() ? readForeign(file, size) : QImage();
+}
+
+QPixmap foreignKept(const QString& deviceFolder, const QString& name, const QSize& size) {
+    const QFileInfo file = foreignFile(deviceFolder, name);
+    if (!file.isFile())
         return {};
     const QString key = QStringLiteral("%1/%2/%3/%4x%5")
-                            .arg(info.canonicalFilePath())
-                            .arg(info.lastModified().toMSecsSinceEpoch())
-                            .arg(info.size())
+                            .arg(file.canonicalFilePath())
+                            .arg(file.lastModified().toMSecsSinceEpoch())
+                            .arg(file.size())
                             .arg(size.width())
                             .arg(size.height());
     QPixmap picture;
-    if (QPixmapCache::find(key, &picture))
-        return picture;
-    picture = QPixmap::fromImage(read(info.filePath(), size));
-    QPixmapCache::insert(key, picture);
+    if (!QPixmapCache::find(key, &picture)) {
+        picture = QPixmap::fromImage(readForeign(file, size));
+        QPixmapCache::insert(key, picture);
+    }
     return picture;
 }
 
-QImage readForeign(const QString& deviceFolder, const QString& name, const QSize& size) {
-    const QFileInfo info = plainFile(deviceFolder, name);
-    return info.isFile() ? read(info.filePath(), size) : QImage();
+void limitCache() {
+    QPixmapCache::setCacheLimit(kCacheLimit);
 }
 
 }  // namespace Pictures

@@ -15,12 +15,19 @@ QPixmap icon(const QString& name);
 /// The picture at @p devicePath, kept like icon().
 QPixmap file(const QString& devicePath);
 
-/// A picture that did not come with the terminal: the file @p name of @p deviceFolder, scaled down
-/// as far as it still covers @p size. A null pixmap for anything but a plain picture file that
-/// lies in the folder itself, however @p name is made up. Kept until the file changes.
+/// A picture that did not come with the terminal, such as a person's: the file @p name of
+/// @p deviceFolder, scaled down as far as it still covers @p size. A null pixmap for anything but a
+/// plain picture file that lies in the folder itself, however @p name is made up. Not kept:
+/// nobody's picture stays in memory longer than a screen shows it.
 QPixmap foreign(const QString& deviceFolder, const QString& name, const QSize& size);
 
-/// The same read anew each time, for whoever keeps pictures by other rules. Any thread.
-QImage readForeign(const QString& deviceFolder, const QString& name, const QSize& size);
+/// The same as an image. Any thread.
+QImage foreignImage(const QString& deviceFolder, const QString& name, const QSize& size);
+
+/// The same for pictures of nobody, kept until the file changes.
+QPixmap foreignKept(const QString& deviceFolder, const QString& name, const QSize& size);
+
+/// Bounds what is kept; called once, at the start.
+void limitCache();
 
 }  // namespace Pictures

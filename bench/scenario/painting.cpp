@@ -1,17 +1,36 @@
 #include "bench/scenario/painting.h"
 
 #include <QApplication>
+#include <QDeadlineTimer>
 #include <QPaintEvent>
 #include <QWidget>
 #include <utility>
+
+namespace {
+
+constexpr int kLongestWait = 10000;  // milliseconds
+
+}  // namespace
 
 PaintWatch::PaintWatch(const QWidget* screen) : screen_(screen) {
     qApp->installEventFilter(this);
 }
 
 void PaintWatch::wait() const {
-    while (!painted_)
+    waitUntil([] { return false; });
+}
+
+void PaintWatch::waitWhileVisible() const {
+    waitUntil([this] { return !screen_->isVisible(); });
+}
+
+void PaintWatch::waitUntil(const std::function<bool()>& end) const {
+    const QDeadlineTimer limit(kLongestWait);
+    while (!painted_ && !end()) {
         QCoreApplication::processEvents();
+        if (limit.hasExpired())
+            qFatal("%s was not painted", qPrintable(screen_->objectName()));
+    }
 }
 
 bool PaintWatch::eventFilter(QObject* watched, QEvent* event) {

@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QRegion>
+#include <functional>
 #include <vector>
 
 class QWidget;
@@ -10,13 +11,17 @@ class QWidget;
 class PaintWatch : public QObject {
  public:
     explicit PaintWatch(const QWidget* screen);
-    /// Runs the event loop until the frame is complete.
+    /// Runs the event loop until the frame is complete; ends the program when it does not come.
     void wait() const;
+    /// The same, or until the screen has given way to another.
+    void waitWhileVisible() const;
 
  protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+    void waitUntil(const std::function<bool()>& end) const;
+
     const QWidget* const screen_;
     bool painted_ = false;
 };

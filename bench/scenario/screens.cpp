@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <vector>
 
+#include "app/administrator_session.h"
 #include "app/main_window.h"
 #include "app/window_form.h"
 #include "bench/scenario/figures.h"
@@ -15,6 +16,7 @@
 #include "link/command_code.h"
 #include "link/device_records.h"
 #include "sim/controller/device.h"
+#include "ui/dialog_overlay.h"
 #include "ui/top_bar.h"
 #include "ui/widget_button.h"
 
@@ -37,9 +39,14 @@ void open(MainWindow& window, const QString& title) {
     if (window.getActivateWindowForm() == screen)
         return;
     const PaintWatch watch(screen);
+    window.session().open();  // which the door's screens end
+    // A step of something that has not been begun leads back at once.
     if (window.changeWindow(title) == 0)
-        watch.wait();
+        watch.waitWhileVisible();
     QCoreApplication::processEvents();
+    // What a screen has to say would lie over the next ones.
+    for (DialogOverlay* dialog : window.findChildren<DialogOverlay*>())
+        dialog->hide();
 }
 
 /// The first time that a screen is shown, its form is built.
@@ -134,6 +141,8 @@ void measureWays(MainWindow& window) {
             worst = way.from + QStringLiteral(" to ") + way.to;
         }
     }
+    if (ratios.empty())
+        qFatal("no touch leads to another screen");
     Figures::title("Screen change, from touch to painted");
     Figures::row("ways from screen to screen", static_cast<double>(ratios.size()), "");
     Figures::row("change, median", Figures::median(changes), "ms");

@@ -8,6 +8,7 @@
 #include "app/window_shell.h"
 #include "base/device_paths.h"
 #include "cloud/network_helper.h"
+#include "cloud/service_contact.h"
 #include "link/command_code.h"
 #include "link/device_message.h"
 
@@ -33,6 +34,26 @@ QString timed(const char* key, const QDateTime& time) {
     return text(key).arg(time.toString(text("Arg_EventTime")));
 }
 
+QString failureText(const ServiceContact& contact) {
+    using Failure = ServiceContact::Failure;
+    switch (contact.failure()) {
+        case Failure::Refused:
+            return text("Info_ServiceRefused");
+        case Failure::NoAnswer:
+            return text("Info_ServiceSilent");
+        case Failure::WrongAnswer:
+            return text("Info_ServiceStrange");
+        case Failure::Result:
+            return text("Info_ServiceDeclined")
+                .arg(contact.resultCode())
+                .arg(contact.message().simplified())
+                .trimmed();
+        case Failure::None:
+            break;
+    }
+    return {};
+}
+
 /// Whether there is a signal on the cable.
 bool hasCable() {
     QFile carrier(DevicePaths::at(
@@ -54,6 +75,8 @@ void info_conWindow::windowInEvent() {
     ui_->list->rewind();
     connect(&shell()->peerHistory(), &PeerHistory::changed, this, &info_conWindow::showPeers,
             Qt::UniqueConnection);
+    connect(&shell()->serviceContact(), &ServiceContact::changed, this,
+            &info_conWindow::showService, Qt::UniqueConnection);
     showPeers();
     // The answer is followed by how things stand with the access controller.
     shell()->SendCommand(command::AskUserCounts, 0, 0);
@@ -62,6 +85,7 @@ void info_conWindow::windowInEvent() {
 void info_conWindow::windowOutEvent() {
     FormScreen::windowOutEvent();
     disconnect(&shell()->peerHistory(), nullptr, this, nullptr);
+    disconnect(&shell()->serviceContact(), nullptr, this, nullptr);
     host_.reset();
 }
 
@@ -115,6 +139,7 @@ void info_conWindow::showController() {
 }
 
 void info_conWindow::showService() {
+    const ServiceContact& contact = shell()->serviceContact();
     const PeerHistory& history = shell()->peerHistory();
     if (!shell()->serviceInUse()) {
         ui_->serviceCard->setPeer(State::Off, entry("Info_PeerNotUsed"), {});
@@ -122,6 +147,12 @@ void info_conWindow::showService() {
     }
     QStringList lines;
     const bool reached = shell()->serviceReached();
+    if (reached) {
+        lines += timed("Info_SinceTime", contact.connectedSince());
+    } else {
+        lines += failureText(contact);
+        lines += timed("Info_LastReached", contact.lastReached());
+    }
     lines += text("Info_ConfirmedToday").arg(history.confirmedToday());
     lines += text(history.eventsWait() && history.usersWait() ? "Info_BothWait"
                   : history.eventsWait()                      ? "Info_EventsWait"

@@ -24,6 +24,7 @@ constexpr int kEventLeft = 344;
 constexpr int kIcon = 24;
 constexpr int kIconGap = 6;
 constexpr int kLine = 30;
+constexpr int kWideTop = 2;                  // where the direction stands above two lines
 constexpr QRgb kNoPhotoGround = 0xff223145;  // that of nophoto.png
 
 constexpr TextFit::Rule kTime{{{20, 2}}};
@@ -217,15 +218,24 @@ void InfoLogItem::paintRow(QPainter* painter, const QRect& box, const QModelInde
                       QFont::Normal, Theme::kList);
 
     const QRect event = eventColumn(box);
+    const ScriptHandler::Script method = TextFit::roleSized(text_(item.methodKey));
+    // A method of many words takes two smaller lines, for which the direction makes room.
+    const bool wide = TextFit::width(method, TextFit::kMethod, QFont::Normal) > event.width();
+    QRect direction = line(event, 0);
+    QRect below = line(event, 1);
+    if (wide) {
+        direction.moveTop(box.y() + kWideTop);
+        below.setRect(event.x(), direction.bottom() + 1, event.width(),
+                      box.bottom() - direction.bottom() - kWideTop);
+    }
     const QRgb ink = item.accepted ? Theme::kStrong : Theme::kDanger;
-    const QRect icon(event.x(), line(event, 0).y(), kIcon, kLine);
+    const QRect icon(event.x(), direction.y(), kIcon, kLine);
     if (item.accepted)
         Paint::glyph(painter, icon, QLatin1String(item.directionIcon), Theme::kCaption);
     else
         Paint::glyph(painter, icon, QStringLiteral("close.png"), Theme::kDanger, kIcon);
-    TextFit::draw(painter, line(event, 0).adjusted(kIcon + kIconGap, 0, 0, 0), Qt::AlignLeft,
+    TextFit::draw(painter, direction.adjusted(kIcon + kIconGap, 0, 0, 0), Qt::AlignLeft,
                   TextFit::roleSized(text_(item.directionKey)), kEvent, QFont::Medium, ink);
-    const QRect below = line(event, 1).adjusted(0, -4, 0, 8);
-    TextFit::draw(painter, below, Qt::AlignLeft, TextFit::roleSized(text_(item.methodKey)),
-                  TextFit::kMethod, QFont::Normal, Theme::kList);
+    TextFit::draw(painter, below, Qt::AlignLeft, method, TextFit::kMethod, QFont::Normal,
+                  Theme::kList);
 }

@@ -38,6 +38,8 @@ class LiveView : public WindowForm {
     void setTrackingBox(const TrackedFace& face);
     /// Gives the live view its whole time again; it begins when no dialog is open over it.
     void setLiveShowTimerReset();
+    /// Stays as long as @p dialog, one of the live view, is open.
+    void watch(QWidget* dialog);
     /// Somebody is known: to the result, whatever screen is up.
     void verified();
 
@@ -66,8 +68,6 @@ class LiveView : public WindowForm {
     /// Ends what the screen that is up would still do by itself: the start, or standing by.
     void takeOver();
     void openMealCounts();
-    /// Stays as long as @p dialog is open.
-    void watch(QWidget* dialog);
     void startEnrolment(_gui_user_ user);
     void showSettings();
     void showBanner(bool shown);

@@ -294,6 +294,7 @@ void RecognizeWindow::leaveTo(const QString& title) {
 void RecognizeWindow::showNobody() {
     ui_->band->hide();
     ui_->userCard->hide();
+    ui_->thumbnail->setPhoto(QPixmap());
     showLower({});
 }
 

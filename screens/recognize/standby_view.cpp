@@ -26,6 +26,17 @@ constexpr int kHintGap = 12;
 constexpr QPoint kLogo(24, 24);
 constexpr QSize kLogoSize(240, 72);
 
+// The terminal's own background: rings around the lower right corner.
+constexpr QRgb kGroundTop = 0xff0b1119;
+constexpr QRgb kGroundMiddle = 0xff0f1b29;
+constexpr double kGroundMiddleAt = 0.55;
+constexpr QRgb kGroundBottom = 0xff143042;
+constexpr QRgb kRing = 0xff1b3b4d;
+constexpr double kRingWidth = 1.5;
+constexpr int kSmallestRing = 140;
+constexpr int kLargestRing = 500;
+constexpr int kRingDistance = 90;
+
 }  // namespace
 
 StandbyView::StandbyView(QWidget* parent) : WidgetButton(parent) {
@@ -45,9 +56,7 @@ void StandbyView::setTime(const QDateTime& now) {
 }
 
 void StandbyView::setBackground(const QPixmap& picture) {
-    ownBackground_ = picture.isNull();
-    // The own one is loaded when it is seen: while the terminal starts, the boot screen hides it.
-    background_ = ownBackground_
+    background_ = picture.isNull()
                       ? QPixmap()
                       : picture.scaled(Theme::kScreenWidth, Theme::kScreenHeight,
                                        Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation);
@@ -85,15 +94,14 @@ void StandbyView::paintEvent(QPaintEvent* event) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
 
-    painter.fillRect(event->rect(), Theme::color(Theme::kBackground));
-    if (ownBackground_ && background_.isNull())
-        background_ = Pictures::icon(QStringLiteral("stay_default.png"));
-    if (!background_.isNull()) {
+    if (background_.isNull()) {
+        paintOwnBackground(painter, event->rect());
+    } else {
         const QRect place(QPoint(0, 0), background_.size());
+        painter.fillRect(event->rect(), Theme::color(Theme::kBackground));
         painter.drawPixmap(place.translated(rect().center() - place.center()), background_);
-    }
-    if (!ownBackground_)
         painter.fillRect(event->rect(), Theme::color(Theme::kDim));
+    }
     if (!logo_.isNull() && event->rect().intersects(QRect(kLogo, kLogoSize)))
         painter.drawPixmap(kLogo, logo_);
 
@@ -101,6 +109,19 @@ void StandbyView::paintEvent(QPaintEvent* event) {
         paintClock(painter);
     if (event->rect().intersects(kHint))
         paintHint(painter);
+}
+
+// Drawn, since a picture of the whole screen would take memory for as long as the terminal runs.
+void StandbyView::paintOwnBackground(QPainter& painter, const QRect& area) const {
+    QLinearGradient ground(0, 0, 0, height());
+    ground.setColorAt(0, Theme::color(kGroundTop));
+    ground.setColorAt(kGroundMiddleAt, Theme::color(kGroundMiddle));
+    ground.setColorAt(1, Theme::color(kGroundBottom));
+    painter.fillRect(area, ground);
+    painter.setPen(QPen(Theme::color(kRing), kRingWidth));
+    painter.setBrush(Qt::NoBrush);
+    for (int radius = kSmallestRing; radius <= kLargestRing; radius += kRingDistance)
+        painter.drawEllipse(QPoint(width(), height()), radius, radius);
 }
 
 void StandbyView::paintClock(QPainter& painter) const {

@@ -34,13 +34,13 @@ class StandbyView : public WidgetButton, public Scripted {
     void downChanged() override;
 
  private:
+    void paintOwnBackground(QPainter& painter, const QRect& area) const;
     void paintClock(QPainter& painter) const;
     void paintHint(QPainter& painter) const;
     QString dateText() const;
 
     QDateTime time_;
     QPixmap background_;
-    bool ownBackground_ = true;
     QPixmap logo_;
     ScriptHandler::Script hint_;
     ScriptHandler::Script date_;

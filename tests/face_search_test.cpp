@@ -1,0 +1,397 @@
+#include <QDir>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtTest>
+#include <future>
+#include <memory>
+
+#include "screens/facesearch/face_answer.h"
+#include "screens/facesearch/fsv_tools.h"
+#include "screens/facesearch/st_client.h"
+#include "sim/facesearch/face_search_sim.h"
+
+namespace {
+
+struct Row {
+    const char* name;
+    std::size_t recordSize, offset, size, documentedOffset, documentedSize;
+};
+constexpr Row kRows[] = {
+#define FIELD(record, member, documentedOffset, documentedSize, like)         \
+    {#record "." #member,      sizeof(record),                                \
+     offsetof(record, member), sizeof(static_cast<record*>(nullptr)->member), \
+     documentedOffset,         documentedSize},
+#include "face_search_doc_rows.inc"
+#undef FIELD
+};
+
+/// Calls @p function in a thread of its own while this one keeps the simulated server going.
+template <class Function>
+auto aside(Function function) -> decltype(function()) {
+    auto result = std::async(std::launch::async, function);
+    while (result.wait_for(std::chrono::milliseconds(1)) != std::future_status::ready)
+        QCoreApplication::processEvents();
+    return result.get();
+}
+
+}  // namespace
+
+/// The client against the simulated server, and the console program against it.
+class FaceSearchTest : public QObject {
+    Q_OBJECT
+
+ private slots:
+    void init() {
+        sim = std::make_unique<FaceSearchSim>(0, 0);
+        QVERIFY(sim->listening());
+        requests.clear();
+        connect(sim.get(), &FaceSearchSim::requested, this,
+                [this](int kind, const QByteArray& payload) {
+                    requests.append({kind, payload});
+                });
+    }
+
+    void theDocumentDescribesEveryRecordToTheLastByte() {
+        std::size_t described = 0;
+        for (std::size_t i = 0; i < std::size(kRows); ++i) {
+            const Row& row = kRows[i];
+            QVERIFY2(row.offset == row.documentedOffset && row.size == row.documentedSize,
+                     row.name);
+            QVERIFY2(row.offset == described || row.offset == 0, row.name);
+            described = row.offset + row.size;
+            if (i + 1 == std::size(kRows) || kRows[i + 1].offset == 0)
+                QVERIFY2(described == row.recordSize, row.name);
+        }
+        QFile file(QStringLiteral(ZEL_SOURCE_DIR "/docs/face-search.md"));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray text = file.readAll();
+        for (const char* kind : {"| 1 | `FaceInfo`", "| 2 | `FaceImage`", "| 3 | `KeyExchange`",
+                                 "| 4 | `FaceInfoAndImage`"})
+            QVERIFY2(text.contains(kind), kind);
+    }
+
+    void requestsAndAnswersAreThoseOfTheProtocol();
+    void textsAreCutAtWholeCharacters_data();
+    void textsAreCutAtWholeCharacters();
+    void aHostileAnswerCostsNoMoreThanItself_data();
+    void aHostileAnswerCostsNoMoreThanItself();
+    void ciphersSeeEachPayload();
+    void closingEndsWhateverWaits_data();
+    void closingEndsWhateverWaits();
+    void theConsoleTellsWhatIsAnswered();
+    void picturesStayInTheirFolder();
+    void tenThousandAnswersLeaveNothingBehind();
+    void aLostConnectionIsMadeAgain();
+
+ private:
+    /// Has the simulated server carry words out, several with ", " between them.
+    bool say(const QString& words) {
+        const QStringList lines = words.split(QStringLiteral(", "), Qt::SkipEmptyParts);
+        return std::all_of(lines.begin(), lines.end(), [this](const QString& line) {
+            return sim->execute(line) == QLatin1String("ok");
+        });
+    }
+    bool say(const char* words) { return say(QString::fromLatin1(words)); }
+
+    struct Request {
+        int kind;
+        QByteArray payload;
+    };
+    std::unique_ptr<FaceSearchSim> sim;
+    QVector<Request> requests;
+};
+
+namespace {
+
+/// What a client is told, from its receive thread.
+class Answers {
+ public:
+    explicit Answers(ST_Client& client) {
+        client.ST_SetReceiveFunc([this](int kind, void* record) { take(kind, record); });
+    }
+    QStringList all() {
+        const std::lock_guard<std::mutex> lock(lock_);
+        return all_;
+    }
+
+ private:
+    void take(int kind, const void* record) {
+        QString text = QString::number(kind);
+        if (record == nullptr) {
+            text += QLatin1String(" nothing");
+        } else if (kind == face_message::FaceInfo) {
+            const auto* face = static_cast<const FaceInfoRecord*>(record);
+            char name[kUtf8TextSize];
+            EucKR2Utf8(face->name, sizeof face->name, name);
+            text += QStringLiteral(" %1 %2").arg(face->requestId).arg(QString::fromUtf8(name));
+        } else {
+            const auto& image = kind == face_message::FaceImage
+                                    ? static_cast<const FaceImageAnswer*>(record)->image
+                                    : static_cast<const FaceInfoAndImageAnswer*>(record)->image;
+            text += QLatin1String(image.size() > 500 && image[0] == 0xff ? " picture" : " rubbish");
+        }
+        const std::lock_guard<std::mutex> lock(lock_);
+        all_.append(text);
+    }
+
+    std::mutex lock_;
+    QStringList all_;
+};
+
+const unsigned char kPicture[] = "abc";
+const QString kHong = QStringLiteral("홍길동");
+
+}  // namespace
+
+void FaceSearchTest::requestsAndAnswersAreThoseOfTheProtocol() {
+    ST_Client client("127.0.0.1", sim->port(), 0);
+    Answers answers(client);
+    QCOMPARE(client.ST_Connect(), 0);
+    QVERIFY(client.isRunning());
+    QCOMPARE(client.ST_RequestFaceInfo(7, 0x01020304, 0x1122334455667788, 9, 3, kPicture), 0);
+    QCOMPARE(client.ST_RequestFaceImage(7, 5, "10000001"), 0);
+    QCOMPARE(client.ST_RequestFaceInfoAndImage(7, 6, 0, 0, 0, nullptr), 0);
+    QTRY_COMPARE(requests.size(), 3);
+    const QByteArray face = requests.at(0).payload;
+    QCOMPARE(face.left(13).toHex(), QByteArray("07040302018877665544332211"));
+    QCOMPARE(face.mid(21).toHex(), "0100" + QByteArray(32, '0') + "040900000003000000616263");
+    const QDateTime sent(QDate(2000 + face.at(13), face.at(14), face.at(15)),
+                         QTime(face.at(16), face.at(17), face.at(18), face.at(19) * 10));
+    QVERIFY(qAbs(sent.msecsTo(QDateTime::currentDateTime())) < 60000);
+    QCOMPARE(requests.at(1).payload.left(25),
+             QByteArray("\7\5\0\0\0", 5) + "10000001" + QByteArray(12, '\0'));
+    QTRY_COMPARE(answers.all(),
+                 QStringList({QStringLiteral("1 %1 ").arg(0x01020304) + kHong,
+                              QStringLiteral("2 picture"), QStringLiteral("4 picture")}));
+    QVERIFY(client.ST_RequestFaceInfo(1, 1, 0, 0, -1, kPicture) != 0);
+    client.ST_Close();
+    QVERIFY(!client.isRunning());
+    QVERIFY(client.ST_RequestFaceInfo(1, 1, 0, 0, 3, kPicture) != 0);
+}
+
+void FaceSearchTest::textsAreCutAtWholeCharacters_data() {
+    QTest::addColumn<QByteArray>("in");
+    QTest::addColumn<QString>("out");
+    const QByteArray han("\xc8\xab", 2);  // 홍
+    QTest::newRow("without a zero") << han + han << QStringLiteral("홍홍");
+    QTest::newRow("up to a zero") << han + QByteArray(1, '\0') + "x" << QStringLiteral("홍");
+    QTest::newRow("half a character") << han + "\xc8" << QStringLiteral("홍");
+    QTest::newRow("no EUC-KR") << "a\xff" + han << QStringLiteral("a?홍");
+    QTest::newRow("control characters") << QByteArray("\x1b[2J\x7f\n") << QStringLiteral("?[2J??");
+    QTest::newRow("nonsense where it is full")
+        << han.repeated(33) + "\xff\xff" << QStringLiteral("홍").repeated(33);
+    QTest::newRow("too long") << "a" + han.repeated(50)
+                              << QLatin1Char('a') + QStringLiteral("홍").repeated(32);
+}
+
+void FaceSearchTest::textsAreCutAtWholeCharacters() {
+    QFETCH(QByteArray, in);
+    char out[kUtf8TextSize];
+    EucKR2Utf8(in.constData(), static_cast<std::size_t>(in.size()), out);
+    QTEST(QString::fromUtf8(out), "out");
+}
+
+void FaceSearchTest::aHostileAnswerCostsNoMoreThanItself_data() {
+    QTest::addColumn<QString>("words");
+    QTest::addColumn<QString>("answer");
+    QTest::addColumn<bool>("goesOn");
+    const auto row = [](const char* words, const char* answer, bool goesOn = true) {
+        QTest::newRow(words) << QString::fromLatin1(words) << QString::fromUtf8(answer) << goesOn;
+    };
+    row("fault empty, tell", "");
+    row("fault short, tell", "");
+    row("fault unending, tell", "1 0 WWWWWWWWWWWWWWWWWWWW");
+    row("fault kind, tell", "9 nothing");
+    row("fault image, image", "");
+    row("fault image, both", "");
+    row("fault short, both", "");
+    row("trickle 1, tell", "1 0 홍길동");
+    row("fault huge, tell", "", false);
+    row("fault cut, both", "", false);
+}
+
+void FaceSearchTest::aHostileAnswerCostsNoMoreThanItself() {
+    QFETCH(QString, words);
+    QFETCH(bool, goesOn);
+    ST_Client client("127.0.0.1", sim->port(), 0);
+    Answers answers(client);
+    QCOMPARE(client.ST_Connect(), 0);
+    QTRY_COMPARE(sim->clients(), 1);
+    QVERIFY(say(words + QStringLiteral(" 10000001")));
+    QFETCH(QString, answer);
+    QStringList expected(answer);
+    expected.removeAll(QString());
+    if (goesOn) {
+        QVERIFY(say("tell 10000001"));
+        expected.append(QStringLiteral("1 0 ") + kHong);
+    }
+    QTRY_COMPARE_WITH_TIMEOUT(answers.all(), expected, 30000);
+    QTRY_COMPARE(client.isRunning(), goesOn);
+}
+
+void FaceSearchTest::ciphersSeeEachPayload() {
+    ST_Client mute("127.0.0.1", sim->port(), 1);
+    Answers none(mute);
+    QCOMPARE(aside([&] { return mute.ST_Connect(); }), 0);
+    QCOMPARE(requests.value(0).kind, 3);
+    QCOMPARE(requests.value(0).payload.size(), 451);
+    QCOMPARE(mute.ST_RequestFaceInfo(1, 1, 0, 0, 3, kPicture), 0);
+    say("tell 10000001");
+
+    ST_Client client("127.0.0.1", sim->port(), 1);
+    CipherHooks hooks;
+    hooks.decryptKey = [](const unsigned char*, int length, unsigned char*) { return length; };
+    hooks.encrypt = hooks.decrypt = [](const unsigned char*, const unsigned char* in, int length,
+                                       unsigned char* out) {
+        std::copy(in, in + length, out);
+        return length;
+    };
+    client.setCipherHooks(hooks);
+    Answers answers(client);
+    QCOMPARE(aside([&] { return client.ST_Connect(); }), 0);
+    QCOMPARE(client.ST_RequestFaceInfo(1, 1, 0, 0, 3, kPicture), 0);
+    QTRY_COMPARE(answers.all(), QStringList(QStringLiteral("1 1 ") + kHong));
+    QCOMPARE(requests.size(), 3);  // two keys and the request that is not empty
+    QCOMPARE(none.all(), QStringList());
+    QVERIFY(mute.isRunning());
+    for (const char* fault : {"fault kind", "fault cut"}) {
+        say(fault);
+        QVERIFY2(aside([&] { return client.ST_Connect(); }) == -1, fault);
+    }
+}
+
+void FaceSearchTest::closingEndsWhateverWaits_data() {
+    QTest::addColumn<QString>("words");
+    QTest::newRow("for a message") << QString();
+    QTest::newRow("within one") << QStringLiteral("trickle 3000, tell 10000001");
+    QTest::newRow("for room to send") << QStringLiteral("send");
+}
+
+void FaceSearchTest::closingEndsWhateverWaits() {
+    QFETCH(QString, words);
+    ST_Client client("127.0.0.1", sim->port(), 0);
+    QCOMPARE(client.ST_Connect(), 0);
+    std::future<void> sending;
+    if (words == QLatin1String("send")) {
+        // Nobody reads, since the server's event loop does not run here.
+        sending = std::async(std::launch::async, [&client] {
+            const std::vector<unsigned char> much(4 * 1024 * 1024);
+            while (client.ST_RequestFaceInfo(1, 1, 0, 0, 4 * 1024 * 1024, much.data()) == 0) {
+            }
+        });
+        QVERIFY(sending.wait_for(std::chrono::milliseconds(300)) == std::future_status::timeout);
+    } else {
+        QTRY_COMPARE(sim->clients(), 1);
+        QVERIFY(say(words));
+    }
+    QElapsedTimer timer;
+    timer.start();
+    client.ST_Close();
+    // Far less than anything that the client would wait for by itself.
+    QVERIFY(timer.elapsed() < 5000);
+    QVERIFY(!client.isRunning());
+}
+
+/// The console program, in a folder of its own.
+class ConsoleProgram : public QProcess {
+ public:
+    explicit ConsoleProgram(quint16 port) {
+        QDir(parent.path()).mkdir(QStringLiteral("own"));
+        setWorkingDirectory(folder.path());
+        setProcessChannelMode(QProcess::MergedChannels);
+        start(QStringLiteral(ZEL_BINARY_DIR "/bin/zel-face-search"),
+              {QStringLiteral("127.0.0.1"), QString::number(port)});
+        connect(this, &QProcess::readyRead, this, [this] { printed += readAll(); });
+    }
+    bool prints(const QByteArray& text, int times = 1) {
+        return QTest::qWaitFor([&] { return printed.count(text) >= times; }, 60000);
+    }
+    /// Its status once it has ended by itself.
+    int status() {
+        const auto ended = [this] { return state() == QProcess::NotRunning; };
+        return QTest::qWaitFor(ended, 30000) && exitStatus() == NormalExit ? exitCode() : -1;
+    }
+    int descriptors() const {
+        return QDir(QStringLiteral("/proc/%1/fd").arg(processId()))
+            .entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System)
+            .size();
+    }
+
+    QTemporaryDir parent;
+    QDir folder{parent.filePath(QStringLiteral("own"))};
+    QByteArray printed;
+};
+
+void FaceSearchTest::theConsoleTellsWhatIsAnswered() {
+    ConsoleProgram console(sim->port());
+    QVERIFY(console.prints("Encrpt : 0\n"));
+    console.write("/proc/self/exe\n/nowhere/at/all\n");
+    QVERIFY(console.prints("Can not read /nowhere/at/all\n"));
+    QVERIFY(console.prints(
+        "kindOfApi : 1\nidx : 0, receive Size : 175\nRequest ID\t: 1\nConfidence\t: 95\n"
+        "Person ID\t: 10000001\nName(utf8)\t: 홍길동\nPosition(utf8)\t: 부장\n"
+        "Dept1(utf8)\t: 개발본부\nDept2(utf8)\t: 단말기팀\nDept3(utf8)\t: \nDept3(utf8)\t: \n"));
+    QVERIFY(requests.value(0).payload.mid(49).startsWith("ELF"));
+    // The end of the input waits for what was asked.
+    say("delay 500");
+    console.write(QByteArray(ZEL_SOURCE_DIR "/README.md"));
+    console.closeWriteChannel();
+    QCOMPARE(console.status(), 0);
+    QVERIFY(console.prints("Request ID\t: 2\n"));
+
+    say("away");
+    ConsoleProgram lonely(sim->port());
+    QCOMPARE(lonely.status(), 1);
+    QCOMPARE(lonely.printed, QByteArray("Can not connect\n"));
+}
+
+void FaceSearchTest::picturesStayInTheirFolder() {
+    ConsoleProgram console(sim->port());
+    QVERIFY(console.prints("Encrpt"));
+    const QString kept = console.parent.filePath(QStringLiteral("kept"));
+    QVERIFY(QFile::link(kept, console.folder.filePath(QStringLiteral("linked.jpg"))));
+    QVERIFY(console.folder.mkdir(QStringLiteral("folder.jpg")));
+    int refused = 0;
+    for (const char* id :
+         {"../escaped", ".hidden", "a/b", "folder", "bell\a", "..", "linked", "10000001"}) {
+        QVERIFY(say(QStringLiteral("person %1 1 x, image %1").arg(QLatin1String(id))));
+        QVERIFY(console.prints("Person ID : ", ++refused));
+    }
+    QVERIFY(console.prints("Saved image file: ./10000001.jpg\n"));
+    QCOMPARE(console.printed.count("File Write Open Error\n"), 6);
+    console.write("q\n");
+    QCOMPARE(console.status(), 0);
+    QCOMPARE(console.folder.entryList(QDir::Files | QDir::Hidden),
+             QStringList({QStringLiteral("10000001.jpg"), QStringLiteral("linked.jpg")}));
+    QCOMPARE(QDir(console.parent.path()).entryList(QDir::Files | QDir::Hidden), QStringList());
+    QVERIFY(!QFileInfo(console.folder.filePath(QStringLiteral("linked.jpg"))).isSymLink());
+}
+
+void FaceSearchTest::tenThousandAnswersLeaveNothingBehind() {
+    ConsoleProgram console(sim->port());
+    QVERIFY(console.prints("Encrpt"));
+    say("tell 10000001 10");
+    QVERIFY(console.prints("Request ID", 10));
+    const int before = console.descriptors();
+    QVERIFY(say("tell 10000001 9900, image 10000001 50, both 10000001 50"));
+    QVERIFY(console.prints("kindOfApi", 10010));
+    QCOMPARE(console.descriptors(), before);
+    console.write("q\n");
+    // Under the sanitizers it says so when anything was lost.
+    QVERIFY2(console.status() == 0, console.printed.right(2000).constData());
+}
+
+void FaceSearchTest::aLostConnectionIsMadeAgain() {
+    ConsoleProgram console(sim->port());
+    QVERIFY(console.prints("Encrpt"));
+    say("drop");
+    QVERIFY(console.prints("socket read error! \n"));
+    console.write("typed meanwhile\n");
+    QVERIFY(console.prints("Can not send typed meanwhile\n"));
+    QVERIFY(console.prints("Encrpt", 2));
+    console.write("q\n");
+    QCOMPARE(console.status(), 0);
+}
+
+QTEST_GUILESS_MAIN(FaceSearchTest)
+#include "face_search_test.moc"
