@@ -108,6 +108,7 @@ MainWindow::MainWindow(QWidget* parent)
 
     connect(link_, &DeviceLink::sent, this,
             [this](quint16 command, quint8 p1) { recognition_.sent(command, p1); });
+    connect(link_, &DeviceLink::connectedChanged, this, &MainWindow::signal_linkChanged);
     connect(link_, &DeviceLink::connectedChanged, this, &MainWindow::peersChanged);
     link_->open(DevicePaths::linkPort());
 
@@ -375,6 +376,14 @@ bool MainWindow::serviceInUse() const {
 
 bool MainWindow::serviceReached() const {
     return serviceInUse() && management_->connected();
+}
+
+const ServiceContact& MainWindow::serviceContact() const {
+    return management_->contact();
+}
+
+void MainWindow::connectService() {
+    management_->connectNow();
 }
 
 DownloadManager& MainWindow::downloads() {

@@ -162,6 +162,8 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     // --- Management service ----------------------------------------------------------------
     bool serviceInUse() const override;
     bool serviceReached() const override;
+    const ServiceContact& serviceContact() const override;
+    void connectService() override;
     DownloadManager& downloads() override;
     _gui_menu_ settings() const override { return records_.menu(); }
     std::uint32_t selfCheckWord() const override { return status_->selfCheck(); }
@@ -200,6 +202,8 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
 
  signals:
     void signal_changeWindow(const QString& title);
+    /// The link to the device controller has been reported up, or down.
+    void signal_linkChanged(bool up);
     void signal_restCall_FR01(const QVariant& parameter);
     void signal_restCall_FR03(const QVariant& parameter);
     void signal_restCall_FR09(const QVariant& parameter);

@@ -60,6 +60,8 @@ void ManagementLink::setConnected(bool connected) {
     if (connected == connected_)
         return;
     connected_ = connected;
+    if (!connected && client_->contact().state() == ServiceContact::State::Reached)
+        client_->contact().interrupted();
     emit connectedChanged(connected);
 }
 
@@ -67,12 +69,17 @@ void ManagementLink::restart() {
     connectTimer_.stop();
     checkTimer_.stop();
     setConnected(false);
+    client_->contact().interrupted();
     client_->takeSettings();
     if (!inUse())
         return;
     const NetworkBlock network = cloud_.settings().network;
     connectTimer_.start(milliseconds(network.connectPeriod, kConnectPeriod));
     checkTimer_.start(milliseconds(network.checkPeriod, kCheckPeriod));
+}
+
+const ServiceContact& ManagementLink::contact() const {
+    return client_->contact();
 }
 
 void ManagementLink::connectNow() {

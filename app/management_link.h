@@ -15,6 +15,7 @@ class CloudHost;
 struct DeviceMessage;
 class ManagementHost;
 class RestClass;
+class ServiceContact;
 
 /// The terminal's side of the management service: the REST client with the thread that serves HTTP,
 /// the timers that keep the contact, the command folders, the downloads and the reports of what
@@ -59,6 +60,7 @@ class ManagementLink : public QObject {
     void reportEnrolment(const info_s& info);
     void reportVisitor(const QVariant& visitor);
 
+    const ServiceContact& contact() const;
     RestClass* client() const { return client_; }
     DownloadManager& downloads() { return downloads_; }
     ManagementCommands& commands() { return commands_; }

@@ -45,7 +45,7 @@ class MenuTimer : public QObject {
     void run(int seconds);
 
     const std::function<_gui_menu_()> settings_;
-    QTimer timer_;
+    QTimer timer_{this};
     bool active_ = false;
     int seconds_ = 3;
     QString returnTitle_ = screen_title::kStandby;

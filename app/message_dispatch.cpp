@@ -30,7 +30,8 @@ void MessageDispatch::dispatch(const DeviceMessage& message) {
             break;
         case RouteRule::ActiveScreen:
             if (active != nullptr &&
-                (active->getTitle() == route->title || active->getTitle() == route->secondTitle))
+                (active->getTitle() == route->title || active->getTitle() == route->secondTitle ||
+                 active->getTitle() == route->thirdTitle))
                 active->deviceAnswer(message);
             break;
         case RouteRule::AnyActive:

@@ -18,7 +18,8 @@ struct MessageRoute {
     RouteRule rule;
     std::uint16_t minPayload;        ///< a shorter payload is not handled
     QLatin1String title;             ///< registry title, null where the rule needs none
-    QLatin1String secondTitle = {};  ///< a further screen that may be the active one
+    QLatin1String secondTitle = {};  ///< further screens that may be the active one
+    QLatin1String thirdTitle = {};
 };
 
 /// The row of @p command; null for a code that the terminal does not know.

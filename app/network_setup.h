@@ -1,15 +1,36 @@
 #pragma once
 
 #include <QStringList>
+#include <QVector>
+#include <cstdint>
 
 struct AddressBlock;
 
-/// The machine's own address.
+/// The machine's own address. GUI thread only.
 namespace NetworkSetup {
 
-/// The shell commands that give the machine the address of @p own; none when it makes no sense
-/// (an address of 0 without DHCP, a mask with holes).
-QStringList commands(const AddressBlock& own);
+/// What is wrong with an address block.
+enum class Fault {
+    None,
+    Address,          ///< not one that a machine can have
+    AddressZeroOnes,  ///< all zeros or all ones
+    AddressReserved,  ///< the net's own, or its broadcast
+    Mask,             ///< its ones do not all stand at the left, or it leaves no machine
+    Gateway,          ///< not one that a machine can have
+    GatewayOutside,   ///< of the net
+    Dns,              ///< not one that a machine can have
+};
+
+/// The first fault of @p own, in the order of its fields. With DHCP its addresses do not matter;
+/// gateway and DNS server may be missing (0.0.0.0).
+Fault check(const AddressBlock& own);
+
+/// Whether a machine can be reached at @p address, be it this one.
+bool isReachable(const std::uint8_t (&address)[4]);
+
+/// The programs, each with its arguments, that give the machine the address of @p own, one after
+/// the other; none when it has a fault. The DNS server is not among them, that is a file.
+QVector<QStringList> commands(const AddressBlock& own);
 
 /// Runs them, in the background, unless @p own is the address that the machine had by @p before:
 /// setting it once more would cut every connection. Under a root other than "/" the machine is

@@ -12,6 +12,7 @@
 class DialogForm;
 class DownloadManager;
 class InputField;
+class ServiceContact;
 struct PasswordPurpose;
 class WindowForm;
 
@@ -52,6 +53,12 @@ class WindowShell {
     /// one that is not in use never is. Changes come as WindowForm::peersChanged().
     virtual bool serviceInUse() const = 0;
     virtual bool serviceReached() const = 0;
+    /// More about that, for a screen that follows it.
+    virtual const ServiceContact& serviceContact() const = 0;
+    /// Tries to reach it now.
+    virtual void connectService() = 0;
+    /// Gives the machine the address of @p own, unless that is the record's already.
+    virtual void setIp(const AddressBlock& own) = 0;
     /// The firmware downloads that the service has ordered.
     virtual DownloadManager& downloads() = 0;
 

@@ -8,9 +8,12 @@
 #include <unistd.h>
 
 #include <QByteArray>
+#include <QFile>
 #include <array>
 #include <cstring>
 #include <optional>
+
+#include "base/device_paths.h"
 
 namespace {
 
@@ -97,6 +100,20 @@ QString getIPAddress(const QString& interface) {
 
 QString getMask(const QString& interface) {
     return dottedOf(ask(interface, SIOCGIFNETMASK));
+}
+
+QString getNameServer() {
+    constexpr qint64 kLongest = 4096;
+    QFile file(DevicePaths::at(QLatin1String(kNameServers)));
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    const QList<QByteArray> lines = file.read(kLongest).split('\n');
+    for (const QByteArray& line : lines) {
+        const QList<QByteArray> words = line.simplified().split(' ');
+        if (words.size() > 1 && words.first() == "nameserver")
+            return QString::fromLatin1(words.at(1));
+    }
+    return {};
 }
 
 QString getMacAddress(const QString& interface) {

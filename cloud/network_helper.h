@@ -9,6 +9,8 @@ namespace NetworkHelper {
 
 /// The terminal's one network interface.
 constexpr const char* kInterface = "eth0";
+/// Where the system keeps the addresses of its DNS servers.
+constexpr const char* kNameServers = "/etc/resolv.conf";
 
 /// @p address in dotted decimal.
 QString dotted(const std::uint8_t (&address)[4]);
@@ -20,5 +22,7 @@ QString getMask(const QString& interface);
 QString getMacAddress(const QString& interface);
 /// The default gateway that is reached through an interface, dotted decimal.
 QString getGateway(const QString& interface);
+/// The address of the first DNS server.
+QString getNameServer();
 
 }  // namespace NetworkHelper

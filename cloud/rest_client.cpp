@@ -44,6 +44,25 @@ bool failed(const QNetworkReply* reply) {
     return reply->error() != QNetworkReply::NoError;
 }
 
+ServiceContact::Failure failureOf(const QNetworkReply* reply) {
+    using Failure = ServiceContact::Failure;
+    switch (reply->error()) {
+        case QNetworkReply::ConnectionRefusedError:
+        case QNetworkReply::HostNotFoundError:
+        case QNetworkReply::TemporaryNetworkFailureError:
+        case QNetworkReply::NetworkSessionFailedError:
+        case QNetworkReply::UnknownNetworkError:
+            return Failure::Refused;
+        case QNetworkReply::TimeoutError:
+            return Failure::NoAnswer;
+        case QNetworkReply::OperationCanceledError:
+            return reply->property(kReason).toString().isEmpty() ? Failure::NoAnswer
+                                                                 : Failure::WrongAnswer;
+        default:
+            return Failure::WrongAnswer;
+    }
+}
+
 bool isGood(int resultCode) {
     return resultCode == kGood || resultCode == kGoodToo;
 }
@@ -154,6 +173,7 @@ void RestClass::slotSendCommand(const QVariant& procIdx) {
 
 void RestClass::runFR01(const QVariant& sendData) {
     host_.updateRestConnectStatus(false);
+    contact_.tried();
     terminalToken_ = QUuid::createUuid().toString();
     post(QStringLiteral("cloud-service/rest-api/connect"),
          {{QStringLiteral("access_token"), terminalToken_}}, sendData,
@@ -340,24 +360,35 @@ void RestClass::takeSettings() {
 }
 
 RestClass::Answer RestClass::readAnswer(QNetworkReply* reply, const char* mark) {
+    using Failure = ServiceContact::Failure;
     Answer answer;
     QString fault;
-    if (!failed(reply)) {
+    if (failed(reply)) {
+        answer.failure = failureOf(reply);
+    } else {
         answer.object = readJsonObject(reply->readAll()).value_or(QJsonObject());
         const QJsonValue code = answer.object.value(QLatin1String("resultCode"));
         bool ok = code.isDouble();
         answer.resultCode = code.isString() ? code.toString().toInt(&ok) : code.toInt(-1);
         if (!ok)
             answer.resultCode = -1;
-        if (answer.resultCode == -1)
+        if (answer.resultCode == -1) {
+            answer.failure = Failure::WrongAnswer;
             fault = QStringLiteral("the answer holds no result");
-        else if (!isGood(answer.resultCode))
-            fault = QStringLiteral("answered %1 %2")
-                        .arg(answer.resultCode)
-                        .arg(answer.object.value(QLatin1String("resultMessage")).toString());
+        } else if (!isGood(answer.resultCode)) {
+            answer.failure = Failure::Result;
+            fault = QStringLiteral("answered %1 %2").arg(answer.resultCode).arg(answer.message());
+        }
     }
     noteFault(reply, fault, mark);
     return answer;
+}
+
+void RestClass::noteContact(const Answer& answer) {
+    if (answer.failure == ServiceContact::Failure::None)
+        contact_.reached();
+    else
+        contact_.failed(answer.failure, answer.resultCode, answer.message().left(kMaxFault));
 }
 
 void RestClass::noteFault(const QNetworkReply* reply, const QString& fault, const char* mark) {
@@ -383,6 +414,7 @@ void RestClass::replyFinished_FR01(QNetworkReply* reply) {
     auto procIdx = reply->property(kSendData).value<ProcIDX>();
     const Answer answer = readAnswer(reply);
     procIdx.resultCode = answer.resultCode;
+    noteContact(answer);
     const bool up = isGood(answer.resultCode);
     if (up) {
         serviceToken_ = answer.object.value(QLatin1String("access_token")).toString();
@@ -400,7 +432,9 @@ void RestClass::replyFinished_FR01(QNetworkReply* reply) {
 
 void RestClass::replyFinished_FR03(QNetworkReply* reply) {
     auto procIdx = reply->property(kSendData).value<ProcIDX>();
-    procIdx.resultCode = readAnswer(reply).resultCode;
+    const Answer answer = readAnswer(reply);
+    procIdx.resultCode = answer.resultCode;
+    noteContact(answer);
     if (!isGood(procIdx.resultCode))
         host_.updateRestConnectStatus(false);
     SendCompleted(procIdx);
@@ -420,7 +454,11 @@ void RestClass::replyFinished_FR36(QNetworkReply* reply) {
 
 void RestClass::finishReport(QNetworkReply* reply, const char* mark) {
     auto procIdx = reply->property(kSendData).value<ProcIDX>();
-    procIdx.resultCode = readAnswer(reply, mark).resultCode;
+    const Answer answer = readAnswer(reply, mark);
+    procIdx.resultCode = answer.resultCode;
+    // A report that is declined says nothing against the service.
+    if (failed(reply) || isGood(answer.resultCode))
+        noteContact(answer);
     if (failed(reply))
         host_.updateRestConnectStatus(false);
     SendCompleted(procIdx);

@@ -13,6 +13,7 @@
 #include "cloud/cloud_host.h"
 #include "cloud/command_gate.h"
 #include "cloud/parameters.h"
+#include "cloud/service_contact.h"
 
 class QNetworkReply;
 class RestServer;
@@ -75,6 +76,9 @@ class RestClass : public QThread {
     /// what the one before has given or may yet answer is forgotten.
     void takeSettings();
 
+    /// What its calls have found out about the service.
+    ServiceContact& contact() { return contact_; }
+
     /// Gives requests up after @p milliseconds instead of kTransferTimeout.
     void setTransferTimeout(int milliseconds) { transferTimeout_ = milliseconds; }
 
@@ -93,6 +97,9 @@ class RestClass : public QThread {
     struct Answer {
         int resultCode = 0;
         QJsonObject object;
+        ServiceContact::Failure failure = ServiceContact::Failure::None;
+
+        QString message() const { return object.value(QLatin1String("resultMessage")).toString(); }
     };
 
     void slotSendCommand(const QVariant& procIdx);
@@ -111,6 +118,8 @@ class RestClass : public QThread {
     void finishReport(QNetworkReply* reply, const char* mark);
     /// @p mark begins the line about a call that has failed.
     Answer readAnswer(QNetworkReply* reply, const char* mark = "");
+    /// Has the contact know how a call went that tells whether the service can be reached.
+    void noteContact(const Answer& answer);
     void noteFault(const QNetworkReply* reply, const QString& fault, const char* mark = "");
     void SendCompleted(const ProcIDX& procIdx);
 
@@ -119,6 +128,7 @@ class RestClass : public QThread {
     int transferTimeout_ = kTransferTimeout;
     QString terminalToken_;
     QString serviceToken_;
+    ServiceContact contact_{nullptr};
     QList<QNetworkReply*> running_;
     QHash<QString, QString> faults_;  // what each call that fails has failed for
 

@@ -9,10 +9,14 @@ zel_add_precompiled_qt(zel_test_headers LIBRARIES Qt5::Test Qt5::Widgets Qt5::Ne
 
 # zel_add_test(NAME [SANITIZE] LIBRARIES lib... [SOURCES file...]) builds NAME.cpp as a test that
 # runs without a display, in a fixed locale. Each test gets the staged device root's path in
-# ZEL_STAGED_ROOT; it copies or links what it needs and never writes there.
+# ZEL_STAGED_ROOT; it copies or links what it needs and never writes there. One of screens and the
+# simulated controller can derive from what is in support.
 function(zel_add_test name)
     cmake_parse_arguments(ARG "SANITIZE" "" "LIBRARIES;SOURCES" ${ARGN})
     add_executable(${name} ${name}.cpp ${ARG_SOURCES})
+    if(zel_controller_sim IN_LIST ARG_LIBRARIES AND ARG_LIBRARIES MATCHES zel_screens)
+        list(PREPEND ARG_LIBRARIES zel_test_support)
+    endif()
     target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} Qt5::Test Qt5::Widgets Qt5::Network)
     target_precompile_headers(${name} REUSE_FROM zel_test_headers)
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)

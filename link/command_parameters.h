@@ -13,7 +13,14 @@ enum : std::uint8_t { Done = 0, Failed = 1 };
 
 /// Sounds of their own, in the payload of PlaySound.
 namespace sound {
-enum : std::uint16_t { Wake = 201, Accepted = 202, Error = 203 };
+enum : std::uint16_t {
+    FaceEnrolled = 5,
+    FaceCapture = 6,
+    FaceInUse = 8,
+    Wake = 201,
+    Accepted = 202,
+    Error = 203,
+};
 }
 
 /// ScreenClosed, first.
@@ -112,10 +119,17 @@ namespace picture {
 enum : std::uint8_t { Hidden = 0, Shown = 1 };
 }
 
+/// StartFaceCapture, first.
+namespace capture {
+enum : std::uint8_t { CameraTest = 2 };
+}
+
 /// CameraRun, first.
 namespace camera {
 enum : std::uint8_t { Off = 0, On = 1 };
-}
+/// Second.
+enum : std::uint8_t { ForEnrolment = 1 };
+}  // namespace camera
 
 /// RecognitionMode, first.
 namespace recognition {
@@ -148,6 +162,42 @@ namespace refused {
 enum : std::uint8_t { StoreFull = 1, EnrolmentRunning = 2 };
 }
 
+/// UserStored and UserChanged, first: what has become of the record. Any other value: nothing.
+namespace store {
+enum : std::uint8_t {
+    Done = 0,
+    EnrolmentRunning = 2,
+    TooManyAdministrators = 3,
+    StoreFull = 4,
+};
+}
+
+/// CardTagged, first: whose the card is now. Any other value: somebody else's, as before.
+namespace tagged {
+enum : std::uint8_t { Done = 0, OtherUsers = 1, OwnAlready = 2 };
+}
+
+/// UserIdChecked, first.
+namespace id_check {
+enum : std::uint8_t { Free = 0, InUse = 1, WrongLength = 2 };
+}
+
+/// FaceEnrolled, first; up to Progress the capture goes on.
+namespace capture {
+enum : std::uint8_t {
+    Guidance = 0,  // what the person is to do, in the second
+    Progress = 1,  // percent, in the second
+    Done = 3,
+    FaceInUse = 4,  // whose it is, in the payload
+    SeveralFaces = 12,
+    TooManyAdministrators = 13,
+    NotClear = 14,
+    IdInUse = 15,
+};
+/// Second of Guidance.
+enum : std::uint8_t { WithoutGlasses = 0, Again = 2, WithGlasses = 3 };
+}  // namespace capture
+
 /// RecognitionFailed: who is refused and why, first; as TrackedFace::reason. How they tried,
 /// second; as GUI_LOGDATA::authMethod.
 namespace failure {
@@ -171,6 +221,13 @@ enum : std::uint8_t { Enter = 0, Leave = 1 };
 enum : std::uint8_t { Start = 0, Stop = 1 };
 /// The steps of FactoryIoTest: its second parameter; FactoryIoReport and FactoryIoStepDone, first.
 enum : std::uint8_t { Relay = 0, ExitButton = 1, TamperSwitch = 2 };
+/// FactoryLedTest and FactoryLedReport, second.
+enum : std::uint8_t { Red = 0, Green = 1, Blue = 2 };
+/// FactoryCameraTest, FactoryCameraReport and FactoryCameraSwitch, second; FactoryCameraSwitched,
+/// first.
+enum : std::uint8_t { Infrared = 0, Colour = 1 };
+/// How many sounds FactorySoundTest has: its second parameter, from 0 on.
+constexpr std::uint8_t kSounds = 3;
 }  // namespace factory
 
 }  // namespace command

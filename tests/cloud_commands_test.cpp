@@ -120,22 +120,6 @@ class CloudCommandsTest : public QObject {
         };
     }
 
-    void commandsComeBackAsTheyWereSent() {
-        DoReceiveUserData sent = user(QStringLiteral("123456"));
-        sent.name = QString::fromUtf8("a\\n\n\r\\홍길동\t\\");
-        sent.templateFile = QString(QLatin1String("x\0y", 3));
-        sent.restrictTime = QStringLiteral("\n");
-        QVERIFY(CommandFolder().writeAdd(sent, "jpg"));
-        const auto command = CommandFolder::named(waiting().value(0));
-        QVERIFY(command && command->kind == CommandFolder::Kind::Add);
-        const auto taken = CommandFolder::takeUser(*command);
-        QVERIFY(taken.has_value());
-        QCOMPARE(taken->name, sent.name);
-        QCOMPARE(taken->templateFile, sent.templateFile);
-        QCOMPARE(taken->restrictTime, sent.restrictTime);
-        QCOMPARE(taken->picture, QStringLiteral("123456.jpg"));
-    }
-
     void aCommandStaysUntilItHasSurelyArrived() {
         CommandFolder writer;
         QVERIFY(writer.writeAdd(user(QStringLiteral("1234567")), "jpg"));
@@ -164,25 +148,24 @@ class CloudCommandsTest : public QObject {
                  QStringList({QStringLiteral("1234567.jpg"), QStringLiteral("logo")}));
     }
 
-    void theOrderSurvivesTheClock_data() {
-        QTest::addColumn<QDateTime>("first");
-        QTest::addColumn<QDateTime>("second");
-        const QDateTime noon(QDate(2031, 6, 1), QTime(12, 0));
-        QTest::newRow("set back") << noon << noon.addSecs(-3600);
-        QTest::newRow("same moment") << noon << noon;
-        QTest::newRow("clock was lost") << noon << QDateTime(QDate(1970, 1, 1), QTime(0, 0));
-        QTest::newRow("clock is found") << QDateTime(QDate(1970, 1, 1), QTime(0, 0)) << noon;
-        QTest::newRow("end of the century")
-            << QDateTime(QDate(2099, 12, 31), QTime(23, 59, 59, 998)) << noon;
-    }
     void theOrderSurvivesTheClock() {
-        QFETCH(QDateTime, first);
-        QFETCH(QDateTime, second);
-        QVERIFY(CommandFolder([=] { return first; }).writeAdd(user(QStringLiteral("A1")), {}));
-        // Another process writes the second one.
-        QVERIFY(CommandFolder([=] { return second; }).writeDelete(QStringLiteral("A1")));
-        QCOMPARE(step() + step(), 2);
-        QCOMPARE(sent(), QStringLiteral("1927 1931"));
+        const QDateTime noon(QDate(2031, 6, 1), QTime(12, 0));
+        const QDateTime lost(QDate(1970, 1, 1), QTime(0, 0));
+        const QDateTime last(QDate(2099, 12, 31), QTime(23, 59, 59, 998));
+        for (const auto& [first, second] : {std::pair(noon, noon.addSecs(-3600)),
+                                            {noon, noon},
+                                            {noon, lost},
+                                            {lost, noon},
+                                            {last, noon}}) {
+            init();
+            const QDateTime before = first;
+            const QDateTime after = second;
+            QVERIFY(CommandFolder([=] { return before; }).writeAdd(user(QStringLiteral("A1")), {}));
+            // Another process writes the second one.
+            QVERIFY(CommandFolder([=] { return after; }).writeDelete(QStringLiteral("A1")));
+            QCOMPARE(step() + step(), 2);
+            QCOMPARE(sent(), QStringLiteral("1927 1931"));
+        }
     }
 
     void aClockBeyondItsCenturyOnlyRefuses() {

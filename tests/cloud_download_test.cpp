@@ -12,8 +12,6 @@
 #include "cloud/download_manager.h"
 #include "cloud_test_support.h"
 
-Q_DECLARE_METATYPE(DownloadManager::Limits)
-
 class CloudDownloadTest : public QObject {
     Q_OBJECT
 
@@ -54,34 +52,24 @@ class CloudDownloadTest : public QObject {
     }
     void cleanup() { manager_.reset(); }
 
-    void filesAreSavedUnderTheirOwnNames_data() {
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<QString>("name");
-        QTest::newRow("plain") << "/fw/new.bin?x=1"
-                               << "new.bin";
-        QTest::newRow("none") << "/fw/"
-                              << "download";
-        QTest::newRow("dots") << "/fw/%2e%2e"
-                              << "download";
-        QTest::newRow("encoded way out") << "/..%2F..%2Fpasswd"
-                                         << "passwd";
-        QTest::newRow("taken") << "/taken"
-                               << "taken.1";
-        QTest::newRow("archive") << "/zel01.tar.bz2"
-                                 << "zel01.tar.bz2.1";
-    }
     void filesAreSavedUnderTheirOwnNames() {
-        QFETCH(QString, path);
-        QFETCH(QString, name);
-        put(QStringLiteral("taken"));
-        QSignalSpy begun(manager_.get(), &DownloadManager::emitFilePath);
-        QVERIFY(fetch(path));
-        QCOMPARE(manager_->getFileName(), name);
-        QCOMPARE(begun.first().first().toString(), manager_->getFilePath());
-        QCOMPARE(manager_->getFilePath(), root_.path() + QStringLiteral("/mnt/data/input/") + name);
-        QFile file(manager_->getFilePath());
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        QCOMPARE(file.readAll(), content_);
+        const std::pair<const char*, const char*> cases[] = {
+            {"/fw/new.bin?x=1", "new.bin"}, {"/fw/", "download"},
+            {"/fw/%2e%2e", "download"},     {"/..%2F..%2Fpasswd", "passwd"},
+            {"/taken", "taken.1"},          {"/zel01.tar.bz2", "zel01.tar.bz2.1"}};
+        for (const auto& [path, name] : cases) {
+            init();
+            put(QStringLiteral("taken"));
+            QSignalSpy begun(manager_.get(), &DownloadManager::emitFilePath);
+            QVERIFY(fetch(QLatin1String(path)));
+            QCOMPARE(manager_->getFileName(), QLatin1String(name));
+            QCOMPARE(begun.first().first().toString(), manager_->getFilePath());
+            QCOMPARE(manager_->getFilePath(),
+                     root_.path() + QStringLiteral("/mnt/data/input/") + QLatin1String(name));
+            QFile file(manager_->getFilePath());
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            QCOMPARE(file.readAll(), content_);
+        }
     }
 
     void addressesWaitTheirTurnAndLeaveOneFile() {
@@ -101,40 +89,34 @@ class CloudDownloadTest : public QObject {
         QCOMPARE(files(), QStringList(QStringLiteral("b")));
     }
 
-    void failuresLeaveNothing_data() {
-        QTest::addColumn<QByteArray>("answer");
-        QTest::newRow("not found")
-            << QByteArray("HTTP/1.1 404 No\r\nContent-Length: 4\r\n\r\nnope");
-        QTest::newRow("redirect") << QByteArray(
-            "HTTP/1.1 302 F\r\nLocation: /other\r\nContent-Length: 0\r\n\r\n");
-        QTest::newRow("cut short")
-            << QByteArray("HTTP/1.1 200 OK\r\nContent-Length: 99\r\n\r\nhalf");
-        QTest::newRow("garbage") << QByteArray("\0\0\0\0garbage", 11);
-        QTest::newRow("silent") << QByteArray();
-        QTest::newRow("trickle stops")
-            << QByteArray("HTTP/1.1 200 OK\r\nContent-Length: 999\r\n\r\nhalf");
-    }
     void failuresLeaveNothing() {
-        QFETCH(QByteArray, answer);
-        const bool stops = answer.isEmpty() || answer.contains("999");
-        service_->closeAfterAnswer = !stops;
-        DownloadManager::Limits limits;
-        limits.silence = stops ? 200 : limits.silence;
-        manager_->setLimits(limits);
-        service_->answer = [answer](const FakeService::Request&) { return answer; };
-        put(QStringLiteral("zel01.tar.bz2"));
-        QVERIFY(fetch(QStringLiteral("/fw.bin")));
-        QCOMPARE(files(), QStringList());
-        for (const FakeService::Request& request : service_->requests)
-            QCOMPARE(request.line, QByteArray("GET /fw.bin HTTP/1.1"));
+        const QByteArray answers[] = {
+            "HTTP/1.1 404 No\r\nContent-Length: 4\r\n\r\nnope",
+            "HTTP/1.1 302 F\r\nLocation: /other\r\nContent-Length: 0\r\n\r\n",
+            "HTTP/1.1 200 OK\r\nContent-Length: 99\r\n\r\nhalf",
+            QByteArray("\0\0\0\0garbage", 11),
+            {},                                                     // says nothing
+            "HTTP/1.1 200 OK\r\nContent-Length: 999\r\n\r\nhalf"};  // says no more
+        for (const QByteArray& answer : answers) {
+            init();
+            const bool stops = answer.isEmpty() || answer.contains("999");
+            service_->closeAfterAnswer = !stops;
+            DownloadManager::Limits limits;
+            limits.silence = stops ? 200 : limits.silence;
+            manager_->setLimits(limits);
+            service_->answer = [&answer](const FakeService::Request&) { return answer; };
+            put(QStringLiteral("zel01.tar.bz2"));
+            QVERIFY(fetch(QStringLiteral("/fw.bin")));
+            QCOMPARE(files(), QStringList());
+            for (const FakeService::Request& request : service_->requests)
+                QCOMPARE(request.line, QByteArray("GET /fw.bin HTTP/1.1"));
+        }
     }
 
-    void limitsEndADownload_data() {
-        QTest::addColumn<DownloadManager::Limits>("limits");
-        QTest::addColumn<QByteArray>("begin");
-        QTest::addColumn<int>("pieces");
+    /// The service goes on sending, a little at a time, until it is cut off.
+    void limitsEndADownload() {
         const QByteArray open("HTTP/1.1 200 OK\r\n\r\n");
-        DownloadManager::Limits standard;
+        const DownloadManager::Limits standard;
         DownloadManager::Limits small;
         small.size = 1000;
         DownloadManager::Limits spare;
@@ -142,28 +124,24 @@ class CloudDownloadTest : public QObject {
         DownloadManager::Limits fast;
         fast.window = 600;
         fast.bytesPerWindow = 1000;
-        QTest::newRow("announced size")
-            << standard << QByteArray("HTTP/1.1 200 OK\r\nContent-Length: 999999999999\r\n\r\n")
-            << 300;
-        QTest::newRow("size") << small << open << 300;
-        QTest::newRow("space") << spare << open << 300;
-        QTest::newRow("speed") << fast << open << 2;
-    }
-    /// The service goes on sending, a little at a time, until it is cut off.
-    void limitsEndADownload() {
-        QFETCH(DownloadManager::Limits, limits);
-        QFETCH(QByteArray, begin);
-        QFETCH(int, pieces);
-        manager_->setLimits(limits);
-        service_->answer = [begin](const FakeService::Request&) { return begin; };
-        QTimer trickle;
-        connect(&trickle, &QTimer::timeout, this, [&] {
-            if (service_->last)
-                service_->last->write(QByteArray(pieces, 'x'));
-        });
-        trickle.start(20);
-        QVERIFY(fetch(QStringLiteral("/fw.bin")));
-        QCOMPARE(files(), QStringList());
+        const std::tuple<DownloadManager::Limits, QByteArray, int> cases[] = {
+            {standard, "HTTP/1.1 200 OK\r\nContent-Length: 999999999999\r\n\r\n", 300},
+            {small, open, 300},
+            {spare, open, 300},
+            {fast, open, 2}};
+        for (const auto& each : cases) {
+            init();
+            manager_->setLimits(std::get<0>(each));
+            service_->answer = [&each](const FakeService::Request&) { return std::get<1>(each); };
+            QTimer trickle;
+            connect(&trickle, &QTimer::timeout, this, [&] {
+                if (service_->last)
+                    service_->last->write(QByteArray(std::get<2>(each), 'x'));
+            });
+            trickle.start(20);
+            QVERIFY(fetch(QStringLiteral("/fw.bin")));
+            QCOMPARE(files(), QStringList());
+        }
     }
 
     /// What is packed stays packed: unpacked, a few bytes can be a full disk.
@@ -208,7 +186,8 @@ class CloudDownloadTest : public QObject {
             manager_ = std::make_unique<DownloadManager>();
             content_ = QByteArray(2000000, 'z');
             manager_->append(url(QStringLiteral("/big")));
-            QTest::qWait(round / 3);
+            const qint64 before = service_->written;
+            QTRY_VERIFY(service_->written - before >= round * 60000);
             manager_.reset();
         }
         manager_ = std::make_unique<DownloadManager>();

@@ -65,6 +65,7 @@ class CloudRestClientTest : public QObject {
         QCOMPARE(time.date, QStringLiteral("2031-12-24"));
         QCOMPARE(time.time, QStringLiteral("23:59:58"));
         QCOMPARE(lastCompleted().resultCode, 1000);
+        QCOMPARE(lastCompleted().extra, 0);
 
         // Later requests carry the service's token.
         QCOMPARE(client_->SendCommand(RestClass::kConnectionCheck, {}, 5), 0);
@@ -161,47 +162,49 @@ class CloudRestClientTest : public QObject {
     }
 
     /// The link follows every kind of answer, and the command is free again after each.
-    void answersMoveTheLink_data() {
-        QTest::addColumn<int>("command");
-        QTest::addColumn<QByteArray>("answer");
-        QTest::addColumn<bool>("up");
-        const QByteArray garbage("\x00\xff garbage \r\n\r\n", 14);
-        QTest::newRow("connect 2003") << 0 << FakeService::json(R"({"resultCode":"2003"})") << true;
-        QTest::newRow("connect number") << 0 << FakeService::json(R"({"resultCode":1000})") << true;
-        QTest::newRow("connect 2000")
-            << 0 << FakeService::json(R"({"resultCode":"2000"})") << false;
-        QTest::newRow("connect no code") << 0 << FakeService::json("[1,2") << false;
-        QTest::newRow("connect garbage") << 0 << garbage << false;
-        const QByteArray packed = qCompress(R"({"resultCode":"1000"})").mid(4);
-        QTest::newRow("connect packed")
-            << 0
-            << "HTTP/1.1 200 OK\r\nContent-Encoding: deflate\r\nContent-Length: " +
-                   QByteArray::number(packed.size()) + "\r\n\r\n" + packed
-            << false;
-        QTest::newRow("connect endless")
-            << 0 << "HTTP/1.1 200 OK\r\n\r\n" + QByteArray(100000000, ' ') << false;
-        QTest::newRow("connect huge") << 0 << FakeService::json(QByteArray(300000, ' ')) << false;
-        QTest::newRow("check string") << 1 << FakeService::json(R"({"resultCode":"1000"})") << true;
-        QTest::newRow("check number") << 1 << FakeService::json(R"({"resultCode":2003})") << true;
-        QTest::newRow("check 9999") << 1 << FakeService::json(R"({"resultCode":9999})") << false;
-        QTest::newRow("check 404")
-            << 1 << QByteArray("HTTP/1.1 404 No\r\nContent-Length: 0\r\n\r\n") << false;
-        QTest::newRow("log 9999") << 3 << FakeService::json(R"({"resultCode":"9999"})") << true;
-        QTest::newRow("log garbage") << 3 << garbage << false;
-    }
     void answersMoveTheLink() {
-        QFETCH(int, command);
-        QFETCH(QByteArray, answer);
-        QFETCH(bool, up);
-        service_->closeAfterAnswer = true;
-        service_->answer = [answer](const FakeService::Request&) { return answer; };
-        host_->link = true;
-        QCOMPARE(client_->SendCommand(command, {}), 0);
-        QTRY_COMPARE(host_->completed.size(), 1);
-        QCOMPARE(host_->link, up);
-        QVERIFY2(service_->written < 20000000, "read although it is too much");
-        QCOMPARE(client_->SendCommand(command, {}), 0);
-        QTRY_COMPARE(host_->completed.size(), 2);
+        const auto code = [](const QByteArray& value) {
+            return FakeService::json("{\"resultCode\":" + value + "}");
+        };
+        const QByteArray garbage("\x00\xff garbage \r\n\r\n", 14);
+        const QByteArray packed = qCompress(R"({"resultCode":"1000"})").mid(4);
+        const int connects = RestClass::kConnect;
+        const int check = RestClass::kConnectionCheck;
+        const int log = RestClass::kUserInOutLog;
+        const struct {
+            int command;
+            QByteArray answer;
+            bool up;
+        } rows[] = {{connects, code("\"2003\""), true},
+                    {connects, code("1000"), true},
+                    {connects, code("\"2000\""), false},
+                    {connects, FakeService::json("[1,2"), false},
+                    {connects, garbage, false},
+                    {connects,
+                     "HTTP/1.1 200 OK\r\nContent-Encoding: deflate\r\nContent-Length: " +
+                         QByteArray::number(packed.size()) + "\r\n\r\n" + packed,
+                     false},
+                    {connects, "HTTP/1.1 200 OK\r\n\r\n" + QByteArray(100000000, ' '), false},
+                    {connects, FakeService::json(QByteArray(300000, ' ')), false},
+                    {check, code("\"1000\""), true},
+                    {check, code("2003"), true},
+                    {check, code("9999"), false},
+                    {check, "HTTP/1.1 404 No\r\nContent-Length: 0\r\n\r\n", false},
+                    {log, code("\"9999\""), true},
+                    {log, garbage, false}};
+        for (const auto& row : rows) {
+            cleanup();
+            init();
+            service_->closeAfterAnswer = true;
+            service_->answer = [&row](const FakeService::Request&) { return row.answer; };
+            host_->link = true;
+            QCOMPARE(client_->SendCommand(row.command, {}), 0);
+            QTRY_COMPARE(host_->completed.size(), 1);
+            QVERIFY2(host_->link == row.up, row.answer.left(60).constData());
+            QVERIFY2(service_->written < 20000000, "read although it is too much");
+            QCOMPARE(client_->SendCommand(row.command, {}), 0);
+            QTRY_COMPARE(host_->completed.size(), 2);
+        }
     }
 
     void faultsAndDeletedUsersAreReported() {

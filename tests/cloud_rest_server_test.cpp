@@ -9,7 +9,6 @@
 #include <QThread>
 #include <QtTest>
 #include <atomic>
-#include <csignal>
 #include <memory>
 #include <thread>
 
@@ -82,6 +81,28 @@ class LoneServer {
     std::thread thread_;
 };
 
+/// A client without a library that reads, writes or closes of its own accord.
+class RawClient {
+ public:
+    ~RawClient() { ::close(socket_); }
+    bool connect() {
+        const sockaddr_in address{AF_INET, htons(port), {htonl(INADDR_LOOPBACK)}, {}};
+        return ::connect(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+    }
+    bool send(const QByteArray& bytes) {
+        return ::send(socket_, bytes.constData(), static_cast<std::size_t>(bytes.size()),
+                      MSG_NOSIGNAL) >= 0;
+    }
+    QByteArray receive(int size) {
+        QByteArray bytes(size, '\0');
+        ::recv(socket_, bytes.data(), static_cast<std::size_t>(size), MSG_WAITALL);
+        return bytes;
+    }
+
+ private:
+    const int socket_ = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+};
+
 /// Keeps every further file and connection from being opened.
 class NoDescriptors {
  public:
@@ -117,6 +138,38 @@ class CloudRestServerTest : public QObject {
         client_ = std::make_unique<RestClass>(host_, nullptr);
         client_->start();
         QTRY_VERIFY(exchange(port, post("/", {}), 100).startsWith("HTTP/1.1"));
+    }
+    void cutAnywhere(const QByteArray& request) {
+        QCOMPARE(statusOfEveryCut(request), QList<int>({200}));
+        QCOMPARE(host_.takeCommands().size(), request.size() + 1);
+
+        Client client;
+        for (int round = 0; round < 3; ++round) {
+            for (const char byte : request)
+                client.send(QByteArray(1, byte));
+            QCOMPARE(status(client.answers()), 200);
+        }
+        client.send(request + request.left(30));
+        QCOMPARE(status(client.answers()), 200);
+        client.send(request.mid(30));
+        QCOMPARE(status(client.answers()), 200);
+        QVERIFY(client.isOpen());
+        host_.takeCommands();
+    }
+    void waitForWhatIsNeeded(bool isTaken) {
+        static std::atomic<bool> complained{false};
+        complained = false;
+        QTcpServer taken;
+        QVERIFY(!isTaken || taken.listen(QHostAddress::Any, port));
+        auto none = isTaken ? nullptr : std::make_unique<NoDescriptors>();
+        const auto before = qInstallMessageHandler(
+            [](QtMsgType, const QMessageLogContext&, const QString&) { complained = true; });
+        const LoneServer server(host_, {}, false);
+        QTRY_VERIFY(complained);
+        qInstallMessageHandler(before);
+        none.reset();
+        taken.close();
+        QTRY_COMPARE(status(exchange(port, post("/x", "{}"), 100)), 404);
     }
     /// The statuses that answer @p bytes in two pieces, each cut tried, without repetitions.
     static QList<int> statusOfEveryCut(const QByteArray& bytes) {
@@ -185,22 +238,19 @@ class CloudRestServerTest : public QObject {
     }
 
     /// A client that keeps asking and never reads is cut off instead of being answered into memory.
-    void aClientThatNeverReadsIsCutOff_data() {
-        QTest::addColumn<QByteArray>("request");
-        QTest::newRow("route") << post("/cloud-service/rest-api/device-status.do", {}, kAgain);
-        QTest::newRow("no route") << post("/nowhere", {}, kAgain);
-        QTest::newRow("no method") << "GET " + kRoute + " HTTP/1.1\r\n" + kAgain + "\r\n";
-    }
     void aClientThatNeverReadsIsCutOff() {
-        QFETCH(QByteArray, request);
         serve();
-        Client client;
-        client.socket.setReadBufferSize(1);
-        for (int i = 0; i < 100000 && client.isOpen(); ++i) {
-            client.socket.write(request);
-            client.socket.waitForBytesWritten(1000);
+        for (const QByteArray& request :
+             {post("/cloud-service/rest-api/device-status.do", {}, kAgain),
+              post("/nowhere", {}, kAgain), "GET " + kRoute + " HTTP/1.1\r\n" + kAgain + "\r\n"}) {
+            Client client;
+            client.socket.setReadBufferSize(1);
+            for (int i = 0; i < 100000 && client.isOpen(); ++i) {
+                client.socket.write(request);
+                client.socket.waitForBytesWritten(1000);
+            }
+            QVERIFY2(!client.isOpen(), request.constData());
         }
-        QVERIFY(!client.isOpen());
     }
 
     void whoeverIsTooSlowIsSentAway_data() {
@@ -227,12 +277,9 @@ class CloudRestServerTest : public QObject {
         QTRY_VERIFY(!client.isOpen());
 
         // One that neither reads nor closes is cut all the same.
-        const int deaf = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-        const sockaddr_in address{AF_INET, htons(port), {htonl(INADDR_LOOPBACK)}, {}};
-        QCOMPARE(::connect(deaf, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
-        ::send(deaf, bytes.constData(), static_cast<std::size_t>(bytes.size()), MSG_NOSIGNAL);
-        QTRY_VERIFY(::send(deaf, "x", 1, MSG_NOSIGNAL) < 0);
-        ::close(deaf);
+        RawClient deaf;
+        QVERIFY(deaf.connect() && deaf.send(bytes));
+        QTRY_VERIFY(!deaf.send("x"));
     }
 
     void aNewConnectionTakesThePlaceOfTheOneIdleLongest() {
@@ -263,26 +310,20 @@ class CloudRestServerTest : public QObject {
     void descriptorsMayRunOut() {
         static std::atomic<bool> complained{false};
         serve();
-        const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-        const sockaddr_in address{AF_INET, htons(port), {htonl(INADDR_LOOPBACK)}, {}};
+        RawClient client;
         const auto before = qInstallMessageHandler(
             [](QtMsgType, const QMessageLogContext&, const QString&) { complained = true; });
         {
             const NoDescriptors none;
-            QCOMPARE(::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address),
-                     0);
+            QVERIFY(client.connect());
             QTRY_VERIFY(complained);
             const qint64 begin = cpuTime();
             QTest::qWait(400);
             QVERIFY(cpuTime() - begin < 100);
         }
         qInstallMessageHandler(before);
-        const QByteArray request = post(kRoute, {});
-        ::send(socket, request.constData(), static_cast<std::size_t>(request.size()), MSG_NOSIGNAL);
-        char answer[12];
-        QCOMPARE(::recv(socket, answer, sizeof answer, MSG_WAITALL), ssize_t(sizeof answer));
-        QCOMPARE(QByteArray(answer, sizeof answer), QByteArray("HTTP/1.1 200"));
-        ::close(socket);
+        client.send(post(kRoute, {}));
+        QCOMPARE(client.receive(12), QByteArray("HTTP/1.1 200"));
     }
 
     /// Nothing that is not a request gets an answer with a text in it, and the next client is
@@ -356,31 +397,14 @@ class CloudRestServerTest : public QObject {
     }
 
     /// In whatever pieces a request comes, it is the same request, and the connection goes on.
-    void aRequestMayBeCutAnywhere_data() {
-        QTest::addColumn<QByteArray>("request");
-        QTest::newRow("without a body") << "POST " + kRoute + " HTTP/1.1\r\n" + kAgain + "\r\n";
-        QTest::newRow("with a body") << "\r\n" + post(kRoute, R"({"a":"b"})", kAgain);
-        QTest::newRow("in chunks") << "POST " + kRoute +
-                                          "?x=y HTTP/1.1\r\nTransfer-Encoding: chunked\r\n" +
-                                          kAgain + "\r\n5\r\nhello\r\n01\r\n{\r\n0\r\n\r\n";
-    }
     void aRequestMayBeCutAnywhere() {
-        QFETCH(QByteArray, request);
         serve();
-        QCOMPARE(statusOfEveryCut(request), QList<int>({200}));
-        QCOMPARE(host_.takeCommands().size(), request.size() + 1);
-
-        Client client;
-        for (int round = 0; round < 3; ++round) {
-            for (const char byte : request)
-                client.send(QByteArray(1, byte));
-            QCOMPARE(status(client.answers()), 200);
-        }
-        client.send(request + request.left(30));
-        QCOMPARE(status(client.answers()), 200);
-        client.send(request.mid(30));
-        QCOMPARE(status(client.answers()), 200);
-        QVERIFY(client.isOpen());
+        for (const QByteArray& request :
+             {"POST " + kRoute + " HTTP/1.1\r\n" + kAgain + "\r\n",
+              "\r\n" + post(kRoute, R"({"a":"b"})", kAgain),
+              "POST " + kRoute + "?x=y HTTP/1.1\r\nTransfer-Encoding: chunked\r\n" + kAgain +
+                  "\r\n5\r\nhello\r\n01\r\n{\r\n0\r\n\r\n"})
+            cutAnywhere(request);
     }
 
     /// What is not given would go to the controller as it is not known yet.
@@ -477,41 +501,10 @@ class CloudRestServerTest : public QObject {
         sqlite3_close(writer);
     }
 
-    void whatTheStartNeedsIsWaitedFor_data() {
-        QTest::addColumn<bool>("isTaken");
-        QTest::newRow("port") << true;
-        QTest::newRow("descriptors") << false;
-    }
+    /// The port, and descriptors.
     void whatTheStartNeedsIsWaitedFor() {
-        QFETCH(bool, isTaken);
-        static std::atomic<bool> complained{false};
-        complained = false;
-        QTcpServer taken;
-        QVERIFY(!isTaken || taken.listen(QHostAddress::Any, port));
-        auto none = isTaken ? nullptr : std::make_unique<NoDescriptors>();
-        const auto before = qInstallMessageHandler(
-            [](QtMsgType, const QMessageLogContext&, const QString&) { complained = true; });
-        const LoneServer server(host_, {}, false);
-        QTRY_VERIFY(complained);
-        qInstallMessageHandler(before);
-        none.reset();
-        taken.close();
-        QTRY_COMPARE(status(exchange(port, post("/x", "{}"), 100)), 404);
-    }
-
-    void noSignalHandlerIsInstalled() {
-        const auto dispositions = [] {
-            QList<quintptr> all;
-            for (int number = 1; number < 32; ++number) {
-                struct sigaction action {};
-                sigaction(number, nullptr, &action);
-                all.append(reinterpret_cast<quintptr>(action.sa_handler));
-            }
-            return all;
-        };
-        const QList<quintptr> before = dispositions();
-        serve();
-        QCOMPARE(dispositions(), before);
+        for (const bool isTaken : {true, false})
+            waitForWhatIsNeeded(isTaken);
     }
 };
 

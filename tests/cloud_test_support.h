@@ -15,6 +15,7 @@
 
 #include "cloud/cloud_host.h"
 #include "cloud/management_host.h"
+#include "tests/support/free_port.h"
 
 /// The terminal around the cloud link, as far as the link sees it.
 class FakeHost final : public CloudHost {
@@ -164,13 +165,6 @@ class FakeService : public QTcpServer {
 
     QHash<QTcpSocket*, QByteArray> pending_;
 };
-
-/// A TCP port of loopback that is free now.
-inline quint16 freePort() {
-    QTcpServer server;
-    server.listen(QHostAddress::LocalHost);
-    return server.serverPort();
-}
 
 /// Connects to @p port, sends @p bytes and returns what comes back until a whole answer is there,
 /// the peer closes or @p milliseconds pass without a byte.

@@ -21,7 +21,7 @@ struct Row {
     std::size_t recordSize, offset, size, documentedOffset, documentedSize;
 };
 constexpr Row kRows[] = {
-#define FIELD(record, member, documentedOffset, documentedSize)               \
+#define FIELD(record, member, documentedOffset, documentedSize, like)         \
     {#record "." #member,      sizeof(record),                                \
      offsetof(record, member), sizeof(static_cast<record*>(nullptr)->member), \
      documentedOffset,         documentedSize},

@@ -1,9 +1,7 @@
-#include <QRandomGenerator>
 #include <QtTest>
 #include <cstring>
 #include <vector>
 
-#include "link/command_code.h"
 #include "link/frame.h"
 #include "link/frame_parser.h"
 
@@ -117,38 +115,6 @@ class FrameParserTest : public QObject {
         feed.give(Frame::build(6001, 0, 0));
         QCOMPARE(feed.frames.size(), std::size_t(1));
         QCOMPARE(feed.frames[0].command, quint16(6001));
-    }
-
-    // Random bytes rich in start marks, in random pieces: whatever comes out fits in a frame, and
-    // the parser still takes a good frame afterwards.
-    void storm() {
-        QRandomGenerator random(20260309);
-        Feed feed;
-        for (int round = 0; round < 3000; ++round) {
-            QByteArray bytes;
-            for (int i = random.bounded(60); i > 0; --i)
-                bytes += random.bounded(4) == 0
-                             ? QByteArray("\xC5\x02", 2)
-                             : QByteArray(1, static_cast<char>(random.bounded(256)));
-            feed.give(bytes,
-                      [&random] { return static_cast<std::size_t>(random.bounded(1, 300)); });
-        }
-        for (const Received& frame : feed.frames)
-            QVERIFY(frame.payload.size() <= 2092);
-        feed.give(QByteArray(2100, '\0'));
-        feed.frames.clear();
-        feed.give(Frame::build(2901, 0, 0));
-        QVERIFY(feed.frames.back() == (Received{2901, 0, 0, {}}));
-    }
-
-    void everyCodeIsOnesOwn() {
-        for (std::size_t i = 0; i < command::count(); ++i) {
-            const command::Description& row = command::all()[i];
-            for (std::size_t j = 0; j < i; ++j) {
-                const command::Description& other = command::all()[j];
-                QVERIFY2(other.code != row.code || other.direction != row.direction, row.name);
-            }
-        }
     }
 };
 

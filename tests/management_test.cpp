@@ -1,260 +1,203 @@
 #include <QDir>
 #include <QJsonObject>
-#include <QTcpServer>
-#include <QtTest>
-#include <algorithm>
-#include <memory>
 
-#include "app/main_window.h"
 #include "app/management_link.h"
-#include "app/window_form.h"
 #include "cloud/rest_client.h"
 #include "link/command_code.h"
 #include "link/device_message.h"
-#include "sim/controller/controller_sim.h"
-#include "sim/device_root.h"
 #include "sim/service/service_sim.h"
+#include "tests/support/driven_test.h"
 #include "ui/text_line.h"
 
 /// The whole terminal between a controller and a management service: what one of them wants comes
 /// out at the other.
-class ManagementTest : public QObject {
+class ManagementTest : public DrivenTest {
     Q_OBJECT
 
  private slots:
-    void initTestCase();
-    void init();
-    void cleanupTestCase() { window_.reset(); }
-    void registersAndKeepsChecking();
-    void findsTheServiceAgain_data();
-    void findsTheServiceAgain();
-    void followsTheServiceToItsNewAddress();
-    void ordersReachTheController_data();
-    void ordersReachTheController();
-    void usersAreTakenFromTheirFolders();
-    void firmwareIsFetchedAndHandedOver();
-    void eventsAreKeptUntilConfirmed();
+    void initTestCase() {
+        DrivenTest::initTestCase();
+        service_ = std::make_unique<ServiceSim>(
+            0, 0,
+            TerminalAddress{QStringLiteral("127.0.0.1"),
+                            static_cast<quint16>(qEnvironmentVariableIntValue("ZEL_REST_PORT"))});
+        QVERIFY(service_->listening());
+        connect(service_.get(), &ServiceSim::called, this,
+                [this](const QString& name, const QJsonObject& body) {
+                    calls_.append(name.toLatin1());
+                    bodies_[name.toLatin1()] = body;
+                });
+        words({"settings network.own.managerAddress 127.0.0.1", "settings network.connectPeriod 1",
+               "settings network.checkPeriod 1"});
+        set("network.own.managerPort", service_->port());
+        set("network.useManager", 1);
+    }
+    void init() {
+        service("normal");
+        QTRY_VERIFY(connected() && t->sim.terminalConnected());
+        if (qstrcmp(QTest::currentTestFunction(), "registersAndKeepsChecking") != 0) {
+            t->frames.clear();
+            calls_.clear();
+        }
+    }
+
+    void registersAndKeepsChecking() {
+        QCOMPARE(calls("connect"), 1);
+        // The service's time is the terminal's.
+        QTRY_VERIFY(has(command::SetClock));
+        const QDateTime now = QDateTime::currentDateTime();
+        QCOMPARE(int(got_[0]), now.date().year() % 100);
+        QCOMPARE(got_.size(), 6);
+        QTRY_VERIFY(calls("connection-check") >= 2);
+        QCOMPARE(calls("connect"), 1);
+    }
+
+    void findsTheServiceAgain_data() {
+        QTest::addColumn<QByteArray>("word");
+        for (const char* word : {"away", "hang", "refuse", "garbage", "answer 9999"})
+            QTest::newRow(word) << QByteArray(word);
+    }
+
+    void findsTheServiceAgain() {
+        QFETCH(QByteArray, word);
+        window()->restClient()->setTransferTimeout(500);
+        QCOMPARE(service(word), QStringLiteral("ok"));
+        QTRY_VERIFY(!connected());
+        window()->restClient()->setTransferTimeout(RestClass::kTransferTimeout);
+        QCOMPARE(service("normal"), QStringLiteral("ok"));
+        QTRY_VERIFY(connected());
+    }
+
+    void followsTheServiceToItsNewAddress() {
+        ServiceSim other(0, 0, {});
+        QSignalSpy called(&other, &ServiceSim::called);
+        const QByteArray port = QByteArray::number(other.port());
+        order("set CommType.PortNo " + port);
+        QTRY_VERIFY(called.count() > 0 && connected());
+        QCOMPARE(called[0][0].toString(), QStringLiteral("connect"));
+        // The controller has it too: the terminal takes what it sends for its own.
+        QTRY_COMPARE(int(t->sim.settings().network.own.managerPort), int(other.port()));
+        QTRY_VERIFY(t->agrees());
+        order("set CommType.UseManager 0");
+        QTRY_COMPARE(int(t->sim.settings().network.useManager), 0);
+        order("set CommType.UseManager 1");
+        QTRY_COMPARE(int(t->sim.settings().network.useManager), 1);
+        set("network.own.managerPort", service_->port());
+        QTRY_VERIFY(calls("connect") > 0 && connected());
+    }
+
+    void ordersReachTheController() {
+        const std::pair<const char*, const char*> rows[] = {
+            {"door", "2036 0 0"},
+            {"time 2031-12-24 23:59:58", "1953 1 0 1f 0c 18 17 3b 3a"},
+            {"get 01023456789", "2026 0 0 30 31 30 32 33 34 35 36 37 38 39 00 00 00 00 00"},
+            {"system deleteLogData", "1957 0 0"},
+            {"system deleteAdmin", "1932 1 1"},
+            {"set DoorOpenDuration 7", "1981 2 0"},
+            {"set Environment.ScreenSettings.Brightness 3", "1951 1 0 03"}};
+        for (const auto& [word, frame] : rows) {
+            t->frames.clear();
+            order(word);
+            QVERIFY2(t->sends(frame), word);
+        }
+    }
+
+    void usersAreTakenFromTheirFolders() {
+        order("add 12345678 홍길동");
+        order("delete 12345678");
+        const QDir folders(t->root.path("/mnt/data/Images"), QStringLiteral("*_???_12345678"));
+        QCOMPARE(folders.entryList(QDir::Dirs).size(), 2);
+
+        QTRY_VERIFY(has(command::EnrolNetworkUser));
+        QCOMPARE(got_.size(), int(sizeof(_gui_user_)));
+        _gui_user_ user{};
+        memcpy(&user, got_.constData(), sizeof user);
+        QCOMPARE(fieldText(user.cardNumber), QStringLiteral("12345678"));
+        QCOMPARE(fieldText(user.name), QStringLiteral("홍길동"));
+        QVERIFY(file("/mnt/data/Images/12345678.jpg").startsWith("\xFF\xD8"));
+        QTRY_VERIFY(has(command::DeleteUser));
+        QVERIFY(got_.startsWith("12345678"));
+        // They stay until the frames have surely arrived.
+        QCOMPARE(folders.entryList(QDir::Dirs).size(), 2);
+        QTRY_VERIFY_WITH_TIMEOUT(folders.entryList(QDir::Dirs).isEmpty(), 10000);
+    }
+
+    void firmwareIsFetchedAndHandedOver() {
+        order("firmware 1.2.0");
+        QTRY_VERIFY(has(command::UpdateFirmware));
+        QVERIFY(t->sent("1990 0 0") >= 0);
+        QVERIFY(file("/mnt/data/input/zel01.tar.bz2") ==
+                ServiceCalls::firmware(QStringLiteral("1.2.0")));
+        const QDir orders(t->root.path("/mnt/data/firmware_orders"));
+        QTRY_VERIFY(orders.exists() && orders.isEmpty());
+
+        // A connection that breaks off leaves no archive, neither half a new one nor the old one.
+        t->frames.clear();
+        service("slow 100000");
+        order("firmware 1.3.0");
+        const QDir input(t->root.path("/mnt/data/input"));
+        const auto begun = [&input] {
+            const QFileInfoList files = input.entryInfoList(QDir::Files);
+            return files.size() == 1 && files[0].size() > 0 && files[0].size() < 1000000;
+        };
+        QTRY_VERIFY(begun());
+        QCOMPARE(orders.entryList(QDir::Files).size(), 1);
+        QCOMPARE(window()->getActivateWindowForm()->getTitle(), QStringLiteral("upgradingWindow"));
+        const auto* speed = window()->findChild<TextLine*>(QStringLiteral("downloadSpeed"));
+        QTRY_VERIFY(speed->text().endsWith(QLatin1String(" kB/s")));
+        service("away");
+        QTRY_VERIFY(has(command::UpdateFirmware));
+        QVERIFY(input.entryList(QDir::Files).isEmpty() && orders.isEmpty());
+    }
+
+    void eventsAreKeptUntilConfirmed() {
+        words({"settings setup.operation 0", "card 10000002"});
+        QTRY_VERIFY(has(command::EventReported));
+        QCOMPARE(got_.size(), int(sizeof(EventReported)));
+        const QJsonObject info =
+            bodies_.value("user-inout-log").value(QStringLiteral("inoutInfo")).toObject();
+        const QJsonObject card = info.value(QStringLiteral("cardInfo")).toObject();
+        QCOMPARE(card.value(QStringLiteral("cardNo")).toString(), QStringLiteral("10000002"));
+
+        service("answer 9999");
+        t->frames.clear();
+        calls_.clear();
+        word("card 10000003");
+        QTRY_VERIFY(calls("user-inout-log") > 0);
+        QTRY_VERIFY(!connected());
+        QVERIFY(!has(command::EventReported));
+        service("normal");
+        QTRY_VERIFY(connected());
+        word("unsent");
+        QTRY_VERIFY(has(command::EventReported));
+        service("get 01098765432");
+        QTRY_VERIFY(calls("user-enroll") > 0 && has(command::UserReported));
+    }
 
  private:
-    struct Frame {
-        quint16 code;
-        QByteArray bytes;  // both parameters, then the payload
-    };
-
-    void controller(const QByteArray& line) {
-        const QString answer = controller_->execute(QString::fromUtf8(line));
-        QVERIFY2(answer.startsWith(QLatin1String("ok")), qPrintable(answer));
-    }
     QString service(const QByteArray& line) { return service_->execute(QString::fromUtf8(line)); }
-    bool connected() const { return window_->managementLink()->connected(); }
-    /// Whether a frame of @p code has come; the first one since init() is kept in got_.
+    void order(const QByteArray& line) {
+        QCOMPARE(service(line), QStringLiteral("ok 1000 succeed"));
+    }
+    bool connected() const { return window()->managementLink()->connected(); }
+    /// Whether a frame of @p code has come; the payload of the first one is kept in got_.
     bool has(quint16 code) {
-        const auto frame = std::find_if(frames_.cbegin(), frames_.cend(),
-                                        [code](const Frame& each) { return each.code == code; });
-        if (frame != frames_.cend())
-            got_ = frame->bytes;
-        return frame != frames_.cend();
+        const int at = t->sent(QByteArray::number(code).constData());
+        if (at >= 0)
+            got_ = QByteArray::fromHex(t->frames[at].section(QLatin1Char(' '), 3).toLatin1());
+        return at >= 0;
     }
     int calls(const char* name) const { return static_cast<int>(calls_.count(name)); }
     QByteArray file(const char* devicePath) const {
-        QFile content(root_.path(devicePath));
+        QFile content(t->root.path(devicePath));
         return content.open(QIODevice::ReadOnly) ? content.readAll() : QByteArray();
     }
 
-    DeviceRoot root_;
-    std::unique_ptr<ControllerSim> controller_;
     std::unique_ptr<ServiceSim> service_;
-    std::unique_ptr<MainWindow> window_;
-    QList<Frame> frames_;  // from the terminal to the controller
     QList<QByteArray> calls_;
-    QJsonObject lastBody_;
+    QHash<QByteArray, QJsonObject> bodies_;  // of the latest call of each name
     QByteArray got_;
 };
-
-void ManagementTest::initTestCase() {
-    root_.write("/mnt/data/rebootchkr", {});
-    controller_ = std::make_unique<ControllerSim>(0, 0, root_.path("/mnt/data"));
-    QVERIFY(controller_->listening());
-    connect(
-        controller_.get(), &ControllerSim::frameReceived, this,
-        [this](quint16 code, quint8 p1, quint8 p2, const QByteArray& payload) {
-            frames_.append({code, QByteArray{}.append(char(p1)).append(char(p2)).append(payload)});
-        });
-    qputenv("ZEL_LINK_PORT", QByteArray::number(controller_->port()));
-    QTcpServer free;
-    QVERIFY(free.listen(QHostAddress::LocalHost));
-    const quint16 restPort = free.serverPort();
-    qputenv("ZEL_REST_PORT", QByteArray::number(restPort));
-    free.close();
-
-    service_ =
-        std::make_unique<ServiceSim>(0, 0, TerminalAddress{QStringLiteral("127.0.0.1"), restPort});
-    QVERIFY(service_->listening());
-    connect(service_.get(), &ServiceSim::called, this,
-            [this](const QString& name, const QJsonObject& body) {
-                calls_.append(name.toLatin1());
-                lastBody_ = body;
-            });
-    controller("settings network.own.managerAddress 127.0.0.1");
-    controller("settings network.own.managerPort " + QByteArray::number(service_->port()));
-    controller("settings network.useManager 1");
-    controller("settings network.connectPeriod 1");
-    controller("settings network.checkPeriod 1");
-
-    window_ = std::make_unique<MainWindow>();
-    window_->show();
-    QTRY_VERIFY(connected());
-}
-
-void ManagementTest::init() {
-    service("normal");
-    QTRY_VERIFY(connected() && controller_->terminalConnected());
-    if (qstrcmp(QTest::currentTestFunction(), "registersAndKeepsChecking") != 0) {
-        frames_.clear();
-        calls_.clear();
-    }
-}
-
-void ManagementTest::registersAndKeepsChecking() {
-    QCOMPARE(calls("connect"), 1);
-    // The service's time is the terminal's.
-    QTRY_VERIFY(has(command::SetClock));
-    const QDateTime now = QDateTime::currentDateTime();
-    QCOMPARE(int(got_[2]), now.date().year() % 100);
-    QCOMPARE(got_.size(), 8);
-    QTRY_VERIFY(calls("connection-check") >= 2);
-    QCOMPARE(calls("connect"), 1);
-}
-
-void ManagementTest::findsTheServiceAgain_data() {
-    QTest::addColumn<QByteArray>("word");
-    for (const char* word : {"away", "hang", "refuse", "garbage", "answer 9999"})
-        QTest::newRow(word) << QByteArray(word);
-}
-
-void ManagementTest::findsTheServiceAgain() {
-    QFETCH(QByteArray, word);
-    window_->restClient()->setTransferTimeout(500);
-    QCOMPARE(service(word), QStringLiteral("ok"));
-    QTRY_VERIFY(!connected());
-    window_->restClient()->setTransferTimeout(RestClass::kTransferTimeout);
-    QCOMPARE(service("normal"), QStringLiteral("ok"));
-    QTRY_VERIFY(connected());
-}
-
-void ManagementTest::followsTheServiceToItsNewAddress() {
-    ServiceSim other(0, 0, {});
-    QSignalSpy called(&other, &ServiceSim::called);
-    const QByteArray port = QByteArray::number(other.port());
-    QCOMPARE(service("set CommType.PortNo " + port), QStringLiteral("ok 1000 succeed"));
-    QTRY_VERIFY(called.count() > 0 && connected());
-    QCOMPARE(called[0][0].toString(), QStringLiteral("connect"));
-    // The controller has it too: the terminal takes what it sends for its own.
-    QTRY_COMPARE(int(controller_->settings().network.own.managerPort), int(other.port()));
-    QCOMPARE(service("set CommType.UseManager 0"), QStringLiteral("ok 1000 succeed"));
-    QTRY_COMPARE(int(controller_->settings().network.useManager), 0);
-    QCOMPARE(service("set CommType.UseManager 1"), QStringLiteral("ok 1000 succeed"));
-    QTRY_COMPARE(int(controller_->settings().network.useManager), 1);
-    controller("settings network.own.managerPort " + QByteArray::number(service_->port()));
-    QTRY_VERIFY(calls("connect") > 0 && connected());
-}
-
-void ManagementTest::ordersReachTheController_data() {
-    QTest::addColumn<QByteArray>("word");
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QByteArray>("begin");
-    const auto row = [](const char* word, int code, const QByteArray& begin) {
-        QTest::newRow(word) << QByteArray(word) << code << begin;
-    };
-    row("door", 2036, QByteArray(2, '\0'));
-    row("time 2031-12-24 23:59:58", 1953, QByteArray::fromHex("01001f0c18173b3a"));
-    row("get 01023456789", 2026, QByteArray(2, '\0') + "01023456789" + QByteArray(5, '\0'));
-    row("system deleteLogData", 1957, QByteArray(2, '\0'));
-    row("system deleteAdmin", 1932, QByteArray::fromHex("0101"));
-    row("set DoorOpenDuration 7", 1981, QByteArray::fromHex("0200"));
-    row("set Environment.ScreenSettings.Brightness 3", 1951, QByteArray::fromHex("010003"));
-}
-
-void ManagementTest::ordersReachTheController() {
-    QFETCH(QByteArray, word);
-    QFETCH(int, code);
-    QFETCH(QByteArray, begin);
-    QCOMPARE(service(word), QStringLiteral("ok 1000 succeed"));
-    QTRY_VERIFY(has(static_cast<quint16>(code)));
-    QCOMPARE(got_.left(begin.size()).toHex(), begin.toHex());
-}
-
-void ManagementTest::usersAreTakenFromTheirFolders() {
-    QCOMPARE(service("add 12345678 홍길동"), QStringLiteral("ok 1000 succeed"));
-    QCOMPARE(service("delete 12345678"), QStringLiteral("ok 1000 succeed"));
-    const QDir folders(root_.path("/mnt/data/Images"), QStringLiteral("*_???_12345678"));
-    QCOMPARE(folders.entryList(QDir::Dirs).size(), 2);
-
-    QTRY_VERIFY(has(command::EnrolNetworkUser));
-    QCOMPARE(got_.size(), int(2 + sizeof(_gui_user_)));
-    _gui_user_ user{};
-    memcpy(&user, got_.constData() + 2, sizeof user);
-    QCOMPARE(fieldText(user.cardNumber), QStringLiteral("12345678"));
-    QCOMPARE(fieldText(user.name), QStringLiteral("홍길동"));
-    QVERIFY(file("/mnt/data/Images/12345678.jpg").startsWith("\xFF\xD8"));
-    QTRY_VERIFY(has(command::DeleteUser));
-    QVERIFY(got_.mid(2).startsWith("12345678"));
-    // They stay until the frames have surely arrived.
-    QCOMPARE(folders.entryList(QDir::Dirs).size(), 2);
-    QTRY_VERIFY_WITH_TIMEOUT(folders.entryList(QDir::Dirs).isEmpty(), 10000);
-}
-
-void ManagementTest::firmwareIsFetchedAndHandedOver() {
-    QCOMPARE(service("firmware 1.2.0"), QStringLiteral("ok 1000 succeed"));
-    QTRY_VERIFY(has(command::UpdateFirmware));
-    QCOMPARE(got_.toHex(), QByteArray("0000"));
-    QVERIFY(file("/mnt/data/input/zel01.tar.bz2") ==
-            ServiceCalls::firmware(QStringLiteral("1.2.0")));
-    const QDir orders(root_.path("/mnt/data/firmware_orders"));
-    QTRY_VERIFY(orders.exists() && orders.isEmpty());
-
-    // A connection that breaks off leaves no archive, neither half a new one nor the old one.
-    frames_.clear();
-    service("slow 100000");
-    QCOMPARE(service("firmware 1.3.0"), QStringLiteral("ok 1000 succeed"));
-    const QDir input(root_.path("/mnt/data/input"));
-    const auto begun = [&input] {
-        const QFileInfoList files = input.entryInfoList(QDir::Files);
-        return files.size() == 1 && files[0].size() > 0 && files[0].size() < 1000000;
-    };
-    QTRY_VERIFY(begun());
-    QCOMPARE(orders.entryList(QDir::Files).size(), 1);
-    QCOMPARE(window_->getActivateWindowForm()->getTitle(), QStringLiteral("upgradingWindow"));
-    const auto* speed = window_->findChild<TextLine*>(QStringLiteral("downloadSpeed"));
-    QTRY_VERIFY(speed->text().endsWith(QLatin1String(" kB/s")));
-    service("away");
-    QTRY_VERIFY(has(command::UpdateFirmware));
-    QVERIFY(input.entryList(QDir::Files).isEmpty() && orders.isEmpty());
-}
-
-void ManagementTest::eventsAreKeptUntilConfirmed() {
-    controller("settings setup.operation 0");
-    controller("card 10000002");
-    QTRY_VERIFY(has(command::EventReported));
-    QCOMPARE(got_.size(), int(2 + sizeof(EventReported)));
-    const QJsonObject info = lastBody_.value(QStringLiteral("inoutInfo")).toObject();
-    const QJsonObject card = info.value(QStringLiteral("cardInfo")).toObject();
-    QCOMPARE(card.value(QStringLiteral("cardNo")).toString(), QStringLiteral("10000002"));
-
-    service("answer 9999");
-    frames_.clear();
-    calls_.clear();
-    controller("card 10000003");
-    QTRY_VERIFY(calls("user-inout-log") > 0);
-    QTRY_VERIFY(!connected());
-    QVERIFY(!has(command::EventReported));
-    service("normal");
-    QTRY_VERIFY(connected());
-    controller("unsent");
-    QTRY_VERIFY(has(command::EventReported));
-    service("get 01098765432");
-    QTRY_VERIFY(calls("user-enroll") > 0 && has(command::UserReported));
-}
 
 QTEST_MAIN(ManagementTest)
 #include "management_test.moc"

@@ -1,39 +1,290 @@
 #include <QSignalSpy>
 #include <QWindow>
 #include <QtTest>
-#include <memory>
 
 #include "app/menu_timer.h"
 #include "app/message_dispatch.h"
 #include "link/command_code.h"
 #include "link/command_parameters.h"
-#include "tests/support/driven_terminal.h"
+#include "tests/support/driven_test.h"
 
 /// The ways from screen to screen: which there are, for whom, and when an unattended screen is
 /// left.
-class NavigationTest : public QObject {
+class NavigationTest : public DrivenTest {
     Q_OBJECT
 
  private slots:
-    void initTestCase() {
-        t = std::make_unique<DrivenTerminal>();
-        t->root.write("/mnt/data/rebootchkr", {});
+    void init() {
+        words({"settings commissioned 1", "settings setup.operation 1",
+               "settings screen.menuTimeout 3", "settings setup.adminPassword \"\"",
+               "settings registration.on 1"});
+        QVERIFY(t->start());
+        sent();
     }
-    void init();
-    void cleanupTestCase() { t.reset(); }
 
-    void screensChangeOrNot();
-    void aFrozenScreenStays();
-    void theMenuIsTheAdministrators();
-    void enrolmentAtTheDoor_data();
-    void enrolmentAtTheDoor();
-    void requestsAskForThePassword();
-    void menuTimesOut();
-    void everyTouchKeepsTheScreen();
-    void factoryTests();
+    void screensChangeOrNot() {
+        QSignalSpy changes(window(), &MainWindow::signal_changeWindow);
+        QCOMPARE(window()->changeWindow(QStringLiteral("stayWindow")), -1);
+        QCOMPARE(window()->changeWindow(QStringLiteral("StayWindow")), 1);
+        QCOMPARE(changes.count(), 0);
+        QVERIFY(window()->getActivateWindowForm()->isVisible());
+        window()->setChangeWindowFlag(false);
+        QCOMPARE(window()->changeWindow(QStringLiteral("enviWindow")), -1);
+        QCOMPARE(window()->changeWindow(QStringLiteral("StayWindow")), -1);
+        QCOMPARE(t->title(), QStringLiteral("stayWindow"));
+        window()->setChangeWindowFlag(true);
+        QCOMPARE(window()->changeWindow(QStringLiteral("enviWindow"), 7), 0);
+        QCOMPARE(t->title(), QStringLiteral("enviWindow"));
+        QCOMPARE(changes.count(), 1);
+        for (const WindowForm* screen : window()->windowList())
+            QCOMPARE(screen->isVisible(), screen == window()->getActivateWindowForm());
+    }
+
+    void aFrozenScreenStays() {
+        auto* dispatch = window()->findChild<MessageDispatch*>();
+        const QByteArray result(sizeof(RecognitionResult), '\0');
+        const DeviceMessage messages[] = {
+            {command::RecognitionFailed, 1, command::failure::ByCard, 0, nullptr},
+            {command::RecognitionFailed, 1, command::failure::ByFace, 0, nullptr},
+            {command::ShowLiveView, 0, 0, 0, nullptr},
+            {command::Recognised, 0, 0, sizeof(RecognitionResult), result.constData()},
+            {command::FirmwareUpdateAnswer, 0, 0, 0, nullptr},
+            {command::FirmwareUpdateAnswer, 1, 0, 0, nullptr},
+        };
+        for (const WindowForm* screen : window()->windowList()) {
+            const QString title = screen->getTitle();
+            runFor(title);
+            window()->changeWindow(title);
+            QCOMPARE(t->title(), title);
+            window()->setChangeWindowFlag(false);
+            for (const DeviceMessage& message : messages)
+                dispatch->dispatch(message);
+            window()->startEnrolment();
+            window()->asAdministrator([] {});
+            emit window()->findChild<MenuTimer*>()->timedOut(QStringLiteral("liveWindow"));
+            QVERIFY(screen->isVisible());
+            QCOMPARE(t->title(), title);
+            window()->setChangeWindowFlag(true);
+        }
+        // The time-out was only put off.
+        window()->changeWindow(QStringLiteral("enviWindow"));
+        window()->StartMenuTimer(1, QStringLiteral("stayWindow"));
+        window()->setChangeWindowFlag(false);
+        emit window()->findChild<MenuTimer*>()->timedOut(QStringLiteral("stayWindow"));
+        window()->setChangeWindowFlag(true);
+        QVERIFY(t->shows("stayWindow"));
+    }
+
+    void theMenuIsTheAdministrators() {
+        const QStringList everybodys{
+            QStringLiteral("bootWindow"),         QStringLiteral("stayWindow"),
+            QStringLiteral("liveWindow"),         QStringLiteral("recognizeWindow"),
+            QStringLiteral("inputSubWindow"),     QStringLiteral("InputDestinationForm"),
+            QStringLiteral("InputAdminPassword"), QStringLiteral("upgradingWindow")};
+        const QString password = QStringLiteral("InputAdminPassword");
+        QVERIFY(t->lock());
+        for (const WindowForm* screen : window()->windowList()) {
+            const QString title = screen->getTitle();
+            runFor(title);
+            window()->changeWindow(QStringLiteral("inputSubWindow"));
+            window()->changeWindow(QStringLiteral("stayWindow"));
+            if (everybodys.contains(title)) {
+                window()->changeWindow(title);
+                QCOMPARE(t->title(), title);
+                continue;
+            }
+            QVERIFY2(window()->changeWindow(title, 7) == -1, qPrintable(title));
+            QCOMPARE(t->title(), password);
+            // Once it has been entered the way is free, until somebody else may stand there.
+            t->enterPassword();
+            QCOMPARE(t->title(), title);
+            window()->changeWindow(QStringLiteral("upgradingWindow"));
+            for (const char* end : {"stayWindow", "liveWindow", "recognizeWindow"}) {
+                QCOMPARE(window()->changeWindow(title), 0);
+                window()->changeWindow(QLatin1String(end));
+                window()->changeWindow(title);
+                QCOMPARE(t->title(), password);
+                t->enterPassword();
+                QCOMPARE(t->title(), title);
+                window()->changeWindow(QStringLiteral("inputSubWindow"));
+            }
+        }
+        // A password that is set while somebody is at work does not throw them out; one that nobody
+        // knows yet lets nobody in, and one that is taken back needs not be entered.
+        QVERIFY(t->tell("settings setup.adminPassword \"\"") && t->settle());
+        window()->changeWindow(QStringLiteral("zelMenuWindow"));
+        QVERIFY(t->lock());
+        t->tap("menuUserTile");
+        QCOMPARE(t->title(), QStringLiteral("userMenuWindow"));
+        t->window.reset();
+        t->window = std::make_unique<MainWindow>();
+        window()->show();
+        window()->changeWindow(QStringLiteral("zelMenuWindow"));
+        QCOMPARE(t->title(), password);
+        QVERIFY(!t->find("passwordField")->isEnabled());
+        QCOMPARE(t->find("messageLabel")->property("textKey").toString(),
+                 QStringLiteral("ListItem_NoController"));
+        QTRY_VERIFY(t->find("passwordField")->isEnabled());
+        word("settings setup.adminPassword \"\"");
+        QVERIFY(t->shows("zelMenuWindow"));
+    }
+
+    void enrolmentAtTheDoor_data() {
+        QTest::addColumn<bool>("byService");
+        QTest::newRow("the live view's button") << false;
+        QTest::newRow("the service's order") << true;
+    }
+
+    void enrolmentAtTheDoor() {
+        QFETCH(bool, byService);
+        QVERIFY(t->lock());
+        const QStringList steps{
+            QStringLiteral("userEnroll_IDWindow"), QStringLiteral("userEnroll_cardTagWindow"),
+            QStringLiteral("userEnroll_reCardTagWindow"), QStringLiteral("userEnroll_FaceWindow")};
+        const auto begin = [&] {
+            window()->changeWindow(QStringLiteral("liveWindow"));
+            if (byService)
+                window()->startEnrolment();
+            else
+                t->tap("enrollButton");
+            QCOMPARE(t->title(), QStringLiteral("userEnroll_qualWindow"));
+        };
+        // Wherever it is broken off, it ends where it began.
+        for (const QString& step : steps) {
+            begin();
+            QCOMPARE(window()->changeWindow(step), 0);
+            t->tap("neutralButton");
+            QCOMPARE(t->title(), QStringLiteral("stayWindow"));
+        }
+        begin();
+        QVERIFY(t->find("backButton") == nullptr);
+        t->tap("neutralButton");
+        QCOMPARE(t->title(), QStringLiteral("stayWindow"));
+        begin();
+        // Out of the steps the way leads to nothing of the administrator's.
+        window()->changeWindow(QStringLiteral("userEnrollMenuWindow"));
+        QCOMPARE(t->title(), QStringLiteral("InputAdminPassword"));
+        window()->changeWindow(steps.first());
+        QCOMPARE(t->title(), QStringLiteral("InputAdminPassword"));
+        // An administrator's own leads back to the menu; nobody else's does after it.
+        t->enterPassword();
+        QCOMPARE(t->title(), steps.first());
+        sent();
+        t->tap("neutralButton");
+        QCOMPARE(t->title(), QStringLiteral("userMenuWindow"));
+        QVERIFY(t->settle());
+        QCOMPARE(t->frames.mid(t->frames.size() - 2),
+                 QStringList({QStringLiteral("2011 0 0"), QStringLiteral("2010 0 0")}));
+        window()->changeWindow(QStringLiteral("userEnroll_qualWindow"));
+        t->tap("backButton");
+        QCOMPARE(t->title(), QStringLiteral("userEnrollMenuWindow"));
+        window()->startEnrolment();
+        QCOMPARE(t->title(), QStringLiteral("userEnroll_qualWindow"));
+        window()->changeWindow(QStringLiteral("zelMenuWindow"));
+        QCOMPARE(t->title(), QStringLiteral("InputAdminPassword"));
+    }
+
+    void requestsAskForThePassword() {
+        int done = 0;
+        const auto request = [&done] { ++done; };
+        window()->asAdministrator(request);
+        QCOMPARE(done, 1);
+        QVERIFY(t->lock());
+        window()->changeWindow(QStringLiteral("liveWindow"));
+        window()->changeWindow(QStringLiteral("zelMenuWindow"));
+        // It takes the place of what the password was wanted for before.
+        window()->asAdministrator(request);
+        QCOMPARE(t->title(), QStringLiteral("InputAdminPassword"));
+        QCOMPARE(done, 1);
+        t->enterPassword();
+        QCOMPARE(done, 2);
+        QCOMPARE(t->title(), QStringLiteral("stayWindow"));
+        // Who goes away has not agreed.
+        window()->asAdministrator(request);
+        t->tap("backButton");
+        window()->changeWindow(QStringLiteral("zelMenuWindow"));
+        t->enterPassword();
+        QCOMPARE(t->title(), QStringLiteral("zelMenuWindow"));
+        QCOMPARE(done, 2);
+        window()->asAdministrator(request);
+        QCOMPARE(done, 3);
+        QCOMPARE(t->title(), QStringLiteral("zelMenuWindow"));
+    }
+
+    void menuTimesOut() {
+        const auto* timer = window()->findChild<MenuTimer*>();
+        for (const auto& [commissioned, choice, seconds] :
+             {std::tuple(1, 0, 10), std::tuple(1, 2, 30), std::tuple(1, 3, 0), std::tuple(1, 9, 0),
+              std::tuple(0, 0, 0)}) {
+            set("commissioned", commissioned);
+            set("screen.menuTimeout", choice);
+            QVERIFY(t->settle());
+            window()->changeWindow(QStringLiteral("enviWindow"));
+            QCOMPARE(timer->isRunning(), seconds > 0);
+            if (seconds > 0)
+                QCOMPARE(timer->seconds(), seconds);
+            window()->changeWindow(QStringLiteral("stayWindow"));
+            QVERIFY(!timer->isRunning());
+        }
+
+        word("settings commissioned 1");
+        QVERIFY(t->settle());
+        window()->changeWindow(QStringLiteral("enviSoundWindow"));
+        sent();
+        window()->StartMenuTimer(1, QStringLiteral("liveWindow"));
+        QTRY_COMPARE(t->title(), QStringLiteral("liveWindow"));
+        QVERIFY(t->settle());
+        QCOMPARE(t->frames.value(0), QStringLiteral("1905 1 0"));
+    }
+
+    void everyTouchKeepsTheScreen() {
+        window()->changeWindow(QStringLiteral("zelMenuWindow"));
+        auto* tile = t->find("menuUserTile");
+        tile->setEnabled(false);  // a touch that leads nowhere is a touch all the same
+        const QPoint place = tile->mapTo(window(), tile->rect().center());
+        t->tap(place);  // the finger is there from now on, and does not move
+        window()->StartMenuTimer(1, QStringLiteral("stayWindow"));
+        auto* timer = window()->findChild<MenuTimer*>()->findChild<QTimer*>();
+        // Its end counts as well.
+        for (const auto touch : {QTest::MousePress, QTest::MouseRelease}) {
+            timer->start(60000);
+            QTest::mouseEvent(touch, window()->windowHandle(), Qt::LeftButton, {}, place);
+            QCOMPARE(timer->interval(), 1000);
+        }
+        QVERIFY(t->shows("stayWindow"));
+    }
+
+    void factoryTests() {
+        const QPoint titleText(90, 36);
+        word("settings screen.menuTimeout 0");
+        QTRY_COMPARE(int(window()->menuRecord().screen.menuTimeout), 0);
+        window()->changeWindow(QStringLiteral("zelMenuWindow"));
+        for (int i = 0; i < 4; ++i)
+            t->tap(titleText);
+        QTest::mouseClick(window()->windowHandle(), Qt::LeftButton, {}, QPoint(20, 790));
+        QCOMPARE(t->title(), QStringLiteral("zelMenuWindow"));
+        // Taps that follow quickly come as double clicks.
+        QTest::mouseDClick(window()->windowHandle(), Qt::LeftButton, {}, titleText);
+        QCOMPARE(t->title(), QStringLiteral("factoryMenuWindow"));
+
+        const auto* timer = window()->findChild<MenuTimer*>();
+        QVERIFY(!timer->isRunning());
+        t->tap("factoryLedRow");
+        QCOMPARE(t->title(), QStringLiteral("f_ledTestWindow"));
+        t->tap("homeButton");
+        // From then on no screen times out.
+        window()->changeWindow(QStringLiteral("zelMenuWindow"));
+        QVERIFY(!timer->isRunning());
+
+        // The board tells each step of the I/O test done, and the test goes on to its end.
+        sent();
+        word("frame 4015 0 0");
+        QVERIFY(t->sends("4014 1 0"));
+        QCOMPARE(t->frames, QStringList({QStringLiteral("4014 0 1"), QStringLiteral("4014 0 2"),
+                                         QStringLiteral("4014 1 0")}));
+    }
 
  private:
-    MainWindow* window() { return t->window.get(); }
     /// Has the terminal be run so that the screen @p title can be had.
     void runFor(const QString& title) {
         const bool meals = title == QLatin1String("foodMenuWindow");
@@ -42,292 +293,7 @@ class NavigationTest : public QObject {
         QVERIFY(t->tell(meals ? "settings setup.operation 2" : "settings setup.operation 1"));
         QTRY_VERIFY(t->agrees());
     }
-
-    std::unique_ptr<DrivenTerminal> t;
 };
-
-void NavigationTest::init() {
-    for (const char* words :
-         {"settings commissioned 1", "settings setup.operation 1", "settings screen.menuTimeout 3",
-          "settings setup.adminPassword \"\"", "settings registration.on 1"})
-        QVERIFY2(t->tell(words), words);
-    QVERIFY(t->start());
-    QVERIFY(t->settle());
-    t->frames.clear();
-}
-
-void NavigationTest::screensChangeOrNot() {
-    QSignalSpy changes(window(), &MainWindow::signal_changeWindow);
-    QCOMPARE(window()->changeWindow(QStringLiteral("stayWindow")), -1);
-    QCOMPARE(window()->changeWindow(QStringLiteral("StayWindow")), 1);
-    QCOMPARE(changes.count(), 0);
-    QVERIFY(window()->getActivateWindowForm()->isVisible());
-    window()->setChangeWindowFlag(false);
-    QCOMPARE(window()->changeWindow(QStringLiteral("enviWindow")), -1);
-    QCOMPARE(window()->changeWindow(QStringLiteral("StayWindow")), -1);
-    QCOMPARE(t->title(), QStringLiteral("stayWindow"));
-    window()->setChangeWindowFlag(true);
-    QCOMPARE(window()->changeWindow(QStringLiteral("enviWindow"), 7), 0);
-    QCOMPARE(t->title(), QStringLiteral("enviWindow"));
-    QCOMPARE(changes.count(), 1);
-    for (const WindowForm* screen : window()->windowList())
-        QCOMPARE(screen->isVisible(), screen == window()->getActivateWindowForm());
-}
-
-void NavigationTest::aFrozenScreenStays() {
-    auto* dispatch = window()->findChild<MessageDispatch*>();
-    const QByteArray result(sizeof(RecognitionResult), '\0');
-    const DeviceMessage messages[] = {
-        {command::RecognitionFailed, 1, command::failure::ByCard, 0, nullptr},
-        {command::RecognitionFailed, 1, command::failure::ByFace, 0, nullptr},
-        {command::ShowLiveView, 0, 0, 0, nullptr},
-        {command::Recognised, 0, 0, sizeof(RecognitionResult), result.constData()},
-        {command::FirmwareUpdateAnswer, 0, 0, 0, nullptr},
-        {command::FirmwareUpdateAnswer, 1, 0, 0, nullptr},
-    };
-    for (const WindowForm* screen : window()->windowList()) {
-        const QString title = screen->getTitle();
-        runFor(title);
-        window()->changeWindow(title);
-        QCOMPARE(t->title(), title);
-        window()->setChangeWindowFlag(false);
-        for (const DeviceMessage& message : messages)
-            dispatch->dispatch(message);
-        window()->startEnrolment();
-        window()->asAdministrator([] {});
-        emit window()->findChild<MenuTimer*>()->timedOut(QStringLiteral("liveWindow"));
-        QVERIFY(screen->isVisible());
-        QCOMPARE(t->title(), title);
-        window()->setChangeWindowFlag(true);
-    }
-    // The time-out was only put off.
-    window()->changeWindow(QStringLiteral("enviWindow"));
-    window()->StartMenuTimer(1, QStringLiteral("stayWindow"));
-    window()->setChangeWindowFlag(false);
-    emit window()->findChild<MenuTimer*>()->timedOut(QStringLiteral("stayWindow"));
-    window()->setChangeWindowFlag(true);
-    QVERIFY(t->shows("stayWindow"));
-}
-
-void NavigationTest::theMenuIsTheAdministrators() {
-    const QStringList everybodys{
-        QStringLiteral("bootWindow"),         QStringLiteral("stayWindow"),
-        QStringLiteral("liveWindow"),         QStringLiteral("recognizeWindow"),
-        QStringLiteral("inputSubWindow"),     QStringLiteral("InputDestinationForm"),
-        QStringLiteral("InputAdminPassword"), QStringLiteral("upgradingWindow")};
-    const QString password = QStringLiteral("InputAdminPassword");
-    QVERIFY(t->lock());
-    for (const WindowForm* screen : window()->windowList()) {
-        const QString title = screen->getTitle();
-        runFor(title);
-        window()->changeWindow(QStringLiteral("inputSubWindow"));
-        window()->changeWindow(QStringLiteral("stayWindow"));
-        if (everybodys.contains(title)) {
-            window()->changeWindow(title);
-            QCOMPARE(t->title(), title);
-            continue;
-        }
-        QVERIFY2(window()->changeWindow(title, 7) == -1, qPrintable(title));
-        QCOMPARE(t->title(), password);
-        // Once it has been entered the way is free, until somebody else may stand there.
-        t->enterPassword();
-        QCOMPARE(t->title(), title);
-        window()->changeWindow(QStringLiteral("upgradingWindow"));
-        for (const char* end : {"stayWindow", "liveWindow", "recognizeWindow"}) {
-            QCOMPARE(window()->changeWindow(title), 0);
-            window()->changeWindow(QLatin1String(end));
-            window()->changeWindow(title);
-            QCOMPARE(t->title(), password);
-            t->enterPassword();
-            QCOMPARE(t->title(), title);
-            window()->changeWindow(QStringLiteral("inputSubWindow"));
-        }
-    }
-    // A password that is set while somebody is at work does not throw them out; one that nobody
-    // knows yet lets nobody in, and one that is taken back needs not be entered.
-    QVERIFY(t->tell("settings setup.adminPassword \"\"") && t->settle());
-    window()->changeWindow(QStringLiteral("zelMenuWindow"));
-    QVERIFY(t->lock());
-    t->tap("menuUserTile");
-    QCOMPARE(t->title(), QStringLiteral("userMenuWindow"));
-    t->window.reset();
-    t->window = std::make_unique<MainWindow>();
-    window()->show();
-    window()->changeWindow(QStringLiteral("zelMenuWindow"));
-    QCOMPARE(t->title(), password);
-    QVERIFY(!t->find("passwordField")->isEnabled());
-    QCOMPARE(t->find("messageLabel")->property("textKey").toString(),
-             QStringLiteral("ListItem_NoController"));
-    QTRY_VERIFY(t->find("passwordField")->isEnabled());
-    QVERIFY(t->tell("settings setup.adminPassword \"\""));
-    QVERIFY(t->shows("zelMenuWindow"));
-}
-
-void NavigationTest::enrolmentAtTheDoor_data() {
-    QTest::addColumn<bool>("byService");
-    QTest::newRow("the live view's button") << false;
-    QTest::newRow("the service's order") << true;
-}
-
-void NavigationTest::enrolmentAtTheDoor() {
-    QFETCH(bool, byService);
-    QVERIFY(t->lock());
-    const QStringList steps{
-        QStringLiteral("userEnroll_IDWindow"), QStringLiteral("userEnroll_cardTagWindow"),
-        QStringLiteral("userEnroll_reCardTagWindow"), QStringLiteral("userEnroll_FaceWindow")};
-    const auto begin = [&] {
-        window()->changeWindow(QStringLiteral("liveWindow"));
-        if (byService)
-            window()->startEnrolment();
-        else
-            t->tap("enrollButton");
-        QCOMPARE(t->title(), QStringLiteral("userEnroll_qualWindow"));
-    };
-    // Wherever it is broken off, it ends where it began.
-    for (const QString& step : steps) {
-        for (const char* button : {"backButton", "homeButton"}) {
-            begin();
-            QCOMPARE(window()->changeWindow(step), 0);
-            for (int touches = 0; touches < 2 && t->title().startsWith(QLatin1String("userEn"));
-                 ++touches)
-                t->tap(button);
-            QCOMPARE(t->title(), QStringLiteral("stayWindow"));
-            window()->changeWindow(QStringLiteral("liveWindow"));
-        }
-    }
-    begin();
-    t->tap("backButton");
-    QCOMPARE(t->title(), QStringLiteral("stayWindow"));
-    begin();
-    // Out of the steps the way leads to nothing of the administrator's.
-    window()->changeWindow(QStringLiteral("userEnrollMenuWindow"));
-    QCOMPARE(t->title(), QStringLiteral("InputAdminPassword"));
-    window()->changeWindow(steps.first());
-    QCOMPARE(t->title(), QStringLiteral("InputAdminPassword"));
-    // An administrator's own leads back to the menu; nobody else's does after it.
-    t->enterPassword();
-    QCOMPARE(t->title(), steps.first());
-    QVERIFY(t->settle());
-    t->frames.clear();
-    t->tap("homeButton");
-    QCOMPARE(t->title(), QStringLiteral("userMenuWindow"));
-    QVERIFY(t->settle());
-    QCOMPARE(t->frames.mid(t->frames.size() - 2),
-             QStringList({QStringLiteral("2011 0 0"), QStringLiteral("2010 0 0")}));
-    window()->changeWindow(QStringLiteral("userEnroll_qualWindow"));
-    t->tap("backButton");
-    QCOMPARE(t->title(), QStringLiteral("userEnrollMenuWindow"));
-    window()->startEnrolment();
-    QCOMPARE(t->title(), QStringLiteral("userEnroll_qualWindow"));
-    window()->changeWindow(QStringLiteral("zelMenuWindow"));
-    QCOMPARE(t->title(), QStringLiteral("InputAdminPassword"));
-}
-
-void NavigationTest::requestsAskForThePassword() {
-    int done = 0;
-    const auto request = [&done] { ++done; };
-    window()->asAdministrator(request);
-    QCOMPARE(done, 1);
-    QVERIFY(t->lock());
-    window()->changeWindow(QStringLiteral("liveWindow"));
-    window()->changeWindow(QStringLiteral("zelMenuWindow"));
-    // It takes the place of what the password was wanted for before.
-    window()->asAdministrator(request);
-    QCOMPARE(t->title(), QStringLiteral("InputAdminPassword"));
-    QCOMPARE(done, 1);
-    t->enterPassword();
-    QCOMPARE(done, 2);
-    QCOMPARE(t->title(), QStringLiteral("stayWindow"));
-    // Who goes away has not agreed.
-    window()->asAdministrator(request);
-    t->tap("backButton");
-    window()->changeWindow(QStringLiteral("zelMenuWindow"));
-    t->enterPassword();
-    QCOMPARE(t->title(), QStringLiteral("zelMenuWindow"));
-    QCOMPARE(done, 2);
-    window()->asAdministrator(request);
-    QCOMPARE(done, 3);
-    QCOMPARE(t->title(), QStringLiteral("zelMenuWindow"));
-}
-
-void NavigationTest::menuTimesOut() {
-    const auto* timer = window()->findChild<MenuTimer*>();
-    for (const auto& [commissioned, choice, seconds] :
-         {std::tuple(1, 0, 10), std::tuple(1, 2, 30), std::tuple(1, 3, 0), std::tuple(1, 9, 0),
-          std::tuple(0, 0, 0)}) {
-        QVERIFY(t->tell(QStringLiteral("settings commissioned %1").arg(commissioned)));
-        QVERIFY(t->tell(QStringLiteral("settings screen.menuTimeout %1").arg(choice)));
-        QVERIFY(t->settle());
-        window()->changeWindow(QStringLiteral("enviWindow"));
-        QCOMPARE(timer->isRunning(), seconds > 0);
-        if (seconds > 0)
-            QCOMPARE(timer->seconds(), seconds);
-        window()->changeWindow(QStringLiteral("stayWindow"));
-        QVERIFY(!timer->isRunning());
-    }
-
-    QVERIFY(t->tell("settings commissioned 1"));
-    QVERIFY(t->settle());
-    window()->changeWindow(QStringLiteral("enviSoundWindow"));
-    QVERIFY(t->settle());
-    t->frames.clear();
-    window()->StartMenuTimer(1, QStringLiteral("liveWindow"));
-    QTRY_COMPARE(t->title(), QStringLiteral("liveWindow"));
-    QVERIFY(t->settle());
-    QCOMPARE(t->frames.value(0), QStringLiteral("1905 1 0"));
-}
-
-void NavigationTest::everyTouchKeepsTheScreen() {
-    window()->changeWindow(QStringLiteral("zelMenuWindow"));
-    auto* tile = t->find("menuUserTile");
-    tile->setEnabled(false);  // a touch that leads nowhere is a touch all the same
-    const QPoint place = tile->mapTo(window(), tile->rect().center());
-    t->tap(place);  // the finger is there from now on, and does not move
-    window()->StartMenuTimer(1, QStringLiteral("stayWindow"));
-    for (int i = 0; i < 3; ++i) {
-        QTest::qWait(600);
-        t->tap(place);
-        QCOMPARE(t->title(), QStringLiteral("zelMenuWindow"));
-    }
-    // One long press: its end counts as well.
-    QTest::mousePress(window()->windowHandle(), Qt::LeftButton, {}, place);
-    QTest::qWait(600);
-    QTest::mouseRelease(window()->windowHandle(), Qt::LeftButton, {}, place);
-    QTest::qWait(600);
-    QCOMPARE(t->title(), QStringLiteral("zelMenuWindow"));
-    QTRY_COMPARE(t->title(), QStringLiteral("stayWindow"));
-}
-
-void NavigationTest::factoryTests() {
-    const QPoint titleText(90, 36);
-    QVERIFY(t->tell("settings screen.menuTimeout 0"));
-    QTRY_COMPARE(int(window()->menuRecord().screen.menuTimeout), 0);
-    window()->changeWindow(QStringLiteral("zelMenuWindow"));
-    for (int i = 0; i < 4; ++i)
-        t->tap(titleText);
-    QTest::mouseClick(window()->windowHandle(), Qt::LeftButton, {}, QPoint(20, 790));
-    QCOMPARE(t->title(), QStringLiteral("zelMenuWindow"));
-    // Taps that follow quickly come as double clicks.
-    QTest::mouseDClick(window()->windowHandle(), Qt::LeftButton, {}, titleText);
-    QCOMPARE(t->title(), QStringLiteral("factoryMenuWindow"));
-
-    const auto* timer = window()->findChild<MenuTimer*>();
-    QVERIFY(!timer->isRunning());
-    t->tap("factoryLedRow");
-    QCOMPARE(t->title(), QStringLiteral("f_ledTestWindow"));
-    t->tap("homeButton");
-    // From then on no screen times out.
-    window()->changeWindow(QStringLiteral("zelMenuWindow"));
-    QVERIFY(!timer->isRunning());
-
-    // The board tells each step of the I/O test done, and the test goes on to its end.
-    QVERIFY(t->settle());
-    t->frames.clear();
-    QVERIFY(t->tell("frame 4015 0 0"));
-    QVERIFY(t->sends("4014 1 0"));
-    QCOMPARE(t->frames, QStringList({QStringLiteral("4014 0 1"), QStringLiteral("4014 0 2"),
-                                     QStringLiteral("4014 1 0")}));
-}
 
 QTEST_MAIN(NavigationTest)
 #include "navigation_test.moc"

@@ -27,13 +27,11 @@ fail() {
 
 # soon WHAT COMMAND...
 soon() {
-    local what=$1
-    shift
     for ((tenths = 0; tenths < 300; ++tenths)); do
-        "$@" 2>/dev/null && return
+        "${@:2}" 2>/dev/null && return
         sleep 0.1
     done
-    fail "$what"
+    fail "$1"
 }
 
 gone() { ! kill -0 "$@"; }
@@ -46,17 +44,12 @@ for how in INT TERM HUP KILL reader; do
     group=$!
     soon "nothing starts" test -f "$work/pids"
     read -r script processes <"$work/pids"
-    if bash "$work/script" 2>"$work/second"; then
-        fail "two share a folder"
-    fi
+    bash "$work/script" 2>"$work/second" && fail "two share a folder"
     grep --quiet "process $script, holds" "$work/second" || fail "it does not say who holds it"
 
     case $how in
         KILL) kill -KILL "$script" ;;
-        reader)
-            kill -KILL "$(<"$work/reader")"
-            kill -TERM "$script"
-            ;;
+        reader) kill -KILL "$(<"$work/reader")" && kill -TERM "$script" ;;
         *) kill -"$how" -- "-$group" ;;
     esac
     for process in $script $processes; do

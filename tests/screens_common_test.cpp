@@ -5,12 +5,11 @@
 #include "app/window_registry.h"
 #include "app/window_shell.h"
 #include "link/command_code.h"
-#include "link/device_link.h"
 #include "screens/common/factory_test_form.h"
 #include "screens/common/form_screen.h"
 #include "screens/common/settings_form.h"
 #include "screens/common/settings_part.h"
-#include "tests/support/driven_terminal.h"
+#include "tests/support/driven_test.h"
 #include "ui/input_field.h"
 #include "ui/list_row.h"
 #include "ui/plus_minus.h"
@@ -194,30 +193,21 @@ void createScreens(QWidget* parent, WindowRegistry& registry) {
     append<Test<kProximity>>(parent, registry, "f_tofTestWindow");
 }
 
-class ScreensCommonTest : public QObject {
+class ScreensCommonTest : public DrivenTest {
     Q_OBJECT
 
  private slots:
-    void initTestCase() {
-        t = std::make_unique<DrivenTerminal>();
-        t->root.write("/mnt/data/rebootchkr", {});
-        QVERIFY(t->start());
-    }
-    void cleanupTestCase() { t.reset(); }
-
     void init() {
-        for (const char* line :
-             {"settings sound.volume 5", "settings sound.alarmSound 1",
-              "settings sound.recognitionFailSound 0", "settings ddns.use 1",
-              "settings ddns.host a.example", "settings ddns.port 80",
-              "settings screen.menuTimeout 3", "settings network.own.gateway 192.168.0.1",
-              "settings network.own.mask 255.255.255.0", "normal"})
-            QVERIFY2(t->tell(line), line);
+        words({"settings sound.volume 5", "settings sound.alarmSound 1",
+               "settings sound.recognitionFailSound 0", "settings ddns.use 1",
+               "settings ddns.host a.example", "settings ddns.port 80",
+               "settings screen.menuTimeout 3", "settings network.own.gateway 192.168.0.1",
+               "settings network.own.mask 255.255.255.0", "normal"});
         QVERIFY(t->open("zelMenuWindow"));
     }
 
     void everyKindOfFieldIsCarried() {
-        QVERIFY(t->tell("settings ddns.use 0"));
+        word("settings ddns.use 0");
         QVERIFY(t->open("ddnsWindow"));
         QCOMPARE(t->find<Toggle>("use")->currentIndex(), 1);
         QCOMPARE(text("host"), QStringLiteral("a.example"));
@@ -230,12 +220,12 @@ class ScreensCommonTest : public QObject {
         QTRY_VERIFY(t->says("ListItem_ConfigurationComplete"));
         // A number out of range shows as the nearest.
         QVERIFY(t->open("zelMenuWindow"));
-        QVERIFY(t->tell("settings ddns.port 0"));
+        word("settings ddns.port 0");
         QVERIFY(t->open("ddnsWindow"));
         QCOMPARE(text("port"), QStringLiteral("1"));
 
         // An address of zeros is none.
-        QVERIFY(t->tell("settings network.own.gateway 0.0.0.0"));
+        word("settings network.own.gateway 0.0.0.0");
         QVERIFY(t->open("tcpIpWindow"));
         QCOMPARE(text("gateway"), QString());
         QCOMPARE(text("mask"), QStringLiteral("255.255.255.0"));
@@ -248,40 +238,34 @@ class ScreensCommonTest : public QObject {
     }
 
     void aFaultIsNamedAndMarked() {
-        const struct {
-            const char* field;
-            const char* typed;
-            const char* said;
-        } rows[] = {{"host", "a b", "ListItem_CheckInputDate"},
-                    {"port", "0", "ListItem_StartDateAfterEndDate"},
-                    {"port", "65536", "ListItem_StartDateAfterEndDate"},
-                    {"port", "", "ListItem_StartDateAfterEndDate"},
-                    {"port", "99999999999999999999999", "ListItem_StartDateAfterEndDate"},
-                    {"gateway", "1.2.3", "ListItem_InsertUSB"},
-                    {"gateway", "1.2.3.256", "ListItem_InsertUSB"},
-                    {"gateway", "1.2..3", "ListItem_InsertUSB"},
-                    {"mask", "", "ListItem_InsertUSB"},
-                    {"mask", "1.2.3.4.5", "ListItem_InsertUSB"}};
-        for (const auto& row : rows) {
-            const bool address = qstrcmp(row.said, "ListItem_InsertUSB") == 0;
-            QVERIFY(t->open(address ? "tcpIpWindow" : "ddnsWindow"));
-            type(row.field, row.typed);
+        const char* const number = "ListItem_StartDateAfterEndDate";
+        const char* const address = "ListItem_InsertUSB";
+        const std::tuple<const char*, const char*, const char*> rows[] = {
+            {"host", "a b", "ListItem_CheckInputDate"},
+            {"port", "0", number},
+            {"port", "65536", number},
+            {"port", "", number},
+            {"port", "99999999999999999999999", number},
+            {"gateway", "1.2.3", address},
+            {"gateway", "1.2.3.256", address},
+            {"gateway", "1.2..3", address},
+            {"mask", "", address},
+            {"mask", "1.2.3.4.5", address}};
+        for (const auto& [field, typed, said] : rows) {
+            QVERIFY(t->open(said == address ? "tcpIpWindow" : "ddnsWindow"));
+            type(field, typed);
             t->tap("forwardButton");
-            QVERIFY2(t->says(row.said), row.typed);
-            auto* marked = static_cast<ListRow*>(t->find(row.field)->parentWidget());
+            QVERIFY2(t->says(said), typed);
+            auto* marked = static_cast<ListRow*>(t->find(field)->parentWidget());
             QVERIFY(marked->isFaulty());
-            type(row.field, "1");
+            type(field, "1");
             QVERIFY(!marked->isFaulty());
-            QVERIFY(t->settle() && t->sent("198") < 0);
+            QCOMPARE(sentLine("198"), QString());
             QVERIFY(t->open("zelMenuWindow"));
         }
     }
 
     void whatIsHeardGoesBack() {
-        const auto heard = [this] {
-            return t->settle() ? t->frames.filter(QStringLiteral("1955 ")).join(QLatin1Char(','))
-                               : QString();
-        };
         // Left without a save, however.
         for (const char* way : {"backButton", "homeButton", ""}) {
             QVERIFY(t->open("enviSoundWindow"));
@@ -291,7 +275,7 @@ class ScreensCommonTest : public QObject {
                 t->tap(way);
             else
                 emit t->window->findChild<MenuTimer*>()->timedOut(QStringLiteral("stayWindow"));
-            QCOMPARE(heard(), QStringLiteral("1955 1 6,1955 1 7,1955 1 5"));
+            QCOMPARE(sentLine("1955"), QStringLiteral("1955 1 6|1955 1 7|1955 1 5"));
             QCOMPARE(int(t->window->menuRecord().sound.volume), 5);
             init();
         }
@@ -299,21 +283,20 @@ class ScreensCommonTest : public QObject {
         QVERIFY(t->open("enviSoundWindow"));
         t->tap("plusButton");
         t->tap("alarm");
-        QCOMPARE(heard(), QStringLiteral("1955 1 6"));
         t->tap("homeButton");
-        QCOMPARE(heard(), QStringLiteral("1955 1 6,1955 1 5"));
+        QCOMPARE(sentLine("1955"), QStringLiteral("1955 1 6|1955 1 5"));
         // A refused one goes back, too; a saved one stays.
         for (const bool refused : {true, false}) {
             init();
-            QVERIFY(t->tell(refused ? "refuse 1954" : "normal"));
+            word(refused ? "refuse 1954" : "normal");
             QVERIFY(t->open("enviSoundWindow"));
             t->tap("plusButton");
             t->tap("forwardButton");
             QTRY_VERIFY(
                 t->says(refused ? "Error_SettingsRefused" : "ListItem_ConfigurationComplete"));
             t->window->changeWindow(QStringLiteral("zelMenuWindow"));
-            QCOMPARE(heard(),
-                     refused ? QStringLiteral("1955 1 6,1955 1 5") : QStringLiteral("1955 1 6"));
+            QCOMPARE(sentLine("1955"),
+                     refused ? QStringLiteral("1955 1 6|1955 1 5") : QStringLiteral("1955 1 6"));
         }
     }
 
@@ -373,24 +356,19 @@ class ScreensCommonTest : public QObject {
         QVERIFY(t->open("f_tofTestWindow"));
         QTRY_COMPARE(t->find<ListRow>("step1")->value(), QStringLiteral("450 mm"));
         QCOMPARE(verdicts(), QStringLiteral("running running"));
-        QVERIFY(t->tell("frame 4017 0 0 2c01"));
+        word("frame 4017 0 0 2c01");
         QTRY_COMPARE(verdicts(), QStringLiteral("pass running"));
         test()->findChild<QTimer*>(QStringLiteral("stepTimer"))->start(0);
         QTRY_COMPARE(verdicts(), QStringLiteral("pass fail"));
     }
 
     void aTestIsStartedAndStopped() {
-        const auto frames = [this] {
-            return t->settle() ? t->frames.filter(QRegularExpression(QStringLiteral("^40")))
-                                     .join(QLatin1Char(','))
-                               : QString();
-        };
-        QVERIFY(t->tell("silent 4040"));
+        word("silent 4040");
         QVERIFY(t->open("zelMenuWindow"));
         t->window->changeWindow(QStringLiteral("f_netTestWindow"));
         QTRY_COMPARE(verdicts(), QStringLiteral("pass running"));
         t->tap("homeButton");
-        QCOMPARE(frames(), QStringLiteral("4020 0 0,4020 1 0,4040 0 0,4040 1 0"));
+        QCOMPARE(sentLine("40"), QStringLiteral("4020 0 0|4020 1 0|4040 0 0|4040 1 0"));
         // What comes when it has been left is of no use the next time either.
         QVERIFY(t->tell("frame 4040 1 0") && t->tell("silent 4020") && t->settle());
         QVERIFY(t->open("f_netTestWindow"));
@@ -398,13 +376,12 @@ class ScreensCommonTest : public QObject {
         QVERIFY(t->tell("frame 4040 0 0") && t->settle());
         QCOMPARE(verdicts(), QStringLiteral("running not"));
         // Nothing passes without the link.
-        QVERIFY(t->tell("drop"));
+        word("drop");
         QTRY_COMPARE(verdicts(), QStringLiteral("fail not"));
         t->window->changeWindow(QStringLiteral("zelMenuWindow"));
         t->window->changeWindow(QStringLiteral("f_netTestWindow"));
         QCOMPARE(verdicts(), QStringLiteral("fail not"));
-        t->window->findChild<DeviceLink*>()->open(t->sim.port());
-        QTRY_VERIFY(t->window->linkUp());
+        QVERIFY(t->reconnect());
     }
 
  private:
@@ -425,8 +402,6 @@ class ScreensCommonTest : public QObject {
             shown.append(QLatin1String(words[int(t->find<ListRow>(row)->verdict())]));
         return shown.join(QLatin1Char(' '));
     }
-
-    std::unique_ptr<DrivenTerminal> t;
 };
 
 QTEST_MAIN(ScreensCommonTest)

@@ -2,7 +2,6 @@
 
 #include <QDir>
 #include <QProcess>
-#include <QTcpServer>
 #include <QtTest>
 #include <functional>
 #include <memory>
@@ -13,6 +12,7 @@
 #include "link/device_message.h"
 #include "sim/controller/controller_sim.h"
 #include "sim/device_root.h"
+#include "tests/support/free_port.h"
 
 /// The real program, killed where it hurts most, with the simulated controller as the judge of what
 /// has arrived.
@@ -59,10 +59,8 @@ class SurvivalTest : public QObject {
                     if (const auto hit = std::exchange(hit_, nullptr))
                         hit();
                 });
-        QTcpServer free;
-        free.listen(QHostAddress::LocalHost);
         qputenv("ZEL_LINK_PORT", QByteArray::number(controller_->port()));
-        qputenv("ZEL_REST_PORT", QByteArray::number(free.serverPort()));
+        qputenv("ZEL_REST_PORT", QByteArray::number(freePort()));
         qputenv("XDG_RUNTIME_DIR", qgetenv("ZEL_ROOT"));
         terminal_.setProgram(QStringLiteral(ZEL_BINARY_DIR "/bin/zel-terminal"));
         terminal_.setArguments({QStringLiteral("-platform"), QStringLiteral("offscreen")});

@@ -6,89 +6,84 @@
 #include "app/menu_timer.h"
 #include "base/clock.h"
 #include "link/command_code.h"
-#include "link/device_link.h"
-#include "tests/support/driven_terminal.h"
-#include "tests/support/text_recorder.h"
+#include "tests/support/driven_test.h"
 #include "ui/dialog_overlay.h"
 #include "ui/scroll_list.h"
 
 /// The USB screens, as a finger on the panel and the controller see them.
-class UsbTest : public QObject {
+class UsbTest : public DrivenTest {
     Q_OBJECT
 
  private slots:
     void initTestCase() {
-        t.root.write("/mnt/data/rebootchkr", {});
-        t.tell("settings setup.language 1");
-        t.tell("usb pace 1");
-        QVERIFY(t.start());
+        DrivenTest::initTestCase();
+        words({"settings setup.language 1", "usb pace 1"});
     }
     void init() {
         Clock::fix(QDateTime(QDate(2026, 3, 9), QTime(8, 52)));
-        t.window->changeWindow(QStringLiteral("stayWindow"));
-        DialogOverlay::closeAll(t.window.get());
-        QVERIFY(t.tell("usb in"));
-        QVERIFY(t.settle());
+        t->window->changeWindow(QStringLiteral("stayWindow"));
+        DialogOverlay::closeAll(window());
+        word("usb in");
+        QVERIFY(t->settle());
     }
-    void cleanupTestCase() { t.window.reset(); }
 
     void whatCanBeDoneIsShownWithAStick() {
-        t.tell("usb out");
-        t.window->changeWindow(QStringLiteral("usbMenuWindow"));
-        QTRY_VERIFY(t.says("ListItem_ReadingUSB"));
+        word("usb out");
+        t->window->changeWindow(QStringLiteral("usbMenuWindow"));
+        QTRY_VERIFY(t->says("ListItem_ReadingUSB"));
         QVERIFY(!actions());
-        t.tell("usb in");
+        word("usb in");
         QTRY_VERIFY(actions());
-        QTRY_COMPARE(t.dialogText(), QString());
+        QTRY_COMPARE(t->dialogText(), QString());
         QVERIFY(!timer("mountCheckTimer")->isActive());
         QCOMPARE(sent("1960"), QStringList(QStringLiteral("1960 0 0")));
 
         // As long as it is there it is looked for.
-        t.frames.clear();
+        t->frames.clear();
         expire(timer("presenceTimer"));
         QCOMPARE(sent("1960").value(0), QStringLiteral("1960 1 0"));
         QVERIFY(timer("presenceTimer")->isActive());
-        t.tell("frame 2960 7 0");
+        word("frame 2960 7 0");
         QTRY_VERIFY(!actions());
         QVERIFY(!timer("presenceTimer")->isActive());
 
-        t.tap("refreshButton");
+        t->tap("refreshButton");
         QTRY_VERIFY(actions());
-        t.tell("usb nofolder");
+        word("usb nofolder");
         QTRY_VERIFY(!actions());
-        t.tap("refreshButton");
-        QTRY_VERIFY(t.says("ListItem_UsbNotHaveZEL01Folder"));
+        t->tap("refreshButton");
+        QTRY_VERIFY(t->says("ListItem_UsbNotHaveZEL01Folder"));
         QVERIFY(heardError());
         QVERIFY(!actions());
         QVERIFY(!timer("mountCheckTimer")->isActive());
         // Nothing can be done with such a stick, also where another one was before.
-        t.tell("frame 2960 2 1");
+        word("frame 2960 2 1");
         QTRY_VERIFY(actions());
-        t.tell("frame 2960 0 0");
+        word("frame 2960 0 0");
         QTRY_VERIFY(!actions());
-        QVERIFY(t.readsKey("ListItem_UsbNoFolder"));
-        t.tell("usb out");
-        t.tap("dialogOkButton");
-        t.tap("refreshButton");
-        QTRY_VERIFY(t.says("ListItem_ReadingUSB"));
+        QVERIFY(t->readsKey("ListItem_UsbNoFolder"));
+        word("usb out");
+        t->tap("dialogOkButton");
+        t->tap("refreshButton");
+        QTRY_VERIFY(t->says("ListItem_ReadingUSB"));
         expire(timer("mountCheckTimer"));
-        QVERIFY(t.says("ListItem_InsertUSB"));
+        QVERIFY(t->says("ListItem_InsertUSB"));
     }
 
     void nothingComesAfterTheScreenIsLeft() {
         openWithStick();
-        t.tell("usb out");
+        word("usb out");
         QTRY_VERIFY(!actions());
-        t.tap("refreshButton");
-        QTRY_VERIFY(t.says("ListItem_ReadingUSB"));
-        t.tell("frame 2960 2 1");
+        t->tap("refreshButton");
+        QTRY_VERIFY(t->says("ListItem_ReadingUSB"));
+        word("frame 2960 2 1");
         QTRY_VERIFY(timer("presenceTimer")->isActive());
-        t.window->changeWindow(QStringLiteral("zelMenuWindow"));
+        t->window->changeWindow(QStringLiteral("zelMenuWindow"));
         QVERIFY(!timer("presenceTimer")->isActive());
         expire(timer("mountCheckTimer"));
         QVERIFY(!heardError());
-        t.window->changeWindow(QStringLiteral("usbMenuWindow"));
-        QCOMPARE(t.dialogText(), QString());
+        t->window->changeWindow(QStringLiteral("usbMenuWindow"));
+        QCOMPARE(t->dialogText(), QString());
         QVERIFY(!actions());
     }
 
@@ -103,11 +98,11 @@ class UsbTest : public QObject {
                      {"exportAllTile", "1963 4 1", "all_*_*", false}};
         for (const auto& one : cases) {
             openWithStick();
-            const auto* menuTimer = t.window->findChild<MenuTimer*>();
+            const auto* menuTimer = t->window->findChild<MenuTimer*>();
             QVERIFY(menuTimer->isRunning());
-            t.tap(one.tile);
+            t->tap(one.tile);
             QCOMPARE(menuTimer->isRunning(), one.keepsMenuTimer);
-            QTRY_VERIFY(t.says("ListItem_TransmissionComplete"));
+            QTRY_VERIFY(t->says("ListItem_TransmissionComplete"));
             QCOMPARE(sent("196[234]"), QStringList(QLatin1String(one.frame)));
             QCOMPARE(onStick(QLatin1String(one.file)).size(), 1);
             init();
@@ -128,26 +123,26 @@ class UsbTest : public QObject {
                      {"20260310", "", "ListItem_StartDateAfterEndDate"}};
         for (const auto& one : cases) {
             openWithStick();
-            t.tap("exportLogTile");
+            t->tap("exportLogTile");
             type("fromField", one.from);
             type("toField", one.to);
-            t.tap("forwardButton");
+            t->tap("forwardButton");
             QString frame = QLatin1String("1963 9 0 ") + QLatin1String(one.payload);
             if (frame.contains(QLatin1String("ListItem"))) {
-                QVERIFY2(t.says(one.payload), one.from);
+                QVERIFY2(t->says(one.payload), one.from);
                 QVERIFY(heardError());
                 QCOMPARE(sent("1963"), QStringList());
-                t.tap("dialogOkButton");
+                t->tap("dialogOkButton");
                 // What was typed does not matter when all are wanted.
-                const QWidget* range = t.find("rangeToggle");
-                t.tap(range->mapTo(t.window.get(), QPoint(40, 28)));
-                QVERIFY(!t.find("fromField")->isEnabled());
-                t.tap("forwardButton");
+                const QWidget* range = t->find("rangeToggle");
+                t->tap(range->mapTo(t->window.get(), QPoint(40, 28)));
+                QVERIFY(!t->find("fromField")->isEnabled());
+                t->tap("forwardButton");
                 frame = QStringLiteral("1963 9 1 00 00 00 00 00 00");
             }
-            QCOMPARE(t.title(), QStringLiteral("usbMenuWindow"));
-            QVERIFY(!t.window->findChild<MenuTimer*>()->isRunning());
-            QTRY_VERIFY(t.says("ListItem_TransmissionComplete"));
+            QCOMPARE(t->title(), QStringLiteral("usbMenuWindow"));
+            QVERIFY(!t->window->findChild<MenuTimer*>()->isRunning());
+            QTRY_VERIFY(t->says("ListItem_TransmissionComplete"));
             QCOMPARE(sent("1963|1960"), QStringList({frame, QStringLiteral("1960 1 0")}));
             init();
         }
@@ -175,109 +170,76 @@ class UsbTest : public QObject {
         put(QStringLiteral("clé.dat"));
         for (const auto& one : cases) {
             openWithStick();
-            t.tap(one.tile);
+            t->tap(one.tile);
             if (qstrcmp(one.tile, "importLogTile") == 0) {
-                QVERIFY(t.says("ListItem_RunDeleteOldLogs"));
-                t.tap("dialogCancelButton");
-                QCOMPARE(t.title(), QStringLiteral("usbMenuWindow"));
-                t.tap(one.tile);
-                t.tap("dialogOkButton");
+                QVERIFY(t->says("ListItem_RunDeleteOldLogs"));
+                t->tap("dialogCancelButton");
+                QCOMPARE(t->title(), QStringLiteral("usbMenuWindow"));
+                t->tap(one.tile);
+                t->tap("dialogOkButton");
             }
-            QCOMPARE(t.title(), QStringLiteral("usbUploadFileSelector"));
-            QVERIFY(!t.find("forwardButton")->isEnabled());
+            QCOMPARE(t->title(), QStringLiteral("usbUploadFileSelector"));
+            QVERIFY(!t->find("forwardButton")->isEnabled());
             const QString file = QString::fromUtf8(one.file);
             choose(file);
-            t.tap("forwardButton");
-            QCOMPARE(t.title(), QStringLiteral("usbMenuWindow"));
-            QVERIFY(!t.window->findChild<MenuTimer*>()->isRunning());
-            QTRY_VERIFY2(t.says(one.result), one.file);
+            t->tap("forwardButton");
+            QCOMPARE(t->title(), QStringLiteral("usbMenuWindow"));
+            QVERIFY(!t->window->findChild<MenuTimer*>()->isRunning());
+            QTRY_VERIFY2(t->says(one.result), one.file);
             const QByteArray path = (QStringLiteral("/mnt/usb/ZEL01/") + file).toLatin1();
             QCOMPARE(sent("196[234]"), QStringList(QLatin1String(one.frame) + QLatin1Char(' ') +
                                                    QLatin1String(path.toHex(' '))));
             if (qstrcmp(one.tile, "firmwareTile") == 0) {
-                t.window->changeWindow(QStringLiteral("stayWindow"));
-                QVERIFY(t.says(one.result));
+                t->window->changeWindow(QStringLiteral("stayWindow"));
+                QVERIFY(t->says(one.result));
             }
             init();
         }
-    }
-
-    void usersComeBackFromTheStick() {
-        const QString users = t.sim.execute(QStringLiteral("users"));
-        const QStringList before = onStick(QStringLiteral("user_*"));
-        openWithStick();
-        t.tap("exportUserTile");
-        QTRY_VERIFY(t.says("ListItem_TransmissionComplete"));
-        constexpr unsigned char kEverything = 2;
-        t.window->SendCommand(command::Initialise, kEverything, 0);
-        QVERIFY(t.settle());
-        QVERIFY(t.sim.execute(QStringLiteral("users")) != users);
-        t.tap("dialogOkButton");
-        t.tap("importUserTile");
-        const QStringList after = onStick(QStringLiteral("user_*"));
-        for (const QString& file : after) {
-            if (!before.contains(file))
-                choose(file);
-        }
-        t.tap("forwardButton");
-        QTRY_VERIFY(t.says("ListItem_TransmissionComplete"));
-        QCOMPARE(t.sim.execute(QStringLiteral("users")), users);
     }
 
     void reportsAreShown() {
         const struct {
             const char* report;
-            const char* key;
-            bool waits;
             const char* percent;
+            const char* said;  // for each value of %1, - for nothing, ! where it is a popup
         } cases[] = {
-            {"2963 1 10", "ListItem_LogExportedUSB", true, ""},
-            {"2963 2 10", "ListItem_UserDataExportedUSB", true, ""},
-            {"2963 3 10", "ListItem_SettingDataExportedUSB", true, ""},
-            {"2963 4 10", "ListItem_AllDataExportedUSB", true, ""},
-            {"2963 1 0", "ListItem_TransmissionComplete", false, ""},
-            {"2963 1 2", "ListItem_CannotExportFiles", false, ""},
-            {"2963 1 1", "ListItem_InsertUSB", false, ""},
-            {"2962 1 10", "ListItem_LogImportedUSB", true, ""},
-            {"2962 2 10", "ListItem_UserDataImportedUSB", true, ""},
-            {"2962 3 10", "ListItem_SettingDataImportedUSB", true, ""},
-            {"2962 4 10", "ListItem_AllDataImportedUSB", true, ""},
-            {"2962 5 10", "ListItem_ImageImportedUSB", true, ""},
-            {"2962 8 10", "ListItem_LogoImageImportedUSB", true, ""},
-            {"2962 7 10", "", true, ""},
-            {"2962 2 0", "ListItem_TransmissionComplete", false, ""},
-            {"2962 2 1", "ListItem_InsertUSB", false, ""},
-            {"2962 2 2", "ListItem_ExceededMaximumUsers", false, ""},
-            {"2962 2 3", "ListItem_InsertUSB", false, ""},
-            {"2962 2 4", "ListItem_ExceededMaximumAdmin", false, ""},
-            {"2962 2 5", "ListItem_ImportFailInvalidData", false, ""},
-            {"2962 2 6", "ListItem_NoValidFileFound", false, ""},
-            {"2962 2 255", "ListItem_InsertUSB", false, ""},
-            {"2966 0 5", "ListItem_Preparing", true, ""},
-            {"2966 1 42", "ListItem_Copying", true, "42%"},
-            {"2966 1 42;2966 2 0", "ListItem_Completing", true, "42%"},
-            {"2966 3 50", "", true, ""},
-            {"2999 2 0", "ListItem_Preparing", true, ""},
-            {"2999 1 37", "ListItem_Sending", true, "37"},
-            {"2999 3 37", "", true, ""},
-            {"2964 10 255", "ListItem_upgradingUSB", true, "100"},
-            {"2964 0 0", "ListItem_FwRestart", false, ""},
-            {"2964 1 0", "ListItem_FwUpgradeFailed", false, ""},
+            {"2963 %1 10", "",
+             "1 LogExportedUSB 2 UserDataExportedUSB 3 SettingDataExportedUSB 4 "
+             "AllDataExportedUSB"},
+            {"2963 1 %1", "", "0 !TransmissionComplete 1 !InsertUSB 2 !CannotExportFiles"},
+            {"2962 %1 10", "",
+             "1 LogImportedUSB 2 UserDataImportedUSB 3 SettingDataImportedUSB "
+             "4 AllDataImportedUSB 5 ImageImportedUSB 7 - 8 LogoImageImportedUSB"},
+            {"2962 2 %1", "",
+             "0 !TransmissionComplete 1 !InsertUSB 2 !ExceededMaximumUsers 3 !InsertUSB "
+             "4 !ExceededMaximumAdmin 5 !ImportFailInvalidData 6 !NoValidFileFound "
+             "255 !InsertUSB"},
+            {"2966 %1 5", "", "0 Preparing 3 -"},
+            {"2966 %1 42", "42%", "1 Copying"},
+            {"2966 1 42;2966 %1 0", "42%", "2 Completing"},
+            {"2999 %1 37", "37", "1 Sending 2 Preparing 3 -"},
+            {"2964 %1 255", "100", "10 upgradingUSB 0 !FwRestart 1 !FwUpgradeFailed"},
         };
         for (const auto& one : cases) {
-            openWithStick();
-            for (const QString& report : QString::fromLatin1(one.report).split(QLatin1Char(';')))
-                t.tell(QStringLiteral("frame ") + report);
-            QVERIFY(t.settle());
-            QString expected = t.window->getScript(QLatin1String(one.key)).script;
-            const QString percent = QLatin1String(one.percent);
-            expected.replace(QLatin1String("%1"), percent);
-            QVERIFY2(t.dialogText().contains(expected), one.report);
-            QCOMPARE(t.dialogText().isEmpty(), expected.isEmpty());
-            QVERIFY2(t.find("screenPopup") == nullptr || !one.waits, one.report);
-            if (percent.endsWith(QLatin1Char('%')))
-                QCOMPARE(t.find<QLabel>("waitPercent")->text(), percent);
-            init();
+            const QStringList said = QString::fromLatin1(one.said).split(QLatin1Char(' '));
+            for (int i = 0; i < said.size(); i += 2) {
+                const QString reports = QString::fromLatin1(one.report).arg(said[i]);
+                const bool isPopup = said[i + 1].startsWith(QLatin1Char('!'));
+                const QString key = QStringLiteral("ListItem_") + said[i + 1].mid(isPopup ? 1 : 0);
+                openWithStick();
+                for (const QString& report : reports.split(QLatin1Char(';')))
+                    QVERIFY(t->tell(QStringLiteral("frame ") + report));
+                QVERIFY(t->settle());
+                const QString percent = QLatin1String(one.percent);
+                QString expected = window()->getScript(key).script;
+                expected.replace(QLatin1String("%1"), percent);
+                QVERIFY2(t->dialogText().contains(expected), qPrintable(reports));
+                QCOMPARE(t->dialogText().isEmpty(), said[i + 1] == QLatin1String("-"));
+                QVERIFY2(t->find("screenPopup") == nullptr || isPopup, qPrintable(reports));
+                if (percent.endsWith(QLatin1Char('%')))
+                    QCOMPARE(t->find<QLabel>("waitPercent")->text(), percent);
+                init();
+            }
         }
     }
 
@@ -291,21 +253,20 @@ class UsbTest : public QObject {
                      {"drop", "ListItem_LinkLost"}};
         for (const auto& one : cases) {
             openWithStick();
-            t.tell("frame 2966 1 10");
-            QTRY_VERIFY(t.says("ListItem_Copying"));
-            t.tell(one.words);
-            QTRY_VERIFY2(t.says("ListItem_TransferInterrupted"), one.words);
-            QVERIFY(t.find<QLabel>("dialogSecondText")->text().contains(t.text(one.reason)));
-            if (!t.window->linkUp()) {
+            word("frame 2966 1 10");
+            QTRY_VERIFY(t->says("ListItem_Copying"));
+            word(one.words);
+            QTRY_VERIFY2(t->says("ListItem_TransferInterrupted"), one.words);
+            QVERIFY(t->find<QLabel>("dialogSecondText")->text().contains(t->text(one.reason)));
+            if (!t->window->linkUp()) {
                 // Nothing else is begun without the controller.
-                DialogOverlay::closeAll(t.window.get());
-                t.tap("exportUserTile");
-                QVERIFY(t.says("ListItem_NoController"));
-                t.tap("dialogOkButton");
-                t.tap("refreshButton");
-                QCOMPARE(t.dialogText(), QString());
-                t.window->findChild<DeviceLink*>()->open(t.sim.port());
-                QTRY_VERIFY(t.window->linkUp());
+                DialogOverlay::closeAll(window());
+                t->tap("exportUserTile");
+                QVERIFY(t->says("ListItem_NoController"));
+                t->tap("dialogOkButton");
+                t->tap("refreshButton");
+                QCOMPARE(t->dialogText(), QString());
+                QVERIFY(t->reconnect());
             } else {
                 QVERIFY(heardError());
             }
@@ -313,53 +274,51 @@ class UsbTest : public QObject {
         }
         // The stick is pulled, and the controller says so twice; once is enough.
         openWithStick();
-        t.tell("usb pace 50");
-        t.tap("exportUserTile");
-        QTRY_VERIFY(t.says("ListItem_Copying"));
-        t.tell("usb out");
-        QTRY_VERIFY(t.says("ListItem_TransferInterrupted"));
-        QVERIFY(t.settle());  // its sound has been told
-        t.frames.clear();
-        t.tell("usb pace 1");
-        t.tell("frame 2963 2 1");
+        word("usb pace 50");
+        t->tap("exportUserTile");
+        QTRY_VERIFY(t->says("ListItem_Copying"));
+        word("usb out");
+        QTRY_VERIFY(t->says("ListItem_TransferInterrupted"));
+        QVERIFY(t->settle());  // its sound has been told
+        t->frames.clear();
+        words({"usb pace 1", "frame 2963 2 1"});
         QVERIFY(!heardError());
-        QVERIFY(t.says("ListItem_TransferInterrupted"));
-        t.tell("frame 2964 1 0");
-        QVERIFY(t.settle());
-        QVERIFY(t.says("ListItem_TransferInterrupted"));
+        QVERIFY(t->says("ListItem_TransferInterrupted"));
+        word("frame 2964 1 0");
+        QVERIFY(t->settle());
+        QVERIFY(t->says("ListItem_TransferInterrupted"));
         // A copy that has gone on all the same.
-        t.tell("frame 2966 1 90");
-        QTRY_VERIFY(t.says("ListItem_Copying"));
-        t.tell("frame 2963 2 0");
-        QTRY_VERIFY(t.says("ListItem_TransmissionComplete"));
-        t.tap("dialogOkButton");
-        QCOMPARE(t.dialogText(), QString());
+        word("frame 2966 1 90");
+        QTRY_VERIFY(t->says("ListItem_Copying"));
+        word("frame 2963 2 0");
+        QTRY_VERIFY(t->says("ListItem_TransmissionComplete"));
+        t->tap("dialogOkButton");
+        QCOMPARE(t->dialogText(), QString());
     }
 
     void aFaultDoesNotEndACopy() {
         openWithStick();
-        t.tell("frame 2966 1 42");
-        QTRY_VERIFY(t.says("ListItem_Copying"));
-        t.tell("fault tamper");
-        QTRY_VERIFY(t.says("Popup_ErrTamper"));
+        word("frame 2966 1 42");
+        QTRY_VERIFY(t->says("ListItem_Copying"));
+        word("fault tamper");
+        QTRY_VERIFY(t->says("Popup_ErrTamper"));
         // What comes below it waits; a new language reaches both.
-        t.tell("frame 2966 1 60");
-        t.tell("settings setup.language 2");
-        QTRY_COMPARE(t.window->menuRecord().setup.language, quint8(2));
-        QVERIFY(t.says("Popup_ErrTamper"));
-        QVERIFY(t.readsKey("TopMenu_OK"));
-        t.tap("dialogOkButton");
-        QVERIFY(t.says("ListItem_Copying"));
-        QCOMPARE(t.find<QLabel>("waitPercent")->text(), QStringLiteral("60%"));
-        t.tell("fault tamper");
-        QTRY_VERIFY(t.says("Popup_ErrTamper"));
-        t.tell("frame 2963 1 0");
-        QVERIFY(t.settle());
-        t.tell("fault none");
-        QTRY_VERIFY(t.says("ListItem_TransmissionComplete"));
-        t.tap("dialogOkButton");
-        QCOMPARE(t.dialogText(), QString());
-        t.tell("settings setup.language 1");
+        words({"frame 2966 1 60", "settings setup.language 2"});
+        QTRY_COMPARE(t->window->menuRecord().setup.language, quint8(2));
+        QVERIFY(t->says("Popup_ErrTamper"));
+        QVERIFY(t->readsKey("TopMenu_OK"));
+        t->tap("dialogOkButton");
+        QVERIFY(t->says("ListItem_Copying"));
+        QCOMPARE(t->find<QLabel>("waitPercent")->text(), QStringLiteral("60%"));
+        word("fault tamper");
+        QTRY_VERIFY(t->says("Popup_ErrTamper"));
+        word("frame 2963 1 0");
+        QVERIFY(t->settle());
+        word("fault none");
+        QTRY_VERIFY(t->says("ListItem_TransmissionComplete"));
+        t->tap("dialogOkButton");
+        QCOMPARE(t->dialogText(), QString());
+        word("settings setup.language 1");
     }
 
     void namesOfFilesAreHarmless() {
@@ -367,14 +326,14 @@ class UsbTest : public QObject {
         const QStringList names{QStringLiteral("<b>bold<br>.dat"), QStringLiteral("a\nb.dat"),
                                 QString::fromUtf8("back\u202Etad.exe"), longName,
                                 QString::fromUtf8("사용자.dat")};
-        QDir(t.root.path("/mnt/usb/ZEL01")).mkpath(QStringLiteral("odd"));
+        QDir(t->root.path("/mnt/usb/ZEL01")).mkpath(QStringLiteral("odd"));
         for (const QString& name : names)
             put(QStringLiteral("odd/") + name);
         openWithStick();
-        t.tap("importUserTile");
+        t->tap("importUserTile");
         choose(QStringLiteral("odd"));
-        TextRecorder recorder(t.window->size());
-        t.window->render(&recorder);
+        TextRecorder recorder(t->window->size());
+        t->window->render(&recorder);
         // A line is painted in as many pieces as it needs fonts.
         QString painted;
         for (const TextRecorder::Text& text : recorder.texts())
@@ -390,42 +349,42 @@ class UsbTest : public QObject {
         }));
 
         choose(longName);
-        QVERIFY(t.find("forwardButton")->isEnabled());
+        QVERIFY(t->find("forwardButton")->isEnabled());
         choose(names.at(4));
-        QVERIFY(t.says("ListItem_UsbFileName"));
+        QVERIFY(t->says("ListItem_UsbFileName"));
         QVERIFY(!heardError());
-        t.tap("dialogOkButton");
+        t->tap("dialogOkButton");
         QVERIFY(isChosen(longName));
     }
 
     void foldersAreNotLeft() {
-        const QDir stick(t.root.path("/mnt/usb/ZEL01"));
+        const QDir stick(t->root.path("/mnt/usb/ZEL01"));
         stick.mkpath(QStringLiteral("many/below"));
         for (int i = 0; i < 600; ++i)
             put(QStringLiteral("many/%1").arg(i));
-        QFile::link(t.root.path("/mnt/data"), stick.filePath(QStringLiteral("link")));
+        QFile::link(t->root.path("/mnt/data"), stick.filePath(QStringLiteral("link")));
         put(QStringLiteral(".hidden"));
         openWithStick();
-        t.tap("importUserTile");
+        t->tap("importUserTile");
         QVERIFY(row(QStringLiteral("many")).isValid());
         QVERIFY(!row(QStringLiteral("link")).isValid());
         QVERIFY(!row(QStringLiteral(".hidden")).isValid());
         QVERIFY(!row(QStringLiteral("..")).isValid());
         choose(QStringLiteral("many"));
-        QCOMPARE(t.find<RowList>("list")->model()->rowCount(), 500);
-        t.tap("backButton");
+        QCOMPARE(t->find<RowList>("list")->model()->rowCount(), 500);
+        t->tap("backButton");
         QVERIFY(row(QStringLiteral("many")).isValid());
         // Back on the menu the stick is still mounted.
-        t.frames.clear();
-        t.tap("backButton");
+        t->frames.clear();
+        t->tap("backButton");
         QCOMPARE(sent("1960"), QStringList(QStringLiteral("1960 1 0")));
         QVERIFY(actions());
 
         QVERIFY(QDir().rename(stick.path(), stick.path() + QStringLiteral(".away")));
-        QFile::link(t.root.path("/mnt/data"), stick.path());
-        t.tap("importUserTile");
+        QFile::link(t->root.path("/mnt/data"), stick.path());
+        t->tap("importUserTile");
         QVERIFY(!row(QStringLiteral("input")).isValid());
-        QVERIFY(t.readsKey("Info_NoFiles"));
+        QVERIFY(t->readsKey("Info_NoFiles"));
         QFile::remove(stick.path());
         QVERIFY(QDir().rename(stick.path() + QStringLiteral(".away"), stick.path()));
     }
@@ -433,13 +392,13 @@ class UsbTest : public QObject {
  private:
     /// Opens the USB menu with the stick in it.
     void openWithStick() {
-        t.window->changeWindow(QStringLiteral("usbMenuWindow"));
+        t->window->changeWindow(QStringLiteral("usbMenuWindow"));
         QTRY_VERIFY(actions());
-        QCOMPARE(t.dialogText(), QString());
-        t.frames.clear();
+        QCOMPARE(t->dialogText(), QString());
+        t->frames.clear();
     }
-    bool actions() const { return t.find("actions") != nullptr; }
-    QTimer* timer(const char* name) { return t.window->findChild<QTimer*>(QLatin1String(name)); }
+    bool actions() const { return t->find("actions") != nullptr; }
+    QTimer* timer(const char* name) { return t->window->findChild<QTimer*>(QLatin1String(name)); }
     /// Lets a timer that runs run out now.
     static void expire(QTimer* timer) {
         QVERIFY(timer->isActive());
@@ -451,41 +410,39 @@ class UsbTest : public QObject {
     void type(const char* field, const QByteArray& digits) {
         if (digits.isEmpty())
             return;
-        t.tap(field);
+        t->tap(field);
         for (const char digit : digits)
-            t.tap(QByteArray("key_").append(digit).constData());
-        t.tap("key_done");
+            t->tap(QByteArray("key_").append(digit).constData());
+        t->tap("key_done");
     }
-    QModelIndex row(const QString& name) const { return t.row(name); }
+    QModelIndex row(const QString& name) const { return t->row(name); }
     bool isChosen(const QString& name) const {
-        return t.find<RowList>("list")->selected() == row(name) && row(name).isValid();
+        return t->find<RowList>("list")->selected() == row(name) && row(name).isValid();
     }
     /// Goes through the folders of @p path and chooses the file.
     void choose(const QString& path) {
         const QStringList steps = path.split(QLatin1Char('/'));
         for (const QString& step : steps) {
             QVERIFY2(row(step).isValid(), qPrintable(step));
-            t.tapRow(row(step));
+            t->tapRow(row(step));
         }
     }
     /// The frames of these codes that the terminal has sent, once all it sent are there.
     QStringList sent(const char* codes) {
-        if (!t.settle())
+        if (!t->settle())
             return {QStringLiteral("no frames")};
-        return t.frames.filter(
+        return t->frames.filter(
             QRegularExpression(QLatin1String("^(") + QLatin1String(codes) + QLatin1String(") ")));
     }
     bool heardError() { return sent("1908").contains(QStringLiteral("1908 0 0 cb 00")); }
     void put(const QString& name) {
-        QFile file(t.root.path("/mnt/usb/ZEL01/") + name);
+        QFile file(t->root.path("/mnt/usb/ZEL01/") + name);
         QVERIFY(file.open(QIODevice::WriteOnly));
         QCOMPARE(file.write("content"), qint64(7));
     }
     QStringList onStick(const QString& pattern) const {
-        return QDir(t.root.path("/mnt/usb/ZEL01")).entryList({pattern});
+        return QDir(t->root.path("/mnt/usb/ZEL01")).entryList({pattern});
     }
-
-    DrivenTerminal t;
 };
 
 QTEST_MAIN(UsbTest)

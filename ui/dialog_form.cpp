@@ -21,6 +21,8 @@ DialogForm::DialogForm(QWidget* parent, int autoCloseMs, DialogRank rank)
       cancel_(new LabelButton(card())),
       okKey_(QStringLiteral("TopMenu_OK")),
       cancelKey_(QStringLiteral("TopMenu_Cancel")) {
+    // A label without a size of its own asks the default font for one, which would be loaded.
+    icon_->resize(card()->size());
     icon_->hide();
     ok_->setObjectName(QStringLiteral("dialogOkButton"));
     cancel_->setObjectName(QStringLiteral("dialogCancelButton"));
@@ -28,6 +30,8 @@ DialogForm::DialogForm(QWidget* parent, int autoCloseMs, DialogRank rank)
     setButtonType(OkButton);
     setAutoClose(autoCloseMs);
     autoClose_.setSingleShot(true);
+    okDelay_.setSingleShot(true);
+    connect(&okDelay_, &QTimer::timeout, this, [this] { ok_->setEnabled(true); });
 
     connect(ok_, &LabelButton::touched, this, [this] {
         hide();
@@ -48,6 +52,11 @@ DialogForm::DialogForm(QWidget* parent, int autoCloseMs, DialogRank rank)
 
 void DialogForm::setAutoClose(int ms) {
     autoClose_.setInterval(ms);
+}
+
+void DialogForm::setOkDelay(int ms) {
+    okDelay_.setInterval(ms);
+    ok_->setEnabled(ms == 0);
 }
 
 void DialogForm::setButtonType(int flags) {
@@ -123,11 +132,14 @@ void DialogForm::closed() {
 void DialogForm::hideEvent(QHideEvent* event) {
     if (!passing_)
         autoClose_.stop();
+    okDelay_.stop();
     MessageOverlay::hideEvent(event);
 }
 
 void DialogForm::showEvent(QShowEvent* event) {
     MessageOverlay::showEvent(event);
+    if (!ok_->isEnabled())
+        okDelay_.start();
     if (autoClose_.interval() > 0 && !autoClose_.isActive())
         autoClose_.start();
 }

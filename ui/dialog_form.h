@@ -29,6 +29,8 @@ class DialogForm : public MessageOverlay {
     /// What it says is true only for its time, which runs on while something covers it. Off at
     /// first.
     void setPassing(bool on) { passing_ = on; }
+    /// OK can be touched only when the dialog has been seen for @p ms milliseconds; 0: at once.
+    void setOkDelay(int ms);
     /// @p flags is a combination of ButtonType.
     void setButtonType(int flags);
     void setIcon(Icon icon);
@@ -66,5 +68,6 @@ class DialogForm : public MessageOverlay {
     QString okKey_;
     QString cancelKey_;
     QTimer autoClose_;
+    QTimer okDelay_;
     bool passing_ = false;
 };

@@ -11,7 +11,6 @@ namespace {
 
 constexpr int kPadding = 19;
 constexpr int kPatternPadding = 6;
-constexpr int kPatternDigits = 8;
 constexpr int kCaretHeight = 28;
 constexpr float kDotSize = 34;  // the dot is small in its font
 
@@ -22,6 +21,8 @@ const char* patternOf(InputField::Characters characters) {
             return "00:00~00:00";
         case InputField::Date:
             return "0000-00-00";
+        case InputField::Time:
+            return "00:00";
         default:
             return nullptr;
     }
@@ -97,7 +98,8 @@ bool InputField::setPreedit(const QString& preedit) {
 }
 
 int InputField::maxLength() const {
-    return patternOf(allowed_) != nullptr ? qMin(maxLength_, kPatternDigits) : maxLength_;
+    const char* pattern = patternOf(allowed_);
+    return pattern != nullptr ? qMin(maxLength_, QByteArray(pattern).count('0')) : maxLength_;
 }
 
 void InputField::setMaxLength(int length) {
@@ -108,6 +110,11 @@ void InputField::setMaxLength(int length) {
 void InputField::setAllowedCharacters(Characters characters) {
     allowed_ = characters;
     setText(typed_);
+    updateGeometry();
+}
+
+void InputField::setWide(bool wide) {
+    wide_ = wide;
     updateGeometry();
 }
 
@@ -134,7 +141,7 @@ void InputField::applyScripts(const Lookup& lookup) {
 }
 
 QSize InputField::sizeHint() const {
-    return {patternOf(allowed_) != nullptr ? 172 : 232, 56};
+    return {patternOf(allowed_) != nullptr ? 172 : wide_ ? 428 : 232, 56};
 }
 
 bool InputField::accepts(uint character) const {
@@ -151,6 +158,7 @@ bool InputField::accepts(uint character) const {
         case Digits:
         case TimeRange:
         case Date:
+        case Time:
             return character >= '0' && character <= '9';
     }
     return false;

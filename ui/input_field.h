@@ -14,6 +14,7 @@ class InputField : public WidgetButton, public Scripted {
     Q_PROPERTY(QString placeholderKey READ placeholderKey WRITE setPlaceholderKey)
     Q_PROPERTY(int maxLength READ maxLength WRITE setMaxLength)
     Q_PROPERTY(Characters allowedCharacters READ allowedCharacters WRITE setAllowedCharacters)
+    Q_PROPERTY(bool wide READ isWide WRITE setWide)
     Q_PROPERTY(bool passwordMode READ passwordMode WRITE setPasswordMode)
 
  public:
@@ -24,6 +25,7 @@ class InputField : public WidgetButton, public Scripted {
         Address,    ///< 0 to 9 and the dot
         TimeRange,  ///< 0 to 9, shown and read as "hh:mm~hh:mm"; eight digits at most
         Date,       ///< 0 to 9, shown and read as "yyyy-MM-dd"; eight digits at most
+        Time,       ///< 0 to 9, shown and read as "hh:mm"; four digits at most
     };
     Q_ENUM(Characters)
 
@@ -37,7 +39,7 @@ class InputField : public WidgetButton, public Scripted {
     /// Replaces the text by the allowed characters of @p text, cut at the maximum length.
     void setText(const QString& text);
     /// Appends the allowed characters of @p text, as far as there is room. The first ones typed
-    /// into a whole time range or date since the keypad came up take its place.
+    /// into a whole time, range or date since the keypad came up take its place.
     void insert(const QString& text);
     /// Takes the composition away, or else the last character.
     void backspace();
@@ -50,11 +52,14 @@ class InputField : public WidgetButton, public Scripted {
 
     const QString& placeholderKey() const { return placeholder_.key(); }
     void setPlaceholderKey(const QString& key) { placeholder_.setKey(key); }
-    /// In UTF-16 units; of a time range or date in digits, at most 8.
+    /// In UTF-16 units; of a time, range or date in digits, at most as many as it has.
     int maxLength() const;
     void setMaxLength(int length);
     Characters allowedCharacters() const { return allowed_; }
     void setAllowedCharacters(Characters characters);
+    /// Wide enough for a long text: a ListRow gives it a line of its own.
+    bool isWide() const { return wide_; }
+    void setWide(bool wide);
     /// Shows a dot for each character.
     bool passwordMode() const { return password_; }
     void setPasswordMode(bool password);
@@ -92,6 +97,7 @@ class InputField : public WidgetButton, public Scripted {
     ScriptText placeholder_;
     int maxLength_ = 32;
     Characters allowed_ = Any;
+    bool wide_ = false;
     bool password_ = false;
     bool editing_ = false;
     bool startsOver_ = false;

@@ -28,6 +28,10 @@ constexpr int kTick = 26;
 constexpr int kTickGap = 10;
 constexpr int kSign = 28;
 constexpr int kSignEnd = 12;
+constexpr int kNarrowLeft = 16;  // of the label, where a verdict stands in the chevron's place
+constexpr int kNarrowGap = 8;
+constexpr int kNoteTop = 42;
+constexpr int kNoteBottom = 6;
 
 /// By ListRow::Verdict.
 const struct VerdictLook {
@@ -57,7 +61,16 @@ void ListRow::setText(const QString& text) {
 }
 
 void ListRow::setValue(const QString& value) {
+    if (value_.text() == value)
+        return;
     value_.setText(value);
+    update();
+}
+
+void ListRow::setNote(const QString& note) {
+    if (note_.text() == note)
+        return;
+    note_.setText(note);
     update();
 }
 
@@ -78,6 +91,16 @@ void ListRow::setIconName(const QString& name) {
 
 void ListRow::setIconColumn(int width) {
     iconColumn_ = width;
+    update();
+}
+
+void ListRow::setPreview(const QPixmap& preview) {
+    preview_ = preview;
+    update();
+}
+
+void ListRow::setDanger(bool danger) {
+    danger_ = danger;
     update();
 }
 
@@ -105,17 +128,19 @@ void ListRow::applyScripts(const Lookup& lookup) {
         word.apply(lookup);
     text_.apply(lookup);
     value_.apply(lookup);
+    note_.apply(lookup);
     update();
 }
 
 QSize ListRow::sizeHint() const {
-    return {kWidth, isStacked() ? kStackedHeight : kHeight};
+    const int more = isStacked() ? qMax(0, control()->sizeHint().height() - kControlHeight) : 0;
+    return {kWidth, isStacked() ? kStackedHeight + more : kHeight};
 }
 
 QWidget* ListRow::control() const {
     const QList<QWidget*> children = findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
     for (QWidget* child : children)
-        if (!qobject_cast<CheckBox*>(child))
+        if (!qobject_cast<CheckBox*>(child) && !child->isHidden())
             return child;
     return nullptr;
 }
@@ -142,8 +167,9 @@ void ListRow::arrange() {
     QWidget* beside = control();
     const int controlWidth = beside ? beside->sizeHint().width() : 0;
     if (beside && isStacked()) {
-        beside->setGeometry(kControlMargin, height() - kControlMargin - kControlHeight,
-                            width() - 2 * kControlMargin, kControlHeight);
+        const int tall = qMax(kControlHeight, beside->sizeHint().height());
+        beside->setGeometry(kControlMargin, height() - kControlMargin - tall,
+                            width() - 2 * kControlMargin, tall);
     } else if (beside) {
         beside->setGeometry(width() - kControlMargin - controlWidth,
                             (height() - kControlHeight) / 2, controlWidth, kControlHeight);
@@ -165,11 +191,14 @@ void ListRow::drawVerdict(QPainter* painter, QRect* line) const {
         Paint::glyph(painter, sign, QLatin1String(look.sign), look.color, kSign);
     else
         Paint::icon(painter, sign, QLatin1String(look.sign));
+    line->setRight(sign.x() - kTickGap);
+    if (mark_ == Chevron && verdict_ == Verdict::NotRun)
+        return;
     const ScriptHandler::Script& word = words_[number].entry();
     const int wordWidth = TextFit::width(word, TextFit::kCaption, QFont::Bold);
     const QRect box(sign.x() - kTickGap - wordWidth, 0, wordWidth, line->height());
     TextFit::draw(painter, box, Qt::AlignRight, word, TextFit::kCaption, QFont::Bold, look.color);
-    line->setRight(box.x() - kLabelGap);
+    line->setRight(box.x() - (mark_ == Chevron ? kNarrowGap : kLabelGap));
 }
 
 void ListRow::paintEvent(QPaintEvent*) {
@@ -180,17 +209,25 @@ void ListRow::paintEvent(QPaintEvent*) {
         drawRow(&painter, rect(), Theme::kRadiusControl);
 
     const bool chosen = isSelected() && isEnabled();
-    const QRgb ink = !isEnabled() ? Theme::kOff : chosen ? Theme::kAccent : Theme::kCaption;
+    const QRgb ink = !isEnabled() ? Theme::kOff
+                     : chosen     ? Theme::kAccent
+                     : danger_    ? Theme::kDanger
+                                  : Theme::kCaption;
     const bool stacked = isStacked();
-    QRect line(kLabelLeft, 0, width() - kLabelLeft - kEnd,
-               stacked ? height() - kControlMargin - kControlHeight : height());
+    QRect line(kLabelLeft, 0, width() - kLabelLeft - kEnd, stacked ? control()->y() : height());
 
+    if (!preview_.isNull()) {
+        painter.drawPixmap(line.x(), (height() - preview_.height()) / 2, preview_);
+        line.setLeft(line.x() + iconColumn_);
+    }
     if (!icon_.isEmpty()) {
         Paint::glyph(&painter, {line.x(), line.y(), Pictures::icon(icon_).width(), line.height()},
                      icon_, positive_ && isEnabled() ? Theme::kAccent : ink);
         line.setLeft(line.x() + iconColumn_);
     }
-    if (mark_ == Chevron) {
+    if (mark_ == Chevron && verdict_ != Verdict::None) {
+        line.setLeft(kNarrowLeft);
+    } else if (mark_ == Chevron) {
         const QRect box(width() - kEnd - kChevronInk, 0, kChevron, height());
         Paint::glyph(&painter, box, QStringLiteral("chevron_right.png"), ink);
         line.setRight(box.x() - kLabelGap / 2);
@@ -225,6 +262,12 @@ void ListRow::paintEvent(QPaintEvent*) {
         if (const QWidget* beside = control())
             line.setRight(beside->x() - kLabelGap);
     const bool choice = mark_ == Radio;
+    if (!note_.isEmpty()) {
+        const QRect below(line.x(), kNoteTop, line.width(), line.height() - kNoteTop - kNoteBottom);
+        TextFit::draw(&painter, below, Qt::AlignLeft, note_.entry(), TextFit::kEnteredNote,
+                      QFont::Normal, isEnabled() ? Theme::kHint : Theme::kOff);
+        line.setRect(line.x(), kNoteBottom, line.width(), kNoteTop - kNoteBottom);
+    }
     TextFit::draw(&painter, line, Qt::AlignLeft, text_.entry(),
                   choice ? TextFit::kChoice : TextFit::kRowLabel,
                   chosen ? QFont::Bold : QFont::Medium, ink);

@@ -11,6 +11,11 @@ namespace {
 
 constexpr int kButtonWidth = 60;
 constexpr int kGap = 6;
+constexpr int kWithBar = 428;
+constexpr int kNumberWidth = 56;  // beside a bar
+constexpr int kBarLeft = 16;
+constexpr int kPieceGap = 4;
+constexpr int kPieceHeight = 24;
 
 }  // namespace
 
@@ -40,6 +45,12 @@ void PlusMinus::setMaximum(int maximum) {
     showLimits();
 }
 
+void PlusMinus::setBar(bool bar) {
+    bar_ = bar;
+    updateGeometry();
+    update();
+}
+
 void PlusMinus::setValue(int value) {
     value = qMax(minimum_, qMin(value, maximum_));
     if (value_ == value)
@@ -56,7 +67,7 @@ void PlusMinus::applyScripts(const Lookup& lookup) {
 }
 
 QSize PlusMinus::sizeHint() const {
-    return {208, 56};
+    return {bar_ ? kWithBar : 208, 56};
 }
 
 void PlusMinus::showLimits() {
@@ -72,9 +83,23 @@ void PlusMinus::resizeEvent(QResizeEvent*) {
 void PlusMinus::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const int left = kButtonWidth + kGap;
-    const QRect box(left, 0, width() - 2 * left, height());
+    QRect box(left, 0, width() - 2 * left, height());
     Paint::box(&painter, box, Theme::kRadiusControl, isEnabled() ? Theme::kBackground : Theme::kRow,
                isEnabled() ? Theme::kOutline : Theme::kOffLine, 1);
+    if (bar_ && maximum_ > 0) {
+        const int room = box.width() - kBarLeft - kNumberWidth + kPieceGap;
+        for (int i = 0; i < maximum_; ++i) {
+            const int x = room * i / maximum_;
+            const QRgb fill = i >= value_   ? Theme::kPressed
+                              : isEnabled() ? Theme::kAccent
+                                            : Theme::kOffFill;
+            Paint::box(&painter,
+                       QRect(box.x() + kBarLeft + x, (height() - kPieceHeight) / 2,
+                             room * (i + 1) / maximum_ - x - kPieceGap, kPieceHeight),
+                       kPieceGap, fill);
+        }
+        box.setLeft(box.right() + 1 - kNumberWidth);
+    }
     ScriptHandler::Script number;
     number.fontFamily = family_;
     number.script = QString::number(value_);

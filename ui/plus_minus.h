@@ -7,12 +7,14 @@
 class LabelButton;
 
 /// A number between two buttons that lower and raise it; held down, they go on. At either end the
-/// button that leads nowhere looks limited.
+/// button that leads nowhere looks limited. A level has a bar beside its number, with one piece for
+/// each step from 1 on.
 class PlusMinus : public QWidget, public Scripted {
     Q_OBJECT
     Q_PROPERTY(int minimum READ minimum WRITE setMinimum)
     Q_PROPERTY(int maximum READ maximum WRITE setMaximum)
     Q_PROPERTY(int step READ step WRITE setStep)
+    Q_PROPERTY(bool bar READ hasBar WRITE setBar)
     Q_PROPERTY(int value READ value WRITE setValue NOTIFY valueChanged)
 
  public:
@@ -24,6 +26,8 @@ class PlusMinus : public QWidget, public Scripted {
     void setMaximum(int maximum);
     int step() const { return step_; }
     void setStep(int step) { step_ = step; }
+    bool hasBar() const { return bar_; }
+    void setBar(bool bar);
     int value() const { return value_; }
     /// A value outside the range becomes the nearest one inside.
     void setValue(int value);
@@ -48,4 +52,5 @@ class PlusMinus : public QWidget, public Scripted {
     int maximum_ = 99;
     int step_ = 1;
     int value_ = 0;
+    bool bar_ = false;
 };

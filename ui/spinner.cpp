@@ -3,11 +3,13 @@
 #include <QPainter>
 
 #include "ui/paint.h"
+#include "ui/pictures.h"
 
 namespace {
 
 constexpr int kFrames = 8;
 constexpr int kFrameMs = 100;
+constexpr int kSmall = 40;
 
 }  // namespace
 
@@ -16,7 +18,7 @@ Spinner::Spinner(QWidget* parent) : QWidget(parent) {
 }
 
 QSize Spinner::sizeHint() const {
-    return {72, 72};
+    return small_ ? QSize(kSmall, kSmall) : QSize(72, 72);
 }
 
 void Spinner::showEvent(QShowEvent*) {
@@ -35,5 +37,11 @@ void Spinner::timerEvent(QTimerEvent*) {
 
 void Spinner::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    Paint::icon(&painter, rect(), QStringLiteral("wait_%1.png").arg(frame_));
+    const QString picture = QStringLiteral("wait_%1.png").arg(frame_);
+    if (!small_) {
+        Paint::icon(&painter, rect(), picture);
+        return;
+    }
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawPixmap(QRect(0, (height() - kSmall) / 2, kSmall, kSmall), Pictures::icon(picture));
 }

@@ -3,13 +3,17 @@
 #include <QBasicTimer>
 #include <QWidget>
 
-/// Turns while something is waited for, and only while it is visible. 72x72.
+/// Turns while something is waited for, and only while it is visible. 72x72, or small enough for a
+/// row.
 class Spinner : public QWidget {
     Q_OBJECT
+    Q_PROPERTY(bool small READ isSmall WRITE setSmall)
 
  public:
     explicit Spinner(QWidget* parent = nullptr);
 
+    bool isSmall() const { return small_; }
+    void setSmall(bool small) { small_ = small; }
     QSize sizeHint() const override;
 
  protected:
@@ -21,4 +25,5 @@ class Spinner : public QWidget {
  private:
     QBasicTimer timer_;
     int frame_ = 0;
+    bool small_ = false;
 };

@@ -6,6 +6,7 @@
 #include <QTextDocument>
 #include <QTextDocumentFragment>
 #include <QtMath>
+#include <algorithm>
 #include <utility>
 
 #include "ui/theme.h"
@@ -25,9 +26,18 @@ struct Layout {
     QStringList lines;
 };
 
+/// Whether @p c is drawn as one with the character before it, such as an accent or the vowel of a
+/// Hangul syllable in parts.
+bool joins(QChar c) {
+    return c.isMark() || (c.unicode() >= 0x1161 && c.unicode() <= 0x11ff);
+}
+
 QString plain(const QString& text, const TextFit::Rule& rule) {
-    return !rule.verbatim && Qt::mightBeRichText(text)
-               ? QTextDocumentFragment::fromHtml(text).toPlainText()
+    if (!rule.verbatim && Qt::mightBeRichText(text))
+        return QTextDocumentFragment::fromHtml(text).toPlainText();
+    // Other systems write names in parts, and nothing shapes what is drawn here.
+    return std::any_of(text.begin(), text.end(), joins)
+               ? text.normalized(QString::NormalizationForm_C)
                : text;
 }
 

@@ -39,6 +39,7 @@ constexpr Rule kWideTile{{{20, 2}, {18, 3}}};
 constexpr Rule kToggle{{{20, 1}, {18, 1}}};
 constexpr Rule kValue{{{22, 1}}};
 constexpr Rule kEntered{{{22, 1}}, true};
+constexpr Rule kEnteredNote{{{20, 1}, {18, 1}}, true};
 constexpr Rule kChip{{{20, 1}}};
 constexpr Rule kNotice{{{18, 1}}};
 // The longest name, 32 letters wide as they may be, takes the last step.

@@ -60,6 +60,8 @@ inline QFont font(const QString& family, int pixelSize, QFont::Weight weight = Q
     QFont made(family);
     made.setPixelSize(pixelSize > 0 ? pixelSize : 24);
     made.setWeight(weight);
+    // The languages' scripts need none, and the shaper's tables take half a megabyte a face.
+    made.setStyleStrategy(QFont::PreferNoShaping);
     return made;
 }
 

@@ -179,6 +179,7 @@ QVector<TouchKeyForm::Page> TouchKeyForm::pages() const {
         case InputField::Address:
         case InputField::TimeRange:
         case InputField::Date:
+        case InputField::Time:
             break;
     }
     return {Digits};

@@ -3,7 +3,7 @@
 #include <QEvent>
 #include <QWidget>
 
-VisibleTimer::VisibleTimer(QWidget* widget) : widget_(widget) {
+VisibleTimer::VisibleTimer(QWidget* widget) : QTimer(widget), widget_(widget) {
     widget->installEventFilter(this);
 }
 

@@ -12,13 +12,14 @@ namespace {
 using Icon = DialogForm::Icon;
 
 constexpr float kSecondSize = 20;  // pixels, of a line that no script holds
+constexpr int kGraveTime = 2000;   // milliseconds
 
 bool isPopup(ScreenText::Kind kind) {
     return kind < ScreenText::Question;
 }
 
 bool isQuestion(ScreenText::Kind kind) {
-    return kind == ScreenText::Question || kind == ScreenText::Danger;
+    return kind >= ScreenText::Question && kind < ScreenText::Wait;
 }
 
 bool isWait(ScreenText::Kind kind) {
@@ -37,6 +38,7 @@ Icon iconOf(ScreenText::Kind kind) {
             return Icon::Question;
         case ScreenText::Warning:
         case ScreenText::Danger:
+        case ScreenText::Grave:
             return Icon::Warning;
         case ScreenText::Wait:
             break;
@@ -75,10 +77,24 @@ const ScreenText* ScreenPopup::find(int number, bool (*isWanted)(ScreenText::Kin
 }
 
 bool ScreenPopup::show(int number, int seconds, const QString& second) {
+    return showThen(number, Answer(), seconds, second);
+}
+
+bool ScreenPopup::showThen(int number, const Answer& closed, int seconds, const QString& second) {
     const ScreenText* text = find(number, isPopup);
     if (text == nullptr)
         return false;
-    made(popup_, screen_, "screenPopup")->hide();
+    if (popup_ == nullptr) {
+        made(popup_, screen_, "screenPopup");
+        const auto tell = [this] {
+            if (const Answer answer = std::exchange(closed_, Answer()))
+                answer();
+        };
+        QObject::connect(popup_, &DialogForm::touchOk, screen_, tell);
+        QObject::connect(popup_, &DialogForm::closePopup, screen_, tell);
+    }
+    popup_->hide();
+    closed_ = closed;
     popup_->setAutoClose(seconds * 1000);
     present(popup_, *text, second);
     if (text->kind == ScreenText::Error)
@@ -86,7 +102,8 @@ bool ScreenPopup::show(int number, int seconds, const QString& second) {
     return true;
 }
 
-bool ScreenPopup::ask(int number, const Answer& agreed, const Answer& declined) {
+bool ScreenPopup::ask(int number, const Answer& agreed, const Answer& declined,
+                      const QString& second) {
     const ScreenText* text = find(number, isQuestion);
     if (text == nullptr)
         return false;
@@ -105,8 +122,9 @@ bool ScreenPopup::ask(int number, const Answer& agreed, const Answer& declined) 
     question_->hide();
     agreed_ = agreed;
     declined_ = declined;
-    question_->setDanger(text->kind == ScreenText::Danger);
-    present(question_, *text, QString());
+    question_->setDanger(text->kind != ScreenText::Question);
+    question_->setOkDelay(text->kind == ScreenText::Grave ? kGraveTime : 0);
+    present(question_, *text, second);
     return true;
 }
 
@@ -150,5 +168,6 @@ bool ScreenPopup::isOpen() const {
 }
 
 void ScreenPopup::close() {
+    closed_ = Answer();
     hideIfMade(popup_);
 }

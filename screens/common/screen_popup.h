@@ -19,6 +19,7 @@ struct ScreenText {
         Warning,
         Question,  ///< OK or Cancel
         Danger,    ///< the same; OK destroys something
+        Grave,     ///< the same; it destroys so much that OK waits until that has been read
         Wait,      ///< has no button
     };
 
@@ -55,8 +56,13 @@ class ScreenPopup {
     /// A popup, which has one button and closes after @p seconds by itself; 0: it does not.
     /// @p second takes the place of the text's own second line.
     bool show(int number, int seconds = kSeconds, const QString& second = QString());
-    /// Asks; @p declined is called when it is closed without OK.
-    bool ask(int number, const Answer& agreed, const Answer& declined = Answer());
+    /// The same; @p closed is called when it has been closed by a touch or by its time, not when
+    /// something else takes its place or the screen goes.
+    bool showThen(int number, const Answer& closed, int seconds = kSeconds,
+                  const QString& second = QString());
+    /// Asks; @p declined is called when it is closed without OK. @p second as for show().
+    bool ask(int number, const Answer& agreed, const Answer& declined = Answer(),
+             const QString& second = QString());
     /// Stays until endWait(), or until something else is shown. From 0 @p percent on there is a
     /// progress bar, with the number below it unless the text tells it.
     bool wait(int number, int percent = -1);
@@ -80,6 +86,7 @@ class ScreenPopup {
     DialogForm* popup_ = nullptr;
     DialogForm* question_ = nullptr;
     WaitForm* wait_ = nullptr;
+    Answer closed_;
     Answer agreed_;
     Answer declined_;
 };

@@ -8,7 +8,6 @@
 #include "ui/check_box.h"
 #include "ui/choice.h"
 #include "ui/input_field.h"
-#include "ui/list_row.h"
 #include "ui/plus_minus.h"
 #include "ui/scroll_list.h"
 #include "ui/top_bar.h"
@@ -40,28 +39,6 @@ bool readNumber(const QString& text, std::uint32_t most, std::uint32_t* number) 
         return false;
     *number = static_cast<std::uint32_t>(read);
     return true;
-}
-
-bool readAddress(const QString& text, std::uint8_t* address) {
-    const QStringList parts = text.split(QLatin1Char('.'));
-    if (parts.size() != kAddressParts)
-        return false;
-    std::uint32_t number = 0;
-    for (int i = 0; i < kAddressParts; ++i) {
-        if (!readNumber(parts.at(i), 255, &number))
-            return false;
-        address[i] = static_cast<std::uint8_t>(number);
-    }
-    return true;
-}
-
-QString addressText(const std::uint8_t* address) {
-    QStringList parts;
-    for (int i = 0; i < kAddressParts; ++i)
-        parts.append(QString::number(address[i]));
-    const bool none = std::all_of(address, address + kAddressParts,
-                                  [](std::uint8_t number) { return number == 0; });
-    return none ? QString() : parts.join(QLatin1Char('.'));
 }
 
 }  // namespace
@@ -115,8 +92,10 @@ void SettingsForm::windowInEvent() {
 }
 
 void SettingsForm::windowOutEvent() {
-    TitledForm::windowOutEvent();
     // What was sent is stored by now, in all likelihood; whether it was will not be heard here.
+    if (request_.isWaiting())
+        takeSent();
+    TitledForm::windowOutEvent();
     endSaving();
     unanswered_ = false;
     if (openPart_ == nullptr)
@@ -142,6 +121,7 @@ void SettingsForm::settingsChanged(const SettingsChange& change) {
 // --- Saving --------------------------------------------------------------------------------
 
 void SettingsForm::saveButtonTouch() {
+    const bool agreed = std::exchange(agreed_, false);
     if (request_.isWaiting())
         return;
     shell()->removeTouchKey();
@@ -160,9 +140,22 @@ void SettingsForm::saveButtonTouch() {
         ShowPopup(NoConnection, kPopupSeconds);
         return;
     }
+    const int question = agreed ? 0 : questionBefore(edited);
+    // What was agreed to is read again: other settings may have arrived meanwhile.
+    const bool asked = popup_.ask(question, [this] {
+        agreed_ = true;
+        saveButtonTouch();
+    });
+    if (!asked)
+        store(edited);
+}
+
+void SettingsForm::store(const _gui_menu_& edited) {
     sent_ = edited;
     unanswered_ = false;
-    publish(edited);
+    _gui_menu_ stored = edited;
+    holdBack(stored, former_);
+    publish(stored);
     if (!sendSlice(edited)) {
         request_.cancel();
         putBack();
@@ -199,16 +192,21 @@ void SettingsForm::SetSettingResult(unsigned char result) {
         return;
     }
     if (waited || std::exchange(unanswered_, false)) {
-        // The record may have come anew while the save was on its way.
-        _gui_menu_ record = shell()->menuRecord();
-        copySlice_(sent_, record);
-        publish(record);
+        takeSent();
         for (const auto& binding : bindings_)
             binding->told = false;
         load(waited);
     }
     ShowPopup(Saved, kPopupSeconds);
     saved();
+}
+
+void SettingsForm::takeSent() {
+    // The record may have come anew while the save was on its way.
+    _gui_menu_ record = shell()->menuRecord();
+    copySlice_(sent_, record);
+    confirmed(record);
+    publish(record);
 }
 
 void SettingsForm::endSaving() {
@@ -233,6 +231,14 @@ void SettingsForm::publish(const _gui_menu_& record) {
 bool SettingsForm::validate(_gui_menu_&) {
     return true;
 }
+
+int SettingsForm::questionBefore(const _gui_menu_&) {
+    return 0;
+}
+
+void SettingsForm::holdBack(_gui_menu_&, const _gui_menu_&) {}
+
+void SettingsForm::confirmed(_gui_menu_&) {}
 
 void SettingsForm::fault(int number, const QVector<QWidget*>& widgets) {
     QStringList names;
@@ -293,12 +299,35 @@ void SettingsForm::touched(QWidget* widget) {
     binding->touched = true;
     if (ListRow* row = rowOf(widget))
         row->setFaulty(false);
+    tell(binding);
+}
+
+void SettingsForm::tryPart(std::uint32_t value) {
+    if (openPart_ == nullptr)
+        return;
+    openPart_->part = value;
+    tell(openPart_);
+}
+
+void SettingsForm::tell(Binding* binding) {
     if (!binding->tell)
         return;
     _gui_menu_ tried = shell()->menuRecord();
     binding->store(tried);
     binding->told = true;
     binding->tell(tried);
+}
+
+std::uint32_t SettingsForm::partValue(const ListRow* row) const {
+    return find(row)->part;
+}
+
+void SettingsForm::reload(QWidget* widget) {
+    Binding* binding = find(widget);
+    const bool loading = std::exchange(loading_, true);
+    binding->touched = false;
+    binding->load(shell()->menuRecord());
+    loading_ = loading;
 }
 
 void SettingsForm::atOnce(QWidget* widget, const Load& tell) {
@@ -323,17 +352,19 @@ void SettingsForm::bindOther(QWidget* widget, const Load& load, const Store& sto
     bindings_.push_back(std::move(binding));
 }
 
-void SettingsForm::bindChoice(Choice* choice, const NumberField& field, Way way) {
+void SettingsForm::bindChoice(Choice* choice, const NumberField& field, Way way,
+                              std::uint32_t first) {
     bindOther(
         choice,
         [=](const _gui_menu_& record) {
             const int last = choice->count() - 1;
-            const int nearest = static_cast<int>(qMin<std::uint32_t>(field.get(record), last));
+            const std::uint32_t value = qMax(field.get(record), first) - first;
+            const int nearest = static_cast<int>(qMin<std::uint32_t>(value, last));
             choice->setCurrentIndex(way == kInverted ? last - nearest : nearest);
         },
         [=](_gui_menu_& record) {
             const int index = choice->currentIndex();
-            field.set(record, way == kInverted ? choice->count() - 1 - index : index);
+            field.set(record, first + (way == kInverted ? choice->count() - 1 - index : index));
             return 0;
         });
     connect(choice, &Choice::currentIndexChanged, this, [this, choice] { touched(choice); });
@@ -430,22 +461,48 @@ void SettingsForm::bindNumber(InputField* input, const NumberField& field, Range
 }
 
 void SettingsForm::bindAddress(InputField* input,
-                               const std::function<const std::uint8_t*(const _gui_menu_&)>& get,
-                               const std::function<std::uint8_t*(_gui_menu_&)>& set,
+                               const std::function<AddressField(_gui_menu_&)>& field,
                                AddressRule rule, int fault) {
     bindInput(
-        input, [=](const _gui_menu_& record) { input->setText(addressText(get(record))); },
+        input,
+        [=](const _gui_menu_& record) {
+            _gui_menu_ copy = record;
+            input->setText(addressText(field(copy)));
+        },
         [=](_gui_menu_& record) {
             std::uint8_t address[kAddressParts] = {};
             const bool none = rule == kAddressOrNone && input->text().isEmpty();
             if (!none && !readAddress(input->text(), address))
                 return fault;
-            std::copy(std::begin(address), std::end(address), set(record));
+            std::copy(std::begin(address), std::end(address), field(record));
             return 0;
         });
 }
 
+bool SettingsForm::readAddress(const QString& text, std::uint8_t (&address)[kAddressParts]) {
+    const QStringList parts = text.split(QLatin1Char('.'));
+    if (parts.size() != kAddressParts)
+        return false;
+    std::uint32_t number = 0;
+    for (int i = 0; i < kAddressParts; ++i) {
+        if (!readNumber(parts.at(i), 255, &number))
+            return false;
+        address[i] = static_cast<std::uint8_t>(number);
+    }
+    return true;
+}
+
+QString SettingsForm::addressText(const std::uint8_t (&address)[kAddressParts]) {
+    QStringList parts;
+    for (const std::uint8_t number : address)
+        parts.append(QString::number(number));
+    const bool none = std::all_of(std::begin(address), std::end(address),
+                                  [](std::uint8_t number) { return number == 0; });
+    return none ? QString() : parts.join(QLatin1Char('.'));
+}
+
 void SettingsForm::bindPartOf(ListRow* row, const NumberField& field, const QString& title) {
+    row->setProperty("target", title);  // as other rows say where they lead
     bindOther(
         row, [=](const _gui_menu_& record) { find(row)->part = field.get(record); },
         [=](_gui_menu_& record) {

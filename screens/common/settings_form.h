@@ -15,11 +15,11 @@
 #include "screens/common/screen_popup.h"
 #include "screens/common/settings_block.h"
 #include "screens/common/titled_form.h"
+#include "ui/list_row.h"
 
 class CheckBox;
 class Choice;
 class InputField;
-class ListRow;
 class PlusMinus;
 class ScrollList;
 
@@ -59,6 +59,8 @@ class SettingsForm : public TitledForm {
     /// The person has gone elsewhere from a screen on which a value of this one is chosen: what was
     /// changed here is forgotten.
     void discard();
+    /// The person has touched @p value on that screen, and may hear or see it at once.
+    void tryPart(std::uint32_t value);
 
  protected:
     static constexpr int kPopupSeconds = 3;
@@ -77,6 +79,7 @@ class SettingsForm : public TitledForm {
     /// Sends what is wrong with a widget's value as the number of its popup; 0 when it is stored.
     using Store = std::function<int(_gui_menu_&)>;
     using Load = std::function<void(const _gui_menu_&)>;
+    using AddressField = std::uint8_t (&)[4];
 
     /// To be called by FormScreen.
     void connectForm(TopBar* bar);
@@ -102,10 +105,11 @@ class SettingsForm : public TitledForm {
     DeviceRequest& request() { return request_; }
 
     // --- Which widget edits which field ------------------------------------------------------
-    /// The position of the choice.
+    /// The position of the choice, counted from @p first.
     template <class Block>
-    void bind(Choice* choice, std::uint8_t Block::*field, Way way = kPlain) {
-        bindChoice(choice, number(field), way);
+    void bind(Choice* choice, std::uint8_t Block::*field, Way way = kPlain,
+              std::uint32_t first = 0) {
+        bindChoice(choice, number(field), way, first);
     }
     template <class Block>
     void bind(CheckBox* box, std::uint8_t Block::*field, Way way = kPlain) {
@@ -145,9 +149,10 @@ class SettingsForm : public TitledForm {
     void bind(InputField* input, std::uint8_t (Block::*field)[4], AddressRule rule, int fault) {
         bindAddress(
             input,
-            [field](const _gui_menu_& record) { return settings_block::in<Block>(record).*field; },
-            [field](_gui_menu_& record) { return settings_block::in<Block>(record).*field; }, rule,
-            fault);
+            [field](_gui_menu_& record) -> AddressField {
+                return settings_block::in<Block>(record).*field;
+            },
+            rule, fault);
     }
     /// A value that is chosen on the screen @p title, a SettingsPart to which @p row leads.
     template <class Block>
@@ -160,28 +165,45 @@ class SettingsForm : public TitledForm {
                   const QString& title) {
         bindPartOf(row, {get, set}, title);
     }
+    /// What has been chosen for the @p row of a bindPart().
+    std::uint32_t partValue(const ListRow* row) const;
     /// Any other: @p load shows the record's value on @p widget, @p store puts it back. Whoever
     /// binds so calls touched() when the person changes the value.
     void bindOther(QWidget* widget, const Load& load, const Store& store);
     void touched(QWidget* widget);
     /// The same for a field, which needs no more.
     void bindInput(InputField* input, const Load& load, const Store& store);
+    /// Shows the record's value on the bound @p widget once more, as if nobody had touched it.
+    void reload(QWidget* widget);
+    /// Four numbers of 0 to 255 with dots between them; false for anything else.
+    static bool readAddress(const QString& text, std::uint8_t (&address)[4]);
+    /// The same back; an address of zeros gives an empty text.
+    static QString addressText(const std::uint8_t (&address)[4]);
 
     /// The person hears or sees the value of the bound @p widget as it changes: @p tell has the
     /// controller try what the record says. Called with the stored one again when the screen is
-    /// left without a save.
+    /// left without a save. For a row that leads to a SettingsPart it is told what is touched
+    /// there.
     void atOnce(QWidget* widget, const Load& tell);
 
     // --- What a screen may add ---------------------------------------------------------------
     /// Looks at what was entered as a whole; @p edited may be completed. False when something is
     /// wrong, after fault().
     virtual bool validate(_gui_menu_& edited);
+    /// The number of a question that is asked before @p edited is stored; 0 for none.
+    virtual int questionBefore(const _gui_menu_& edited);
+    /// Called when a save is sent, with the record that is stored meanwhile: what comes into force
+    /// only when the controller has confirmed it is put back to how it is in @p former.
+    virtual void holdBack(_gui_menu_& stored, const _gui_menu_& former);
+    /// Called when the controller has confirmed a save, with the record that is about to be stored
+    /// and may be completed.
+    virtual void confirmed(_gui_menu_& record);
     /// Brings the row of the first of @p widgets into view, marks the rows of all and shows popup
     /// @p number, with their names if there are several.
     void fault(int number, const QVector<QWidget*>& widgets);
     /// Called after the widgets have been set from the record.
     virtual void valuesShown() {}
-    /// Called when the controller has stored a save.
+    /// Called when that has been stored and shown.
     virtual void saved() {}
 
  private:
@@ -207,7 +229,7 @@ class SettingsForm : public TitledForm {
                 }};
     }
 
-    void bindChoice(Choice* choice, const NumberField& field, Way way);
+    void bindChoice(Choice* choice, const NumberField& field, Way way, std::uint32_t first);
     void bindBox(CheckBox* box, const NumberField& field, Way way);
     void bindPlusMinus(PlusMinus* control, const NumberField& field, int unset);
     void bindRows(const QVector<ListRow*>& rows, const NumberField& field);
@@ -215,13 +237,15 @@ class SettingsForm : public TitledForm {
                   const std::function<void(_gui_menu_&, const QString&)>& set, int fault,
                   bool (*isValid)(const QString&));
     void bindNumber(InputField* input, const NumberField& field, Range range, int fault);
-    void bindAddress(InputField* input,
-                     const std::function<const std::uint8_t*(const _gui_menu_&)>& get,
-                     const std::function<std::uint8_t*(_gui_menu_&)>& set, AddressRule rule,
-                     int fault);
+    void bindAddress(InputField* input, const std::function<AddressField(_gui_menu_&)>& field,
+                     AddressRule rule, int fault);
     void bindPartOf(ListRow* row, const NumberField& field, const QString& title);
 
     Binding* find(const QWidget* widget) const;
+    void tell(Binding* binding);
+    void store(const _gui_menu_& edited);
+    /// Makes the record what the controller has been sent.
+    void takeSent();
     void load(bool everything);
     void publish(const _gui_menu_& record);
     void putBack();
@@ -247,5 +271,6 @@ class SettingsForm : public TitledForm {
     _gui_menu_ sent_{};
     bool loading_ = false;
     bool publishing_ = false;
+    bool agreed_ = false;      // to the question before the save
     bool unanswered_ = false;  // the last save was given up
 };

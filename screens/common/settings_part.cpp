@@ -45,6 +45,8 @@ void SettingsPart::bind(const QVector<ListRow*>& rows) {
         connect(rows.at(i), &WidgetButton::touched, this, [this, i] {
             chosen(i);
             choose(i);
+            if (auto* form = qobject_cast<SettingsForm*>(shell()->getWindow(backTarget())))
+                form->tryPart(static_cast<std::uint32_t>(i));
         });
 }
 

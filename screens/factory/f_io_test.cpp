@@ -14,7 +14,8 @@ std::optional<double> levelOf(const DeviceMessage& message, const FactoryStep& s
     return message.p2;
 }
 
-constexpr FactoryStep stepOf(std::uint8_t option, const char* labelKey, const char* hintKey) {
+constexpr FactoryStep stepOf(std::uint8_t option, const char* name, const char* labelKey,
+                             const char* hintKey) {
     return {command::FactoryIoTest,
             option,
             command::FactoryIoReport,
@@ -22,16 +23,19 @@ constexpr FactoryStep stepOf(std::uint8_t option, const char* labelKey, const ch
             hintKey,
             &levelOf,
             nullptr,
-            1,
-            1,
-            FactoryStep::WhenSeen};
+            0,
+            2,
+            FactoryStep::WhenSeen,
+            FactoryStep::kAnswerTime,
+            name};
 }
 
 /// By their numbers on the link.
 constexpr FactoryStep kSteps[] = {
-    stepOf(factory::Relay, "ListItem_FactoryRelay", "Info_FactoryRelay"),
-    stepOf(factory::ExitButton, "ListItem_FactoryExitButton", "Info_FactoryExitButton"),
-    stepOf(factory::TamperSwitch, "ListItem_FactoryTamper", "Info_FactoryTamper"),
+    stepOf(factory::Relay, "relay", "ListItem_FactoryRelay", "Info_FactoryRelay"),
+    stepOf(factory::ExitButton, "exitButton", "ListItem_FactoryExitButton",
+           "Info_FactoryExitButton"),
+    stepOf(factory::TamperSwitch, "tamperSwitch", "ListItem_FactoryTamper", "Info_FactoryTamper"),
 };
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include "app/screen_titles.h"
 #include "app/settings_change.h"
 #include "app/window_shell.h"
+#include "base/same_secret.h"
 #include "link/command_parameters.h"
 #include "link/device_message.h"
 #include "ui/styler.h"
@@ -54,7 +55,7 @@ void InputAdminPassword::okButtonTouch() {
     const QString entered = ui_->passwordField->text();
     if (entered.isEmpty() || !shell()->settingsArrived())
         return;
-    if (entered != fieldText(shell()->menuRecord().setup.adminPassword)) {
+    if (!sameSecret(entered, fieldText(shell()->menuRecord().setup.adminPassword))) {
         refuse();
         return;
     }

@@ -1,12 +1,18 @@
 #pragma once
 
 #include "screens/common/form_screen.h"
+#include "screens/common/settings_part.h"
 #include "ui_envi_screen_stay_view.h"
 
 /// What the standby screen shows.
-class EnviScreen_StayView : public FormScreen<Ui::EnviScreen_StayView> {
+class EnviScreen_StayView : public FormScreen<Ui::EnviScreen_StayView, SettingsPart> {
     Q_OBJECT
 
  public:
     using FormScreen::FormScreen;
+
+ protected:
+    void built() override;
+    void valueShown() override;
+    void returned(int picture) override;
 };

@@ -1,7 +1,9 @@
 #include "sim/controller/device.h"
 
 #include <cstring>
+#include <utility>
 
+#include "link/command_code.h"
 #include "sim/controller/terminal_link.h"
 #include "sim/controller/work_status.h"
 
@@ -65,6 +67,25 @@ ClockTime clockTime(const QDateTime& time) {
             byte(time.time().minute()),      byte(time.time().second())};
 }
 
+GUI_LOGDATA eventOf(const _gui_user_& user, const QDateTime& time) {
+    GUI_LOGDATA event{};
+    std::memcpy(event.userId, user.userId, sizeof event.userId);
+    std::memcpy(event.name, user.name, sizeof event.name);
+    std::memcpy(event.cardNumber, user.cardNumber, sizeof event.cardNumber);
+    std::memcpy(event.visiblePicture, user.picture, sizeof event.visiblePicture);
+    std::memcpy(event.infraredPicture, user.picture, sizeof event.infraredPicture);
+    event.cardType = user.cardType;
+    event.reissueNumber = user.reissueNumber;
+    const ClockTime clock = clockTime(time);
+    event.year = clock.year;
+    event.month = clock.month;
+    event.day = clock.day;
+    event.hour = clock.hour;
+    event.minute = clock.minute;
+    event.second = clock.second;
+    return event;
+}
+
 Device::Device(TerminalLink& link, const QString& dataFolder, QObject* parent)
     : QObject(parent),
       link_(link),
@@ -78,6 +99,21 @@ Device::Device(TerminalLink& link, const QString& dataFolder, QObject* parent)
 void Device::usersChanged() {
     settings_.users = users_.counts();
     emit changed();
+}
+
+void Device::reportUser(const _gui_user_& user) {
+    info_s info{};
+    info.user = user;
+    std::memcpy(info.visiblePicture, user.picture, sizeof info.visiblePicture);
+    sendRecord(command::UserEnrolled, 0, 0, info);
+}
+
+bool Device::giveCard(const QString& number) {
+    // Taken out first: who gets it may wait for the next one.
+    const CardTaker taker = std::exchange(cardTaker_, CardTaker());
+    if (taker)
+        taker(number);
+    return taker != nullptr;
 }
 
 void Device::setSettings(const _gui_menu_& settings) {

@@ -4,6 +4,7 @@
 #include <QDateTime>
 #include <QObject>
 #include <QString>
+#include <functional>
 #include <optional>
 
 #include "link/device_records.h"
@@ -27,7 +28,21 @@ class Device : public QObject {
     UserStore& users() { return users_; }
     /// To be called when users have been stored or removed: the settings record counts them.
     void usersChanged();
+    /// Tells the management service, by way of the terminal, of a user.
+    void reportUser(const _gui_user_& user);
     LogStore& logs() { return logs_; }
+
+    /// Who gets the next card that is held to the reader instead of the door; an empty function
+    /// ends that.
+    using CardTaker = std::function<void(const QString& number)>;
+    void setCardTaker(const CardTaker& taker) { cardTaker_ = taker; }
+    /// Gives a card to whoever waits for one, once. False when nobody does.
+    bool giveCard(const QString& number);
+
+    /// Whether a card that was read for an enrolment waits for ChangeUser to be registered; the
+    /// frame changes nobody's record then.
+    bool registersCard() const { return registersCard_; }
+    void setRegistersCard(bool registers) { registersCard_ = registers; }
 
     const _gui_menu_& settings() const { return settings_; }
     /// Replaces the settings record and sees to it that it is stored. The terminal is not told.
@@ -84,6 +99,8 @@ class Device : public QObject {
     std::optional<int> forcedStatus_;
     bool armed_ = false;
     bool supervises_ = false;
+    CardTaker cardTaker_;
+    bool registersCard_ = false;
     const QString dataFolder_;
 };
 
@@ -91,3 +108,6 @@ class Device : public QObject {
 _gui_menu_ factorySettings();
 /// @p time in the form that records hold; years before 2000 do not exist.
 ClockTime clockTime(const QDateTime& time);
+
+/// An event of @p user at @p time, with what the user's record says of it.
+GUI_LOGDATA eventOf(const _gui_user_& user, const QDateTime& time);

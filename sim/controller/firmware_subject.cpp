@@ -23,7 +23,8 @@ class FirmwareSubject : public Subject {
  public:
     explicit FirmwareSubject(Device& device) : Subject(device) {
         onRequest(command::UpdateFirmware, [this](const Request&) { takeArchive(); });
-        onRequest(command::Reboot, [this](const Request&) { restartTerminal(); });
+        for (const quint16 restart : {command::Reboot, command::FactoryRestart})
+            onRequest(restart, [this](const Request&) { restartTerminal(); });
         onRequest(command::Greeting, [this](const Request&) { restarting_ = false; });
 
         onWord("quit-gui", "ask the terminal's program to end", [this](const QString&) {

@@ -109,14 +109,7 @@ QDateTime anyTime(const Habit& habit, const QDateTime& now, QRandomGenerator& ra
     return {day, QTime::fromMSecsSinceStartOfDay(second * 1000)};
 }
 
-void setPerson(GUI_LOGDATA& log, const _gui_user_& user, QRandomGenerator& random) {
-    std::memcpy(log.userId, user.userId, sizeof log.userId);
-    std::memcpy(log.name, user.name, sizeof log.name);
-    std::memcpy(log.cardNumber, user.cardNumber, sizeof log.cardNumber);
-    std::memcpy(log.visiblePicture, user.picture, sizeof log.visiblePicture);
-    std::memcpy(log.infraredPicture, user.picture, sizeof log.infraredPicture);
-    log.cardType = user.cardType;
-    log.reissueNumber = user.reissueNumber;
+void setMethod(GUI_LOGDATA& log, const _gui_user_& user, QRandomGenerator& random) {
     const bool byFace = user.facePresent != 0 && (user.cardPresent == 0 || likely(70, random));
     log.authMethod = byFace ? command::failure::ByFace : command::failure::ByCard;
     log.score = static_cast<quint8>(byFace ? 88 + random.bounded(12) : 0);
@@ -124,20 +117,15 @@ void setPerson(GUI_LOGDATA& log, const _gui_user_& user, QRandomGenerator& rando
 
 GUI_LOGDATA event(const QVector<_gui_user_>& users, const _gui_menu_& settings,
                   const QDateTime& now, QRandomGenerator& random) {
-    GUI_LOGDATA log{};
     const Habit& habit = anyHabit(settings.setup.operation, random);
-    const ClockTime time = clockTime(anyTime(habit, now, random));
-    log.year = time.year;
-    log.month = time.month;
-    log.day = time.day;
-    log.hour = time.hour;
-    log.minute = time.minute;
-    log.second = time.second;
+    const QDateTime time = anyTime(habit, now, random);
     const bool stranger = users.isEmpty() || likely(2, random);
+    const _gui_user_ user = stranger ? _gui_user_{} : users[random.bounded(users.size())];
+    GUI_LOGDATA log = eventOf(user, time);
     if (stranger)
         log.authMethod = command::failure::ByFace;
     else
-        setPerson(log, users[random.bounded(users.size())], random);
+        setMethod(log, user, random);
     log.eventStatus = !stranger && !likely(2, random);
     log.inOut = stranger ? quint8(work::AccessOnly) : habit.mode;
     if (log.eventStatus == 1 && log.inOut >= work::Breakfast)

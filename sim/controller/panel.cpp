@@ -5,9 +5,11 @@
 #include <QDateTimeEdit>
 #include <QGridLayout>
 #include <QGroupBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QVBoxLayout>
 
@@ -58,9 +60,11 @@ Panel::Panel(ControllerSim& controller)
     setWindowTitle(QStringLiteral("Device controller"));
     auto* column = new QVBoxLayout(this);
     addPeople();
+    addEnrolment();
     addTime();
     addArrangements();
     addFaults();
+    addShown();
 
     QGridLayout* reports = addGroup(QStringLiteral("Reports"));
     addButton(reports, QStringLiteral("Enrolment refused"), QStringLiteral("popup enrolment 1"));
@@ -150,6 +154,33 @@ void Panel::addPeople() {
     group->addWidget(moving, 2, 0, 1, kColumns);
 }
 
+void Panel::addEnrolment() {
+    QGridLayout* group = addGroup(QStringLiteral("Enrolment"));
+    const auto waitsFor = [this](const char* what) {
+        return controller_.execute(QStringLiteral("enrolment")).endsWith(QLatin1String(what));
+    };
+    const auto add = [&](const QString& text, const char* what, auto line) {
+        auto* button = new QPushButton(text);
+        connect(button, &QPushButton::clicked, this, [this, line] { give(line()); });
+        followers_.append([button, waitsFor, what] { button->setEnabled(waitsFor(what)); });
+        const int place = group->count();
+        group->addWidget(button, place / kColumns, place % kColumns);
+    };
+    add(QStringLiteral("New card"), "card", [] {
+        return QStringLiteral("card %1").arg(
+            QRandomGenerator::global()->bounded(20000000, 99999999));
+    });
+    add(QStringLiteral("Card in use"), "card", [] { return QStringLiteral("card 10000002"); });
+    const struct {
+        const char* text;
+        const char* line;
+    } faces[] = {{"Face", "good"},        {"Slow face", "slow"},   {"Face stalls", "stall"},
+                 {"Face in use", "used"}, {"Several faces", "12"}, {"Face not clear", "14"}};
+    for (const auto& one : faces)
+        add(QLatin1String(one.text), "face",
+            [one] { return QLatin1String("enrol-face ") + QLatin1String(one.line); });
+}
+
 void Panel::addTime() {
     QGridLayout* group = addGroup(QStringLiteral("Clock"));
     auto* time = new QDateTimeEdit;
@@ -198,6 +229,15 @@ void Panel::addArrangements() {
                                     QStringLiteral("disarm")};
             return QStringLiteral("alarm ") + words[index];
         });
+}
+
+void Panel::addShown() {
+    QGridLayout* group = addGroup(QStringLiteral("Screen and sound"));
+    auto* shown = new QLabel;
+    followers_.append([this, shown] {
+        shown->setText(controller_.execute(QStringLiteral("shown")).section(QLatin1Char(' '), 1));
+    });
+    group->addWidget(shown, 0, 0);
 }
 
 void Panel::addFaults() {

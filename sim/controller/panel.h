@@ -25,9 +25,11 @@ class Panel : public QWidget {
     void addButton(QGridLayout* group, const QString& text, const QString& line);
 
     void addPeople();
+    void addEnrolment();
     void addTime();
     void addArrangements();
     void addFaults();
+    void addShown();
     void follow();
 
     ControllerSim& controller_;

@@ -171,6 +171,8 @@ class RecognitionSubject : public Subject {
         const auto user = device_.users().find(id);
         if (!user)
             return failed(QStringLiteral("no such user, 'users' lists them"));
+        if (user->facePresent != 1)
+            return failed(QStringLiteral("no face of that user is enrolled"));
         if (verdict == QLatin1String("denied"))
             recognise(*user, failure::ByFace, Verdict::NotPermitted);
         else if (verdict == QLatin1String("registered"))
@@ -185,6 +187,8 @@ class RecognitionSubject : public Subject {
     QString card(const QString& text) {
         if (text.isEmpty())
             return failed(QStringLiteral("which card?"));
+        if (device_.giveCard(text))
+            return done(QStringLiteral("read"));
         if (const auto user = device_.users().findByCard(text))
             recognise(*user, failure::ByCard);
         else
@@ -209,6 +213,10 @@ class RecognitionSubject : public Subject {
         if ((schedule && !work::contains(*schedule, device_.now().time())) ||
             (mealOperation && mode == work::AccessOnly))
             return Verdict::NoAccessTime;
+        // Whoever is to show both has been enrolled with one of them only.
+        if (user.authMethod == AuthMethod::FaceAndCard &&
+            (user.facePresent != 1 || user.cardPresent != 1))
+            return Verdict::NotPermitted;
         if (menu.setup.alarmMode != 0 && user.rights == UserRights::InOutOnly)
             return Verdict::NotPermitted;
         if (mealOperation && mealTaken(fieldText(user.userId), mode))
@@ -277,25 +285,11 @@ class RecognitionSubject : public Subject {
     // --- Events --------------------------------------------------------------------------
 
     GUI_LOGDATA newLog(const _gui_user_& user, quint8 method, int mode) {
-        GUI_LOGDATA log{};
-        std::memcpy(log.userId, user.userId, sizeof log.userId);
-        std::memcpy(log.name, user.name, sizeof log.name);
-        std::memcpy(log.cardNumber, user.cardNumber, sizeof log.cardNumber);
-        log.cardType = user.cardType;
-        log.reissueNumber = user.reissueNumber;
+        GUI_LOGDATA log = eventOf(user, device_.now());
         log.authMethod = method;
         log.inOut = static_cast<quint8>(mode);
         log.manageMode = device_.settings().setup.alarmMode;
         log.score = method == failure::ByFace ? kFaceScore : 0;
-        std::memcpy(log.visiblePicture, user.picture, sizeof log.visiblePicture);
-        std::memcpy(log.infraredPicture, user.picture, sizeof log.infraredPicture);
-        const ClockTime time = clockTime(device_.now());
-        log.year = time.year;
-        log.month = time.month;
-        log.day = time.day;
-        log.hour = time.hour;
-        log.minute = time.minute;
-        log.second = time.second;
         return log;
     }
 

@@ -24,8 +24,12 @@ class ReportsSubject : public Subject {
  public:
     explicit ReportsSubject(Device& device) : Subject(device) {
         onRequest(command::TestLink, [this](const Request& request) {
+            const bool used =
+                request.p1 == command::link_test::Server ||
+                (request.p1 == command::link_test::Ddns && device_.settings().ddns.use != 0);
             device_.send(command::LinkTested,
-                         linksWork_ ? command::answer::Done : command::answer::Failed, request.p1);
+                         linksWork_ && used ? command::answer::Done : command::answer::Failed,
+                         request.p1);
         });
         onRequest(command::OpenDoor, [this](const Request&) { device_.send(command::DoorOpened); });
         onRequest(command::SpeakText, [this](const Request& request) {
@@ -39,6 +43,10 @@ class ReportsSubject : public Subject {
             device_.send(command::LogStoreReport, command::log_store::Emptied);
         });
         onRequest(command::Initialise, [this](const Request& request) { initialise(request.p1); });
+        onRequest(command::FactoryMemoryReset, [this](const Request&) {
+            reset(command::initialise::Everything);
+            device_.sendRecord(command::SettingsChanged, 0, 0, device_.settings());
+        });
 
         onWord("popup", "enrolment|delete|firmware|logs N: a report with the result N",
                [this](const QString& text) { return popup(text); });
@@ -70,26 +78,34 @@ class ReportsSubject : public Subject {
         emit device_.statusChanged();
     }
 
-    void initialise(quint8 what) {
+    void reset(quint8 what) {
         using namespace command::initialise;
         if (what == Logs || what == Everything)
             deleteLogs();
         if (what == Settings || what == Everything)
-            device_.setSettings(resetSettings());
+            device_.setSettings(resetSettings(what == Everything));
         if (what == Everything) {
             for (const _gui_user_& user : device_.users().users())
                 device_.users().remove(fieldText(user.userId));
         }
         device_.usersChanged();
+    }
+
+    void initialise(quint8 what) {
+        reset(what);
         device_.send(command::Initialised,
-                     what <= Everything ? command::answer::Done : command::answer::Failed, what);
+                     what <= command::initialise::Everything ? command::answer::Done
+                                                             : command::answer::Failed,
+                     what);
         device_.sendRecord(command::SettingsChanged, 0, 0, device_.settings());
     }
 
-    /// What the factory has set, but for what is no setting.
-    _gui_menu_ resetSettings() const {
+    /// What the factory has set, but for what is no setting. With everything else gone as well the
+    /// terminal has to be set up anew.
+    _gui_menu_ resetSettings(bool setUpAnew) const {
         const _gui_menu_& menu = device_.settings();
         _gui_menu_ reset = factorySettings();
+        reset.commissioned = setUpAnew ? 0 : menu.commissioned;
         std::memcpy(reset.serial, menu.serial, sizeof reset.serial);
         std::memcpy(reset.firmwareVersion, menu.firmwareVersion, sizeof reset.firmwareVersion);
         return reset;

@@ -63,6 +63,8 @@ class SettingsSubject : public Subject {
                          [](_gui_menu_& menu, const SoundBlock& sound) { menu.sound = sound; });
         save<SetupBlock>(command::SaveDeviceSetup, command::DeviceSetupSaved,
                          [](_gui_menu_& menu, const SetupBlock& setup) { menu.setup = setup; });
+        onRequest(command::SaveDeviceSetup,
+                  [this](const Request& request) { commission(request); });
         save<RegistrationBlock>(command::SaveRegistrationMode, command::RegistrationModeSaved,
                                 [](_gui_menu_& menu, const RegistrationBlock& registration) {
                                     menu.registration = registration;
@@ -80,16 +82,6 @@ class SettingsSubject : public Subject {
 
         onRequest(command::Greeting, [this](const Request&) {
             device_.sendRecord(command::Settings, 0, 0, device_.settings());
-        });
-        onRequest(command::SetBrightness, [this](const Request& request) {
-            _gui_menu_ menu = device_.settings();
-            menu.screen.brightness = request.p2;
-            device_.setSettings(menu);
-        });
-        onRequest(command::SetVolume, [this](const Request& request) {
-            _gui_menu_ menu = device_.settings();
-            menu.sound.volume = request.p2;
-            device_.setSettings(menu);
         });
 
         onWord(
@@ -137,6 +129,16 @@ class SettingsSubject : public Subject {
             }
             finish(request, answer, block.has_value());
         });
+    }
+
+    /// A terminal has been set up when a person has saved its setup there.
+    void commission(const Request& request) {
+        _gui_menu_ menu = device_.settings();
+        if (request.p1 != command::save::SetupAtTerminal || !request.record<SetupBlock>() ||
+            menu.commissioned != 0)
+            return;
+        menu.commissioned = 1;
+        device_.setSettings(menu);
     }
 
     void saveOperation(const Request& request) {

@@ -3,6 +3,7 @@
 std::vector<std::unique_ptr<Subject>> makeSubjects(Device& device) {
     std::vector<std::unique_ptr<Subject>> subjects;
     subjects.push_back(makeSettingsSubject(device));
+    subjects.push_back(makeScreenSoundSubject(device));
     subjects.push_back(makeStatusSubject(device));
     subjects.push_back(makeSessionSubject(device));
     subjects.push_back(makeFirmwareSubject(device));
@@ -10,6 +11,7 @@ std::vector<std::unique_ptr<Subject>> makeSubjects(Device& device) {
     subjects.push_back(makeRecognitionSubject(device));
     subjects.push_back(makeUsbSubject(device));
     subjects.push_back(makeUsersSubject(device));
+    subjects.push_back(makeEnrolmentSubject(device));
     subjects.push_back(makeFactorySubject(device));
     return subjects;
 }

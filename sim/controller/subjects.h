@@ -9,10 +9,12 @@
 std::vector<std::unique_ptr<Subject>> makeSubjects(Device& device);
 
 // Each is defined in the source file of its name.
+std::unique_ptr<Subject> makeEnrolmentSubject(Device& device);
 std::unique_ptr<Subject> makeFactorySubject(Device& device);
 std::unique_ptr<Subject> makeFirmwareSubject(Device& device);
 std::unique_ptr<Subject> makeRecognitionSubject(Device& device);
 std::unique_ptr<Subject> makeReportsSubject(Device& device);
+std::unique_ptr<Subject> makeScreenSoundSubject(Device& device);
 std::unique_ptr<Subject> makeSessionSubject(Device& device);
 std::unique_ptr<Subject> makeSettingsSubject(Device& device);
 std::unique_ptr<Subject> makeStatusSubject(Device& device);

@@ -11,8 +11,8 @@
 
 namespace {
 
-/// The two parameters of an answer, where Kind is the request's first one.
-enum class Form { Result, ResultKind, KindResult };
+/// The two parameters of an answer, where Kind is the request's first one and Option its second.
+enum class Form { Result, ResultKind, KindResult, ResultOption, Option };
 
 /// Requests that the controller may refuse, and how the answer says so.
 constexpr struct Refusal {
@@ -49,6 +49,18 @@ constexpr struct Refusal {
     {command::TestLink, command::LinkTested, Form::ResultKind},
     {command::UpdateFirmware, command::FirmwareUpdateAnswer},
     {command::TextEntered, command::NumberChecked},
+    {command::FactoryLedTest, command::FactoryLedReport, Form::ResultOption},
+    {command::FactoryIoTest, command::FactoryIoStepDone, Form::Option},
+    {command::FactoryRs422Test, command::FactoryRs422Report},
+    {command::FactoryCameraTest, command::FactoryCameraReport, Form::ResultOption},
+    {command::FactoryCardTest, command::FactoryCardReport, Form::Result, command::answer::Failed,
+     16},
+    {command::FactoryCardAntennaTest, command::FactoryCardAntennaReport},
+    {command::FactoryClockTest, command::FactoryClockReport, Form::Result, command::answer::Failed,
+     sizeof(ClockTime)},
+    {command::FactoryMacTest, command::FactoryMacReport, Form::Result, command::answer::Failed, 6},
+    {command::FactoryMemoryTest, command::FactoryMemoryReport},
+    {command::FactoryPingTest, command::FactoryPingReport},
 };
 
 const Refusal* refusalOf(quint16 request) {
@@ -57,6 +69,12 @@ const Refusal* refusalOf(quint16 request) {
             return &refusal;
     }
     return nullptr;
+}
+
+/// The end of a factory test has no answer, so that only its start can be refused.
+bool isStop(const Request& request) {
+    return request.code > command::FactoryMode && request.code < command::FactoryRestart &&
+           request.p1 == command::factory::Stop;
 }
 
 bool isRequest(quint16 code) {
@@ -85,7 +103,7 @@ Trouble::Trouble(Device& device) : Subject(device), late_(std::make_unique<QObje
 
 void Trouble::meet(const Request& request, const RequestHandler& carryOut) {
     const auto waiting = waiting_.find(request.code);
-    if (waiting == waiting_.end()) {
+    if (waiting == waiting_.end() || (isStop(request) && waiting->head().kind != Kind::LoseLink)) {
         carryOut(request);
         return;
     }
@@ -140,8 +158,22 @@ QString Trouble::add(Kind kind, const QString& text) {
 
 void Trouble::refuse(const Request& request, quint8 result) {
     const Refusal& refusal = *refusalOf(request.code);
-    const bool kindFirst = refusal.form == Form::KindResult;
-    const quint8 kind = refusal.form == Form::Result ? 0 : request.p1;
-    device_.send(refusal.answer, kindFirst ? kind : result, kindFirst ? result : kind,
-                 QByteArray(refusal.length, '\0'));
+    const QByteArray payload(refusal.length, '\0');
+    switch (refusal.form) {
+        case Form::Result:
+            device_.send(refusal.answer, result, 0, payload);
+            break;
+        case Form::ResultKind:
+            device_.send(refusal.answer, result, request.p1, payload);
+            break;
+        case Form::KindResult:
+            device_.send(refusal.answer, request.p1, result, payload);
+            break;
+        case Form::ResultOption:
+            device_.send(refusal.answer, result, request.p2, payload);
+            break;
+        case Form::Option:
+            device_.send(refusal.answer, request.p2, 0, payload);
+            break;
+    }
 }

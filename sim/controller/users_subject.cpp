@@ -52,7 +52,7 @@ class UsersSubject : public Subject {
                   [this](const Request& request) { removeGroup(request); });
         onRequest(command::AskUserData, [this](const Request& request) {
             if (const auto user = find(request))
-                offer(*user);
+                device_.reportUser(*user);
         });
         onRequest(command::AskUnsentUsers, [this](const Request&) { offerOldest(); });
         onRequest(command::UserReported, [this](const Request& request) {
@@ -122,16 +122,9 @@ class UsersSubject : public Subject {
         return user ? user : device_.users().findByCard(fieldText(id->text));
     }
 
-    void offer(const _gui_user_& user) {
-        info_s info{};
-        info.user = user;
-        std::memcpy(info.visiblePicture, user.picture, sizeof info.visiblePicture);
-        device_.sendRecord(command::UserEnrolled, 0, 0, info);
-    }
-
     void offerOldest() {
         if (const auto user = device_.users().oldestUnreported())
-            offer(*user);
+            device_.reportUser(*user);
     }
 
     QString fill(const QString& text) {

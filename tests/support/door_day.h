@@ -1,12 +1,9 @@
 #pragma once
 
-#include <QtTest>
-#include <memory>
-#include <utility>
-
 #include "base/clock.h"
 #include "link/command_code.h"
-#include "tests/support/driven_terminal.h"
+#include "tests/support/driven_test.h"
+#include "ui/visible_timer.h"
 
 /// Notes what is painted on the active screen.
 class PaintCounter : public QObject {
@@ -35,25 +32,19 @@ class PaintCounter : public QObject {
 
 /// A day at the door: the real terminal, with a finger on its panel, and the simulated controller.
 /// Each test begins at the standby screen, one morning, with the same settings.
-class DoorDay : public QObject {
+class DoorDay : public DrivenTest {
     Q_OBJECT
 
  private slots:
-    void initTestCase() {
-        t = std::make_unique<DrivenTerminal>();
-        t->root.write("/mnt/data/rebootchkr", {});
-        QVERIFY(t->start());
-    }
     void init() {
         Clock::fix(QDateTime(QDate(2026, 3, 9), QTime(8, 52)));
         DialogOverlay::closeAll(t->window.get());
         t->window->changeWindow(QStringLiteral("stayWindow"));
-        for (const char* line : {"track off", "status auto", "time 2026-03-09 08:52",
-                                 "settings operation.weekdayIn 08:00~09:30",
-                                 "settings operation.weekdayOut 17:30~22:00",
-                                 "settings operation.saturdayIn 08:00~10:00",
-                                 "settings operation.saturdayOut 13:00~18:00"})
-            word(line);
+        words({"track off", "status auto", "time 2026-03-09 08:52",
+               "settings operation.weekdayIn 08:00~09:30",
+               "settings operation.weekdayOut 17:30~22:00",
+               "settings operation.saturdayIn 08:00~10:00",
+               "settings operation.saturdayOut 13:00~18:00"});
         for (const char* off : {"setup.operation", "setup.alarmMode", "operation.attendanceMode",
                                 "operation.lunchOff", "operation.supperOff",
                                 "operation.doorOpenSetting", "screen.standbyMode"})
@@ -67,12 +58,12 @@ class DoorDay : public QObject {
         set("setup.authMethod", 2);
         QVERIFY(t->open("stayWindow"));
     }
-    void cleanupTestCase() { t.reset(); }
 
  protected:
-    void word(const char* line) { QVERIFY2(t->tell(line), line); }
-    void set(const char* field, int value) {
-        QVERIFY2(t->set({{field, QString::number(value)}}), field);
+    /// The time of the screen that is up.
+    VisibleTimer* timer() const {
+        return window()->getActivateWindowForm()->findChild<VisibleTimer*>(
+            QString(), Qt::FindDirectChildrenOnly);
     }
     template <typename Record>
     void frame(quint16 code, const Record& record) {
@@ -80,13 +71,4 @@ class DoorDay : public QObject {
         QVERIFY(
             t->tell(QStringLiteral("frame %1 0 0 %2").arg(code).arg(QLatin1String(bytes.toHex()))));
     }
-    /// What the terminal has sent since this was last asked, without key clicks.
-    QStringList sent() {
-        if (!t->settle())
-            return {QStringLiteral("lost")};
-        t->frames.removeAll(QStringLiteral("5000 0 0"));
-        return std::exchange(t->frames, {});
-    }
-
-    std::unique_ptr<DrivenTerminal> t;
 };

@@ -2,15 +2,16 @@
 
 #include <QApplication>
 #include <QLabel>
-#include <QTcpServer>
 #include <QtTest>
 #include <algorithm>
 #include <memory>
 
 #include "app/main_window.h"
 #include "app/window_form.h"
+#include "link/device_link.h"
 #include "sim/controller/controller_sim.h"
 #include "sim/device_root.h"
+#include "tests/support/free_port.h"
 #include "tests/support/text_recorder.h"
 #include "ui/dialog_overlay.h"
 #include "ui/input_field.h"
@@ -33,10 +34,8 @@ class DrivenTerminal {
                          });
         // A test's finger knows what it touches.
         TouchShield::setTime(0);
-        QTcpServer free;
-        free.listen(QHostAddress::LocalHost);
         qputenv("ZEL_LINK_PORT", QByteArray::number(sim.port()));
-        qputenv("ZEL_REST_PORT", QByteArray::number(free.serverPort()));
+        qputenv("ZEL_REST_PORT", QByteArray::number(freePort()));
     }
 
     /// Starts the terminal, also anew; false when it does not come up and get its settings.
@@ -46,6 +45,11 @@ class DrivenTerminal {
         window->show();
         return QTest::qWaitForWindowExposed(window.get()) &&
                QTest::qWaitFor([this] { return window->settingsArrived(); });
+    }
+    /// Connects again at once rather than at the next attempt.
+    bool reconnect() {
+        window->findChild<DeviceLink*>()->open(sim.port());
+        return QTest::qWaitFor([this] { return window->linkUp(); });
     }
     /// Has the controller carry words out; false when it knows better.
     bool tell(const QString& words) {

@@ -31,6 +31,8 @@ AreaStates shellStates();
 AreaStates doorStates();
 AreaStates usbStates();
 AreaStates usersStates();
+AreaStates enrolmentStates();
 AreaStates settingsStates();
+AreaStates deviceStates();
 AreaStates factoryStates();
 AreaStates facesearchStates();

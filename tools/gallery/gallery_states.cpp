@@ -10,8 +10,9 @@ void GalleryState::show(Stage& stage) const {
 }
 
 QVector<GalleryState> galleryStates(const MainWindow& window) {
-    const AreaStates areas[] = {shellStates(),    doorStates(),    usbStates(),       usersStates(),
-                                settingsStates(), factoryStates(), facesearchStates()};
+    const AreaStates areas[] = {shellStates(),     doorStates(),     usbStates(),
+                                usersStates(),     settingsStates(), deviceStates(),
+                                enrolmentStates(), factoryStates(),  facesearchStates()};
     QVector<GalleryState> states;
     int number = 0;
     for (const WindowForm* screen : window.windowList()) {

@@ -13,7 +13,7 @@ namespace {
 
 /// A combo with more choices than its list shows at once.
 void longComboList(Stage& stage) {
-    auto* row = stage.add<ListRow>(QRect(16, 88, 448, 76));
+    auto* row = stage.add<ListRow>(QRect(16, 640, 448, 76));
     row->setTextKey(QStringLiteral("Button_AlarmSound"));
     auto* combo = new Combo(row);
     combo->setObjectName(QStringLiteral("soundCombo"));
@@ -49,8 +49,6 @@ void overlap(Stage& stage, const char* field, bool closed) {
 }
 
 constexpr AreaState kStates[] = {
-    {"tcpIpWindow", "keypad-address",
-     [](Stage& stage) { stage.useKeypad(InputField::Address, "1 9 2 ."); }},
     {"enviSound_Alarm", "long-list", longComboList},
     {"workMenuWindow", "end", listEnd},
     {"workMenuWindow", "mode-list", [](Stage& stage) { stage.touch(QStringLiteral("modeCombo")); }},

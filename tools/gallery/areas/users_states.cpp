@@ -30,7 +30,7 @@ constexpr AreaState kStates[] = {
     {"userMenuWindow", "not-deleted",
      [](Stage& stage) { stage.receive(command::UserDeleteResult, 1); }},
     {"userEnrollMenuWindow", "pressed",
-     [](Stage& stage) { stage.press(QStringLiteral("authFaceOrCardRow")); }},
+     [](Stage& stage) { stage.press(QStringLiteral("authFaceOnlyRow")); }},
     {"userSearch_idWindow", "keypad-digits",
      [](Stage& stage) { stage.useKeypad(InputField::Digits, "0 1 0 2 3 4 5", "010"); }},
     {"userSearch_InfoWindow", "photo", largePhoto},

@@ -1,0 +1,36 @@
+#include "screens/factory/camera_test_form.h"
+
+#include <QPaintEvent>
+#include <QPainter>
+
+#include "app/window_shell.h"
+#include "link/command_code.h"
+#include "ui/pictures.h"
+
+CameraPicture::CameraPicture(QWidget* parent) : QWidget(parent) {
+    setObjectName(QStringLiteral("cameraPicture"));
+    // What its parents have painted there would cover the camera's picture.
+    setAttribute(Qt::WA_OpaquePaintEvent);
+}
+
+void CameraPicture::paintEvent(QPaintEvent* event) {
+    QPainter painter(this);
+    painter.setClipRegion(event->region());
+    if (WindowShell::onPanel()) {
+        painter.setCompositionMode(QPainter::CompositionMode_Source);
+        painter.fillRect(rect(), Qt::transparent);
+        return;
+    }
+    const QPixmap picture = Pictures::icon(QStringLiteral("live_default.png"));
+    painter.drawPixmap(-mapTo(window(), QPoint()), picture);
+}
+
+void CameraTestForm::windowInEvent() {
+    WindowForm::shell()->SendCommand(command::CameraPictureStart, 0, 0);
+    FactoryTestForm::windowInEvent();
+}
+
+void CameraTestForm::windowOutEvent() {
+    FactoryTestForm::windowOutEvent();
+    WindowForm::shell()->SendCommand(command::CameraPictureStop, 0, 0);
+}

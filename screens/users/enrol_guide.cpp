@@ -1,0 +1,68 @@
+#include "screens/users/enrol_guide.h"
+
+#include <QPainter>
+
+#include "app/window_form.h"
+#include "app/window_shell.h"
+#include "base/device_paths.h"
+#include "ui/pictures.h"
+#include "ui/text_fit.h"
+#include "ui/theme.h"
+
+namespace {
+
+const QRect kPicture(16, 16, 112, 112);
+constexpr int kTextLeft = 144;
+constexpr int kTextEnd = 12;  // from the right edge
+constexpr TextFit::Rule kText{{{26, 2}, {22, 3}}};
+
+}  // namespace
+
+EnrolGuide::EnrolGuide(QWidget* parent) : Panel(parent) {
+    connect(&movie_, &QMovie::frameChanged, this, [this] { update(kPicture); });
+}
+
+void EnrolGuide::tell(const QString& key, const QString& movie) {
+    text_.setKey(key);
+    text_.setEntry(WindowForm::shell()->getScript(key));
+    const QString file =
+        movie.isEmpty() ? QString() : DevicePaths::at(QLatin1String("/zel1/image/") + movie);
+    if (file != movie_.fileName()) {
+        movie_.stop();
+        movie_.setFileName(file);
+        play();
+    }
+    update();
+}
+
+void EnrolGuide::applyScripts(const Lookup& lookup) {
+    text_.apply(lookup);
+    update();
+}
+
+void EnrolGuide::play() {
+    // Nobody sees it move while it is hidden.
+    if (isVisible() && !movie_.fileName().isEmpty())
+        movie_.start();
+}
+
+void EnrolGuide::showEvent(QShowEvent* event) {
+    Panel::showEvent(event);
+    play();
+}
+
+void EnrolGuide::hideEvent(QHideEvent* event) {
+    Panel::hideEvent(event);
+    movie_.stop();
+}
+
+void EnrolGuide::paintEvent(QPaintEvent* event) {
+    Panel::paintEvent(event);
+    QPainter painter(this);
+    const QPixmap sign = movie_.fileName().isEmpty() ? Pictures::icon(QStringLiteral("warning.png"))
+                                                     : movie_.currentPixmap();
+    painter.drawPixmap(kPicture.center() - sign.rect().center(), sign);
+    const QRect room(kTextLeft, 0, width() - kTextLeft - kTextEnd, height());
+    TextFit::draw(&painter, room, Qt::AlignLeft, text_.entry(), kText, QFont::Medium,
+                  Theme::kStrong);
+}

@@ -1,0 +1,63 @@
+#include "screens/users/enrol_ring.h"
+
+#include <QPaintEvent>
+#include <QPainter>
+
+#include "app/window_shell.h"
+#include "base/device_paths.h"
+#include "ui/pictures.h"
+#include "ui/text_fit.h"
+#include "ui/theme.h"
+
+namespace {
+
+const QPoint kRing(60, 12);
+const QRect kHole(68, 20, 344, 344);
+constexpr int kFaceDrop = 44;  // of the silhouette against the ring
+constexpr int kTextMiddle = 424;
+constexpr int kTextHeight = 92;
+constexpr int kSuffixDrop = 10;  // brings both to one baseline
+constexpr int kSuffixGap = 4;
+constexpr TextFit::Rule kNumber{{{64, 1}}};
+constexpr TextFit::Rule kSuffix{{{36, 1}}};
+
+}  // namespace
+
+void EnrolRing::setPercent(int percent) {
+    const int bounded = qBound(0, percent, 100);
+    if (percent_ == bounded)
+        return;
+    percent_ = bounded;
+    update();
+}
+
+void EnrolRing::applyScripts(const Lookup& lookup) {
+    text_.apply(lookup);
+    update();
+}
+
+void EnrolRing::paintEvent(QPaintEvent* event) {
+    QPainter painter(this);
+    painter.setClipRegion(event->region());
+    if (!WindowShell::onPanel())
+        painter.drawPixmap(kHole, Pictures::icon(QStringLiteral("live_default.png")),
+                           kHole.translated(0, y() + kFaceDrop));
+    painter.drawPixmap(0, 0, Pictures::icon(QStringLiteral("enrol_mask.png")));
+    painter.drawPixmap(kRing,
+                       Pictures::file(QStringLiteral("/zel1/image/percent_%1.png").arg(percent_)));
+
+    ScriptHandler::Script number = TextFit::roleSized(text_.entry());
+    ScriptHandler::Script suffix = number;
+    const int place = number.script.indexOf(QLatin1String("%1"));
+    suffix.script = place < 0 ? QString() : number.script.mid(place + 2);
+    number.script = QString::number(percent_);
+    const int wide = TextFit::width(number, kNumber, QFont::Bold);
+    const int all = wide + kSuffixGap + TextFit::width(suffix, kSuffix, QFont::Medium);
+    QRect line((width() - all) / 2, kTextMiddle - kTextHeight / 2, wide, kTextHeight);
+    const QRgb ink = Theme::kAccent;
+    TextFit::draw(&painter, line, Qt::AlignLeft, number, kNumber, QFont::Bold, ink);
+    line.setLeft(line.x() + wide + kSuffixGap);
+    line.setRight(width());
+    TextFit::draw(&painter, line.translated(0, kSuffixDrop), Qt::AlignLeft, suffix, kSuffix,
+                  QFont::Medium, ink);
+}

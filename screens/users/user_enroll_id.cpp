@@ -1,0 +1,84 @@
+#include "screens/users/user_enroll_id.h"
+
+#include "app/window_shell.h"
+#include "link/command_code.h"
+#include "link/command_parameters.h"
+#include "link/device_message.h"
+#include "screens/users/customer_number.h"
+
+namespace {
+
+enum Popup { NumberInUse = 17, NotEleven = 22 };
+
+constexpr ScreenText kTexts[] = {
+    {NumberInUse, "Dialog_CustomerNumberIsAlreadyRegistered", ScreenText::Error},
+    {NotEleven, "Error_EnterEleven", ScreenText::Error},
+};
+
+}  // namespace
+
+void UserEnroll_ID::built() {
+    popup().add(kTexts);
+    connect(ui_->numberEntry, &InputField::doneTouched, this, [this] { nextButtonTouch(); });
+    connect(&request_, &DeviceRequest::answered, this, &UserEnroll_ID::answered);
+    connect(&request_, &DeviceRequest::failed, this, [this] { ShowPopup(NoAnswer); });
+}
+
+void UserEnroll_ID::windowInEvent() {
+    FormScreen::windowInEvent();
+    ui_->numberEntry->setText(fieldText(user().customerId));
+    showKeypad();
+}
+
+void UserEnroll_ID::showKeypad() {
+    shell()->showTouchKey(ui_->numberEntry);
+    // What nearly all numbers begin with.
+    shell()->setTouchKeyOpt(QStringLiteral("010"));
+}
+
+void UserEnroll_ID::deviceAnswer(const DeviceMessage& message) {
+    FormScreen::deviceAnswer(message);
+    // It has come too late for the step before.
+    if (message.command == command::AutomaticUserId && flow().isRunning() &&
+        ui_->numberEntry->text().isEmpty()) {
+        const QString number = CustomerNumber::read(message);
+        if (CustomerNumber::isValid(number))
+            ui_->numberEntry->setText(number);
+    }
+}
+
+void UserEnroll_ID::nextButtonTouch() {
+    const QString number = ui_->numberEntry->text();
+    if (request_.isWaiting())
+        return;
+    if (!CustomerNumber::isValid(number))
+        ShowPopup(NotEleven);
+    else if (!request_.send(command::CheckUserId, 0, 0, number.toLatin1(), {command::UserIdChecked},
+                            kAnswerTime))
+        ShowPopup(NoConnection);
+}
+
+void UserEnroll_ID::answered(const DeviceMessage& message) {
+    if (message.p1 != command::id_check::Free) {
+        RegCertiNumError(message.p1);
+        return;
+    }
+    _gui_user_ now = user();
+    CustomerNumber::set(now, ui_->numberEntry->text());
+    setUser(now);
+    EnrolStep::nextButtonTouch();
+}
+
+void UserEnroll_ID::RegCertiNumError(int result) {
+    ShowPopup(result == command::id_check::InUse         ? NumberInUse
+              : result == command::id_check::WrongLength ? NotEleven
+                                                         : int(NoAnswer));
+}
+
+void UserEnroll_ID::ShowPopup(int code) {
+    popup().showThen(code, [this] { showKeypad(); });
+}
+
+void UserEnroll_ID::abandon() {
+    request_.cancel();
+}

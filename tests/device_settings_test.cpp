@@ -1,0 +1,488 @@
+#include <QRegularExpression>
+#include <QtTest>
+
+#include "app/menu_timer.h"
+#include "app/network_setup.h"
+#include "link/command_code.h"
+#include "link/device_link.h"
+#include "sim/service/service_sim.h"
+#include "tests/support/driven_terminal.h"
+#include "ui/list_row.h"
+
+/// The device's settings, as a finger on the panel and the controller see them.
+class DeviceSettingsTest : public QObject {
+    Q_OBJECT
+
+ private slots:
+    void initTestCase();
+    void init();
+    void cleanupTestCase() { t.reset(); }
+    void anInstallersFirstHour();
+    void faultsAreSaid();
+    void savesEndAlike_data();
+    void savesEndAlike();
+    void whatIsTriedGoesBack();
+    void theLanguageWaitsForTheAnswer();
+    void thePasswordIsTheAdministrators();
+    void theClockIsSetAtOnce();
+    void settingsArriveWhileTheyAreShown();
+    void addressesAreChecked();
+    void theAddressIsTheMachines();
+    void linksAreTested();
+    void resetsAreAskedFor();
+    void theServiceScreenTellsTheContact();
+
+ private:
+    /// Touches one after the other: widgets by name, with ">" before it in its right half; "="
+    /// types keys, of which C clears and D is done.
+    void touch(const QByteArray& steps) {
+        const auto tap = [this](const QByteArray& name, double across) {
+            if (t->find(name.constData()))
+                t->tap(name.constData(), across);
+            else
+                QTest::qFail(name.constData(), __FILE__, __LINE__);
+        };
+        for (const QByteArray& step : steps.split(' ')) {
+            if (!step.startsWith('=')) {
+                const bool right = step.startsWith('>');
+                tap(right ? step.mid(1) : step, right ? 0.8 : 0.2);
+                continue;
+            }
+            for (const char key : step.mid(1))
+                tap(key == 'C'   ? QByteArray("key_clear")
+                    : key == 'D' ? QByteArray("key_done")
+                                 : QByteArray("key_") + key,
+                    0.5);
+        }
+    }
+    bool says(const char* key) {
+        return QTest::qWaitFor([&] { return t->says(key); });
+    }
+    bool ok() {
+        return QTest::qWaitFor([this] {
+            if (t->find("dialogOkButton"))
+                t->tap("dialogOkButton");
+            return t->find("dialogOkButton") == nullptr;
+        });
+    }
+    bool saved() { return says("ListItem_ConfigurationComplete") && ok(); }
+    QByteArray stored(int offset, int size) const {
+        return QByteArray(reinterpret_cast<const char*>(&t->sim.settings()) + offset, size);
+    }
+    /// The frames that have been sent with a code that @p codes matches, as one text.
+    QString heard(const char* codes) {
+        return t->settle() ? t->frames.filter(QRegularExpression(QLatin1String(codes)))
+                                 .join(QLatin1Char('|'))
+                           : QStringLiteral("no link");
+    }
+    QTimer* answerTimer() const {
+        const auto timers = t->window->getActivateWindowForm()->findChildren<QTimer*>(
+            QStringLiteral("answerTimer"));
+        for (QTimer* timer : timers) {
+            if (timer->isActive())
+                return timer;
+        }
+        return nullptr;
+    }
+    QString word(const char* row) const { return t->find<ListRow>(row)->value(); }
+
+    std::unique_ptr<DrivenTerminal> t;
+};
+
+void DeviceSettingsTest::initTestCase() {
+    t = std::make_unique<DrivenTerminal>();
+    t->root.write("/mnt/data/rebootchkr", {});
+    QVERIFY(t->start());
+}
+
+void DeviceSettingsTest::init() {
+    QVERIFY(QTest::qWaitFor([this] { return t->window->linkUp(); }));
+    t->tell("normal");
+    // From wherever the test before has ended, with what the factory has set.
+    t->window->changeWindow(QStringLiteral("stayWindow"));
+    t->window->SendCommand(command::Initialise, 1, 0);
+    QVERIFY(t->settle());
+    for (const char* line :
+         {"settings commissioned 1", "settings setup.language 1", "settings screen.menuTimeout 3"})
+        QVERIFY2(t->tell(line), line);
+    QVERIFY(t->open("zelMenuWindow"));
+}
+
+void DeviceSettingsTest::anInstallersFirstHour() {
+    t->window->changeWindow(QStringLiteral("stayWindow"));
+    for (const char* line : {"settings setup.language 0", "settings commissioned 0"})
+        QVERIFY(t->tell(line));
+    QVERIFY(t->open("setupMenuWindow"));
+    QVERIFY(!t->find("backButton") && !t->find("setupDefaultRow")->isEnabled());
+    touch("languageCombo item1 forwardButton");
+    QVERIFY(says("Error_PasswordNeeded") && ok() && heard("^1981 ").isEmpty());
+    touch("passwordField =2580D repeatField =2580D forwardButton");
+    QVERIFY(saved());
+    QCOMPARE(t->find<ListRow>("relayRow")->text(), QStringLiteral("Relay"));
+    touch(">timeFromServiceToggle clockRow dateField =20310402 timeField =0607D setTimeButton");
+    QVERIFY(says("ListItem_TimeSet") && ok());
+    touch(
+        "deviceNumberField =C4711D operationCombo item0 readerToggle >readerToggle "
+        "authMethodCombo item4 >visitorCallToggle quickRegistrationToggle");
+    touch(
+        ">relayTypeToggle plusButton >exitButtonToggle >tamperToggle alarmCombo item2 "
+        "forwardButton");
+    QVERIFY(saved());
+    touch(
+        "backButton menuNetworkTile netTcpIpTile addressField =C10.1.2.3D maskField "
+        "=C255.255.0.0D gatewayField =C10.1.0.1D dnsField =C9.9.9.9D forwardButton");
+    QVERIFY(says("ListItem_AskAddress"));
+    touch("dialogOkButton");
+    QVERIFY(saved());
+    touch("backButton netDdnsTile useToggle hostField =door.kimD portField =C8080D forwardButton");
+    QVERIFY(saved());
+    touch(
+        "backButton netCloudTile useToggle addressField =C127.0.0.1D portField =C9D "
+        "connectPeriodField =C255D checkPeriodField =C5D forwardButton");
+    QVERIFY(saved());
+    touch("backButton homeButton");
+    QVERIFY(t->shows("stayWindow"));
+    t->window->changeWindow(QStringLiteral("zelMenuWindow"));
+    QCOMPARE(t->title(), QStringLiteral("InputAdminPassword"));
+    touch(
+        "=2580D menuEnvironmentTile enviSoundTile minusButton alarmSoundRow bellRow backButton "
+        "recogFailSoundRow beepsRow backButton forwardButton");
+    QVERIFY(saved());
+    touch(
+        "backButton enviScreenTile plusButton screenOffCombo item5 stayViewRow pictureRow "
+        "backButton >statusLedToggle menuTimeoutCombo item0 >showPicturesToggle forwardButton");
+    QVERIFY(saved());
+    touch(
+        "backButton enviFaceTile >securityLevel >cameraToggle >saveThumbnailToggle "
+        ">useThumbnailToggle saveRefusedToggle forwardButton");
+    QVERIFY(saved() && t->agrees());
+    QCOMPARE(t->window->menuRecord().commissioned, quint8(1));
+    const struct {
+        int offset;
+        const char* bytes;
+    } rows[] = {
+        {0, "01"},
+        {85, "01 646f6f722e6b696d000000000000000000 901f"},             // ddns
+        {112, "05 01 00 00 01"},                                        // face
+        {117, "04 01 04"},                                              // sound
+        {120, "08 05 01 00 00 00 00"},                                  // screen
+        {127, "67120000 3235383000000000 01 01 01 06 00 00 01 04 00"},  // setup
+        {148, "02 01 00 00 00 00"},
+        {154, "01 ff 05 00 0a010203 ffff0000 0a010001 09090909 7f000001 0900"},
+    };
+    for (const auto& row : rows) {
+        const QByteArray bytes = QByteArray::fromHex(row.bytes);
+        QCOMPARE(stored(row.offset, bytes.size()).toHex(' '), bytes.toHex(' '));
+    }
+    QCOMPARE(t->sim.now().toString(QStringLiteral("yyyy-MM-dd hh:mm")),
+             QStringLiteral("2031-04-02 06:07"));
+    t->tell("time now");
+}
+
+void DeviceSettingsTest::faultsAreSaid() {
+    const struct {
+        const char* screen;
+        QByteArray steps;
+        const char* key;
+    } rows[] = {
+        {"setupMenuWindow", "deviceNumberField =CD", "Error_DeviceNumber"},
+        {"setupMenuWindow", "passwordField =123D repeatField =123D", "Error_PasswordLength"},
+        {"setupMenuWindow", "passwordField =1234D repeatField =12345D", "Error_PasswordsDiffer"},
+        {"tcpIpWindow", "addressField =C10.0.0.256D", "Error_IpAddress"},
+        {"tcpIpWindow", "addressField =C0.0.0.0D", "Error_IpZeroOnes"},
+        {"tcpIpWindow", "gatewayField =C1.2D", "Error_Gateway"},
+        {"tcpIpWindow", "dnsField =C1..2.3D", "Error_Dns"},
+        {"ddnsWindow", "useToggle", "Error_Host"},
+        {"ddnsWindow", "portField =C65536D", "Error_Port"},
+        {"cloudWindow", "useToggle addressField =CD", "Error_ServiceAddress"},
+        {"cloudWindow", "connectPeriodField =C4D", "Error_Period"},
+        {"cloudWindow", "checkPeriodField =C256D", "Error_Period"},
+    };
+    for (const auto& row : rows) {
+        init();
+        QVERIFY(t->open(row.screen));
+        touch(row.steps + " forwardButton");
+        QVERIFY2(says(row.key), row.steps.constData());
+        QCOMPARE(heard("^19[58]"), QString());
+        QVERIFY(t->agrees());
+        const auto faulty = t->window->getActivateWindowForm()->findChildren<ListRow*>();
+        QVERIFY(
+            std::any_of(faulty.begin(), faulty.end(), [](auto* one) { return one->isFaulty(); }));
+    }
+}
+
+void DeviceSettingsTest::savesEndAlike_data() {
+    QTest::addColumn<QByteArray>("steps");
+    QTest::addColumn<int>("code");
+    QTest::newRow("setupMenuWindow") << QByteArray("deviceNumberField =C9D") << 1981;
+    QTest::newRow("enviFaceWindow") << QByteArray(">cameraToggle") << 1950;
+    QTest::newRow("enviScreenWindow") << QByteArray(">statusLedToggle") << 1951;
+    QTest::newRow("enviSoundWindow") << QByteArray("minusButton") << 1954;
+    QTest::newRow("tcpIpWindow") << QByteArray("addressField =C192.168.0.7D") << 1986;
+    QTest::newRow("ddnsWindow") << QByteArray("hostField =aD") << 1987;
+    QTest::newRow("cloudWindow") << QByteArray("portField =C9D") << 1986;
+}
+
+void DeviceSettingsTest::savesEndAlike() {
+    QFETCH(QByteArray, steps);
+    QFETCH(int, code);
+    QVERIFY(t->open(QTest::currentDataTag()));
+    const _gui_menu_ before = t->sim.settings();
+    touch(steps);
+    const auto save = [&] {
+        touch("forwardButton");
+        if (steps.startsWith("address") && says("ListItem_AskAddress"))
+            touch("dialogOkButton");
+    };
+    const auto unchanged = [&] {
+        return t->agrees() && memcmp(&before, &t->sim.settings(), sizeof before) == 0;
+    };
+    QVERIFY(t->tell(QStringLiteral("refuse %1").arg(code)));
+    save();
+    QVERIFY(says("Error_SettingsRefused") && ok() && unchanged());
+    QVERIFY(t->tell(QStringLiteral("silent %1").arg(code)));
+    save();
+    QVERIFY(t->settle() && t->says("ListItem_SavingConfiguring"));
+    QVERIFY(!t->find("forwardButton")->isEnabled());
+    answerTimer()->start(0);
+    QVERIFY(says("Error_ControllerSilent") && ok() && unchanged());
+    QVERIFY(t->tell("drop"));
+    QTRY_VERIFY(!t->window->linkUp());
+    touch("forwardButton");
+    QVERIFY(says("ListItem_NoController") && ok() && unchanged());
+    t->window->findChild<DeviceLink*>()->open(t->sim.port());
+    QTRY_VERIFY(t->window->linkUp());
+    save();
+    QVERIFY(saved() && t->agrees() && !unchanged());
+}
+
+void DeviceSettingsTest::whatIsTriedGoesBack() {
+    QVERIFY(t->open("enviScreenWindow"));
+    touch("plusButton plusButton backButton");
+    QCOMPARE(heard("^1952 "), QStringLiteral("1952 1 8|1952 1 9|1952 1 7"));
+    QVERIFY(t->open("enviSoundWindow"));
+    touch("minusButton alarmSoundRow chimeRow bellRow");
+    QCOMPARE(t->sim.execute(QStringLiteral("shown")),
+             QStringLiteral("ok brightness 7 volume 4 sound alarm bell"));
+    // Nobody comes back to it.
+    emit t->window->findChild<MenuTimer*>()->timedOut(QStringLiteral("stayWindow"));
+    QVERIFY(t->shows("stayWindow"));
+    QCOMPARE(heard("^195[56] "), QStringLiteral("1955 1 4|1956 1 3|1956 1 1|1955 1 5|1956 1 0"));
+    QVERIFY(t->agrees());
+}
+
+void DeviceSettingsTest::theLanguageWaitsForTheAnswer() {
+    QVERIFY(t->open("setupMenuWindow"));
+    const auto title = [this] { return t->text("TopDepthTitle_Setup"); };
+    const QString english = title();
+    QVERIFY(t->tell("silent 1981"));
+    touch("languageCombo item0 forwardButton");
+    QVERIFY(t->settle());
+    QCOMPARE(title(), english);
+    QVERIFY(t->tell("frame 2981 0 0"));
+    QVERIFY(saved());
+    QVERIFY(title() != english && t->reads(title()));
+    const char* const fonts = "/usr/lib/fonts/logotypejp_mp_m_1.1.ttf";
+    for (const char* item : {"item2", "item1", "item2", "item0"}) {
+        touch(QByteArray("languageCombo ").append(item).append(" forwardButton"));
+        QVERIFY(saved() && t->reads(title()));
+        if (qstrcmp(item, "item2") == 0)
+            QVERIFY(QFileInfo(t->root.path(fonts)).isSymLink());
+    }
+    QVERIFY(!QFileInfo::exists(t->root.path("/zel1/image/img/fonts/logotypejp_mp_m_1.1.ttf")));
+    // Somebody comes to the door before the answer.
+    QVERIFY(t->tell("delay 1981 1"));
+    touch("languageCombo item1 forwardButton");
+    t->window->changeWindow(QStringLiteral("stayWindow"));
+    QCOMPARE(title(), english);
+    QTRY_VERIFY(t->agrees());
+}
+
+void DeviceSettingsTest::thePasswordIsTheAdministrators() {
+    QVERIFY(t->open("setupMenuWindow"));
+    QVERIFY(!t->find("removePasswordRow")->isEnabled());
+    touch("passwordField =12345678D repeatField =12345678D forwardButton");
+    QVERIFY(saved());
+    QCOMPARE(stored(131, 8), QByteArray("12345678"));
+    QCOMPARE(t->find<InputField>("passwordField")->text(), QString());
+    touch("removePasswordRow dialogCancelButton removePasswordRow dialogOkButton");
+    QVERIFY(t->tell("settings sound.volume 2"));  // forgets nothing
+    QTRY_VERIFY(t->agrees());
+    touch("forwardButton");
+    QVERIFY(saved());
+    QCOMPARE(stored(131, 8), QByteArray(8, '\0'));
+}
+
+void DeviceSettingsTest::theClockIsSetAtOnce() {
+    QVERIFY(t->open("setupMenuWindow"));
+    QVERIFY(!t->find("clockRow")->isEnabled() && !t->find("dateField"));
+    touch(">timeFromServiceToggle clockRow dateField =20310229D setTimeButton");
+    QVERIFY(says("ListItem_CheckInputDate") && ok());
+    touch("dateField =20310228 timeField =2400D setTimeButton");
+    QVERIFY(says("ListItem_CheckInputTime") && ok());
+    QCOMPARE(heard("^1953 "), QString());
+    QVERIFY(t->tell("silent 1953"));
+    touch("timeField =2359D setTimeButton");
+    QCOMPARE(heard("^1953 "), QStringLiteral("1953 1 0 1f 02 1c 17 3b 00"));
+    answerTimer()->start(0);
+    QVERIFY(says("Error_TimeNotSet") && ok());
+}
+
+void DeviceSettingsTest::settingsArriveWhileTheyAreShown() {
+    const struct {
+        const char* screen;
+        const char* words;
+        const char* shown;
+    } rows[] = {
+        {"setupMenuWindow", "setup.deviceNumber 4242", "4242"},
+        {"setupMenuWindow", "setup.language 2", "端末設定"},
+        {"enviScreenWindow", "screen.standbyMode 1", "Picture 1"},
+        {"enviSoundWindow", "sound.volume 10", "10"},
+        {"tcpIpWindow", "network.own.gateway 192.168.0.77", "192.168.0.77"},
+        {"ddnsWindow", "ddns.host here.example", "here.example"},
+        {"cloudWindow", "network.checkPeriod 77", "77"},
+    };
+    for (const auto& row : rows) {
+        init();
+        QVERIFY(t->open(row.screen));
+        QVERIFY2(!t->reads(QString::fromUtf8(row.shown)), row.words);
+        QVERIFY(t->tell(QStringLiteral("settings ") + QLatin1String(row.words)));
+        QTRY_VERIFY2(t->reads(QString::fromUtf8(row.shown)), row.words);
+    }
+}
+
+void DeviceSettingsTest::addressesAreChecked() {
+    using Fault = NetworkSetup::Fault;
+    const struct {
+        const char* block;
+        Fault fault;
+    } rows[] = {
+        {"10.0.0.2 255.0.0.0 0.0.0.0 0.0.0.0", Fault::None},
+        {"10.0.0.2 255.255.255.252 10.0.0.1 127.0.0.1", Fault::None},
+        {"255.255.255.255 255.0.0.0 0.0.0.0 0.0.0.0", Fault::AddressZeroOnes},
+        {"224.0.0.1 255.0.0.0 0.0.0.0 0.0.0.0", Fault::Address},
+        {"10.0.0.0 255.0.0.0 0.0.0.0 0.0.0.0", Fault::AddressReserved},
+        {"10.0.0.2 255.0.255.0 0.0.0.0 0.0.0.0", Fault::Mask},
+        {"10.0.0.2 255.255.255.254 0.0.0.0 0.0.0.0", Fault::Mask},
+        {"10.0.0.2 255.255.0.0 10.1.0.1 0.0.0.0", Fault::GatewayOutside},
+        {"10.0.0.2 255.255.0.0 240.0.0.1 0.0.0.0", Fault::Gateway},
+        {"10.0.0.2 255.255.0.0 10.0.0.1 255.255.255.255", Fault::Dns},
+    };
+    for (const auto& row : rows) {
+        AddressBlock own{};
+        std::uint8_t* byte = own.address;
+        for (const QByteArray& number : QByteArray(row.block).replace(' ', '.').split('.'))
+            *byte++ = static_cast<std::uint8_t>(number.toInt());
+        QVERIFY2(NetworkSetup::check(own) == row.fault, row.block);
+        QCOMPARE(NetworkSetup::commands(own).isEmpty(), row.fault != Fault::None);
+    }
+}
+
+void DeviceSettingsTest::theAddressIsTheMachines() {
+    const auto wouldRun = [](const char* commands) {
+        QTest::ignoreMessage(QtInfoMsg, QRegularExpression(QLatin1String(commands)));
+    };
+    QVERIFY(t->open("tcpIpWindow"));
+    touch("gatewayField =CD dnsField =C1.1.1.1D addressField =C192.168.0.9D forwardButton");
+    QVERIFY(says("ListItem_AskAddress"));
+    touch("dialogCancelButton");
+    QCOMPARE(heard("^1986 "), QString());
+    QVERIFY(t->tell("silent 1986"));
+    touch("forwardButton dialogOkButton");
+    QVERIFY(t->settle());
+    // Not before the controller has it.
+    QCOMPARE(int(t->window->menuRecord().network.own.address[3]), 100);
+    wouldRun(
+        "not run here: ip addr flush dev eth0; ip addr add 192.168.0.9/24 dev eth0; "
+        "nameserver 1.1.1.1$");
+    QVERIFY(t->tell("frame 2986 0 0"));
+    QVERIFY(saved());
+    wouldRun("not run here: udhcpc -n -q -i eth0$");
+    touch(">dhcpToggle");
+    QVERIFY(!t->find("addressField")->isEnabled());
+    touch("forwardButton dialogOkButton");
+    QVERIFY(saved() && t->agrees());
+    // The fixed address is kept for later.
+    QCOMPARE(stored(157, 5).toHex(), QByteArray("01c0a80009"));
+    touch("dhcpToggle");
+    QCOMPARE(t->find<InputField>("addressField")->text(), QStringLiteral("192.168.0.9"));
+}
+
+void DeviceSettingsTest::linksAreTested() {
+    QVERIFY(t->open("networkMenuWindow"));
+    touch("testServerRow");
+    QTRY_COMPARE(word("testServerRow"), t->text("ListItem_Reached"));
+    touch("testDdnsRow");
+    QTRY_COMPARE(word("testDdnsRow"), t->text("ListItem_NotReached"));
+    QVERIFY(t->tell("silent 1989"));
+    touch("testServerRow testDdnsRow");
+    QCOMPARE(heard("^1989 "), QStringLiteral("1989 1 0|1989 2 0|1989 1 0"));
+    QVERIFY(t->tell("frame 2989 0 2") && t->settle());  // of the other test
+    QVERIFY(t->find("serverSpinner"));
+    answerTimer()->start(0);
+    QTRY_COMPARE(word("testServerRow"), t->text("ListItem_NoAnswer"));
+    QVERIFY(!t->find("serverSpinner"));
+}
+
+void DeviceSettingsTest::resetsAreAskedFor() {
+    QVERIFY(t->open("setupDefaultWindow"));
+    touch("logsRow dialogCancelButton");
+    QCOMPARE(heard("^1957 "), QString());
+    QVERIFY(t->tell("refuse 1957"));
+    touch("logsRow dialogOkButton");
+    QVERIFY(says("Error_NotReset") && ok());
+    QVERIFY(t->tell("silent 1957"));
+    touch("settingsRow dialogOkButton");
+    QVERIFY(says("ListItem_Resetting") && t->settle());
+    answerTimer()->start(0);
+    QVERIFY(says("Error_NoAnswer") && ok());
+    touch("everythingRow");
+    const QString users = QString::number(t->window->menuRecord().users.all);
+    QVERIFY(t->find<QLabel>("dialogSecondText")->text().contains(users));
+    touch("dialogOkButton");
+    QVERIFY(says("ListItem_AskResetEverything"));  // not so fast
+    QTRY_VERIFY(t->find("dialogOkButton")->isEnabled());
+    touch("dialogOkButton");
+    // The factory's language, and a terminal that has to be set up.
+    QTRY_VERIFY(t->says("ListItem_ResetComplete") && t->dialogText().contains(QChar(0xCD08)));
+    QCOMPARE(heard("^1957 2"), QStringLiteral("1957 2 0"));
+    QVERIFY(t->agrees() && ok());
+    QCOMPARE(t->window->menuRecord().users.all, 0U);
+    touch("backButton");
+    QCOMPARE(t->title(), QStringLiteral("setupMenuWindow"));
+    QVERIFY(!t->find("backButton"));
+    QVERIFY(t->tell("settings commissioned 1") && t->open("setupDefaultWindow"));
+    touch("restartRow dialogOkButton");
+    QTRY_VERIFY(!t->window->linkUp());
+    QVERIFY(t->dialogText().isEmpty());
+    t->window->findChild<DeviceLink*>()->open(t->sim.port());
+}
+
+void DeviceSettingsTest::theServiceScreenTellsTheContact() {
+    ServiceSim service(0, 0, TerminalAddress{QStringLiteral("127.0.0.1"), 1});
+    const auto state = [this] { return word("stateRow"); };
+    QVERIFY(t->open("cloudWindow"));
+    QCOMPARE(state(), t->text("ListItem_ServiceOff"));
+    touch("useToggle addressField =C127.0.0.1D portField");
+    touch("=C" + QByteArray::number(service.port()) + "D forwardButton");
+    QTRY_COMPARE(state(), t->text("ListItem_Reached"));
+    QVERIFY(t->find("sinceRow") && ok());
+    const struct {
+        const char* words;
+        const char* key;
+    } rows[] = {{"garbage", "ListItem_WrongAnswer"},
+                {"refuse", "ListItem_WrongAnswer"},
+                {"away", "ListItem_Refused"},
+                {"answer 2000", "Arg_ResultCode"}};
+    for (const auto& row : rows) {
+        service.execute(QStringLiteral("normal"));
+        service.execute(QLatin1String(row.words));
+        touch("forwardButton");
+        QTRY_COMPARE(state(), t->text(row.key).replace(QLatin1String("%1"), QLatin1String("2000")));
+        QVERIFY(saved());
+        QVERIFY(!t->find("sinceRow") && word("lastReachedRow") != t->text("ListItem_NotYet"));
+    }
+}
+
+QTEST_MAIN(DeviceSettingsTest)
+#include "device_settings_test.moc"

@@ -1,0 +1,320 @@
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRegularExpression>
+#include <QtTest>
+
+#include "cloud/command_folder.h"
+#include "cloud/event_reports.h"
+#include "cloud/management_commands.h"
+#include "cloud/rest_client.h"
+#include "cloud/terminal_routes.h"
+#include "cloud/user_routes.h"
+#include "link/command_code.h"
+#include "link/device_message.h"
+#include "link/device_records.h"
+#include "tests/cloud_test_support.h"
+
+// What docs/device-link.md says about codes and records is what the program does, and what goes
+// from one record to another arrives where it belongs.
+
+namespace {
+
+struct Row {
+    const char* record;
+    const char* field;
+    std::size_t recordSize;
+    std::size_t offset;
+    std::size_t size;
+    std::size_t documentedOffset;
+    std::size_t documentedSize;
+    const char* like;  // field of another record
+};
+
+constexpr Row kRows[] = {
+#define FIELD(record, member, documentedOffset, documentedSize, like) \
+    {#record,                                                         \
+     #member,                                                         \
+     sizeof(record),                                                  \
+     offsetof(record, member),                                        \
+     sizeof(static_cast<record*>(nullptr)->member),                   \
+     documentedOffset,                                                \
+     documentedSize,                                                  \
+     like},
+#include "records_rows.inc"
+#undef FIELD
+};
+
+/// A record as it lies in a frame.
+struct Bytes {
+    const char* record;
+    QByteArray bytes;
+
+    /// The bytes of a field, where the document has it; empty when it has none.
+    QByteArray field(const QString& name) const {
+        for (const Row& row : kRows) {
+            // The first part of this one is the other.
+            const bool isPart =
+                qstrcmp(record, "info_s") == 0 && qstrcmp(row.record, "_gui_user_") == 0;
+            if ((isPart || qstrcmp(row.record, record) == 0) && name == QLatin1String(row.field))
+                return bytes.mid(int(row.documentedOffset), int(row.documentedSize));
+        }
+        return {};
+    }
+};
+
+/// A record in which every field is filled with a character of its own.
+Bytes distinct(const char* record) {
+    Bytes all{record, {}};
+    char character = '0';
+    for (const Row& row : kRows) {
+        if (qstrcmp(row.record, record) == 0)
+            all.bytes.append(QByteArray(int(row.documentedSize), character++));
+    }
+    return all;
+}
+
+template <typename Record>
+Record as(const QByteArray& bytes) {
+    Record record;
+    std::memcpy(&record, bytes.constData(), sizeof record);
+    return record;
+}
+
+template <typename Record>
+QByteArray bytesOf(const Record& record) {
+    return {reinterpret_cast<const char*>(&record), sizeof record};
+}
+
+/// Every field of @p to that is like one of another record is the same as that in @p from, for all
+/// of the fields have values of their own there.
+void verifyCarried(const Bytes& to, const Bytes& from) {
+    int carried = 0;
+    for (const Row& row : kRows) {
+        if (qstrcmp(row.record, to.record) != 0 || *row.like == '\0')
+            continue;
+        QVERIFY2(to.field(QLatin1String(row.field)) == from.field(QLatin1String(row.like)),
+                 row.field);
+        ++carried;
+    }
+    QVERIFY(carried > 0);
+}
+
+QJsonObject json(QByteArray text) {
+    return QJsonDocument::fromJson(text.replace('\'', '"')).object();
+}
+
+}  // namespace
+
+class RecordsTest : public QObject {
+    Q_OBJECT
+
+ private slots:
+    void initTestCase() { qputenv("ZEL_ROOT", root_.path().toLocal8Bit()); }
+
+    void everyCommandIsListedUnderItsDirection() {
+        QFile file(QStringLiteral(ZEL_SOURCE_DIR "/docs/device-link.md"));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QRegularExpression row(QStringLiteral("^\\| (\\d+) \\| `(\\w+)` \\|"));
+        QStringList documented;
+        QChar direction;
+        const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
+        for (const QString& line : lines) {
+            if (line == QLatin1String("## From the terminal to the controller"))
+                direction = QLatin1Char('>');
+            else if (line == QLatin1String("## From the controller to the terminal"))
+                direction = QLatin1Char('<');
+            else if (line.startsWith(QLatin1String("## ")))
+                direction = QChar();
+            const QRegularExpressionMatch match = row.match(line);
+            if (!direction.isNull() && match.hasMatch())
+                documented += direction + match.captured(1) + match.captured(2);
+        }
+        QStringList known;
+        QSet<QString> codes;
+        for (std::size_t i = 0; i < command::count(); ++i) {
+            const command::Description& code = command::all()[i];
+            const QString number =
+                QLatin1Char(code.direction == command::Direction::ToController ? '>' : '<') +
+                QString::number(code.code);
+            known += number + QLatin1String(code.name);
+            codes.insert(number);
+        }
+        QCOMPARE(documented, known);
+        QCOMPARE(codes.size(), known.size());
+    }
+
+    void everyRecordIsDescribedToTheLastByte() {
+        std::size_t described = 0;
+        for (std::size_t i = 0; i < std::size(kRows); ++i) {
+            const Row& row = kRows[i];
+            const QString name =
+                QLatin1String(row.record) + QLatin1Char('.') + QLatin1String(row.field);
+            QVERIFY2(row.offset == row.documentedOffset, qPrintable(name));
+            QVERIFY2(row.size == row.documentedSize, qPrintable(name));
+            QVERIFY2(row.offset == described,
+                     qPrintable(QStringLiteral("nothing is said before ") + name));
+            described += row.size;
+            if (i + 1 == std::size(kRows) || qstrcmp(kRows[i + 1].record, row.record) != 0) {
+                QVERIFY2(described == row.recordSize,
+                         qPrintable(QStringLiteral("nothing is said behind ") + name));
+                described = 0;
+            }
+        }
+    }
+
+    void whatTheServiceSetsIsSavedInBlocks() {
+        const Bytes menu = distinct("_gui_menu_");
+        terminal_.menu = as<_gui_menu_>(menu.bytes);
+        commands_.setDevice(QVariant::fromValue(Device_Setup_Parameter{}));
+        QCOMPARE(terminal_.takeLog(), QStringLiteral("1981(2,0)27 1982(1,0)7 1950(1,0)5 "
+                                                     "1951(1,0)7 1954(1,0)3 ip 1986(4,0)23 menu "
+                                                     "timers"));
+        const char* const blocks[] = {"setup.deviceNumber", "registration.on", "face.securityLevel",
+                                      "screen.brightness", "sound.volume"};
+        for (int i = 0; i < 5; ++i) {
+            const QByteArray& block = terminal_.payloads[i];
+            const int at = menu.bytes.indexOf(menu.field(QLatin1String(blocks[i])));
+            QCOMPARE(block, menu.bytes.mid(at, block.size()));
+        }
+        verifyCarried({"ServiceNetwork", terminal_.payloads[5]}, menu);
+    }
+
+    void theServiceReadsWhatIsSet() {
+        const QStringList told =
+            QStringLiteral(
+                "DeviceMode setup.operation DoorOpenDuration setup.doorOpenDuration "
+                "RelayType setup.relayType RelayUse setup.relayUse SyncTime setup.syncTime "
+                "TamperSwitch setup.tamperSwitch AuthMethod registration.authMethod "
+                "AutoGeneratedUserID registration.autoId "
+                "AutomaticUserApproval registration.syncAutoZone "
+                "GlassesOption registration.wearGlasses SelectUserLevel registration.userLevel "
+                "UseQuickRegistraion registration.on SaveThumbnail face.saveThumbnail "
+                "SaveUnregisteredAttempts face.saveUnregistered SecurityLevel face.securityLevel "
+                "UseThumbnail face.useThumbnail Brightness screen.brightness "
+                "MenuTimeout screen.menuTimeout SleepMode screen.sleepMode "
+                "StandByMode screen.standbyMode StatusLed screen.statusLed "
+                "AuthFailureAlarm sound.recognitionFailSound UseManager network.useManager")
+                .split(QLatin1Char(' '));
+        const Bytes menu = distinct("_gui_menu_");
+        const QByteArray json =
+            QJsonDocument(terminal_routes::deviceStatus(as<_gui_menu_>(menu.bytes), QDateTime()))
+                .toJson(QJsonDocument::Compact);
+        for (int i = 0; i < told.size(); i += 2) {
+            const quint8 value = static_cast<quint8>(menu.field(told[i + 1])[0]);
+            const QString text = QStringLiteral("\"%1\":\"%2\"").arg(told[i]).arg(value);
+            QVERIFY2(json.contains(text.toLatin1()), qPrintable(text));
+        }
+        _gui_menu_ versions{};
+        setFieldText(versions.firmwareVersion, QStringLiteral("1"));
+        setFieldText(versions.kernelVersion, QStringLiteral("2"));
+        setFieldText(versions.mainBoardVersion, QStringLiteral("3"));
+        setFieldText(versions.ioBoardVersion, QStringLiteral("4"));
+        setFieldText(versions.serial, QStringLiteral("5"));
+        QCOMPARE(terminal_routes::deviceStatus(versions, QDateTime())
+                     .value(QStringLiteral("DeviceInfo"))
+                     .toObject(),
+                 ::json("{'FW_version':'1','Kernel_version':'2','HW_Main_version':'3',"
+                        "'HW_IO_version':'4','Serial':'5'}"));
+    }
+
+    void eventsAreReported() {
+        const Bytes event = distinct("GUI_LOGDATA");
+        const FR21_Parameter report = event_reports::accessEvent(as<GUI_LOGDATA>(event.bytes));
+        verifyCarried({"EventReported", bytesOf(report.record)}, event);
+        QCOMPARE(told(RestClass::kUserInOutLog, QVariant::fromValue(report)),
+                 json("{'inoutInfo':{'authType':'54','inoutMode':'55','manageMode':'56',"
+                      "'eventStatusCd':'57','payNum':'58','authTime':'2060-61-62 63:64:65',"
+                      "'cardInfo':{'cardNo':'3333333333333333','cardType':'52','reissueNo':'53',"
+                      "'nationCd':'kr'},'faceInfrared':{'authScore':'59','infImg':''},"
+                      "'faceVisible':{'visImg':''}}}"));
+    }
+
+    void enrolledUsersAreReported() {
+        const Bytes info{"info_s", distinct("_gui_user_").bytes + QByteArray(64, 'x') +
+                                       QByteArray(64, 'y') + "vw"};
+        const Parameter_UserData report = event_reports::enrolledUser(as<info_s>(info.bytes));
+        verifyCarried({"UserReported", bytesOf(report.record)}, info);
+        QCOMPARE(told(RestClass::kUserEnroll, QVariant::fromValue(report)),
+                 json("{'userInfo':{'userLevel':'52','authType':'51','registTime':'" +
+                      QByteArray(20, '>') + "','cardInfo':{'cardNo':'" + QByteArray(16, '<') +
+                      "','cardType':'57','reissueNo':'58','nationCd':';;;;','cardTemplate':'" +
+                      QByteArray(128, '=') + "'},'user':{'name':'" + QByteArray(100, '2') +
+                      "'},'faceVisible':{'visImg':''},'templateFile':'" + QByteArray(64, 'y') +
+                      "','autoEnrollment':'118','removeUserData':'119'}}"));
+    }
+
+    /// From the request by way of the disk to the controller, with texts that have to be wrapped.
+    void aSentUserArrivesWhole() {
+        auto sent = user_routes::decodeUserDataSend(
+            R"({"userInfo":{"registTime":"2031-01-02 03:04:05","authType":"4","userLevel":"0",)"
+            R"("sensivity":"3","timeSchedule":"a\\n\n\r\\홍\t\\","restrictTime":"\n",)"
+            R"("templateFile":"x\u0000y","user":{"name":"길동"},"cardInfo":{"cardNo":"123456",)"
+            R"("cardTemplate":"template","cardType":"7","nationCd":"kr","reissueNo":"8"}}})");
+        QCOMPARE(sent.code, 1000);
+        QVERIFY(CommandFolder().writeAdd(sent.value.user, "jpg"));
+        const QStringList folders =
+            QDir(CommandFolder::directory()).entryList({QStringLiteral("2*_add_123456")});
+        const auto command = CommandFolder::named(folders.value(0));
+        QVERIFY(command && command->kind == CommandFolder::Kind::Add);
+        const auto taken = CommandFolder::takeUser(*command);
+        QVERIFY(taken.has_value());
+        QCOMPARE(taken->templateFile, QString(QLatin1String("x\0y", 3)));
+        commands_.enrolUser(QVariant::fromValue(*taken));
+        QCOMPARE(terminal_.takeLog(), QStringLiteral("1927(0,0)486"));
+
+        _gui_user_ user{};
+        for (const auto field : {&_gui_user_::userId, &_gui_user_::customerId})
+            setFieldText(user.*field, QStringLiteral("123456"));
+        setFieldText(user.cardNumber, QStringLiteral("123456"));
+        setFieldText(user.name, QStringLiteral("길동"));
+        user.authMethod = 4;
+        user.facePresent = user.cardPresent = 1;
+        user.cardType = 7;
+        user.reissueNumber = 8;
+        setFieldText(user.nationCode, QStringLiteral("kr"));
+        setFieldText(user.cardTemplate, QStringLiteral("template"));
+        setFieldText(user.registrationTime, QStringLiteral("2031-01-02 03:04:05"));
+        setFieldText(user.timeSchedule, QStringLiteral("a\\n\n\r\\홍\t\\"));
+        setFieldText(user.restrictTime, QStringLiteral("\n"));
+        setFieldText(user.picture, QStringLiteral("123456.jpg"));
+        user.sensitivity = 3;
+        user.origin = 1;
+        QCOMPARE(terminal_.payloads.last().toHex(), bytesOf(user).toHex());
+    }
+
+    void recordsOneBehindTheOther() {
+        const QByteArray bytes("\1\2\3\4\5\6\7", 7);
+        const auto ranges = [&bytes](int length) {
+            return DeviceMessage{1, 0, 0, static_cast<quint16>(length), bytes.constData()}
+                .records<_byte4_time_se_>();
+        };
+        QCOMPARE(int(ranges(3).size()), 0);
+        QCOMPARE(int(ranges(7).size()), 1);
+        QCOMPARE(int(ranges(7).front().endMinute), 4);
+        QCOMPARE(int(DeviceMessage{}.records<quint32>().size()), 0);
+    }
+
+ private:
+    /// What the service gets with a command.
+    QJsonObject told(int command, const QVariant& data) {
+        RestClass client(cloud_, nullptr);
+        FakeService service;
+        _gui_menu_ menu{};
+        menu.network.own.managerAddress[0] = 127;
+        menu.network.own.managerAddress[3] = 1;
+        menu.network.own.managerPort = service.serverPort();
+        cloud_.setSettings(menu);
+        client.SendCommand(command, data);
+        [&] { QTRY_COMPARE(service.requests.size(), 1); }();
+        return QJsonDocument::fromJson(service.requests.value(0).body).object();
+    }
+
+    QTemporaryDir root_;
+    FakeHost cloud_;
+    FakeTerminal terminal_;
+    ManagementCommands commands_{cloud_, terminal_};
+};
+
+QTEST_GUILESS_MAIN(RecordsTest)
+#include "records_test.moc"
