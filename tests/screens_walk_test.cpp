@@ -307,8 +307,10 @@ class ScreensWalkTest : public QObject {
             others.removeOne(title);
         QCOMPARE(others.join(QLatin1Char(' ')),
                  QStringLiteral(
-                     "bootWindow usbUploadFileSelector foodMenuWindow userEnroll_reCardTagWindow "
-                     "userEnroll_FaceWindow recognizeWindow inputSubWindow UsbOutLogWindow "
+                     "bootWindow usbUploadFileSelector foodMenuWindow userEnroll_cardTagWindow "
+                     "userEnroll_reCardTagWindow userEnroll_FaceWindow recognizeWindow "
+                     "inputSubWindow userSearch_cardWindow userSearch_InfoWindow "
+                     "info_logListWindow UsbOutLogWindow "
                      "upgradingWindow InputAdminPassword InputDestinationForm"));
         for (const int language : {0, 1, 2}) {
             stage->restart(language);
