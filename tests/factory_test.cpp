@@ -201,6 +201,13 @@ class FactoryTest : public QObject {
              {"factory power 9.1 5.0", "factory power 66 5 3", "factory nose ok", "factory led 5",
               "factory mac 0102", "refuse 4008", "factory all 3"})
             QVERIFY2(!t->tell(word), word);
+        // A report that is cut short tells nothing, and without the link nothing passes.
+        QVERIFY(t->tell("factory power silent"));
+        t->tap("factoryPowerRow");
+        QVERIFY(t->tell("frame 4009 0 0 e02e8813") && t->settle());
+        QVERIFY(test()->verdict() == Verdict::Running);
+        QVERIFY(t->tell("drop"));
+        QTRY_VERIFY(test()->verdict() == Verdict::Fail);
     }
 
     void aFullDiskStopsNothing_data() {
