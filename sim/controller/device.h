@@ -31,6 +31,8 @@ class Device : public QObject {
     /// Tells the management service, by way of the terminal, of a user.
     void reportUser(const _gui_user_& user);
     LogStore& logs() { return logs_; }
+    /// Empties it; meals that were counted are counted no more.
+    void removeLogs();
 
     /// Who gets the next card that is held to the reader instead of the door; an empty function
     /// ends that.
@@ -38,6 +40,10 @@ class Device : public QObject {
     void setCardTaker(const CardTaker& taker) { cardTaker_ = taker; }
     /// Gives a card to whoever waits for one, once. False when nobody does.
     bool giveCard(const QString& number);
+
+    /// The same for faces before the running camera: nobody's number for somebody who is not known.
+    void setFaceTaker(const CardTaker& taker) { faceTaker_ = taker; }
+    bool giveFace(const QString& number);
 
     /// Whether a card that was read for an enrolment waits for ChangeUser to be registered; the
     /// frame changes nobody's record then.
@@ -100,6 +106,7 @@ class Device : public QObject {
     bool armed_ = false;
     bool supervises_ = false;
     CardTaker cardTaker_;
+    CardTaker faceTaker_;
     bool registersCard_ = false;
     const QString dataFolder_;
 };
