@@ -46,9 +46,12 @@ void send(QEvent::Type type, WidgetButton* button) {
     QCoreApplication::sendEvent(button, &event);
 }
 
-/// Lets layouts and deferred calls have their effect; no timer runs out meanwhile.
+/// Lets layouts and deferred calls have their effect; no timer runs out meanwhile. A row that has
+/// grown has the layouts around it ask once more.
 void settle() {
-    QCoreApplication::sendPostedEvents();
+    constexpr int kRounds = 3;
+    for (int round = 0; round < kRounds; ++round)
+        QCoreApplication::sendPostedEvents();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
