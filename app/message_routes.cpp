@@ -29,7 +29,7 @@ constexpr MessageRoute kRoutes[] = {
     {UserStored, AnyActive, 0, {}},
     {CardTagged, ActiveScreen, 0, kEnrolCard, kEnrolCardAgain},
     {UserIdChecked, AnyActive, 0, {}},
-    {EnrolmentRefused, Shell, 0, {}},
+    {EnrolmentRefused, ScreenFirst, 0, kEnrolCard, kEnrolCardAgain},
     {UserDeleted, ActiveScreen, 0, kUserInfo},
     {UserDeleteResult, ScreenFirst, 0, kUserInfo},
     {UserGroupDeleted, NamedScreen, 0, kUserGroup},

@@ -94,6 +94,12 @@ class EnrolmentTest : public QObject {
         row("live view, face",
             steps({"!settings_registration.authMethod_1 LIVE >forwardButton ", kLook, kDone}),
             steps({kDoor, "2037:1:1 ", kFace, kFaceEnd}), 1, 2);
+        row("live view, visitor",
+            steps({"!settings_registration.userLevel_2 LIVE >forwardButton @InputDestinationForm "
+                   ">key_a >backButton @userEnroll_qualWindow >forwardButton >key_a "
+                   ">forwardButton ",
+                   kTag, kAdd, kLook, kDone}),
+            steps({kDoor, "1933 2037:2:2 2011 2010 ", kCard, kFace, kFaceEnd}), 2, 3);
     }
 
     void everyWayLeadsToAStoredUser() {
@@ -113,6 +119,9 @@ class EnrolmentTest : public QObject {
                  QString::fromLatin1(door ? "01090000001" : "01055556666"));
         QCOMPARE(int(user.authMethod), method);
         QCOMPARE(int(user.cardPresent + 2 * user.facePresent), has);
+        const bool visits = frames.contains("2037:2:2 2011");
+        QCOMPARE(fieldText(user.destination), QLatin1String(visits ? "a" : ""));
+        QCOMPARE(int(user.level), int(visits ? UserLevel::Visitor : UserLevel::General));
         QCOMPARE(fieldText(user.cardNumber), QLatin1String((has & 1) != 0 ? "30000001" : ""));
         // Whoever has a face is known by it from now on, until they are deleted.
         QVERIFY(play("DOOR"));
@@ -186,6 +195,9 @@ class EnrolmentTest : public QObject {
         row("another enrolment",
             "!refuse_1920_2 " + card + "!card_30000001" + says("Error_EnrollingUsers"),
             "1920 1926 1908:203");
+        row("card refused",
+            "!settings_registration.autoId_0 !refuse_1921_2 " + card + says("Error_EnrollingUsers"),
+            "1921 1926 1908:203");
         row("administrators, card",
             "!refuse_1940_3 " + card + "!card_30000001" + says("Dialog_RegFaceFailed_UpToAdmin5"),
             "1940 1926 1908:203");

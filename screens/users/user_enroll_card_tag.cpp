@@ -103,7 +103,7 @@ void UserEnroll_CardTag::wait() {
         endWith(NoConnection);
         return;
     }
-    request_.await({command::CardEnrolled}, kWait);
+    request_.await({command::CardEnrolled, command::EnrolmentRefused}, kWait);
     secondsTimer_.start();
     // The reader's time is the one that counts here.
     shell()->StopMenuTimer();
@@ -127,6 +127,12 @@ void UserEnroll_CardTag::answered(const DeviceMessage& message) {
                 SetCardResult(message.p1, message.p2, fieldText(number->text));
             else
                 SetCardResult(command::answer::Failed, message.p2, QString());
+            break;
+        case command::EnrolmentRefused:
+            ShowPopup(message.p1 == command::refused::StoreFull          ? StoreFull
+                      : message.p1 == command::refused::EnrolmentRunning ? OtherEnrolment
+                                                                         : int(NoAnswer),
+                      End);
             break;
         case command::UserChanged:
             if (message.p1 == command::store::Done)
