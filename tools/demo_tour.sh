@@ -57,6 +57,12 @@ out_button=(352 462)
 plus=(376 520)
 pay=(328 740)
 dialog_ok=(240 506)
+menu=(416 740)
+first_tile=(128 174)
+second_tile=(352 174)
+first_choice=(240 142)
+rights=(350 534)
+save=(426 36)
 
 # still: whether the screen shows the same twice, a moment apart.
 still() {
@@ -155,6 +161,21 @@ tour() {
     touch_at "${dialog_ok[@]}"
     controller face unknown
     glimpse unknown "A face that nobody knows"
+
+    at 18:30
+    controller live
+    touch_at "${menu[@]}"
+    touch_at "${first_tile[@]}"
+    touch_at "${second_tile[@]}"
+    touch_at "${first_choice[@]}"
+    step search "An administrator looks for somebody by card"
+    controller card 10000005
+    step person "Found"
+    touch_at "${rights[@]}"
+    touch_at "${save[@]}"
+    step changed "Changed: may only go in and out"
+    touch_at "${dialog_ok[@]}"
+    controller live
 
     at 22:10
     controller alarm arm
