@@ -236,6 +236,9 @@ void MainWindow::settingsChanged(const SettingsChange& change) {
     MenuTimer& menuTimer = navigation_->menuTimer();
     if (change.in(&_gui_menu_::screen, &ScreenBlock::menuTimeout) && menuTimer.isRunning())
         menuTimer.start(MenuTimer::timeout(change.now.screen.menuTimeout), menuTimer.returnTitle());
+    // From its setup on a terminal's screens are left after their time.
+    if (!change.first && change.in(&_gui_menu_::commissioned) && navigation_->active() != nullptr)
+        navigation_->startTime(navigation_->active()->getTitle());
     if (change.in(&_gui_menu_::network))
         initRestCall();
     if (change.in(&_gui_menu_::network, &NetworkBlock::useManager))
