@@ -57,6 +57,8 @@ out_button=(352 462)
 plus=(376 520)
 pay=(328 740)
 dialog_ok=(240 506)
+back=(36 36)
+home=(438 36)
 menu=(416 740)
 first_tile=(128 174)
 second_tile=(352 174)
@@ -171,20 +173,21 @@ tour() {
     touch_at "${first_tile[@]}"
     touch_at "${second_tile[@]}"
     touch_at "${first_choice[@]}"
-    step search "An administrator looks for somebody by card"
+    glimpse search "An administrator looks for somebody by card"
     controller card 10000005
     step person "Found"
     touch_at "${rights[@]}"
     touch_at "${forward[@]}"
     step changed "Changed: may only go in and out"
     touch_at "${dialog_ok[@]}"
-    controller live
+    touch_at "${back[@]}"
+    touch_at "${home[@]}"
     at 18:40
     controller live
     touch_at "${enrol[@]}"
     step enrolment "Somebody enrols at the live view"
     touch_at "${forward[@]}"
-    step enrolment-card "A card first"
+    glimpse enrolment-card "A card first"
     controller card 30000001
     glimpse enrolment-number "Its number"
     touch_at "${forward[@]}"
