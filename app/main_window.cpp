@@ -11,6 +11,7 @@
 #include "app/management_link.h"
 #include "app/message_dispatch.h"
 #include "app/network_setup.h"
+#include "app/peer_history.h"
 #include "app/report_popups.h"
 #include "app/screen_factory.h"
 #include "app/screen_titles.h"
@@ -70,6 +71,7 @@ MainWindow::MainWindow(QWidget* parent)
     navigation_ = new Navigation(
         [this] { return settingsArrived() ? std::optional(records_.menu()) : std::nullopt; }, this);
     dispatch_ = new MessageDispatch(navigation_->windows(), this);
+    history_ = new PeerHistory(this);
     link_ = new DeviceLink([this](quint16 command, quint8, quint8, quint16 length,
                                   const char* payload) { DataParsing(command, length, payload); },
                            this);
@@ -108,6 +110,7 @@ MainWindow::MainWindow(QWidget* parent)
 
     connect(link_, &DeviceLink::sent, this,
             [this](quint16 command, quint8 p1) { recognition_.sent(command, p1); });
+    connect(link_, &DeviceLink::connectedChanged, history_, &PeerHistory::setLinkUp);
     connect(link_, &DeviceLink::connectedChanged, this, &MainWindow::signal_linkChanged);
     connect(link_, &DeviceLink::connectedChanged, this, &MainWindow::peersChanged);
     link_->open(DevicePaths::linkPort());
@@ -154,6 +157,7 @@ void MainWindow::initWindowList() {
 }
 
 void MainWindow::connectMessages() {
+    connect(dispatch_, &MessageDispatch::shellMessage, history_, &PeerHistory::controllerMessage);
     connect(dispatch_, &MessageDispatch::shellMessage, messages_, &ShellMessages::take);
     connect(messages_, &ShellMessages::quitOrdered, this, &MainWindow::quitByController);
     connect(messages_, &ShellMessages::statusReported, this,
@@ -433,6 +437,7 @@ void MainWindow::updateRestConnectStatus(bool up) {
 }
 
 void MainWindow::completedRestCommand(QVariant procIdx) {
+    history_->completed(procIdx);
     management_->commands().completed(procIdx);
 }
 

@@ -162,6 +162,7 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     // --- Management service ----------------------------------------------------------------
     bool serviceInUse() const override;
     bool serviceReached() const override;
+    const PeerHistory& peerHistory() const override { return *history_; }
     const ServiceContact& serviceContact() const override;
     void connectService() override;
     DownloadManager& downloads() override;
@@ -260,6 +261,7 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     SystemStatus* status_ = nullptr;
     MessageDispatch* dispatch_ = nullptr;
     ShellMessages* messages_ = nullptr;
+    PeerHistory* history_ = nullptr;
     DeviceLink* link_ = nullptr;
     StatusPopup* statusPopup_ = nullptr;
     ReportPopups* popups_ = nullptr;

@@ -46,7 +46,7 @@ constexpr MessageRoute kRoutes[] = {
     {UsbExported, ActiveScreen, 0, kUsbMenu},
     {FirmwareProgress, ActiveScreen, 0, kUsbMenu},
     {UsbProgress, ActiveScreen, 0, kUsbMenu},
-    {ConnectionInfo, ActiveScreen, 0, kInfoConnection},
+    {ConnectionInfo, ActiveScreen, sizeof(HostInfo), kInfoConnection},
     {UserFound, NamedScreen, 0, kUserSearch},
     {UserSearchStarted, NoAction, 0, {}},
     {LogPage, ActiveScreen, 0, kLogList},

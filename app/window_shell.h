@@ -12,6 +12,7 @@
 class DialogForm;
 class DownloadManager;
 class InputField;
+class PeerHistory;
 class ServiceContact;
 struct PasswordPurpose;
 class WindowForm;
@@ -56,6 +57,8 @@ class WindowShell {
     /// Tells the service, when it is in use, that the users of @p group are gone: one of
     /// command::user_group.
     virtual void reportGroupDeleted(int group) = 0;
+    /// What has passed between the terminal and both.
+    virtual const PeerHistory& peerHistory() const = 0;
     /// More about that, for a screen that follows it.
     virtual const ServiceContact& serviceContact() const = 0;
     /// Tries to reach it now.

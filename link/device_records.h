@@ -242,6 +242,16 @@ struct GUI_LOGDATA {
     std::uint8_t reserved[6];
 };
 
+/// How the controller stands with the access controller.
+struct HostInfo {
+    std::uint8_t connected;
+    std::uint8_t reserved1;
+    std::uint16_t port;
+    std::uint8_t address[4];
+    char name[32];
+    std::uint8_t reserved2[4];
+};
+
 /// One enrolled user's data for the management service.
 struct info_s {
     _gui_user_ user;
@@ -440,6 +450,7 @@ static_assert(offsetof(GUI_USERLOG, start) == 24);
 static_assert(offsetof(GUI_USERLOG, from) == 28);
 
 static_assert(sizeof(GUI_LOGDATA) == 284);
+static_assert(sizeof(HostInfo) == 44);
 static_assert(sizeof(info_s) == 616);
 static_assert(sizeof(EventReported) == 68);
 static_assert(sizeof(UserReported) == 140);

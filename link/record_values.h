@@ -81,6 +81,16 @@ enum : std::uint8_t {
 };
 }
 
+/// GUI_USERLOG::period
+namespace LogPeriod {
+enum : std::uint8_t { All = 0, Today = 1, Week = 2, Month = 3, FromTo = 4 };
+}
+
+/// GUI_USERLOG::viewType
+namespace LogResult {
+enum : std::uint8_t { All = 0, Accepted = 1, Refused = 2 };
+}
+
 /// _gui_user_::level
 namespace UserLevel {
 enum : std::uint8_t { Administrator = 0, General = 1, Visitor = 2 };

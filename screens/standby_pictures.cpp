@@ -29,16 +29,21 @@ QStringList pictureNames(const QString& deviceFolder) {
 
 namespace StandbyPictures {
 
-QPixmap background(int choice) {
+QVector<Picture> backgrounds() {
+    QVector<Picture> pictures;
     for (const char* name : kBackgrounds) {
         const QString folder = QLatin1String(name);
-        const QStringList pictures = pictureNames(folder);
-        if (choice < pictures.size())
-            return Pictures::foreignKept(folder, pictures.at(choice),
-                                         {Theme::kScreenWidth, Theme::kScreenHeight});
-        choice -= pictures.size();
+        for (const QString& picture : pictureNames(folder))
+            pictures.append({folder, picture});
     }
-    return {};
+    return pictures;
+}
+
+QPixmap background(int choice) {
+    const Picture picture = backgrounds().value(choice);
+    return picture.name.isEmpty() ? QPixmap()
+                                  : Pictures::foreignKept(picture.folder, picture.name,
+                                                      {Theme::kScreenWidth, Theme::kScreenHeight});
 }
 
 QPixmap logo() {

@@ -309,7 +309,8 @@ class ScreensWalkTest : public QObject {
                  QStringLiteral(
                      "bootWindow usbUploadFileSelector foodMenuWindow userEnroll_cardTagWindow "
                      "userEnroll_reCardTagWindow userEnroll_FaceWindow recognizeWindow "
-                     "inputSubWindow userSearch_cardWindow userSearch_InfoWindow UsbOutLogWindow "
+                     "inputSubWindow userSearch_cardWindow userSearch_InfoWindow "
+                     "info_logListWindow UsbOutLogWindow "
                      "upgradingWindow InputAdminPassword InputDestinationForm"));
         for (const int language : {0, 1, 2}) {
             stage->restart(language);

@@ -19,7 +19,7 @@ constexpr int kMaxSide = 4096;
 /// All icons and one picture of a whole screen, in kilobytes.
 constexpr int kCacheLimit = 4096;
 
-QPixmap read(const QString& path, const QSize& size) {
+QImage read(const QString& path, const QSize& size) {
     QImageReader reader(path);
     reader.setDecideFormatFromContent(true);
     reader.setAutoTransform(true);
@@ -34,7 +34,7 @@ QPixmap read(const QString& path, const QSize& size) {
         full.scaled(turned ? size.transposed() : size, Qt::KeepAspectRatioByExpanding);
     if (covering.width() < full.width())
         reader.setScaledSize(covering);
-    return QPixmap::fromImage(reader.read());
+    return reader.read();
 }
 
 /// Nothing unless @p name is a plain picture file that lies in @p deviceFolder itself.
@@ -49,8 +49,8 @@ QFileInfo foreignFile(const QString& deviceFolder, const QString& name) {
     return info;
 }
 
-QPixmap readForeign(const QFileInfo& file, const QSize& size) {
-    const QPixmap picture = read(file.filePath(), size);
+QImage readForeign(const QFileInfo& file, const QSize& size) {
+    QImage picture = read(file.filePath(), size);
     if (picture.isNull())
         qCInfo(pictureLog, "no picture in %s", qPrintable(file.filePath()));
     return picture;
@@ -76,8 +76,12 @@ QPixmap file(const QString& devicePath) {
 }
 
 QPixmap foreign(const QString& deviceFolder, const QString& name, const QSize& size) {
+    return QPixmap::fromImage(foreignImage(deviceFolder, name, size));
+}
+
+QImage foreignImage(const QString& deviceFolder, const QString& name, const QSize& size) {
     const QFileInfo file = foreignFile(deviceFolder, name);
-    return file.isFile() ? readForeign(file, size) : QPixmap();
+    return file.isFile() ? readForeign(file, size) : QImage();
 }
 
 QPixmap foreignKept(const QString& deviceFolder, const QString& name, const QSize& size) {
@@ -92,7 +96,7 @@ QPixmap foreignKept(const QString& deviceFolder, const QString& name, const QSiz
                             .arg(size.height());
     QPixmap picture;
     if (!QPixmapCache::find(key, &picture)) {
-        picture = readForeign(file, size);
+        picture = QPixmap::fromImage(readForeign(file, size));
         QPixmapCache::insert(key, picture);
     }
     return picture;

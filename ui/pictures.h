@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QImage>
 #include <QPixmap>
 #include <QSize>
 #include <QString>
@@ -19,6 +20,9 @@ QPixmap file(const QString& devicePath);
 /// plain picture file that lies in the folder itself, however @p name is made up. Not kept:
 /// nobody's picture stays in memory longer than a screen shows it.
 QPixmap foreign(const QString& deviceFolder, const QString& name, const QSize& size);
+
+/// The same as an image. Any thread.
+QImage foreignImage(const QString& deviceFolder, const QString& name, const QSize& size);
 
 /// The same for pictures of nobody, kept until the file changes.
 QPixmap foreignKept(const QString& deviceFolder, const QString& name, const QSize& size);

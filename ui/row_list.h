@@ -31,8 +31,9 @@ class RowPainter : public QAbstractItemDelegate {
     void paint(QPainter* painter, const QStyleOptionViewItem& option,
                const QModelIndex& index) const final;
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const final;
-    /// The row itself in @p area, which it shares with the gap below and the margins.
-    QRect boxIn(const QRect& area) const;
+    /// The row itself in @p area, which it shares with the gap below and the margins. Of a list of
+    /// several columns it tells from the area which one it is in.
+    virtual QRect boxIn(const QRect& area) const;
 
  protected:
     /// The ground in the colours of @p state; one of its own kind overrides it.

@@ -11,6 +11,9 @@ bool measureIdle();
 /// Screen changes in this process: their time, and what 10,000 of them leave behind. Needs a
 /// QApplication.
 bool measureScreens();
+/// The list of 10,000 logs and the grid of 500 pictures, thrown by a finger: the gaps between
+/// frames beside those of a list of empty rows, and memory. Needs a QApplication.
+bool measureLists();
 /// The REST server's answers a second and their times, beside the HTTP library's with nothing
 /// behind it. Needs a QApplication.
 bool measureRest();

@@ -105,6 +105,11 @@ void Device::usersChanged() {
     emit changed();
 }
 
+void Device::removeLogs() {
+    logs_.removeAll();
+    emit statusChanged();
+}
+
 void Device::reportUser(const _gui_user_& user) {
     info_s info{};
     info.user = user;

@@ -31,6 +31,8 @@ class Device : public QObject {
     /// Tells the management service, by way of the terminal, of a user.
     void reportUser(const _gui_user_& user);
     LogStore& logs() { return logs_; }
+    /// Empties it; meals that were counted are counted no more.
+    void removeLogs();
 
     /// Who gets the next card that is held to the reader instead of the door; an empty function
     /// ends that.

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "link/device_message.h"
+#include "link/record_values.h"
 
 namespace {
 
@@ -23,6 +24,66 @@ std::optional<GUI_LOGDATA> next(SqliteStatement& query) {
     std::memcpy(&log, record.constData(), sizeof log);
     log.number = static_cast<quint32>(query.number(0));
     return log;
+}
+
+/// Seconds since the epoch, from the first one to before the last one. Empty when the query's days
+/// make no sense.
+struct Span {
+    qint64 from = 0;
+    qint64 to = 0;
+};
+
+QDate dateOf(const RecordDate& date) {
+    return {date.year, date.month, date.day};
+}
+
+Span spanOf(const GUI_USERLOG& query, const QDate& today) {
+    constexpr qint64 kFarOff = 1LL << 40;
+    constexpr int kWeek = 7;
+    constexpr int kMonth = 30;
+    const auto last = [&today](int days) {
+        return Span{today.addDays(1 - days).startOfDay().toSecsSinceEpoch(), kFarOff};
+    };
+    switch (query.period) {
+        case LogPeriod::All:
+            return {0, kFarOff};
+        case LogPeriod::Today:
+            return last(1);
+        case LogPeriod::Week:
+            return last(kWeek);
+        case LogPeriod::Month:
+            return last(kMonth);
+        case LogPeriod::FromTo:
+            break;
+        default:
+            return {};
+    }
+    Span span{0, kFarOff};
+    if (query.from.year != 0) {
+        if (!dateOf(query.from).isValid())
+            return {};
+        span.from = dateOf(query.from).startOfDay().toSecsSinceEpoch();
+    }
+    if (query.to.year != 0) {
+        if (!dateOf(query.to).isValid())
+            return {};
+        span.to = dateOf(query.to).addDays(1).startOfDay().toSecsSinceEpoch();
+    }
+    return span;
+}
+
+/// What a query asks for. Its last two parameters are the page.
+constexpr char kMatching[] =
+    " FROM LOG_T WHERE TIME>=?1 AND TIME<?2 AND (?3='' OR USER_ID=?3) AND (?4=0 OR STATUS=(?4=1)) "
+    "AND (?5=0 OR METHOD=?5-1) ORDER BY TIME DESC, NUMBER DESC LIMIT ?6 OFFSET ?7";
+
+SqliteStatement& bind(SqliteStatement& statement, const GUI_USERLOG& query, const QDate& today) {
+    const Span span = spanOf(query, today);
+    return statement.bind(1, span.from)
+        .bind(2, span.to)
+        .bind(3, query.kind == 1 ? fieldText(query.userId) : QString(QLatin1String("")))
+        .bind(4, qint64(query.viewType))
+        .bind(5, qint64(query.authMethod));
 }
 
 }  // namespace
@@ -71,6 +132,23 @@ QVector<GUI_LOGDATA> LogStore::newest(int count) {
 
 void LogStore::removeAll() {
     database_.run("DELETE FROM LOG_T");
+}
+
+quint32 LogStore::count(const GUI_USERLOG& query, const QDate& today) {
+    SqliteStatement statement =
+        database_.prepare((QByteArray("SELECT COUNT(*)") + kMatching).constData());
+    bind(statement, query, today).bind(6, qint64(1)).bind(7, qint64(0));
+    return statement.step() ? static_cast<quint32>(statement.number(0)) : 0;
+}
+
+QVector<GUI_LOGDATA> LogStore::find(const GUI_USERLOG& query, const QDate& today) {
+    QVector<GUI_LOGDATA> logs;
+    SqliteStatement statement =
+        database_.prepare((QByteArray("SELECT NUMBER, RECORD") + kMatching).constData());
+    bind(statement, query, today).bind(6, qint64(query.count)).bind(7, qint64(query.start));
+    while (const auto log = next(statement))
+        logs.append(*log);
+    return logs;
 }
 
 std::optional<GUI_LOGDATA> LogStore::oldestUnreported() {

@@ -22,6 +22,11 @@ class LogStore {
     QVector<GUI_LOGDATA> newest(int count);
     void removeAll();
 
+    /// How many events match @p query, whose periods count back from @p today.
+    quint32 count(const GUI_USERLOG& query, const QDate& today);
+    /// Those of them that it asks for, newest first.
+    QVector<GUI_LOGDATA> find(const GUI_USERLOG& query, const QDate& today);
+
     std::optional<GUI_LOGDATA> oldestUnreported();
     void setReported(quint32 number);
 

@@ -109,9 +109,33 @@ QDateTime anyTime(const Habit& habit, const QDateTime& now, QRandomGenerator& ra
     return {day, QTime::fromMSecsSinceStartOfDay(second * 1000)};
 }
 
-void setMethod(GUI_LOGDATA& log, const _gui_user_& user, QRandomGenerator& random) {
+/// How @p user was identified this time.
+quint8 anyMethod(const _gui_user_& user, QRandomGenerator& random) {
+    switch (user.authMethod) {
+        case AuthMethod::FaceAndCard:
+        case AuthMethod::FaceAndId:
+            return user.authMethod;
+        case AuthMethod::FaceOrCard:
+            if (likely(20, random))
+                return AuthMethod::FaceOrCard;
+            break;
+        default:
+            break;
+    }
     const bool byFace = user.facePresent != 0 && (user.cardPresent == 0 || likely(70, random));
-    log.authMethod = byFace ? command::failure::ByFace : command::failure::ByCard;
+    return byFace ? command::failure::ByFace : command::failure::ByCard;
+}
+
+void setFace(GUI_LOGDATA& log, int face) {
+    setFieldText(log.visiblePicture, facePicture(face));
+    setFieldText(log.infraredPicture, infraredPicture(face));
+}
+
+void setMethod(GUI_LOGDATA& log, const _gui_user_& user, QRandomGenerator& random) {
+    log.authMethod = anyMethod(user, random);
+    const bool byFace = log.authMethod != command::failure::ByCard;
+    if (byFace && user.picture[0] == 0)
+        setFace(log, static_cast<int>(qHash(fieldText(user.userId)) % kFaces));
     log.score = static_cast<quint8>(byFace ? 88 + random.bounded(12) : 0);
 }
 
@@ -122,10 +146,12 @@ GUI_LOGDATA event(const QVector<_gui_user_>& users, const _gui_menu_& settings,
     const bool stranger = users.isEmpty() || likely(2, random);
     const _gui_user_ user = stranger ? _gui_user_{} : users[random.bounded(users.size())];
     GUI_LOGDATA log = eventOf(user, time);
-    if (stranger)
+    if (stranger) {
         log.authMethod = command::failure::ByFace;
-    else
+        setFace(log, random.bounded(kFaces));
+    } else {
         setMethod(log, user, random);
+    }
     log.eventStatus = !stranger && !likely(2, random);
     log.inOut = stranger ? quint8(work::AccessOnly) : habit.mode;
     if (log.eventStatus == 1 && log.inOut >= work::Breakfast)
@@ -159,6 +185,14 @@ _gui_user_ user(int number, const QDateTime& now) {
     setFieldText(user.registrationTime, now.addSecs(-random.bounded(2 * 365 * 24 * 60) * 60LL)
                                             .toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")));
     return user;
+}
+
+QString facePicture(int face) {
+    return QStringLiteral("made_up_%1.jpg").arg(face);
+}
+
+QString infraredPicture(int face) {
+    return QStringLiteral("made_up_%1_ir.jpg").arg(face);
 }
 
 QVector<GUI_LOGDATA> events(int count, const QVector<_gui_user_>& users, const _gui_menu_& settings,

@@ -12,6 +12,11 @@ namespace made_up {
 /// number is always the same person, with an identifier of its own.
 _gui_user_ user(int number, const QDateTime& now);
 
+/// Faces that events have: the names of the pictures of the two cameras.
+constexpr int kFaces = 16;
+QString facePicture(int face);
+QString infraredPicture(int face);
+
 /// @p count events of @p users in the year before @p now, oldest first, as the operation of
 /// @p settings makes them.
 QVector<GUI_LOGDATA> events(int count, const QVector<_gui_user_>& users, const _gui_menu_& settings,

@@ -4,7 +4,6 @@
 #include "link/command_parameters.h"
 #include "link/device_message.h"
 #include "sim/controller/device.h"
-#include "sim/controller/made_up.h"
 #include "sim/controller/subjects.h"
 
 namespace {
@@ -18,8 +17,8 @@ constexpr struct {
                {"firmware", command::FirmwareUpdateAnswer},
                {"logs", command::LogStoreReport}};
 
-/// What the controller tells without much of a state behind it: logs, link tests, resets, and
-/// the reports that end in a popup.
+/// What the controller tells without much of a state behind it: link tests, resets, and the reports
+/// that end in a popup.
 class ReportsSubject : public Subject {
  public:
     explicit ReportsSubject(Device& device) : Subject(device) {
@@ -36,11 +35,6 @@ class ReportsSubject : public Subject {
             // The terminal answers the end of a text with a SpeakText without one.
             if (!request.payload.isEmpty())
                 device_.send(command::TextSpoken);
-        });
-        onRequest(command::DeleteFullLogs, [this](const Request&) {
-            deleteLogs();
-            device_.send(command::FullLogsDeleted);
-            device_.send(command::LogStoreReport, command::log_store::Emptied);
         });
         onRequest(command::Initialise, [this](const Request& request) { initialise(request.p1); });
         onRequest(command::FactoryMemoryReset, [this](const Request&) {
@@ -68,20 +62,13 @@ class ReportsSubject : public Subject {
             device_.send(command::ShowLiveView);
             return done();
         });
-        onWord("logs", "[N]: list the newest events, or have N of them over the last year instead",
-               [this](const QString& text) { return text.isEmpty() ? listLogs() : fill(text); });
     }
 
  private:
-    void deleteLogs() {
-        device_.logs().removeAll();
-        emit device_.statusChanged();
-    }
-
     void reset(quint8 what) {
         using namespace command::initialise;
         if (what == Logs || what == Everything)
-            deleteLogs();
+            device_.removeLogs();
         if (what == Settings || what == Everything)
             device_.setSettings(resetSettings(what == Everything));
         if (what == Everything) {
@@ -122,34 +109,6 @@ class ReportsSubject : public Subject {
             }
         }
         return failed(QStringLiteral("expected enrolment|delete|firmware|logs N"));
-    }
-
-    QString fill(const QString& text) {
-        constexpr int kMost = 100000;
-        bool ok = false;
-        const int count = text.toInt(&ok);
-        if (!ok || count < 0 || count > kMost)
-            return failed(QStringLiteral("expected a number up to %1").arg(kMost));
-        deleteLogs();
-        device_.logs().add(
-            made_up::events(count, device_.users().users(), device_.settings(), device_.now()));
-        emit device_.statusChanged();
-        return done(QString::number(count));
-    }
-
-    QString listLogs() {
-        constexpr int kNewest = 20;
-        QString list;
-        for (const GUI_LOGDATA& log : device_.logs().newest(kNewest))
-            list += QStringLiteral("%1 %2 %3 mode %4 %5 meals %6\n")
-                        .arg(log.number)
-                        .arg(logTime(log).toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")),
-                             fieldText(log.userId))
-                        .arg(log.inOut)
-                        .arg(log.eventStatus == 1 ? QStringLiteral("accepted")
-                                                  : QStringLiteral("refused"))
-                        .arg(log.payCount);
-        return list + done();
     }
 
     bool linksWork_ = true;

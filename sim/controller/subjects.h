@@ -12,6 +12,8 @@ std::vector<std::unique_ptr<Subject>> makeSubjects(Device& device);
 std::unique_ptr<Subject> makeEnrolmentSubject(Device& device);
 std::unique_ptr<Subject> makeFactorySubject(Device& device);
 std::unique_ptr<Subject> makeFirmwareSubject(Device& device);
+std::unique_ptr<Subject> makeHostSubject(Device& device);
+std::unique_ptr<Subject> makeLogsSubject(Device& device);
 std::unique_ptr<Subject> makeRecognitionSubject(Device& device);
 std::unique_ptr<Subject> makeReportsSubject(Device& device);
 std::unique_ptr<Subject> makeSearchSubject(Device& device);

@@ -36,4 +36,5 @@ AreaStates peopleStates();
 AreaStates settingsStates();
 AreaStates deviceStates();
 AreaStates factoryStates();
+AreaStates logsStates();
 AreaStates facesearchStates();

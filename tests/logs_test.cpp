@@ -1,0 +1,465 @@
+#include <QImage>
+#include <QProcess>
+#include <QScrollBar>
+#include <QTimer>
+
+#include "app/peer_history.h"
+#include "base/clock.h"
+#include "base/device_folders.h"
+#include "cloud/parameters.h"
+#include "cloud/rest_client.h"
+#include "link/command_code.h"
+#include "link/device_message.h"
+#include "link/record_values.h"
+#include "screens/information/count_bar.h"
+#include "screens/information/peer_card.h"
+#include "screens/logs/log_pages.h"
+#include "sim/common/portrait.h"
+#include "tests/support/driven_terminal.h"
+#include "ui/combo.h"
+#include "ui/fact_list.h"
+#include "ui/list_row.h"
+#include "ui/picture_shelf.h"
+#include "ui/text_line.h"
+
+/// Logs, information, ping and the grid of pictures, as a finger on the panel and the controller
+/// see them.
+class LogsTest : public QObject {
+    Q_OBJECT
+
+ private slots:
+    void initTestCase() {
+        t.root.write("/mnt/data/rebootchkr", {});
+        t.tell("settings setup.language 1");
+        t.tell("settings screen.menuTimeout 3");
+        QVERIFY(t.start());
+    }
+    void init() {
+        Clock::fix(QDateTime(QDate(2026, 3, 9), QTime(8, 52)));
+        t.tell("normal");
+        t.tell("time 2026-03-09 08:52");
+        DialogOverlay::closeAll(t.window.get());
+        QVERIFY(t.open("stayWindow"));
+    }
+    void cleanupTestCase() { t.window.reset(); }
+
+    // --- Logs ------------------------------------------------------------------------------
+
+    void pagesAreAskedForAsCounted() {
+        const struct {
+            quint32 total;
+            const char* pages;
+        } cases[] = {{0, ""},
+                     {29, ""},
+                     {30, "0@0"},
+                     {31, "1@1"},
+                     {65, "30@30 5@10"},
+                     {90, "30@30 30@60 0@0"},
+                     {100, "30@30 30@60 10@30"}};
+        for (const auto& one : cases) {
+            LogPages pages;
+            pages.setTotal(one.total);
+            QStringList asked;
+            while (const auto page = pages.next())
+                asked += QStringLiteral("%1@%2").arg(page->count).arg(page->start);
+            QCOMPARE(asked.join(QLatin1Char(' ')), QLatin1String(one.pages));
+        }
+    }
+
+    void theListGoesOnToTheLastPage_data() {
+        QTest::addColumn<int>("total");
+        QTest::addColumn<QString>("rows");  // before and after each touch of the button
+        QTest::newRow("1") << 1 << QStringLiteral("1 1");
+        QTest::newRow("30") << 30 << QStringLiteral("30 30");
+        QTest::newRow("31") << 31 << QStringLiteral("30 31 31");
+        QTest::newRow("65") << 65 << QStringLiteral("30 65 65");
+        QTest::newRow("10000") << 10000 << QStringLiteral("30 90 150");
+    }
+    void theListGoesOnToTheLastPage() {
+        QFETCH(int, total);
+        QFETCH(QString, rows);
+        openList(total);
+        for (const QString& count : rows.split(QLatin1Char(' '))) {
+            QTRY_COMPARE(logs()->rowCount(), count.toInt());
+            QTRY_COMPARE(t.dialogText(), QString());
+            const QString range =
+                QStringLiteral("1 ~ %1 / %2").arg(count, QLocale(QLocale::English).toString(total));
+            QCOMPARE(t.find<TextLine>("rangeLine")->text(), range);
+            t.tap("lastButton");
+            QVERIFY(t.settle());
+        }
+        const auto* bar = t.find<RowList>("list")->verticalScrollBar();
+        QCOMPARE(bar->value() > 0, total > 6);
+        // While a page is on its way it does nothing.
+        QTRY_COMPARE((t.tap("firstButton"), bar->value()), 0);
+        t.tap("backButton");
+        QVERIFY(t.shows("info_logSearchWindow"));
+        QCOMPARE(logs()->rowCount(), 0);
+    }
+
+    void everyFilterCountsWhatItSays() {
+        QVERIFY(t.tell("users 50"));
+        QVERIFY(t.tell("logs 600"));
+        LogStore store(t.root.path("/mnt/data"));
+        const QVector<GUI_LOGDATA> all = store.newest(600);
+        const QString id = fieldText(all.at(300).userId);
+        const QDate today(2026, 3, 9);
+        const struct {
+            const char* combo;
+            int choice;
+            std::function<bool(const GUI_LOGDATA&)> matches;
+        } cases[] = {
+            {"periodCombo", 0, [](const auto&) { return true; }},
+            {"periodCombo", 2,
+             [&](const auto& log) { return logTime(log).date() > today.addDays(-7); }},
+            {"periodCombo", 3,
+             [&](const auto& log) { return logTime(log).date() > today.addDays(-30); }},
+            {"periodCombo", 4,
+             [&](const auto& log) { return logTime(log).date() >= QDate(2026, 3, 1); }},
+            {"resultCombo", 1, [](const auto& log) { return log.eventStatus == 1; }},
+            {"resultCombo", 2, [](const auto& log) { return log.eventStatus == 0; }},
+            {"methodCombo", 1, [](const auto& log) { return log.authMethod == AuthMethod::Face; }},
+            {"methodCombo", 2, [](const auto& log) { return log.authMethod == AuthMethod::Card; }},
+            {"methodCombo", 5,
+             [](const auto& log) { return log.authMethod == AuthMethod::FaceAndId; }},
+            {nullptr, 0, [&](const auto& log) { return fieldText(log.userId) == id; }},
+        };
+        for (const auto& one : cases) {
+            QVERIFY(t.open("info_logSearchWindow"));
+            if (one.combo != nullptr)
+                t.find<Combo>(one.combo)->setCurrentIndex(one.choice);
+            else
+                t.find<InputField>("idField")->setText(id);
+            t.tap("forwardButton");
+            QVERIFY(t.shows("info_logListWindow"));
+            const auto expected = std::count_if(all.begin(), all.end(), one.matches);
+            QVERIFY(expected > 0);
+            const QString total = QStringLiteral(" / %1").arg(expected);
+            QTRY_VERIFY2(t.find<TextLine>("rangeLine")->text().endsWith(total), one.combo);
+            QTRY_COMPARE(logs()->rowCount(), qMin(30, int(expected)));
+            // The latest one comes first.
+            const auto first = std::find_if(all.begin(), all.end(), one.matches);
+            QVERIFY(logs()->index(0, 0).data().toString().startsWith(
+                logTime(*first).toString(QStringLiteral("yyyy.MM.dd<br>HH:mm:ss "))));
+        }
+    }
+
+    void whatCannotBeSearchedIsRefused() {
+        const struct {
+            const char* id;
+            const char* from;
+            const char* to;
+            const char* popup;
+        } cases[] = {{"12345", "", "", "ListItem_LogIdLength"},
+                     {"123456789012", "", "", "ListItem_LogIdLength"},
+                     {"12345", "20260230", "", "ListItem_LogIdLength"},
+                     {"", "20260230", "", "ListItem_CheckInputDate"},
+                     {"", "", "2026031", "ListItem_CheckInputDate"},
+                     {"", "20260310", "20260309", "ListItem_StartDateAfterEndDate"},
+                     {"999999", "", "", "ListItem_NoLogsFound"},
+                     {"99999999999", "", "", "ListItem_NoLogsFound"}};
+        for (const auto& one : cases) {
+            QVERIFY(t.open("stayWindow"));
+            QVERIFY(t.open("info_logSearchWindow"));
+            t.find<InputField>("idField")->setText(QLatin1String(one.id));
+            if (*one.from != 0 || *one.to != 0) {
+                t.find<Combo>("periodCombo")->setCurrentIndex(4);
+                if (*one.from != 0)
+                    t.find<InputField>("fromField")->setText(QLatin1String(one.from));
+                if (*one.to != 0)
+                    t.find<InputField>("toField")->setText(QLatin1String(one.to));
+            }
+            t.tap("forwardButton");
+            QTRY_VERIFY2(t.says(one.popup), one.popup);
+            QVERIFY(t.settle());
+            QCOMPARE(t.sent("1976") >= 0, qstrcmp(one.popup, "ListItem_NoLogsFound") == 0);
+            QCOMPARE(t.title(), QStringLiteral("info_logSearchWindow"));
+            DialogOverlay::closeAll(t.window.get());
+        }
+    }
+
+    void aPageThatDoesNotComeWholeIsToldOf() {
+        t.tell("silent 1975");
+        openList(31);
+        QVERIFY(t.says("ListItem_WaitASecond"));
+        // Three of thirty, and nothing behind them.
+        t.tell(QStringLiteral("frame 2975 0 0 ") +
+               QString(3 * 2 * int(sizeof(GUI_LOGDATA)), QLatin1Char('0')));
+        QTRY_COMPARE(logs()->rowCount(), 3);
+        QVERIFY(t.says("ListItem_WaitASecond"));
+        auto* timer = screen()->findChild<QTimer*>(QStringLiteral("answerTimer"));
+        QVERIFY(timer->isActive());
+        QCOMPARE(timer->interval(), 5000);
+        timer->start(0);
+        QTRY_VERIFY(t.says("ListItem_LogsIncomplete"));
+        QVERIFY(t.reads(QStringLiteral("3 / 30")));
+        DialogOverlay::closeAll(t.window.get());
+        // The rest of that page comes too late, the next page does come.
+        t.tell(QStringLiteral("frame 2975 0 0 ") +
+               QString(2 * int(sizeof(GUI_LOGDATA)), QLatin1Char('0')));
+        QVERIFY(t.settle());
+        QCOMPARE(logs()->rowCount(), 3);
+        t.tap("lastButton");
+        QTRY_COMPARE(logs()->rowCount(), 4);
+
+        t.tell("lose-link-at 1975");
+        openList(31);
+        QTRY_VERIFY(t.says("ListItem_NoController"));
+        QVERIFY(t.reads(QStringLiteral("0 / 30")));
+        QVERIFY(QTest::qWaitFor([] { return WindowForm::shell()->linkUp(); }, 10000));
+    }
+
+    void aLogIsShownWithItsPictures() {
+        openList(65);
+        QTRY_COMPARE(logs()->rowCount(), 30);
+        LogStore store(t.root.path("/mnt/data"));
+        const QVector<GUI_LOGDATA> all = store.newest(65);
+        int row = 0;
+        while (all.at(row).visiblePicture[0] == 0)
+            ++row;
+        const QString time = logs()->index(row, 0).data().toString();
+        t.tapRow(t.row(time));
+        auto* facts = t.find<FactList>("FactList");
+        QVERIFY(facts != nullptr);
+        QCOMPARE(facts->value(0), QString::number(all.at(row).number));
+        QCOMPARE(facts->value(2), fieldText(all.at(row).userId));
+        t.tap(QPoint(240, 400));
+        QTRY_VERIFY(t.find("LogCard") == nullptr);
+        // Another touch opens it anew, and leaving the screen closes it.
+        t.tapRow(t.row(time));
+        QVERIFY(t.find("LogCard") != nullptr);
+        t.window->changeWindow(QStringLiteral("stayWindow"));
+        QTRY_VERIFY(t.find("LogCard") == nullptr);
+    }
+
+    void picturesAreReadBehindTheScenes() {
+        const QString folder = QLatin1String(DeviceFolders::kImages);
+        const auto path = [this](const char* name) {
+            return t.root.path(DeviceFolders::kImages) + QLatin1String(name);
+        };
+        QDir().mkpath(path(""));
+        portrait::saveSnapshot(t.root.path("/mnt/data"), QStringLiteral("good"), 1);
+        QVERIFY(QFile::copy(path("good.jpg"), t.root.path("/mnt/data/outside.jpg")));
+        t.root.write("/mnt/data/Images/broken.jpg", "\xff\xd8\xff\xe0 and no more");
+        QVERIFY(QImage(5000, 10, QImage::Format_Mono).save(path("wide.png")));
+        t.root.write("/mnt/data/Images/huge.jpg", QByteArray(9 * 1024 * 1024, 'x'));
+        PictureShelf shelf({68, 68}, 64 * 1024, nullptr);
+        QSignalSpy arrived(&shelf, &PictureShelf::arrived);
+        const struct {
+            const char* name;
+            bool isThere;
+        } cases[] = {{"good.jpg", true},  {"missing.jpg", false},    {"broken.jpg", false},
+                     {"wide.png", false}, {"../outside.jpg", false}, {"huge.jpg", false}};
+        for (const auto& one : cases) {
+            PictureShelf::State state{};
+            const QString name = QLatin1String(one.name);
+            QVERIFY(shelf.picture(folder, name, &state).isNull());
+            QCOMPARE(state, PictureShelf::State::Waiting);
+            QTRY_VERIFY(shelf.isIdle());
+            QCOMPARE(shelf.picture(folder, name, &state).isNull(), !one.isThere);
+            QCOMPARE(state, one.isThere ? PictureShelf::State::Here : PictureShelf::State::Broken);
+        }
+        QCOMPARE(shelf.picture(folder, QStringLiteral("good.jpg")).size(), QSize(68, 68));
+        // However many there are, only so many are held, and those scrolled past are not read.
+        arrived.clear();
+        for (int i = 0; i < 100; ++i) {
+            const QString name = QStringLiteral("copy_%1.jpg").arg(i);
+            QFile::link(path("good.jpg"), path("") + name);
+            shelf.picture(folder, name);
+        }
+        QTRY_VERIFY(shelf.isIdle());
+        QVERIFY(arrived.count() <= 18);
+        QVERIFY(shelf.held() <= 64 * 1024);
+        shelf.clear();
+        QCOMPARE(shelf.held(), 0);
+    }
+
+    // --- Information -------------------------------------------------------------------------
+
+    void usersAreCounted() {
+        QVERIFY(t.tell("users 50"));
+        QVERIFY(t.open("info_keyDataWindow"));
+        const UserCounts& counts = t.sim.settings().users;
+        QTRY_COMPARE(t.find<CountBar>("allBar")->countText(), QStringLiteral("50 / 9,999"));
+        QCOMPARE(t.find<CountBar>("visitorBar")->countText(),
+                 QStringLiteral("%1 / 9,999").arg(counts.visitor));
+        t.tell("silent 1933");
+        QVERIFY(t.open("stayWindow"));
+        QVERIFY(t.open("info_keyDataWindow"));
+        screen()->findChild<QTimer*>(QStringLiteral("answerTimer"))->start(0);
+        QTRY_VERIFY(t.says("Error_NoResponse"));
+    }
+
+    void longTextsTakeTheRoomThatTheyNeed() {
+        QVERIFY(t.open("info_readerWindow"));
+        const auto* facts = t.find<FactList>("facts");
+        const int height = facts->height();
+        QVERIFY(t.set({{"serial", QString(24, QLatin1Char('W'))}}));
+        QTRY_COMPARE(facts->value(1), QString(24, QLatin1Char('W')));
+        QTRY_VERIFY(facts->height() > height);
+        QVERIFY(t.set({{"serial", QStringLiteral("ZEL01")}}));
+        QTRY_COMPARE(facts->height(), height);
+    }
+
+    void connectionsAreToldAsTheyChange() {
+        QVERIFY(t.open("info_conWindow"));
+        const auto card = [this](const char* name) { return t.find<PeerCard>(name); };
+        QCOMPARE(card("controllerCard")->state(), PeerCard::State::Good);
+        QCOMPARE(card("serviceCard")->state(), PeerCard::State::Off);
+        QTRY_COMPARE(card("accessCard")->state(), PeerCard::State::Good);
+        t.tell("host off");
+        QTRY_COMPARE(card("accessCard")->state(), PeerCard::State::Bad);
+        t.tell("host 10.1.2.3 4070 Side door");
+        QTRY_COMPARE(card("accessCard")->lines(),
+                     QStringList({QStringLiteral("Side door"), QStringLiteral("10.1.2.3:4070")}));
+
+        // What the service has confirmed, and what still waits for it.
+        QVERIFY(t.set({{"network.useManager", QStringLiteral("1")}}));
+        QTRY_COMPARE(card("serviceCard")->state(), PeerCard::State::Bad);
+        t.window->connectService();
+        QTRY_VERIFY(card("serviceCard")->lines().contains(t.text("Info_ServiceRefused")));
+        t.tell("frame 3021 0 0");
+        QTRY_VERIFY(card("serviceCard")->lines().contains(t.text("Info_BothWait")));
+        for (const int command : {RestClass::kUserInOutLog, RestClass::kUserEnroll})
+            t.window->completedRestCommand(
+                QVariant::fromValue(ProcIDX{command, 0, 1000, QVariant()}));
+        const auto confirmed = [&](int count) {
+            return card("serviceCard")->lines().contains(t.text("Info_ConfirmedToday").arg(count));
+        };
+        QVERIFY(confirmed(2));
+        QVERIFY(card("serviceCard")->lines().contains(t.text("Info_NothingWaits")));
+        Clock::fix(QDateTime(QDate(2026, 3, 10), QTime(0, 1)));
+        t.window->completedRestCommand(
+            QVariant::fromValue(ProcIDX{RestClass::kUserInOutLog, 0, 1000, QVariant()}));
+        QVERIFY(confirmed(1));
+
+        // Nothing goes on behind another screen.
+        const QList<QTimer*> timers = screen()->findChildren<QTimer*>();
+        QVERIFY(t.open("stayWindow"));
+        for (const QTimer* timer : timers)
+            QVERIFY(!timer->isActive());
+        QVERIFY(t.set({{"network.useManager", QStringLiteral("0")}}));
+        QTRY_VERIFY(t.agrees());
+    }
+
+    // --- Ping --------------------------------------------------------------------------------
+
+    void pingsAreCountedUntilTheScreenIsLeft() {
+        const QString folder = t.root.path("/tmp");
+        const QString pidFile = folder + QStringLiteral("/pid");
+        QDir().mkpath(folder);
+        t.root.write("/tmp/ping",
+                     "#!/bin/sh\necho $$ > " + QFile::encodeName(pidFile) +
+                         "\necho \"PING $5\"\n"
+                         "echo '64 bytes from 127.0.0.1: icmp_seq=1 ttl=64 time=0.50 ms'\n"
+                         "echo 'no answer yet for icmp_seq=2'\n"
+                         "echo '64 bytes from 127.0.0.1: icmp_seq=3 ttl=64 time=1.50 ms'\n"
+                         "echo '64 bytes from 127.0.0.1: icmp_seq=3 ttl=64 time=9.99 ms (DUP!)'\n"
+                         "echo 'From 127.0.0.1 icmp_seq=4 Destination Host Unreachable'\n"
+                         "exec sleep 600\n");
+        QFile::setPermissions(folder + QStringLiteral("/ping"),
+                              QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        const QByteArray path = qgetenv("PATH");
+        qputenv("PATH", QFile::encodeName(folder) + ':' + path);
+
+        QVERIFY(t.open("pingWindow"));
+        for (const char* address :
+             {"", "1.2.3", "1.2.3.256", "0.0.0.0", "224.0.0.1", "1.2.3.4.5"}) {
+            t.find<InputField>("addressField")->setText(QLatin1String(address));
+            t.tap("startButton");
+            QVERIFY2(t.says("ListItem_CheckInputAddress"), address);
+            DialogOverlay::closeAll(t.window.get());
+            QVERIFY(!QFile::exists(pidFile));
+        }
+        t.tap("gatewayButton");
+        QCOMPARE(t.find<InputField>("addressField")->text(), QStringLiteral("192.168.0.1"));
+        for (const char* end : {"stopButton", "backButton"}) {
+            t.find<InputField>("addressField")->setText(QStringLiteral("127.0.0.1"));
+            t.tap("startButton");
+            QTRY_COMPARE(t.find<RowList>("list")->model()->rowCount(), 4);
+            const auto* facts = t.find<FactList>("facts");
+            QCOMPARE(facts->value(0), QStringLiteral("2 / 4"));
+            QCOMPARE(facts->value(1), QStringLiteral("50 %"));
+            QCOMPARE(facts->value(2), QStringLiteral("0.50 ms / 1.00 ms / 1.50 ms"));
+            QFile pid(pidFile);
+            QVERIFY(pid.open(QIODevice::ReadOnly));
+            const QString process =
+                QStringLiteral("/proc/") + QString::fromLatin1(pid.readAll().trimmed());
+            QVERIFY(QFile::exists(process));
+            t.tap(end);
+            QVERIFY2(!QFile::exists(process), end);
+        }
+        QVERIFY(t.shows("networkMenuWindow"));
+        // One that ends by itself could not do its work.
+        t.root.write("/tmp/ping", "#!/bin/sh\nexit 2\n");
+        QFile::setPermissions(folder + QStringLiteral("/ping"),
+                              QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        QVERIFY(t.open("pingWindow"));
+        t.tap("startButton");
+        QTRY_VERIFY(t.says("ListItem_PingFailed"));
+        QVERIFY(t.find("startButton")->isEnabled());
+        qputenv("PATH", path);
+    }
+
+    // --- Pictures ----------------------------------------------------------------------------
+
+    void aPictureIsChosenByTouch() {
+        const QString folder = t.root.path(DeviceFolders::kBackgrounds);
+        QDir().mkpath(folder);
+        QVERIFY(t.open("enviscreen_imageselect"));
+        QVERIFY(t.reads(t.text("Info_NoPictures").section(QLatin1String("<br>"), 0, 0)));
+        QVERIFY(t.open("stayWindow"));
+        for (int i = 0; i < 260; ++i)
+            QImage(48, 80, QImage::Format_RGB32)
+                .save(QStringLiteral("%1/%2.png").arg(folder).arg(i, 3, 10, QLatin1Char('0')));
+        t.root.write("/usr/img/zel/resources/backgrounds/002.png", "no picture");
+        t.window->changeWindow(QStringLiteral("enviscreen_imageselect"), 1);
+        auto* list = t.find<RowList>("list");
+        auto* shelf = screen()->findChild<PictureShelf*>();
+        QCOMPARE(list->model()->rowCount(), 260);
+        QCOMPARE(list->selected().row(), 1);
+        const auto tap = [&](int row) {
+            const QModelIndex index = list->model()->index(row, 0);
+            list->reveal(index);
+            t.window->grab();
+            QVERIFY(QTest::qWaitFor([&] { return shelf->isIdle(); }));
+            t.tapRow(index);
+        };
+        // Two columns, side by side.
+        QCOMPARE(list->rowBox(list->model()->index(0, 0)), QRect(24, 0, 212, 353));
+        QCOMPARE(list->rowBox(list->model()->index(1, 0)), QRect(244, 0, 212, 353));
+        tap(2);
+        QVERIFY(t.says("ListItem_PictureBroken"));
+        DialogOverlay::closeAll(t.window.get());
+        tap(256);
+        QVERIFY(t.says("ListItem_PictureTooMany"));
+        DialogOverlay::closeAll(t.window.get());
+        QCOMPARE(list->selected().row(), 1);
+        tap(255);
+        QCOMPARE(list->selected().row(), 255);
+        t.tap("backButton");
+        QVERIFY(t.shows("enviScreen_StayWindow"));
+        QCOMPARE(shelf->held(), 0);
+        QVERIFY(QDir(folder).removeRecursively());
+    }
+
+ private:
+    WindowForm* screen() { return t.window->getActivateWindowForm(); }
+    QAbstractItemModel* logs() {
+        return t.window->getWindow(QStringLiteral("info_logListWindow"))
+            ->findChild<RowList*>()
+            ->model();
+    }
+    /// The list of @p total logs, by touch.
+    void openList(int total) {
+        QVERIFY(t.tell(QStringLiteral("logs %1").arg(total)));
+        QVERIFY(t.open("info_logSearchWindow"));
+        t.tap("forwardButton");
+        QVERIFY(t.shows("info_logListWindow"));
+    }
+
+    DrivenTerminal t;
+};
+
+QTEST_MAIN(LogsTest)
+#include "logs_test.moc"
