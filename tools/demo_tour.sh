@@ -57,6 +57,13 @@ out_button=(352 462)
 plus=(376 520)
 pay=(328 740)
 dialog_ok=(240 506)
+back=(36 36)
+home=(438 36)
+menu=(416 740)
+first_tile=(128 174)
+second_tile=(352 174)
+first_choice=(240 142)
+rights=(350 534)
 enrol=(240 740)
 forward=(426 36)
 add_face=(334 498)
@@ -160,12 +167,27 @@ tour() {
     controller face unknown
     glimpse unknown "A face that nobody knows"
 
+    at 18:30
+    controller live
+    touch_at "${menu[@]}"
+    touch_at "${first_tile[@]}"
+    touch_at "${second_tile[@]}"
+    touch_at "${first_choice[@]}"
+    glimpse search "An administrator looks for somebody by card"
+    controller card 10000005
+    step person "Found"
+    touch_at "${rights[@]}"
+    touch_at "${forward[@]}"
+    step changed "Changed: may only go in and out"
+    touch_at "${dialog_ok[@]}"
+    touch_at "${back[@]}"
+    touch_at "${home[@]}"
     at 18:40
     controller live
     touch_at "${enrol[@]}"
     step enrolment "Somebody enrols at the live view"
     touch_at "${forward[@]}"
-    step enrolment-card "A card first"
+    glimpse enrolment-card "A card first"
     controller card 30000001
     glimpse enrolment-number "Its number"
     touch_at "${forward[@]}"
