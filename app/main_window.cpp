@@ -240,6 +240,9 @@ void MainWindow::settingsChanged(const SettingsChange& change) {
     MenuTimer& menuTimer = navigation_->menuTimer();
     if (change.in(&_gui_menu_::screen, &ScreenBlock::menuTimeout) && menuTimer.isRunning())
         menuTimer.start(MenuTimer::timeout(change.now.screen.menuTimeout), menuTimer.returnTitle());
+    // From its setup on a terminal's screens are left after their time.
+    if (!change.first && change.in(&_gui_menu_::commissioned) && navigation_->active() != nullptr)
+        navigation_->startTime(navigation_->active()->getTitle());
     if (change.in(&_gui_menu_::network))
         initRestCall();
     if (change.in(&_gui_menu_::network, &NetworkBlock::useManager))
@@ -453,6 +456,10 @@ void MainWindow::startEnrolment() {
 
 void MainWindow::showPopupText(const QString& key) {
     popups_->showNotice(key);
+}
+
+void MainWindow::reportGroupDeleted(int group) {
+    management_->reportGroupDeleted(group);
 }
 
 RestClass* MainWindow::restClient() const {

@@ -177,6 +177,7 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     void setIp(const AddressBlock& own) override;
     void startEnrolment() override;
     void showPopupText(const QString& key) override;
+    void reportGroupDeleted(int group) override;
     RestClass* restClient() const;
     ManagementLink* managementLink() const { return management_; }
     /// Queues the firmware address of an FR44_Parameter.

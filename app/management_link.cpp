@@ -119,3 +119,9 @@ void ManagementLink::reportVisitor(const QVariant& visitor) {
     if (inUse())
         client_->runFR51(visitor);
 }
+
+void ManagementLink::reportGroupDeleted(int group) {
+    if (inUse())
+        client_->SendCommand(RestClass::kUserDeleted, QVariant::fromValue(FR36_Parameter{
+                                                          QString::number(group), QString()}));
+}

@@ -59,6 +59,9 @@ class ManagementLink : public QObject {
     void reportAccess(const GUI_LOGDATA& event);
     void reportEnrolment(const info_s& info);
     void reportVisitor(const QVariant& visitor);
+    /// The same without the controller behind it: what the service does not hear it is not told
+    /// again.
+    void reportGroupDeleted(int group);
 
     const ServiceContact& contact() const;
     RestClass* client() const { return client_; }

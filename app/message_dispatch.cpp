@@ -24,15 +24,22 @@ void MessageDispatch::dispatch(const DeviceMessage& message) {
     }
 
     WindowForm* active = windows_.active();
+    const bool isMeant = active != nullptr && (active->getTitle() == route->title ||
+                                               active->getTitle() == route->secondTitle ||
+                                               active->getTitle() == route->thirdTitle);
     switch (route->rule) {
         case RouteRule::Shell:
             emit shellMessage(message);
             break;
         case RouteRule::ActiveScreen:
-            if (active != nullptr &&
-                (active->getTitle() == route->title || active->getTitle() == route->secondTitle ||
-                 active->getTitle() == route->thirdTitle))
+            if (isMeant)
                 active->deviceAnswer(message);
+            break;
+        case RouteRule::ScreenFirst:
+            if (isMeant)
+                active->deviceAnswer(message);
+            else
+                emit shellMessage(message);
             break;
         case RouteRule::AnyActive:
             if (active != nullptr)

@@ -15,6 +15,7 @@ constexpr auto Shell = RouteRule::Shell;
 constexpr auto ActiveScreen = RouteRule::ActiveScreen;
 constexpr auto AnyActive = RouteRule::AnyActive;
 constexpr auto NamedScreen = RouteRule::NamedScreen;
+constexpr auto ScreenFirst = RouteRule::ScreenFirst;
 constexpr auto NoAction = RouteRule::NoAction;
 
 // In ascending order of the codes, so that a row is found by bisection.
@@ -30,7 +31,7 @@ constexpr MessageRoute kRoutes[] = {
     {UserIdChecked, AnyActive, 0, {}},
     {EnrolmentRefused, Shell, 0, {}},
     {UserDeleted, ActiveScreen, 0, kUserInfo},
-    {UserDeleteResult, Shell, 0, {}},
+    {UserDeleteResult, ScreenFirst, 0, kUserInfo},
     {UserGroupDeleted, NamedScreen, 0, kUserGroup},
     {UserCountsAnswer, AnyActive, sizeof(UserCounts), {}},
     {UsersUploaded, ActiveScreen, 0, kUserUpload},

@@ -9,6 +9,7 @@ enum class RouteRule {
     ActiveScreen,  ///< to a screen of the row, only while it is the active one
     AnyActive,     ///< to the active screen, whichever it is
     NamedScreen,   ///< to the row's first screen, active or not
+    ScreenFirst,   ///< as ActiveScreen, and otherwise as Shell
     NoAction,      ///< known, nothing to do
 };
 

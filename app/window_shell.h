@@ -54,6 +54,9 @@ class WindowShell {
     /// one that is not in use never is. Changes come as WindowForm::peersChanged().
     virtual bool serviceInUse() const = 0;
     virtual bool serviceReached() const = 0;
+    /// Tells the service, when it is in use, that the users of @p group are gone: one of
+    /// command::user_group.
+    virtual void reportGroupDeleted(int group) = 0;
     /// What has passed between the terminal and both.
     virtual const PeerHistory& peerHistory() const = 0;
     /// More about that, for a screen that follows it.

@@ -355,6 +355,7 @@ void RestClass::takeSettings() {
         return;
     serviceToken_.clear();
     faults_.clear();
+    contact_.forget();
     for (QNetworkReply* const reply : std::exchange(running_, {}))
         reply->abort();
 }

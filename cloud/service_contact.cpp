@@ -31,6 +31,11 @@ void ServiceContact::failed(Failure failure, int resultCode, const QString& mess
     emit changed();
 }
 
+void ServiceContact::forget() {
+    lastReached_ = QDateTime();
+    interrupted();
+}
+
 void ServiceContact::interrupted() {
     state_ = State::NotTried;
     failure_ = Failure::None;

@@ -28,7 +28,7 @@ class ServiceContact : public QObject {
     State state() const { return state_; }
     /// Since when it has been reached; invalid while it is not.
     QDateTime connectedSince() const;
-    /// When a service has last answered as it should; invalid when none has since the start.
+    /// When it has last answered as it should; invalid when it has not since the start.
     const QDateTime& lastReached() const { return lastReached_; }
     /// Why it is not reached.
     Failure failure() const { return failure_; }
@@ -41,6 +41,8 @@ class ServiceContact : public QObject {
     void failed(Failure failure, int resultCode = 0, const QString& message = QString());
     /// It is no longer known whether it can be reached.
     void interrupted();
+    /// Another service is the terminal's now.
+    void forget();
 
  signals:
     void changed();

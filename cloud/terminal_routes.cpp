@@ -6,6 +6,7 @@
 #include <array>
 #include <iterator>
 
+#include "base/version.h"
 #include "cloud/body_reader.h"
 #include "cloud/network_helper.h"
 #include "cloud/user_routes.h"
@@ -261,6 +262,7 @@ QJsonObject deviceStatus(const _gui_menu_& settings, const QDateTime& now) {
         {QStringLiteral("Kernel_version"), fieldText(settings.kernelVersion)},
         {QStringLiteral("HW_Main_version"), fieldText(settings.mainBoardVersion)},
         {QStringLiteral("HW_IO_version"), fieldText(settings.ioBoardVersion)},
+        {QStringLiteral("Program_version"), QLatin1String(programVersion())},
         {QStringLiteral("Serial"), fieldText(settings.serial)},
     };
     return {{QStringLiteral("DeviceInfo"), info}, {QStringLiteral("DeviceSettings"), device}};

@@ -41,7 +41,9 @@ enum : std::uint8_t { General = 0, Administrators = 1, InOut = 2, All = 3, FaceO
 /// UploadUsers, first.
 namespace upload {
 enum : std::uint8_t { New = 0, All = 1 };
-}
+/// Second.
+enum : std::uint8_t { Start = 0, Cancel = 1 };
+}  // namespace upload
 
 /// The commands that save settings, first. Two of them tell who saves.
 namespace save {
@@ -102,6 +104,18 @@ enum : std::uint8_t { Sending = 1, PreparingToSend = 2 };
 /// SearchUser, first; UserFound, second.
 namespace search {
 enum : std::uint8_t { ByCard = 1, ById = 3, ByFace = 5 };
+}
+
+/// UserDeleted, first: why nobody was found, or whom to delete.
+namespace asks {
+enum : std::uint8_t { NotRegistered = 0, ToDelete = 1, NothingTagged = 2 };
+/// Second: how was searched.
+enum : std::uint8_t { ForFace = 0, ForCard = 1, ForOtherCard = 2, ForId = 3, ForCardKey = 4 };
+}  // namespace asks
+
+/// NumberChecked, first; any other value: not registered.
+namespace number_check {
+enum : std::uint8_t { Registered = 0, WrongLength = 2 };
 }
 
 /// TestLink, first; LinkTested, second.

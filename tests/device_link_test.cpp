@@ -107,6 +107,11 @@ class DeviceLinkTest : public QObject {
         peer.socket->write(big.mid(1000));
         QTRY_COMPARE(frames.size(), 4);
         QCOMPARE(frames.last().second, QByteArray(2000, 'm'));
+        // The last byte may come alone.
+        peer.socket->write(Frame::build(6001, 0, 0) + big.chopped(1));
+        QTRY_COMPARE(frames.size(), 5);
+        peer.socket->write(big.right(1));
+        QTRY_COMPARE(frames.size(), 6);
         QTRY_COMPARE(peer.received(), kGreeting);
     }
 

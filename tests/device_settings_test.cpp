@@ -1,22 +1,16 @@
-#include <QRegularExpression>
-#include <QtTest>
-
 #include "app/menu_timer.h"
 #include "app/network_setup.h"
 #include "link/command_code.h"
-#include "link/device_link.h"
 #include "sim/service/service_sim.h"
-#include "tests/support/driven_terminal.h"
+#include "tests/support/driven_test.h"
 #include "ui/list_row.h"
 
 /// The device's settings, as a finger on the panel and the controller see them.
-class DeviceSettingsTest : public QObject {
+class DeviceSettingsTest : public DrivenTest {
     Q_OBJECT
 
  private slots:
-    void initTestCase();
     void init();
-    void cleanupTestCase() { t.reset(); }
     void anInstallersFirstHour();
     void faultsAreSaid();
     void savesEndAlike_data();
@@ -69,53 +63,35 @@ class DeviceSettingsTest : public QObject {
     QByteArray stored(int offset, int size) const {
         return QByteArray(reinterpret_cast<const char*>(&t->sim.settings()) + offset, size);
     }
-    /// The frames that have been sent with a code that @p codes matches, as one text.
-    QString heard(const char* codes) {
-        return t->settle() ? t->frames.filter(QRegularExpression(QLatin1String(codes)))
-                                 .join(QLatin1Char('|'))
-                           : QStringLiteral("no link");
-    }
     QTimer* answerTimer() const {
-        const auto timers = t->window->getActivateWindowForm()->findChildren<QTimer*>(
-            QStringLiteral("answerTimer"));
+        const auto timers =
+            window()->getActivateWindowForm()->findChildren<QTimer*>(QStringLiteral("answerTimer"));
         for (QTimer* timer : timers) {
             if (timer->isActive())
                 return timer;
         }
         return nullptr;
     }
-    QString word(const char* row) const { return t->find<ListRow>(row)->value(); }
-
-    std::unique_ptr<DrivenTerminal> t;
+    QString value(const char* row) const { return t->find<ListRow>(row)->value(); }
 };
 
-void DeviceSettingsTest::initTestCase() {
-    t = std::make_unique<DrivenTerminal>();
-    t->root.write("/mnt/data/rebootchkr", {});
-    QVERIFY(t->start());
-}
-
 void DeviceSettingsTest::init() {
-    QVERIFY(QTest::qWaitFor([this] { return t->window->linkUp(); }));
-    t->tell("normal");
     // From wherever the test before has ended, with what the factory has set.
-    t->window->changeWindow(QStringLiteral("stayWindow"));
-    t->window->SendCommand(command::Initialise, 1, 0);
+    window()->changeWindow(QStringLiteral("stayWindow"));
+    window()->SendCommand(command::Initialise, 1, 0);
     QVERIFY(t->settle());
-    for (const char* line :
-         {"settings commissioned 1", "settings setup.language 1", "settings screen.menuTimeout 3"})
-        QVERIFY2(t->tell(line), line);
+    words({"normal", "settings commissioned 1", "settings setup.language 1",
+           "settings screen.menuTimeout 3"});
     QVERIFY(t->open("zelMenuWindow"));
 }
 
 void DeviceSettingsTest::anInstallersFirstHour() {
-    t->window->changeWindow(QStringLiteral("stayWindow"));
-    for (const char* line : {"settings setup.language 0", "settings commissioned 0"})
-        QVERIFY(t->tell(line));
+    window()->changeWindow(QStringLiteral("stayWindow"));
+    words({"settings setup.language 0", "settings commissioned 0"});
     QVERIFY(t->open("setupMenuWindow"));
     QVERIFY(!t->find("backButton") && !t->find("setupDefaultRow")->isEnabled());
     touch("languageCombo item1 forwardButton");
-    QVERIFY(says("Error_PasswordNeeded") && ok() && heard("^1981 ").isEmpty());
+    QVERIFY(says("Error_PasswordNeeded") && ok() && sentLine("1981 ").isEmpty());
     touch("passwordField =2580D repeatField =2580D forwardButton");
     QVERIFY(saved());
     QCOMPARE(t->find<ListRow>("relayRow")->text(), QStringLiteral("Relay"));
@@ -142,7 +118,7 @@ void DeviceSettingsTest::anInstallersFirstHour() {
     QVERIFY(saved());
     touch("backButton homeButton");
     QVERIFY(t->shows("stayWindow"));
-    t->window->changeWindow(QStringLiteral("zelMenuWindow"));
+    window()->changeWindow(QStringLiteral("zelMenuWindow"));
     QCOMPARE(t->title(), QStringLiteral("InputAdminPassword"));
     touch(
         "=2580D menuEnvironmentTile enviSoundTile minusButton alarmSoundRow bellRow backButton "
@@ -156,7 +132,7 @@ void DeviceSettingsTest::anInstallersFirstHour() {
         "backButton enviFaceTile >securityLevel >cameraToggle >saveThumbnailToggle "
         ">useThumbnailToggle saveRefusedToggle forwardButton");
     QVERIFY(saved() && t->agrees());
-    QCOMPARE(t->window->menuRecord().commissioned, quint8(1));
+    QCOMPARE(window()->menuRecord().commissioned, quint8(1));
     const struct {
         int offset;
         const char* bytes;
@@ -176,7 +152,7 @@ void DeviceSettingsTest::anInstallersFirstHour() {
     }
     QCOMPARE(t->sim.now().toString(QStringLiteral("yyyy-MM-dd hh:mm")),
              QStringLiteral("2031-04-02 06:07"));
-    t->tell("time now");
+    word("time now");
 }
 
 void DeviceSettingsTest::faultsAreSaid() {
@@ -203,9 +179,9 @@ void DeviceSettingsTest::faultsAreSaid() {
         QVERIFY(t->open(row.screen));
         touch(row.steps + " forwardButton");
         QVERIFY2(says(row.key), row.steps.constData());
-        QCOMPARE(heard("^19[58]"), QString());
+        QCOMPARE(sentLine("19[58]"), QString());
         QVERIFY(t->agrees());
-        const auto faulty = t->window->getActivateWindowForm()->findChildren<ListRow*>();
+        const auto faulty = window()->getActivateWindowForm()->findChildren<ListRow*>();
         QVERIFY(
             std::any_of(faulty.begin(), faulty.end(), [](auto* one) { return one->isFaulty(); }));
     }
@@ -246,12 +222,11 @@ void DeviceSettingsTest::savesEndAlike() {
     QVERIFY(!t->find("forwardButton")->isEnabled());
     answerTimer()->start(0);
     QVERIFY(says("Error_ControllerSilent") && ok() && unchanged());
-    QVERIFY(t->tell("drop"));
-    QTRY_VERIFY(!t->window->linkUp());
+    word("drop");
+    QTRY_VERIFY(!window()->linkUp());
     touch("forwardButton");
     QVERIFY(says("ListItem_NoController") && ok() && unchanged());
-    t->window->findChild<DeviceLink*>()->open(t->sim.port());
-    QTRY_VERIFY(t->window->linkUp());
+    QVERIFY(t->reconnect());
     save();
     QVERIFY(saved() && t->agrees() && !unchanged());
 }
@@ -259,15 +234,19 @@ void DeviceSettingsTest::savesEndAlike() {
 void DeviceSettingsTest::whatIsTriedGoesBack() {
     QVERIFY(t->open("enviScreenWindow"));
     touch("plusButton plusButton backButton");
-    QCOMPARE(heard("^1952 "), QStringLiteral("1952 1 8|1952 1 9|1952 1 7"));
-    QVERIFY(t->open("enviSoundWindow"));
+    QCOMPARE(sentLine("1952 "), QStringLiteral("1952 1 8|1952 1 9|1952 1 7"));
+    QVERIFY(t->tell("settings sound.recognitionFailSound 200") && t->open("enviSoundWindow"));
+    QCOMPARE(value("recogFailSoundRow"), t->text("ListItem_SoundBeeps"));
+    touch("forwardButton");
+    QVERIFY(saved() && stored(119, 1) == "\4");
+    sent();
     touch("minusButton alarmSoundRow chimeRow bellRow");
     QCOMPARE(t->sim.execute(QStringLiteral("shown")),
              QStringLiteral("ok brightness 7 volume 4 sound alarm bell"));
     // Nobody comes back to it.
-    emit t->window->findChild<MenuTimer*>()->timedOut(QStringLiteral("stayWindow"));
+    emit window()->findChild<MenuTimer*>()->timedOut(QStringLiteral("stayWindow"));
     QVERIFY(t->shows("stayWindow"));
-    QCOMPARE(heard("^195[56] "), QStringLiteral("1955 1 4|1956 1 3|1956 1 1|1955 1 5|1956 1 0"));
+    QCOMPARE(sentLine("195[56] "), QStringLiteral("1955 1 4|1956 1 3|1956 1 1|1955 1 5|1956 1 0"));
     QVERIFY(t->agrees());
 }
 
@@ -275,11 +254,11 @@ void DeviceSettingsTest::theLanguageWaitsForTheAnswer() {
     QVERIFY(t->open("setupMenuWindow"));
     const auto title = [this] { return t->text("TopDepthTitle_Setup"); };
     const QString english = title();
-    QVERIFY(t->tell("silent 1981"));
+    word("silent 1981");
     touch("languageCombo item0 forwardButton");
     QVERIFY(t->settle());
     QCOMPARE(title(), english);
-    QVERIFY(t->tell("frame 2981 0 0"));
+    word("frame 2981 0 0");
     QVERIFY(saved());
     QVERIFY(title() != english && t->reads(title()));
     const char* const fonts = "/usr/lib/fonts/logotypejp_mp_m_1.1.ttf";
@@ -291,9 +270,9 @@ void DeviceSettingsTest::theLanguageWaitsForTheAnswer() {
     }
     QVERIFY(!QFileInfo::exists(t->root.path("/zel1/image/img/fonts/logotypejp_mp_m_1.1.ttf")));
     // Somebody comes to the door before the answer.
-    QVERIFY(t->tell("delay 1981 1"));
+    word("delay 1981 1");
     touch("languageCombo item1 forwardButton");
-    t->window->changeWindow(QStringLiteral("stayWindow"));
+    window()->changeWindow(QStringLiteral("stayWindow"));
     QCOMPARE(title(), english);
     QTRY_VERIFY(t->agrees());
 }
@@ -306,7 +285,7 @@ void DeviceSettingsTest::thePasswordIsTheAdministrators() {
     QCOMPARE(stored(131, 8), QByteArray("12345678"));
     QCOMPARE(t->find<InputField>("passwordField")->text(), QString());
     touch("removePasswordRow dialogCancelButton removePasswordRow dialogOkButton");
-    QVERIFY(t->tell("settings sound.volume 2"));  // forgets nothing
+    word("settings sound.volume 2");  // forgets nothing
     QTRY_VERIFY(t->agrees());
     touch("forwardButton");
     QVERIFY(saved());
@@ -320,10 +299,10 @@ void DeviceSettingsTest::theClockIsSetAtOnce() {
     QVERIFY(says("ListItem_CheckInputDate") && ok());
     touch("dateField =20310228 timeField =2400D setTimeButton");
     QVERIFY(says("ListItem_CheckInputTime") && ok());
-    QCOMPARE(heard("^1953 "), QString());
-    QVERIFY(t->tell("silent 1953"));
+    QCOMPARE(sentLine("1953 "), QString());
+    word("silent 1953");
     touch("timeField =2359D setTimeButton");
-    QCOMPARE(heard("^1953 "), QStringLiteral("1953 1 0 1f 02 1c 17 3b 00"));
+    QCOMPARE(sentLine("1953 "), QStringLiteral("1953 1 0 1f 02 1c 17 3b 00"));
     answerTimer()->start(0);
     QVERIFY(says("Error_TimeNotSet") && ok());
 }
@@ -386,16 +365,16 @@ void DeviceSettingsTest::theAddressIsTheMachines() {
     touch("gatewayField =CD dnsField =C1.1.1.1D addressField =C192.168.0.9D forwardButton");
     QVERIFY(says("ListItem_AskAddress"));
     touch("dialogCancelButton");
-    QCOMPARE(heard("^1986 "), QString());
-    QVERIFY(t->tell("silent 1986"));
+    QCOMPARE(sentLine("1986 "), QString());
+    word("silent 1986");
     touch("forwardButton dialogOkButton");
     QVERIFY(t->settle());
     // Not before the controller has it.
-    QCOMPARE(int(t->window->menuRecord().network.own.address[3]), 100);
+    QCOMPARE(int(window()->menuRecord().network.own.address[3]), 100);
     wouldRun(
         "not run here: ip addr flush dev eth0; ip addr add 192.168.0.9/24 dev eth0; "
         "nameserver 1.1.1.1$");
-    QVERIFY(t->tell("frame 2986 0 0"));
+    word("frame 2986 0 0");
     QVERIFY(saved());
     wouldRun("not run here: udhcpc -n -q -i eth0$");
     touch(">dhcpToggle");
@@ -411,33 +390,33 @@ void DeviceSettingsTest::theAddressIsTheMachines() {
 void DeviceSettingsTest::linksAreTested() {
     QVERIFY(t->open("networkMenuWindow"));
     touch("testServerRow");
-    QTRY_COMPARE(word("testServerRow"), t->text("ListItem_Reached"));
+    QTRY_COMPARE(value("testServerRow"), t->text("ListItem_Reached"));
     touch("testDdnsRow");
-    QTRY_COMPARE(word("testDdnsRow"), t->text("ListItem_NotReached"));
-    QVERIFY(t->tell("silent 1989"));
+    QTRY_COMPARE(value("testDdnsRow"), t->text("ListItem_NotReached"));
+    word("silent 1989");
     touch("testServerRow testDdnsRow");
-    QCOMPARE(heard("^1989 "), QStringLiteral("1989 1 0|1989 2 0|1989 1 0"));
+    QCOMPARE(sentLine("1989 "), QStringLiteral("1989 1 0|1989 2 0|1989 1 0"));
     QVERIFY(t->tell("frame 2989 0 2") && t->settle());  // of the other test
     QVERIFY(t->find("serverSpinner"));
     answerTimer()->start(0);
-    QTRY_COMPARE(word("testServerRow"), t->text("ListItem_NoAnswer"));
+    QTRY_COMPARE(value("testServerRow"), t->text("ListItem_NoAnswer"));
     QVERIFY(!t->find("serverSpinner"));
 }
 
 void DeviceSettingsTest::resetsAreAskedFor() {
     QVERIFY(t->open("setupDefaultWindow"));
     touch("logsRow dialogCancelButton");
-    QCOMPARE(heard("^1957 "), QString());
-    QVERIFY(t->tell("refuse 1957"));
+    QCOMPARE(sentLine("1957 "), QString());
+    word("refuse 1957");
     touch("logsRow dialogOkButton");
     QVERIFY(says("Error_NotReset") && ok());
-    QVERIFY(t->tell("silent 1957"));
+    word("silent 1957");
     touch("settingsRow dialogOkButton");
     QVERIFY(says("ListItem_Resetting") && t->settle());
     answerTimer()->start(0);
     QVERIFY(says("Error_NoAnswer") && ok());
     touch("everythingRow");
-    const QString users = QString::number(t->window->menuRecord().users.all);
+    const QString users = QString::number(window()->menuRecord().users.all);
     QVERIFY(t->find<QLabel>("dialogSecondText")->text().contains(users));
     touch("dialogOkButton");
     QVERIFY(says("ListItem_AskResetEverything"));  // not so fast
@@ -445,22 +424,22 @@ void DeviceSettingsTest::resetsAreAskedFor() {
     touch("dialogOkButton");
     // The factory's language, and a terminal that has to be set up.
     QTRY_VERIFY(t->says("ListItem_ResetComplete") && t->dialogText().contains(QChar(0xCD08)));
-    QCOMPARE(heard("^1957 2"), QStringLiteral("1957 2 0"));
+    QCOMPARE(sentLine("1957 2"), QStringLiteral("1957 2 0"));
     QVERIFY(t->agrees() && ok());
-    QCOMPARE(t->window->menuRecord().users.all, 0U);
-    touch("backButton");
+    QCOMPARE(window()->menuRecord().users.all, 0U);
+    touch("homeButton");
     QCOMPARE(t->title(), QStringLiteral("setupMenuWindow"));
     QVERIFY(!t->find("backButton"));
     QVERIFY(t->tell("settings commissioned 1") && t->open("setupDefaultWindow"));
     touch("restartRow dialogOkButton");
-    QTRY_VERIFY(!t->window->linkUp());
+    QTRY_VERIFY(!window()->linkUp());
     QVERIFY(t->dialogText().isEmpty());
-    t->window->findChild<DeviceLink*>()->open(t->sim.port());
+    QVERIFY(t->reconnect());
 }
 
 void DeviceSettingsTest::theServiceScreenTellsTheContact() {
     ServiceSim service(0, 0, TerminalAddress{QStringLiteral("127.0.0.1"), 1});
-    const auto state = [this] { return word("stateRow"); };
+    const auto state = [this] { return value("stateRow"); };
     QVERIFY(t->open("cloudWindow"));
     QCOMPARE(state(), t->text("ListItem_ServiceOff"));
     touch("useToggle addressField =C127.0.0.1D portField");
@@ -480,7 +459,7 @@ void DeviceSettingsTest::theServiceScreenTellsTheContact() {
         touch("forwardButton");
         QTRY_COMPARE(state(), t->text(row.key).replace(QLatin1String("%1"), QLatin1String("2000")));
         QVERIFY(saved());
-        QVERIFY(!t->find("sinceRow") && word("lastReachedRow") != t->text("ListItem_NotYet"));
+        QVERIFY(!t->find("sinceRow") && value("lastReachedRow") != t->text("ListItem_NotYet"));
     }
 }
 

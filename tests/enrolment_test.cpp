@@ -1,3 +1,4 @@
+#include "app/menu_timer.h"
 #include "base/device_paths.h"
 #include "link/device_link.h"
 #include "link/device_message.h"
@@ -10,11 +11,12 @@ namespace {
 
 // What is done and seen: ">name" touches, "#digits" types, "!words" are the controller's (with "_"
 // for a blank), "@title" waits for a screen, "?key" for what is said, "^code" for a frame, "%n" for
-// so many percent; "*" lets the time of what is waited for run out.
+// so many percent, "=number" for what is entered; "~" says that no menu times out, "*" lets the
+// time of what is waited for run out.
 const char kQualified[] = "MENU >userEnrollTile >WAY >forwardButton >forwardButton ";
 const char kNumbered[] = "@userEnroll_IDWindow >key_clear #01055556666 >forwardButton ";
-const char kTag[] = "@userEnroll_cardTagWindow !card_30000001 ";
-const char kLook[] = "@userEnroll_FaceWindow !enrol-face_good ";
+const char kTag[] = "@userEnroll_cardTagWindow ~ !card_30000001 ";
+const char kLook[] = "@userEnroll_FaceWindow ~ !enrol-face_good ";
 const char kAdd[] = "?Dialog_AddFaceToCard >dialogOkButton ";
 const char kDone[] = "?Dialog_RegFaceComplete >dialogOkButton ";
 
@@ -54,6 +56,7 @@ class EnrolmentTest : public QObject {
         t.window->changeWindow(QStringLiteral("stayWindow"));
         QVERIFY(t.tell("normal") && t.tell("users 7"));
         QVERIFY(t.tell("settings setup.authMethod 2"));
+        QVERIFY(t.tell("settings network.useManager 0"));
         register_({1, 2, 1, 1, 0, 0, 1});
         sent();
     }
@@ -116,6 +119,7 @@ class EnrolmentTest : public QObject {
         t.settle();
         const QString look = QStringLiteral("face ") + fieldText(user.userId);
         QCOMPARE(t.tell(look), (has & 2) != 0);
+        QVERIFY((has & 2) == 0 || t.shows("recognizeWindow"));
         QVERIFY(t.tell("users 7") && !t.tell(look));
     }
 
@@ -151,6 +155,14 @@ class EnrolmentTest : public QObject {
             "!silent_1923 " + number + ">forwardButton *" + says("Error_NoResponse") +
                 " >forwardButton",
             "1923 1921", "userEnroll_cardTagWindow");
+        row("number of other signs",
+            "!settings_registration.autoId_0 " + number +
+                "= !frame_3030_0_0_d9a030313233343536373839 = "
+                "!frame_3030_0_0_3031303535353536363637f1 "
+                "= !frame_3030_0_0_3031303535353536363638 =01055556668 "
+                "!frame_3030_0_0_3031303535353536363637 =01055556668 >backButton "
+                "@userEnroll_qualWindow >backButton @userEnrollMenuWindow >neutralButton",
+            "1933 2011");
         row("number answered twice",
             number +
                 "!frame_2923_0_0 >forwardButton "
@@ -231,7 +243,82 @@ class EnrolmentTest : public QObject {
                 number + "!lose-link-at_" + lost + " >forwardButton" + further +
                     says("Dialog_EnrollNoController"),
                 "");
+        row("link, first step", "MENU >userEnrollTile !drop" + says("Dialog_EnrollNoController"),
+            "");
         row("link", face + "!enrol-face_stall %40 !drop" + says("Dialog_EnrollNoController"), "");
+    }
+
+    void whoIsThereGetsWhatTheyLack_data() {
+        QTest::addColumn<QString>("id");
+        QTest::addColumn<int>("mode");
+        QTest::addColumn<QByteArray>("played");
+        const QByteArray again = steps({kTag}).replace("cardTag", "reCardTag");
+        QTest::newRow("face") << QStringLiteral("01077778888") << 2 << steps({kLook});
+        QTest::newRow("card") << QStringLiteral("01044447777") << 3 << again;
+        QTest::newRow("card anew") << QStringLiteral("01098765432") << 0 << again;
+    }
+
+    void whoIsThereGetsWhatTheyLack() {
+        QFETCH(QString, id);
+        QFETCH(int, mode);
+        QFETCH(QByteArray, played);
+        QVERIFY(play("MENU !settings_users.all_10000"));
+        const _gui_user_ before = *UserStore(t.root.path("/mnt/data")).find(id);
+        t.window->SetGuiUser(&before);
+        t.window->changeWindow(QStringLiteral("userEnroll_qualWindow"), mode);
+        QVERIFY(play(">forwardButton " + played + ' ' + kDone + "@userMenuWindow"));
+        const _gui_user_ after = *UserStore(t.root.path("/mnt/data")).find(id);
+        QCOMPARE(int(after.authMethod), mode);
+        QVERIFY(after.facePresent == 1 || mode == 0);
+        QVERIFY(after.cardPresent == 1);
+        QCOMPARE(fieldText(after.registrationTime), fieldText(before.registrationTime));
+        UserStore(t.root.path("/mnt/data")).store(before, true);
+    }
+
+    void whomTheServiceSendsItHearsOf() {
+        ServiceSim service(0, 0, {QStringLiteral("127.0.0.1"), DevicePaths::restPort()});
+        int reported = 0;
+        connect(&service, &ServiceSim::called, this,
+                [&reported](const QString& name, const QJsonObject& body) {
+                    const QJsonObject user =
+                        body[QLatin1String("userInfo")][QLatin1String("user")].toObject();
+                    reported += name == QLatin1String("user-enroll") &&
+                                user[QLatin1String("name")] == QLatin1String("<b>Kim");
+                });
+        QVERIFY(t.set({{"network.own.managerAddress", QStringLiteral("127.0.0.1")},
+                       {"network.own.managerPort", QString::number(service.port())},
+                       {"network.connectPeriod", QStringLiteral("1")},
+                       {"network.useManager", QStringLiteral("1")}}));
+        QTRY_VERIFY(t.window->serviceReached());
+        // An order takes the place of what goes on, whatever that is.
+        QVERIFY(play(steps({kQualified, kNumbered}, "authFaceOnlyRow") +
+                     " @userEnroll_FaceWindow !enrol-face_stall %40"));
+        sent();
+        QCOMPARE(service.execute(QStringLiteral("enrol 12345678 <b>Kim")),
+                 QStringLiteral("ok 1000 succeed"));
+        QVERIFY(t.shows("userEnroll_qualWindow"));
+        QCOMPARE(sent(), steps({"2003:1 2011:2 2010 2028 2031:1 2047 2028 1933 1921"}));
+        // Registration mode has nothing to do with it.
+        QVERIFY(play("!settings_registration.on_0 >forwardButton " + steps({kTag, kAdd, kLook}) +
+                     ' ' + kDone + "@stayWindow"));
+        QTRY_COMPARE(reported, 2);
+        QVERIFY(t.sends("2042 0 0 31 32 33 34 35 36 37 38 00"));
+        QCOMPARE(int(stored().origin), int(UserOrigin::Kiosk));
+    }
+
+    void manyInARowLeaveNothingBehind() {
+        const QByteArray one = steps({kQualified, kNumbered, kTag, kDone}, "authCardOnlyRow");
+        int objects = 0;
+        for (int i = 0; i < 20; ++i) {
+            QVERIFY(
+                play(QByteArray(one)
+                         .replace("30000001", QByteArray::number(40000000 + i))
+                         .replace("01055556666", QByteArray::number(qlonglong{10000000000} + i))));
+            const int now = t.window->findChildren<QObject*>().size();
+            QVERIFY(i < 2 || now == objects);
+            objects = now;
+        }
+        QCOMPARE(UserStore(t.root.path("/mnt/data")).users().size(), 27);
     }
 
     void outcomes() {
@@ -296,10 +383,10 @@ class EnrolmentTest : public QObject {
             t.tap("enrollButton");
             return t.settle();
         }
-        if (step == "MENU")
-            return t.open("userMenuWindow");
-        if (step == "DOOR")
-            return t.window->changeWindow(QStringLiteral("liveWindow")) == 0 && t.settle();
+        if (step == "MENU" || step == "DOOR") {
+            t.window->changeWindow(QLatin1String(step == "MENU" ? "userMenuWindow" : "liveWindow"));
+            return t.settle();
+        }
         switch (step[0]) {
             case '>':
                 if (!QTest::qWaitFor([&] { return t.find(name.constData()) != nullptr; }))
@@ -320,6 +407,12 @@ class EnrolmentTest : public QObject {
                     [&] { return t.find<EnrolRing>("ring")->percent() == name.toInt(); });
             case '?':
                 return QTest::qWaitFor([&] { return says(name.constData()); });
+            case '=':
+                return t.settle() && QTest::qWaitFor([&] {
+                           return t.find<InputField>("numberEntry")->text().toUtf8() == name;
+                       });
+            case '~':
+                return !t.window->findChild<MenuTimer*>()->isRunning();
             case '^':
                 return t.sends(name.constData());
             default:

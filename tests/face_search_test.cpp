@@ -1,3 +1,6 @@
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <QDir>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -6,6 +9,7 @@
 #include <memory>
 
 #include "screens/facesearch/face_answer.h"
+#include "screens/facesearch/fsv_client.h"
 #include "screens/facesearch/fsv_tools.h"
 #include "screens/facesearch/st_client.h"
 #include "sim/facesearch/face_search_sim.h"
@@ -82,6 +86,7 @@ class FaceSearchTest : public QObject {
     void picturesStayInTheirFolder();
     void tenThousandAnswersLeaveNothingBehind();
     void aLostConnectionIsMadeAgain();
+    void theTerminalsClientNeedsNobodyWhoReads();
 
  private:
     /// Has the simulated server carry words out, several with ", " between them.
@@ -391,6 +396,33 @@ void FaceSearchTest::aLostConnectionIsMadeAgain() {
     QVERIFY(console.prints("Encrpt", 2));
     console.write("q\n");
     QCOMPARE(console.status(), 0);
+}
+
+void FaceSearchTest::theTerminalsClientNeedsNobodyWhoReads() {
+    int pipe[2];
+    QCOMPARE(::pipe2(pipe, O_NONBLOCK), 0);
+    while (::write(pipe[1], "full", 4) > 0) {
+    }
+    ::fcntl(pipe[1], F_SETFL, 0);
+    // The log of a test goes there too.
+    QLoggingCategory::setFilterRules(QStringLiteral("zel.*=false"));
+    const int output = ::dup(STDOUT_FILENO);
+    ::dup2(pipe[1], STDOUT_FILENO);
+    int told = 0;
+    {
+        FsvClient client({"127.0.0.1", sim->port()});
+        connect(&client, &FsvClient::recognised, this, [&told] { ++told; });
+        client.start();
+        while (sim->clients() == 0)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        say("tell 10000001 100");
+        while (told == 0)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    ::dup2(output, STDOUT_FILENO);
+    QLoggingCategory::setFilterRules(QString());
+    for (const int descriptor : {pipe[0], pipe[1], output})
+        ::close(descriptor);
 }
 
 QTEST_GUILESS_MAIN(FaceSearchTest)

@@ -206,6 +206,36 @@ class OperationSettingsTest : public DrivenTest {
         QCOMPARE(t->window->menuRecord().sound.volume, quint8(9));
     }
 
+    void aPartIsChosenElsewhere() {
+        words({"settings sound.volume 5", "settings sound.alarmSound 1",
+               "settings sound.recognitionFailSound 0"});
+        QVERIFY(t->open("enviSoundWindow"));
+        t->tap("plusButton");
+        t->tap("alarmSoundRow");
+        QCOMPARE(t->title(), QStringLiteral("enviSound_Alarm"));
+        QVERIFY(t->find<ListRow>("bellRow")->isSelected());
+        t->tap("chimeRow");
+        // What arrives meanwhile changes nothing that was touched.
+        words({"settings sound.alarmSound 0", "settings sound.volume 3"});
+        QTRY_VERIFY(t->agrees());
+        t->tap("backButton");
+        QCOMPARE(t->title(), QStringLiteral("enviSoundWindow"));
+        t->tap("forwardButton");
+        QVERIFY(t->sends("1954 1 0 06 03 00"));
+        QTRY_VERIFY(t->says("ListItem_ConfigurationComplete"));
+        // Left in another way nothing of it is kept.
+        QVERIFY(t->open("zelMenuWindow") && t->open("enviSoundWindow"));
+        t->tap("plusButton");
+        t->tap("alarmSoundRow");
+        window()->changeWindow(QStringLiteral("zelMenuWindow"));
+        QVERIFY(t->open("enviSoundWindow"));
+        QCOMPARE(t->find<PlusMinus>("volume")->value(), 6);
+        // A number out of range shows as the nearest.
+        word("settings ddns.port 0");
+        QVERIFY(t->open("ddnsWindow"));
+        QCOMPARE(field("portField"), QStringLiteral("1"));
+    }
+
     void aSaveThatFailsChangesNothing_data() {
         QTest::addColumn<QString>("before");
         QTest::addColumn<QString>("after");

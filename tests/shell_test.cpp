@@ -493,6 +493,8 @@ class ShellTest : public DrivenTest {
                 QCOMPARE(sentLine(), QLatin1String(answer));
             }
         }
+        window()->EnrollPlaySoundTts(261, "text");
+        QVERIFY(sentLine().startsWith(QLatin1String("2033 0 5 74 65 78 74 00")));
         // So is what stayed behind while the service or the controller was away.
         const QStringList both{QStringLiteral("2040 0 0"), QStringLiteral("2039 0 0")};
         auto* service = window()->managementLink();
@@ -526,8 +528,9 @@ class ShellTest : public DrivenTest {
             if (row.direction != command::Direction::FromController)
                 continue;
             QVERIFY2(route != nullptr, row.name);
-            const bool titled =
-                route->rule == RouteRule::ActiveScreen || route->rule == RouteRule::NamedScreen;
+            const bool titled = route->rule == RouteRule::ActiveScreen ||
+                                route->rule == RouteRule::NamedScreen ||
+                                route->rule == RouteRule::ScreenFirst;
             QCOMPARE(window()->getWindow(route->title) != nullptr, titled);
             QVERIFY(route->secondTitle.isNull() ||
                     window()->getWindow(route->secondTitle) != nullptr);

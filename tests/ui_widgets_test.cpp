@@ -368,6 +368,8 @@ class UiWidgetsTest : public QObject {
             QCOMPARE(okButton->isVisible(), type != 0);
             QCOMPARE(cancelButton->isVisible(), type == 272);
         }
+        QCOMPARE(cancelButton->y(), okButton->y());
+        QVERIFY(cancelButton->geometry().right() < okButton->x());
         finger.tap(okButton);
         QVERIFY(dialog.isVisible());
         QCOMPARE(ok.count(), 1);

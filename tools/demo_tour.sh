@@ -57,6 +57,10 @@ out_button=(352 462)
 plus=(376 520)
 pay=(328 740)
 dialog_ok=(240 506)
+enrol=(240 740)
+forward=(426 36)
+add_face=(334 498)
+enrolled_ok=(240 483)
 
 # still: whether the screen shows the same twice, a moment apart.
 still() {
@@ -155,6 +159,27 @@ tour() {
     touch_at "${dialog_ok[@]}"
     controller face unknown
     glimpse unknown "A face that nobody knows"
+
+    at 18:40
+    controller live
+    touch_at "${enrol[@]}"
+    step enrolment "Somebody enrols at the live view"
+    touch_at "${forward[@]}"
+    step enrolment-card "A card first"
+    controller card 30000001
+    glimpse enrolment-number "Its number"
+    touch_at "${forward[@]}"
+    step enrolment-add "The card is stored; the face can be added"
+    touch_at "${add_face[@]}"
+    step enrolment-face "The terminal looks for the face"
+    controller enrol-face good
+    glimpse enrolment-progress "And takes it"
+    step enrolment-done "Both are stored"
+    touch_at "${enrolled_ok[@]}"
+    controller live
+    step enrolment-over "Back at the door"
+    controller face 01090000001
+    step enrolment-known "Known at the door from now on"
 
     at 22:10
     controller alarm arm

@@ -28,8 +28,10 @@ constexpr int kTick = 26;
 constexpr int kTickGap = 10;
 constexpr int kSign = 28;
 constexpr int kSignEnd = 12;
-constexpr int kNarrowLeft = 16;  // of the label, where a verdict stands in the chevron's place
+constexpr int kNarrow = 300;  // a row of this width and more has room for the margins above
+constexpr int kNarrowLeft = 16;
 constexpr int kNarrowGap = 8;
+constexpr int kNarrowTickGap = 6;
 constexpr int kNoteTop = 42;
 constexpr int kNoteBottom = 6;
 
@@ -187,18 +189,20 @@ void ListRow::drawVerdict(QPainter* painter, QRect* line) const {
     const auto number = static_cast<std::size_t>(verdict_);
     const VerdictLook& look = kVerdicts[number];
     const QRect sign(width() - kSignEnd - kSign, 0, kSign, line->height());
+    const bool narrow = width() < kNarrow;
+    const int gap = narrow ? kNarrowTickGap : kTickGap;
     if (verdict_ == Verdict::Running)
         Paint::glyph(painter, sign, QLatin1String(look.sign), look.color, kSign);
     else
         Paint::icon(painter, sign, QLatin1String(look.sign));
-    line->setRight(sign.x() - kTickGap);
+    line->setRight(sign.x() - gap);
     if (mark_ == Chevron && verdict_ == Verdict::NotRun)
         return;
     const ScriptHandler::Script& word = words_[number].entry();
     const int wordWidth = TextFit::width(word, TextFit::kCaption, QFont::Bold);
-    const QRect box(sign.x() - kTickGap - wordWidth, 0, wordWidth, line->height());
+    const QRect box(sign.x() - gap - wordWidth, 0, wordWidth, line->height());
     TextFit::draw(painter, box, Qt::AlignRight, word, TextFit::kCaption, QFont::Bold, look.color);
-    line->setRight(box.x() - (mark_ == Chevron ? kNarrowGap : kLabelGap));
+    line->setRight(box.x() - (narrow ? kNarrowGap : kLabelGap));
 }
 
 void ListRow::paintEvent(QPaintEvent*) {
@@ -214,7 +218,8 @@ void ListRow::paintEvent(QPaintEvent*) {
                      : danger_    ? Theme::kDanger
                                   : Theme::kCaption;
     const bool stacked = isStacked();
-    QRect line(kLabelLeft, 0, width() - kLabelLeft - kEnd, stacked ? control()->y() : height());
+    const int left = width() < kNarrow ? kNarrowLeft : kLabelLeft;
+    QRect line(left, 0, width() - left - kEnd, stacked ? control()->y() : height());
 
     if (!preview_.isNull()) {
         painter.drawPixmap(line.x(), (height() - preview_.height()) / 2, preview_);
@@ -225,9 +230,7 @@ void ListRow::paintEvent(QPaintEvent*) {
                      icon_, positive_ && isEnabled() ? Theme::kAccent : ink);
         line.setLeft(line.x() + iconColumn_);
     }
-    if (mark_ == Chevron && verdict_ != Verdict::None) {
-        line.setLeft(kNarrowLeft);
-    } else if (mark_ == Chevron) {
+    if (mark_ == Chevron && verdict_ == Verdict::None) {
         const QRect box(width() - kEnd - kChevronInk, 0, kChevron, height());
         Paint::glyph(&painter, box, QStringLiteral("chevron_right.png"), ink);
         line.setRight(box.x() - kLabelGap / 2);
@@ -269,6 +272,8 @@ void ListRow::paintEvent(QPaintEvent*) {
         line.setRect(line.x(), kNoteBottom, line.width(), kNoteTop - kNoteBottom);
     }
     TextFit::draw(&painter, line, Qt::AlignLeft, text_.entry(),
-                  choice ? TextFit::kChoice : TextFit::kRowLabel,
+                  choice              ? TextFit::kChoice
+                  : width() < kNarrow ? TextFit::kNarrowLabel
+                                      : TextFit::kRowLabel,
                   chosen ? QFont::Bold : QFont::Medium, ink);
 }

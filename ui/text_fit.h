@@ -33,6 +33,7 @@ constexpr Rule kTitle{{{26, 1}, {22, 2}}};
 constexpr Rule kButton{{{24, 1}, {20, 1}}};
 constexpr Rule kSmallButton{{{22, 1}, {20, 1}}};
 constexpr Rule kRowLabel{{{22, 2}, {20, 2}}};
+constexpr Rule kNarrowLabel{{{22, 2}, {20, 2}, {18, 2}}};
 constexpr Rule kChoice{{{24, 2}, {20, 2}}};
 constexpr Rule kTile{{{24, 2}, {20, 2}}};
 constexpr Rule kWideTile{{{20, 2}, {18, 3}}};

@@ -172,9 +172,9 @@ void FactoryTestForm::placeFoot() {
     list_->setGeometry(0, Theme::kBarHeight, Theme::kScreenWidth, end - Theme::kBarHeight);
 }
 
-void FactoryTestForm::addContent(QWidget* content) {
+void FactoryTestForm::addContent(QWidget* content, int rows) {
     // Before the room that is left.
-    layout_->insertWidget(layout_->count() - 1, content, 0, Qt::AlignHCenter);
+    layout_->insertWidget(rows >= 0 ? rows : layout_->count() - 1, content, 0, Qt::AlignHCenter);
 }
 
 void FactoryTestForm::shield() {
@@ -224,13 +224,16 @@ void FactoryTestForm::start(int step) {
         return;
     }
     showHint(first.hintKey);
-    if (first.judgement != FactoryStep::ByPerson) {
-        const bool seen = first.judgement == FactoryStep::WhenSeen && first.report != 0;
-        timer_->start(seen ? qMin(first.milliseconds, int(FactoryStep::kAnswerTime))
-                           : first.milliseconds);
-    } else if (asksAtOnce()) {
+    if (first.report != 0)
+        timer_->start(first.judgement == FactoryStep::WhenSeen
+                          ? qMin(first.milliseconds, int(FactoryStep::kAnswerTime))
+                          : first.milliseconds);
+    else if (first.judgement == FactoryStep::ByPerson && asksAtOnce())
         askPerson(step);
-    }
+}
+
+void FactoryTestForm::beginTime() {
+    timer_->start(steps_[first_].milliseconds);
 }
 
 bool FactoryTestForm::stop() {
@@ -351,6 +354,8 @@ void FactoryTestForm::peersChanged() {
 
 void FactoryTestForm::askPerson(int step) {
     timer_->stop();
+    // A second touch was meant for the step before.
+    shield();
     setAsked(step);
 }
 

@@ -101,8 +101,8 @@ class FactoryTestForm : public TitledForm {
     void setSteps(const FactoryStep (&steps)[count]) {
         makeRows(steps, static_cast<int>(count));
     }
-    /// Puts @p content, as high as it is, below the rows.
-    void addContent(QWidget* content);
+    /// Puts @p content, as large as it is, below the rows, or below the first @p rows of them.
+    void addContent(QWidget* content, int rows = -1);
     /// A further button at the foot, above those for a person's judgement; it can be touched all
     /// the time, or only while a person is asked.
     LabelButton* addAction(const char* textKey, const char* name, bool whileAsked = false);
@@ -110,6 +110,8 @@ class FactoryTestForm : public TitledForm {
     /// Starts the step number @p step with those that go with it. The command is sent whatever
     /// screen is up.
     void start(int step);
+    /// From now on what was started last has its time, for steps of which nothing is reported.
+    void beginTime();
     /// Stops what was started last; false when that has been stopped already.
     bool stop();
     /// A value that has been found out for a step: shows it, and judges by it.

@@ -67,8 +67,8 @@ void hideIfMade(QWidget* dialog) {
 }  // namespace
 
 const ScreenText* ScreenPopup::find(int number, bool (*isWanted)(ScreenText::Kind)) const {
-    for (const Table& table : tables_) {
-        for (const ScreenText* text = table.begin; text != table.end; ++text) {
+    for (int i = tables_.size() - 1; i >= 0; --i) {
+        for (const ScreenText* text = tables_.at(i).begin; text != tables_.at(i).end; ++text) {
             if (text->number == number && isWanted(text->kind))
                 return text;
         }
@@ -103,7 +103,7 @@ bool ScreenPopup::showThen(int number, const Answer& closed, int seconds, const 
 }
 
 bool ScreenPopup::ask(int number, const Answer& agreed, const Answer& declined,
-                      const QString& second) {
+                      const QString& second, int seconds) {
     const ScreenText* text = find(number, isQuestion);
     if (text == nullptr)
         return false;
@@ -122,6 +122,7 @@ bool ScreenPopup::ask(int number, const Answer& agreed, const Answer& declined,
     question_->hide();
     agreed_ = agreed;
     declined_ = declined;
+    question_->setAutoClose(seconds * 1000);
     question_->setDanger(text->kind != ScreenText::Question);
     question_->setOkDelay(text->kind == ScreenText::Grave ? kGraveTime : 0);
     present(question_, *text, second);

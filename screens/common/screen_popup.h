@@ -47,7 +47,8 @@ class ScreenPopup {
         add(texts);
     }
 
-    /// @p texts must stay; the first one with a number counts.
+    /// @p texts must stay. Of two with one number that of the later table counts, so that a screen
+    /// can say what its base says in words of its own.
     template <std::size_t count>
     void add(const ScreenText (&texts)[count]) {
         tables_.append(Table{texts, texts + count});
@@ -60,9 +61,10 @@ class ScreenPopup {
     /// something else takes its place or the screen goes.
     bool showThen(int number, const Answer& closed, int seconds = kSeconds,
                   const QString& second = QString());
-    /// Asks; @p declined is called when it is closed without OK. @p second as for show().
+    /// Asks; @p declined is called when it is closed without OK, which it does by itself after
+    /// @p seconds unless they are 0. @p second as for show().
     bool ask(int number, const Answer& agreed, const Answer& declined = Answer(),
-             const QString& second = QString());
+             const QString& second = QString(), int seconds = 0);
     /// Stays until endWait(), or until something else is shown. From 0 @p percent on there is a
     /// progress bar, with the number below it unless the text tells it.
     bool wait(int number, int percent = -1);

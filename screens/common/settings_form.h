@@ -2,6 +2,7 @@
 
 #include <QStringList>
 #include <QVector>
+#include <algorithm>
 #include <cstring>
 #include <functional>
 #include <memory>
@@ -154,10 +155,16 @@ class SettingsForm : public TitledForm {
             },
             rule, fault);
     }
-    /// A value that is chosen on the screen @p title, a SettingsPart to which @p row leads.
+    /// A value of at most @p most that is chosen on the screen @p title, a SettingsPart to which
+    /// @p row leads.
     template <class Block>
-    void bindPart(ListRow* row, std::uint8_t Block::*field, const QString& title) {
-        bindPartOf(row, number(field), title);
+    void bindPart(ListRow* row, std::uint8_t Block::*field, const QString& title,
+                  std::uint32_t most = 0xFF) {
+        NumberField chosen = number(field);
+        chosen.get = [field = chosen.get, most](const _gui_menu_& record) {
+            return std::min(field(record), most);
+        };
+        bindPartOf(row, chosen, title);
     }
     /// The same for a value that is not a field by itself.
     void bindPart(ListRow* row, const std::function<std::uint32_t(const _gui_menu_&)>& get,

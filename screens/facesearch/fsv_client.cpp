@@ -3,6 +3,7 @@
 #include <csignal>
 #include <utility>
 
+#include "screens/facesearch/fsv_output.h"
 #include "screens/facesearch/fsv_start.h"
 
 namespace {
@@ -30,6 +31,7 @@ void FsvClient::run() {
     ::sigemptyset(&pipe);
     ::sigaddset(&pipe, SIGPIPE);
     ::pthread_sigmask(SIG_BLOCK, &pipe, nullptr);
+    fsvPrintWaits(false);
 
     FsvConsole console;
     FsvSession session;

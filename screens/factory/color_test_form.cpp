@@ -13,7 +13,8 @@ constexpr FactoryStep kSteps[] = {
      nullptr, 0, 0, FactoryStep::ByPerson, FactoryStep::kAnswerTime, "chart"},
 };
 
-constexpr QSize kHalf(220, 400);
+constexpr QSize kChartSize(152, 400);
+constexpr QSize kPictureSize(288, 400);
 constexpr int kGap = 8;
 constexpr int kColumns = 4;
 constexpr QRgb kChart[] = {
@@ -73,10 +74,11 @@ void ColorTestForm::built() {
     auto* layout = new QHBoxLayout(both);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(kGap);
-    for (QWidget* half : {static_cast<QWidget*>(new ColourChart(both)),
-                          static_cast<QWidget*>(new CameraPicture(both))}) {
-        half->setFixedSize(kHalf);
-        layout->addWidget(half);
-    }
+    const auto add = [&](QWidget* part, const QSize& size) {
+        part->setFixedSize(size);
+        layout->addWidget(part);
+    };
+    add(new ColourChart(both), kChartSize);
+    add(new CameraPicture(both), kPictureSize);
     addContent(both);
 }

@@ -60,7 +60,9 @@ void f_camTest::built() {
     setSteps(kSteps);
     auto* picture = new CameraPicture(this);
     picture->setFixedSize(kPicture);
-    addContent(picture);
+    // There it shows the middle of what the camera sees.
+    constexpr int kRowsAbove = 2;
+    addContent(picture, kRowsAbove);
 }
 
 void f_camTest::windowInEvent() {

@@ -4,6 +4,7 @@
 #include "screens/common/form_screen.h"
 #include "ui_f_lcd_touch_test.h"
 
+class LabelButton;
 class TouchGrid;
 
 /// Factory test of the touch panel: every part of the screen is touched once.
@@ -20,4 +21,5 @@ class f_lcd_touchTest : public FormScreen<Ui::f_lcd_touchTest, FactoryTestForm> 
 
  private:
     TouchGrid* grid_ = nullptr;
+    LabelButton* begin_ = nullptr;
 };

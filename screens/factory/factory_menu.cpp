@@ -8,8 +8,11 @@
 #include "link/command_code.h"
 #include "link/command_parameters.h"
 #include "screens/factory/factory_report.h"
+#include "ui/dialog_form.h"
 #include "ui/pictures.h"
 #include "ui/styler.h"
+#include "ui/theme.h"
+#include "ui/touch_shield.h"
 
 namespace {
 
@@ -41,16 +44,21 @@ void FactoryMenu::built() {
     ui_->failIcon->setPixmap(Pictures::icon(QStringLiteral("fail_28.png")));
     ui_->notRunIcon->setPixmap(Pictures::icon(QStringLiteral("not_run_28.png")));
 
+    ui_->warning->setInk(Theme::kDanger);
+    shield_ = new TouchShield(this);
+
     const MainWindow* window = MainWindow::getMainWindow();
     connect(window, &MainWindow::signal_changeWindow, this, &FactoryMenu::screenChanging);
     connect(window, &MainWindow::signal_linkChanged, this, &FactoryMenu::linkChanged);
-    connect(qApp, &QCoreApplication::aboutToQuit, this, &FactoryMenu::leave);
+    connect(qApp, &QCoreApplication::aboutToQuit, this, &FactoryMenu::quitting);
 }
 
 // --- Factory mode --------------------------------------------------------------------------
 
 void FactoryMenu::windowInEvent() {
     FormScreen::windowInEvent();
+    // A second touch of the way back from a test would leave the menu as well.
+    shield_->raiseShield();
     if (!std::exchange(inFactoryMode_, true))
         shell()->SendCommand(command::FactoryMode, factory::Enter, 0);
     leavesLater_ = false;
@@ -73,6 +81,12 @@ void FactoryMenu::screenChanging(const QString& title) {
 void FactoryMenu::leave() {
     if (std::exchange(inFactoryMode_, false))
         leavesLater_ = !shell()->SendCommand(command::FactoryMode, factory::Leave, 0);
+}
+
+void FactoryMenu::quitting() {
+    if (auto* test = qobject_cast<FactoryTestForm*>(shell()->getActivateWindowForm()))
+        test->windowOutEvent();
+    leave();
 }
 
 void FactoryMenu::linkChanged(bool up) {
@@ -113,7 +127,18 @@ void FactoryMenu::keepResults() {
     if (!notWritten_)
         kept_ = results;
     else if (!failedBefore)
-        shell()->showPopupText(QStringLiteral("Error_FactoryReport"));
+        sayNotWritten();
+}
+
+void FactoryMenu::sayNotWritten() {
+    // Above whichever of the tests is up; it goes on meanwhile.
+    auto* dialog = new DialogForm(window(), ScreenPopup::kSeconds * 1000);
+    dialog->setDeleteOnClose(true);
+    dialog->setIcon(DialogForm::Icon::Error);
+    dialog->setTextKey(QStringLiteral("Error_FactoryReport"));
+    dialog->setOkKey(QStringLiteral("TopMenu_OK"));
+    dialog->show();
+    shell()->PlaySound(command::sound::Error);
 }
 
 void FactoryMenu::scriptsApplied() {

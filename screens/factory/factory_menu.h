@@ -8,7 +8,7 @@
 #include "screens/common/screen_popup.h"
 #include "ui_factory_menu.h"
 
-class QLabel;
+class TouchShield;
 
 /// The factory tests, each with what has come of it since the terminal was started. As long as it
 /// or one of the tests is up the controller is in factory mode.
@@ -34,10 +34,13 @@ class FactoryMenu : public FormScreen<Ui::FactoryMenu> {
     void screenChanging(const QString& title);
     void linkChanged(bool up);
     void leave();
+    void quitting();
     void keepResults();
+    void sayNotWritten();
     void showResults();
     void restart();
 
+    TouchShield* shield_ = nullptr;
     ScreenPopup popup_;
     QVector<Test> tests_;
     QJsonArray kept_;             // as they were written last

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr QRect kMap(96, 256, 288, 480);
+constexpr QRect kMap(108, 200, 264, 440);
 constexpr QRect kPrompt(40, 362, 400, 76);
 constexpr int kSign = 28;
 

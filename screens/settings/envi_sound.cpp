@@ -10,10 +10,11 @@
 namespace {
 
 /// By their numbers in the record.
-constexpr const char* kSounds[] = {
+constexpr const char* const kSounds[] = {
     "ListItem_SoundSiren", "ListItem_SoundBell",  "ListItem_SoundBuzzer",
     "ListItem_SoundChime", "ListItem_SoundBeeps",
 };
+constexpr std::uint32_t kLast = std::size(kSounds) - 1;
 
 }  // namespace
 
@@ -23,13 +24,13 @@ void enviSound::built() {
     atOnce(ui_->volume, [](const _gui_menu_& tried) {
         shell()->SendCommand(command::SetVolume, command::save::Settings, tried.sound.volume);
     });
-    bindPart(ui_->alarmSoundRow, &SoundBlock::alarmSound, screen_title::kAlarmSound);
+    bindPart(ui_->alarmSoundRow, &SoundBlock::alarmSound, screen_title::kAlarmSound, kLast);
     atOnce(ui_->alarmSoundRow, [](const _gui_menu_& tried) {
         shell()->SendCommand(command::ChooseSound, command::sound_choice::Alarm,
                              tried.sound.alarmSound);
     });
     bindPart(ui_->recogFailSoundRow, &SoundBlock::recognitionFailSound,
-             screen_title::kRecognitionFailSound);
+             screen_title::kRecognitionFailSound, kLast);
     atOnce(ui_->recogFailSoundRow, [](const _gui_menu_& tried) {
         shell()->SendCommand(command::ChooseSound, command::sound_choice::RecognitionFailure,
                              tried.sound.recognitionFailSound);
@@ -37,8 +38,6 @@ void enviSound::built() {
 }
 
 void enviSound::valuesShown() {
-    for (ListRow* row : {ui_->alarmSoundRow, ui_->recogFailSoundRow}) {
-        const auto sound = qMin<std::size_t>(partValue(row), std::size(kSounds) - 1);
-        row->setValue(shell()->getScript(QLatin1String(kSounds[sound])).script);
-    }
+    for (ListRow* row : {ui_->alarmSoundRow, ui_->recogFailSoundRow})
+        row->setValue(shell()->getScript(QLatin1String(kSounds[partValue(row)])).script);
 }

@@ -10,7 +10,8 @@ namespace {
 
 using namespace command::initialise;
 
-constexpr int kAnswerTime = 30000;  // milliseconds
+constexpr int kAnswerTime = 30000;   // milliseconds
+constexpr int kStayInterval = 5000;  // milliseconds; shorter than any menu stays without a touch
 constexpr int kPopupSeconds = 3;
 
 /// The questions and waits of the resets have the numbers of what is reset, from 1 on.
@@ -47,9 +48,9 @@ constexpr ScreenText kTexts[] = {
 }  // namespace
 
 SetupDefault::SetupDefault(QWidget* parent, const QString& title)
-    : FormScreen(parent, title), reset_(this), restart_(this), popup_(this, kTexts) {
+    : FormScreen(parent, title), reset_(this), restart_(this), popup_(this, kTexts), stay_(this) {
     const auto giveUp = [this](bool linkDown) {
-        shell()->StartMenuTimer();
+        endWait();
         popup_.show(linkDown ? kNoController : kNoAnswer, kPopupSeconds);
     };
     connect(&reset_, &DeviceRequest::answered, this,
@@ -62,8 +63,9 @@ SetupDefault::SetupDefault(QWidget* parent, const QString& title)
         if (why == DeviceRequest::Failure::TimedOut)
             giveUp(false);
         else
-            popup_.endWait();
+            endWait();
     });
+    connect(&stay_, &QTimer::timeout, this, [] { shell()->ResetMenuTimer(); });
 }
 
 void SetupDefault::built() {
@@ -74,9 +76,17 @@ void SetupDefault::built() {
             [this] { popup_.ask(kRestart, [this] { restart(); }); });
 }
 
+void SetupDefault::homeButtonTouch() {
+    // With everything gone the terminal has to be set up first.
+    if (shell()->menuRecord().commissioned != 0)
+        FormScreen::homeButtonTouch();
+    else
+        prevButtonTouch();
+}
+
 void SetupDefault::windowOutEvent() {
     FormScreen::windowOutEvent();
-    popup_.endWait();
+    endWait();
 }
 
 void SetupDefault::ask(unsigned char what) {
@@ -94,9 +104,7 @@ void SetupDefault::reset(unsigned char what) {
         popup_.show(kNoController, kPopupSeconds);
         return;
     }
-    // Its result is to be seen, however long it takes.
-    shell()->StopMenuTimer();
-    popup_.wait(numberOf(what));
+    await(numberOf(what));
 }
 
 void SetupDefault::restart() {
@@ -104,12 +112,22 @@ void SetupDefault::restart() {
         popup_.show(kNoController, kPopupSeconds);
         return;
     }
-    shell()->StopMenuTimer();
-    popup_.wait(kRestart);
+    await(kRestart);
+}
+
+void SetupDefault::await(int wait) {
+    // Its result is to be seen, however long it takes.
+    stay_.start(kStayInterval);
+    popup_.wait(wait);
+}
+
+void SetupDefault::endWait() {
+    stay_.stop();
+    popup_.endWait();
 }
 
 void SetupDefault::ShowResetResult(unsigned char result, unsigned char what) {
-    shell()->StartMenuTimer();
+    endWait();
     if (result != command::answer::Done)
         popup_.show(kNotReset, kPopupSeconds);
     else

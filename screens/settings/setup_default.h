@@ -3,6 +3,7 @@
 #include "screens/common/device_request.h"
 #include "screens/common/form_screen.h"
 #include "screens/common/screen_popup.h"
+#include "ui/visible_timer.h"
 #include "ui_setup_default.h"
 
 /// Resets logs, settings or everything, and restarts the terminal.
@@ -19,13 +20,19 @@ class SetupDefault : public FormScreen<Ui::SetupDefault> {
 
  protected:
     void built() override;
+    void homeButtonTouch() override;
 
  private:
     void ask(unsigned char what);
     void reset(unsigned char what);
     void restart();
 
+    /// Waits behind dialog number @p wait; the menus' time does not run meanwhile.
+    void await(int wait);
+    void endWait();
+
     DeviceRequest reset_;
     DeviceRequest restart_;
     ScreenPopup popup_;
+    VisibleTimer stay_;
 };

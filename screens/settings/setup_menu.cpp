@@ -1,7 +1,5 @@
 #include "screens/settings/setup_menu.h"
 
-#include <utility>
-
 #include "app/window_shell.h"
 #include "base/clock.h"
 #include "base/same_secret.h"
@@ -259,14 +257,7 @@ void SetupMenu::holdBack(_gui_menu_& stored, const _gui_menu_& former) {
 }
 
 void SetupMenu::confirmed(_gui_menu_& record) {
-    firstSave_ = record.commissioned == 0;
     record.commissioned = 1;
     if (record.setup.language != shell()->menuRecord().setup.language)
         shell()->changeLanguage(record.setup.language);
-}
-
-void SetupMenu::saved() {
-    // From here on it is left after its time, as on every other terminal.
-    if (std::exchange(firstSave_, false))
-        shell()->StartMenuTimer();
 }

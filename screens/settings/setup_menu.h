@@ -22,7 +22,6 @@ class SetupMenu : public FormScreen<Ui::SetupMenu, SettingsForm> {
     bool validate(_gui_menu_& edited) override;
     void holdBack(_gui_menu_& stored, const _gui_menu_& former) override;
     void confirmed(_gui_menu_& record) override;
-    void saved() override;
     void prevButtonTouch() override;
 
  private:
@@ -42,6 +41,5 @@ class SetupMenu : public FormScreen<Ui::SetupMenu, SettingsForm> {
 
     DeviceRequest clock_;
     VisibleTimer minute_;
-    bool removing_ = false;   // the password, with the next save
-    bool firstSave_ = false;  // that commissions the terminal
+    bool removing_ = false;  // the password, with the next save
 };

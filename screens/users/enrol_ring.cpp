@@ -11,7 +11,7 @@
 
 namespace {
 
-const QPoint kRing(60, 12);
+const QRect kRing(60, 12, 360, 360);
 const QRect kHole(68, 20, 344, 344);
 constexpr int kFaceDrop = 44;  // of the silhouette against the ring
 constexpr int kTextMiddle = 424;
@@ -28,7 +28,8 @@ void EnrolRing::setPercent(int percent) {
     if (percent_ == bounded)
         return;
     percent_ = bounded;
-    update();
+    update(kRing);
+    update(0, kTextMiddle - kTextHeight / 2, width(), kTextHeight);
 }
 
 void EnrolRing::applyScripts(const Lookup& lookup) {
@@ -42,9 +43,15 @@ void EnrolRing::paintEvent(QPaintEvent* event) {
     if (!WindowShell::onPanel())
         painter.drawPixmap(kHole, Pictures::icon(QStringLiteral("live_default.png")),
                            kHole.translated(0, y() + kFaceDrop));
-    painter.drawPixmap(0, 0, Pictures::icon(QStringLiteral("enrol_mask.png")));
-    painter.drawPixmap(kRing,
+    // The mask is only needed where the hole is.
+    painter.drawPixmap(kHole, Pictures::icon(QStringLiteral("enrol_mask.png")), kHole);
+    const QRegion around = event->region() - kHole;
+    for (const QRect& part : around)
+        painter.fillRect(part, Theme::color(Theme::kBackground));
+    painter.drawPixmap(kRing.topLeft(),
                        Pictures::file(QStringLiteral("/zel1/image/percent_%1.png").arg(percent_)));
+    if (text_.key().isEmpty())
+        return;
 
     ScriptHandler::Script number = TextFit::roleSized(text_.entry());
     ScriptHandler::Script suffix = number;

@@ -4,7 +4,8 @@
 
 #include "ui/script_text.h"
 
-/// The camera's picture in a ring that fills as a capture goes on, with the percentage below it.
+/// The camera's picture in a ring that fills as a capture goes on, with the percentage below it if
+/// there is a text for it.
 /// All around it is the ground of the screen. On the panel the picture lies under the window and
 /// shows through; elsewhere a silhouette stands in for it. 480x656.
 class EnrolRing : public QWidget, public Scripted {

@@ -60,6 +60,16 @@ void EnrolStep::showFlow() {
     stepBar_->setCurrentStep(flow_.stepNumber());
 }
 
+void EnrolStep::deviceAnswer(const DeviceMessage& message) {
+    TitledForm::deviceAnswer(message);
+    const auto counts = message.record<UserCounts>();
+    if (message.command != command::UserCountsAnswer || !counts || !shell()->settingsArrived())
+        return;
+    _gui_menu_ menu = shell()->menuRecord();
+    menu.users = *counts;
+    shell()->SetGuiMenu(&menu);
+}
+
 void EnrolStep::peersChanged() {
     if (shell()->linkUp() || ended_) {
         TitledForm::peersChanged();
@@ -104,7 +114,7 @@ void EnrolStep::endWith(int number, int seconds, const QString& second) {
     // What is left unattended now times out as a menu does.
     shell()->StartMenuTimer();
     popup_.showThen(
-        number, [this] { leave(); }, seconds, second);
+        number, [this] { enrollCompleted(); }, seconds, second);
 }
 
 void EnrolStep::complete() {

@@ -24,8 +24,12 @@ class EnrolStep : public TitledForm {
     void setParam(QVariant param) override;
     void windowInEvent() override;
     void windowOutEvent() override;
+    void deviceAnswer(const DeviceMessage& message) override;
     void peersChanged() override;
     void settingsChanged(const SettingsChange& change) override;
+
+    /// The enrolment is over, and its popup has been read: back to where it began.
+    void enrollCompleted() { leave(); }
 
  protected:
     /// Numbers of the popups that all steps have besides their own.

@@ -26,7 +26,7 @@ void UserEnroll_ID::built() {
 
 void UserEnroll_ID::windowInEvent() {
     FormScreen::windowInEvent();
-    ui_->numberEntry->setText(fieldText(user().customerId));
+    ui_->numberEntry->setText(flow().isRunning() ? fieldText(user().customerId) : QString());
     showKeypad();
 }
 

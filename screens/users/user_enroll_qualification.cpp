@@ -85,15 +85,8 @@ void UserEnroll_Qualification::showCount() {
 
 void UserEnroll_Qualification::deviceAnswer(const DeviceMessage& message) {
     FormScreen::deviceAnswer(message);
-    if (message.command == command::AutomaticUserId) {
+    if (message.command == command::AutomaticUserId)
         autoId(CustomerNumber::read(message));
-    } else if (const auto counts = message.record<UserCounts>();
-               counts && message.command == command::UserCountsAnswer &&
-               shell()->settingsArrived()) {
-        _gui_menu_ menu = shell()->menuRecord();
-        menu.users = *counts;
-        shell()->SetGuiMenu(&menu);
-    }
 }
 
 void UserEnroll_Qualification::autoId(const QString& id) {

@@ -97,7 +97,11 @@ Device::Device(TerminalLink& link, const QString& dataFolder, QObject* parent)
 }
 
 void Device::usersChanged() {
+    const UserCounts before = settings_.users;
     settings_.users = users_.counts();
+    // The access controller has not heard of whoever has come.
+    const quint32 all = settings_.users.all;
+    settings_.users.unsent = qMin(before.unsent + (all > before.all ? all - before.all : 0), all);
     emit changed();
 }
 
@@ -113,12 +117,24 @@ void Device::reportUser(const _gui_user_& user) {
     sendRecord(command::UserEnrolled, 0, 0, info);
 }
 
-bool Device::giveCard(const QString& number) {
+namespace {
+
+bool give(const QString& number, Device::CardTaker& to) {
     // Taken out first: who gets it may wait for the next one.
-    const CardTaker taker = std::exchange(cardTaker_, CardTaker());
+    const Device::CardTaker taker = std::exchange(to, Device::CardTaker());
     if (taker)
         taker(number);
     return taker != nullptr;
+}
+
+}  // namespace
+
+bool Device::giveCard(const QString& number) {
+    return give(number, cardTaker_);
+}
+
+bool Device::giveFace(const QString& number) {
+    return give(number, faceTaker_);
 }
 
 void Device::setSettings(const _gui_menu_& settings) {

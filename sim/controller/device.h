@@ -41,6 +41,10 @@ class Device : public QObject {
     /// Gives a card to whoever waits for one, once. False when nobody does.
     bool giveCard(const QString& number);
 
+    /// The same for faces before the running camera: nobody's number for somebody who is not known.
+    void setFaceTaker(const CardTaker& taker) { faceTaker_ = taker; }
+    bool giveFace(const QString& number);
+
     /// Whether a card that was read for an enrolment waits for ChangeUser to be registered; the
     /// frame changes nobody's record then.
     bool registersCard() const { return registersCard_; }
@@ -102,6 +106,7 @@ class Device : public QObject {
     bool armed_ = false;
     bool supervises_ = false;
     CardTaker cardTaker_;
+    CardTaker faceTaker_;
     bool registersCard_ = false;
     const QString dataFolder_;
 };

@@ -12,6 +12,7 @@ std::vector<std::unique_ptr<Subject>> makeSubjects(Device& device) {
     subjects.push_back(makeRecognitionSubject(device));
     subjects.push_back(makeUsbSubject(device));
     subjects.push_back(makeUsersSubject(device));
+    subjects.push_back(makeSearchSubject(device));
     subjects.push_back(makeHostSubject(device));
     subjects.push_back(makeEnrolmentSubject(device));
     subjects.push_back(makeFactorySubject(device));

@@ -16,6 +16,7 @@ std::unique_ptr<Subject> makeHostSubject(Device& device);
 std::unique_ptr<Subject> makeLogsSubject(Device& device);
 std::unique_ptr<Subject> makeRecognitionSubject(Device& device);
 std::unique_ptr<Subject> makeReportsSubject(Device& device);
+std::unique_ptr<Subject> makeSearchSubject(Device& device);
 std::unique_ptr<Subject> makeScreenSoundSubject(Device& device);
 std::unique_ptr<Subject> makeSessionSubject(Device& device);
 std::unique_ptr<Subject> makeSettingsSubject(Device& device);

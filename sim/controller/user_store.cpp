@@ -109,6 +109,18 @@ std::optional<_gui_user_> UserStore::findByCard(const QString& cardNumber) {
     return first(query.bind(1, cardNumber));
 }
 
+std::optional<_gui_user_> UserStore::findByNumber(const QString& number) {
+    // Nearly everybody is stored under it.
+    const auto first = find(number);
+    if (number.isEmpty() || (first && fieldText(first->customerId) == number))
+        return number.isEmpty() ? std::nullopt : first;
+    for (const _gui_user_& user : users()) {
+        if (fieldText(user.customerId) == number)
+            return user;
+    }
+    return {};
+}
+
 void UserStore::store(const _gui_user_& user, bool reported) {
     if (const auto former = find(fieldText(user.userId)))
         count(*former, -1);
@@ -134,6 +146,15 @@ bool UserStore::remove(const QString& userId) {
     count(*user, -1);
     database_.prepare("UPDATE USER_T SET MARK=160 WHERE USER_ID=?1").bind(1, userId).step();
     return true;
+}
+
+void UserStore::removeIf(const std::function<bool(const _gui_user_&)>& goes) {
+    database_.run("BEGIN");
+    for (const _gui_user_& user : users()) {
+        if (goes(user))
+            remove(fieldText(user.userId));
+    }
+    database_.run("COMMIT");
 }
 
 void UserStore::fill(int count, const QDateTime& now) {

@@ -1,3 +1,4 @@
+#include <QFile>
 #include <QLoggingCategory>
 #include <QRegularExpression>
 
@@ -50,6 +51,11 @@ class UsersSubject : public Subject {
         onRequest(command::DeleteUser, [this](const Request& request) { remove(request); });
         onRequest(command::DeleteUserGroup,
                   [this](const Request& request) { removeGroup(request); });
+        onRequest(command::ChangeUser, [this](const Request& request) {
+            // The card step of an enrolment uses the same frame.
+            if (!device_.registersCard())
+                change(request);
+        });
         onRequest(command::AskUserData, [this](const Request& request) {
             if (const auto user = find(request))
                 device_.reportUser(*user);
@@ -93,11 +99,29 @@ class UsersSubject : public Subject {
                          removed ? command::answer::Done : command::answer::Failed);
     }
 
-    void removeGroup(const Request& request) {
-        for (const _gui_user_& user : device_.users().users()) {
-            if (isIn(request.p1, user))
-                device_.users().remove(fieldText(user.userId));
+    void change(const Request& request) {
+        const auto user = request.record<_gui_user_>();
+        const QString number = user ? fieldText(user->customerId) : QString();
+        const auto owner = device_.users().findByNumber(number);
+        const bool refused = !user || !canBeId(fieldText(user->userId)) ||
+                             (owner && fieldText(owner->userId) != fieldText(user->userId));
+        if (!refused) {
+            device_.users().store(*user);
+            // Whoever has no picture any more is not shown with one.
+            const QString name = QLatin1Char('/') + fieldText(user->userId) + QLatin1String(".jpg");
+            for (const char* folder : {"user", "thumb"}) {
+                if (user->picture[0] == '\0')
+                    QFile::remove(device_.dataPath(QLatin1String(folder)) + name);
+            }
+            device_.usersChanged();
         }
+        device_.send(command::UserChanged,
+                     refused ? command::answer::Failed : command::answer::Done);
+    }
+
+    void removeGroup(const Request& request) {
+        device_.users().removeIf(
+            [&request](const _gui_user_& user) { return isIn(request.p1, user); });
         device_.usersChanged();
         device_.send(command::UserGroupDeleted, command::answer::Done, request.p1);
         if (request.p2 == command::ordered::ByService)
@@ -133,7 +157,13 @@ class UsersSubject : public Subject {
         const int count = text.toInt(&ok);
         if (!ok || count < 0 || count > kMost)
             return failed(QStringLiteral("expected a number up to %1").arg(kMost));
+        const quint32 unsent = device_.settings().users.unsent;
         device_.users().fill(count, device_.now());
+        device_.usersChanged();
+        // The access controller knows of them, too.
+        _gui_menu_ menu = device_.settings();
+        menu.users.unsent = qMin(unsent, menu.users.all);
+        device_.setSettings(menu);
         changedByService();
         return done(QString::number(device_.settings().users.all));
     }

@@ -32,6 +32,7 @@ AreaStates doorStates();
 AreaStates usbStates();
 AreaStates usersStates();
 AreaStates enrolmentStates();
+AreaStates peopleStates();
 AreaStates settingsStates();
 AreaStates deviceStates();
 AreaStates factoryStates();

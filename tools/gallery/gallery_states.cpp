@@ -10,9 +10,10 @@ void GalleryState::show(Stage& stage) const {
 }
 
 QVector<GalleryState> galleryStates(const MainWindow& window) {
-    const AreaStates areas[] = {
-        shellStates(),  doorStates(),      usbStates(),     usersStates(),      settingsStates(),
-        deviceStates(), enrolmentStates(), factoryStates(), facesearchStates(), logsStates()};
+    const AreaStates areas[] = {shellStates(),      doorStates(),     usbStates(),
+                                usersStates(),      settingsStates(), deviceStates(),
+                                enrolmentStates(),  peopleStates(),   factoryStates(),
+                                facesearchStates(), logsStates()};
     QVector<GalleryState> states;
     int number = 0;
     for (const WindowForm* screen : window.windowList()) {

@@ -265,6 +265,10 @@ constexpr AreaState kStates[] = {
     {"tcpIpWindow", "keypad",
      [](Stage& stage) { touch(stage, "addressField key_clear key_1 key_9 key_2 key_."); }},
     {"tcpIpWindow", "longest", longestValues},
+    {"tcpIpWindow", "dhcp",
+     [](Stage& stage) {
+         with(stage, [](_gui_menu_& settings) { settings.network.own.dhcp = 1; });
+     }},
     {"tcpIpWindow", "address-fault",
      [](Stage& stage) { touch(stage, "addressField key_clear forwardButton"); }},
     {"tcpIpWindow", "zero-ones",

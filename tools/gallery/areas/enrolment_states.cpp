@@ -3,6 +3,7 @@
 #include "app/screen_titles.h"
 #include "link/command_code.h"
 #include "link/command_parameters.h"
+#include "link/device_message.h"
 #include "link/record_values.h"
 #include "tools/gallery/stage.h"
 
@@ -52,7 +53,7 @@ void captureFirst(Stage& stage, const char* way) {
 void readCard(Stage& stage, const char* way, const char* number = "10029384") {
     captureFirst(stage, way);
     CardNumber card{};
-    qstrncpy(card.text, number, sizeof card.text);
+    setFieldText(card.text, QLatin1String(number));
     stage.receiveRecord(command::CardEnrolled, card);
 }
 

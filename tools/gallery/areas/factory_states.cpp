@@ -57,6 +57,11 @@ void patterns(Stage& stage) {
         touchWidget(stage, "patternView");
 }
 
+void cells(Stage& stage, int count) {
+    stage.touch(QStringLiteral("beginButton"));
+    touchWidget(stage, "touchGrid", count);
+}
+
 /// The I/O test after @p done steps, of which the first @p passed have passed.
 void factoryIo(Stage& stage, int done, int passed) {
     for (int step = 0; step < done; ++step) {
@@ -166,11 +171,12 @@ constexpr AreaState kStates[] = {
     {"f_lcdTestWindow", "red", patterns<0>},
     {"f_lcdTestWindow", "grays", patterns<5>},
     {"f_lcdTestWindow", "seen", patterns<6>},
-    {"f_lcdTouchTestWindow", "some", [](Stage& stage) { touchWidget(stage, "touchGrid", 21); }},
-    {"f_lcdTouchTestWindow", "passed", [](Stage& stage) { touchWidget(stage, "touchGrid", 60); }},
+    {"f_lcdTouchTestWindow", "grid", [](Stage& stage) { cells(stage, 0); }},
+    {"f_lcdTouchTestWindow", "some", [](Stage& stage) { cells(stage, 21); }},
+    {"f_lcdTouchTestWindow", "passed", [](Stage& stage) { cells(stage, 60); }},
     {"f_lcdTouchTestWindow", "failed",
      [](Stage& stage) {
-         touchWidget(stage, "touchGrid", 57);
+         cells(stage, 57);
          timeIsUp(stage);
      }},
     {"f_lcdPixelTestWindow", "checker", patterns<0>},

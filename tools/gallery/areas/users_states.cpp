@@ -31,22 +31,22 @@ constexpr AreaState kStates[] = {
      [](Stage& stage) { stage.receive(command::UserDeleteResult, 1); }},
     {"userEnrollMenuWindow", "pressed",
      [](Stage& stage) { stage.press(QStringLiteral("authFaceOnlyRow")); }},
-    {"userSearch_idWindow", "keypad-digits",
+    {"InputDestinationForm", "keypad-digits",
      [](Stage& stage) { stage.useKeypad(InputField::Digits, "0 1 0 2 3 4 5", "010"); }},
     {"userSearch_InfoWindow", "photo", largePhoto},
-    {"userSearch_InfoWindow", "keypad-first-page",
+    {"InputDestinationForm", "keypad-first-page",
      [](Stage& stage) { stage.useKeypad(InputField::Any, ""); }},
-    {"userSearch_InfoWindow", "keypad-hangul",
+    {"InputDestinationForm", "keypad-hangul",
      [](Stage& stage) {
          // Only in Korean the Hangul page is the first.
          stage.useKeypad(InputField::Any,
                          stage.language() == 0 ? "ㅎ ㅏ ㄴ ㄱ ㅡ ㄹ" : "hangul ㅎ ㅏ ㄴ ㄱ ㅡ ㄹ");
      }},
-    {"userSearch_InfoWindow", "keypad-latin-shift",
+    {"InputDestinationForm", "keypad-latin-shift",
      [](Stage& stage) { stage.useKeypad(InputField::Latin, "z e l shift", ".com"); }},
-    {"userSearch_InfoWindow", "keypad-symbols",
+    {"InputDestinationForm", "keypad-symbols",
      [](Stage& stage) { stage.useKeypad(InputField::Latin, "symbols"); }},
-    {"userSearch_InfoWindow", "keypad-more-symbols",
+    {"InputDestinationForm", "keypad-more-symbols",
      [](Stage& stage) { stage.useKeypad(InputField::Latin, "symbols shift"); }},
 };
 

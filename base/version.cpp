@@ -1,0 +1,5 @@
+#include "base/version.h"
+
+const char* programVersion() {
+    return ZEL_VERSION;
+}

@@ -1,0 +1,63 @@
+#include "screens/users/user_search_id.h"
+
+#include "app/window_shell.h"
+#include "link/command_code.h"
+#include "link/command_parameters.h"
+#include "screens/users/customer_number.h"
+
+namespace {
+
+constexpr int kEnterEleven = 50;
+constexpr int kSearching = 51;
+constexpr int kAnswerSeconds = 10;
+
+constexpr ScreenText kTexts[] = {
+    {kEnterEleven, "Error_EnterEleven", ScreenText::Error},
+    {kSearching, "Info_Searching", ScreenText::Wait},
+};
+
+}  // namespace
+
+void UserSearch_ID::built() {
+    popup().add(kTexts);
+    connect(ui_->topBar, &TopBar::forwardTouched, this, &UserSearch_ID::nextButtonTouch);
+    connect(ui_->numberEntry, &InputField::doneTouched, this, &UserSearch_ID::nextButtonTouch);
+}
+
+void UserSearch_ID::windowInEvent() {
+    FormScreen::windowInEvent();
+    ui_->numberEntry->clear();
+    shell()->showTouchKey(ui_->numberEntry);
+}
+
+std::uint8_t UserSearch_ID::type() const {
+    return command::search::ById;
+}
+
+void UserSearch_ID::nextButtonTouch() {
+    if (request().isWaiting())
+        return;
+    shell()->removeTouchKey();
+    const QString number = ui_->numberEntry->text();
+    if (!CustomerNumber::isValid(number)) {
+        say(kEnterEleven);
+        return;
+    }
+    const QByteArray text = number.toLatin1();
+    if (!shell()->SendCommand(command::SearchUser, command::search::ById, 0,
+                              static_cast<unsigned short>(text.size()), text.constData())) {
+        say(NoConnection);
+        return;
+    }
+    await(kAnswerSeconds);
+    popup().wait(kSearching);
+}
+
+void UserSearch_ID::notFound(DeviceRequest::Failure why) {
+    say(why == DeviceRequest::Failure::LinkDown ? NoConnection : NoAnswer);
+}
+
+void UserSearch_ID::say(int number) {
+    // What was entered stays, to be put right.
+    popup().showThen(number, [this] { shell()->showTouchKey(ui_->numberEntry); });
+}
