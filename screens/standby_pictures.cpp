@@ -41,9 +41,10 @@ QVector<Picture> backgrounds() {
 
 QPixmap background(int choice) {
     const Picture picture = backgrounds().value(choice);
-    return picture.name.isEmpty() ? QPixmap()
-                                  : Pictures::foreignKept(picture.folder, picture.name,
-                                                      {Theme::kScreenWidth, Theme::kScreenHeight});
+    return picture.name.isEmpty()
+               ? QPixmap()
+               : Pictures::foreignKept(picture.folder, picture.name,
+                                       {Theme::kScreenWidth, Theme::kScreenHeight});
 }
 
 QPixmap logo() {

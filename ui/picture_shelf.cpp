@@ -1,5 +1,9 @@
 #include "ui/picture_shelf.h"
 
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
 #include <QPainter>
 #include <QRunnable>
 
@@ -14,6 +18,12 @@ constexpr int kEntry = 256;
 
 QString keyOf(const QString& folder, const QString& name) {
     return folder + QLatin1Char('/') + name;
+}
+
+/// Lets the calling thread give way to the one that scrolls.
+void giveWay() {
+    constexpr int kNice = 10;
+    ::setpriority(PRIO_PROCESS, static_cast<id_t>(::syscall(SYS_gettid)), kNice);
 }
 
 /// The middle of @p picture in the shape of @p size, which it covers or falls short of.
@@ -75,7 +85,9 @@ void PictureShelf::readNext() {
     reading_ = true;
     current_ = wanted_.takeLast();
     reader_.start(QRunnable::create([this, request = current_, round = round_, size = size_] {
-        const QImage picture = cut(Pictures::foreignImage(request.folder, request.name, size), size);
+        giveWay();
+        const QImage picture =
+            cut(Pictures::foreignImage(request.folder, request.name, size), size);
         QMetaObject::invokeMethod(
             this, [this, request, picture, round] { take(request, picture, round); },
             Qt::QueuedConnection);

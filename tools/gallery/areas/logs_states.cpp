@@ -20,7 +20,8 @@ constexpr int kPage = 30;
 void waitForPictures(Stage& stage) {
     // Only what is painted is read.
     stage.picture();
-    const auto shelves = stage.active<QWidget>()->findChildren<PictureShelf*>();
+    // A dialog is not the screen's child, but the window's.
+    const auto shelves = stage.window().findChildren<PictureShelf*>();
     for (const PictureShelf* shelf : shelves) {
         while (!shelf->isIdle())
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
