@@ -4,6 +4,7 @@
 #include <QRegularExpression>
 #include <QtTest>
 
+#include "base/version.h"
 #include "cloud/command_folder.h"
 #include "cloud/event_reports.h"
 #include "cloud/management_commands.h"
@@ -215,7 +216,8 @@ class RecordsTest : public QObject {
                      .value(QStringLiteral("DeviceInfo"))
                      .toObject(),
                  ::json("{'FW_version':'1','Kernel_version':'2','HW_Main_version':'3',"
-                        "'HW_IO_version':'4','Serial':'5'}"));
+                        "'HW_IO_version':'4','Serial':'5','Program_version':'" +
+                        QByteArray(programVersion()) + "'}"));
     }
 
     void eventsAreReported() {
