@@ -194,11 +194,7 @@ class LogsTest : public QObject {
         QTRY_VERIFY(t.says("ListItem_LogsIncomplete"));
         QVERIFY(t.reads(QStringLiteral("3 / 30")));
         DialogOverlay::closeAll(t.window.get());
-        // The rest of that page comes too late, the next page does come.
-        t.tell(QStringLiteral("frame 2975 0 0 ") +
-               QString(2 * int(sizeof(GUI_LOGDATA)), QLatin1Char('0')));
-        QVERIFY(t.settle());
-        QCOMPARE(logs()->rowCount(), 3);
+        // The next page can be had all the same, also by the list itself, which is not full.
         t.tap("lastButton");
         QTRY_COMPARE(logs()->rowCount(), 4);
 
