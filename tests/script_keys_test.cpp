@@ -14,7 +14,7 @@ class ScriptKeysTest : public QObject {
     void initTestCase() {
         const QString key = QStringLiteral(
             "((?:ListItem|Button|Info|TopDepthTitle|Dialog|Toggle|TopMenu|Arg|Error|Popup)_\\w+"
-            "|Registered|NoRegistered)");
+            "|Registered|NoRegistered|SelectMode)");
         // A literal of its own in the sources, a string of its own in the forms.
         const QRegularExpression literal(QStringLiteral("\"%1\"").arg(key));
         const QRegularExpression property(QStringLiteral("notr=\"true\">%1<").arg(key));
