@@ -40,7 +40,7 @@ void SetupRegistModeForm::bindFromOne(Choice* choice, std::uint8_t RegistrationB
 }
 
 bool SetupRegistModeForm::validate(_gui_menu_& edited) {
-    // Whoever enrols at the live view can neither be asked for a number nor for glasses.
+    // Whoever enrols at the live view is given a number and asked for glasses.
     if (edited.registration.on == 1)
         edited.registration.autoId = edited.registration.wearGlasses = 1;
     return true;
