@@ -47,6 +47,7 @@ constexpr ScreenText kTexts[] = {
 UserGroupInfo::UserGroupInfo(QWidget* parent, const QString& title)
     : FormScreen(parent, title), popup_(this, kTexts), request_(this) {
     connect(&request_, &DeviceRequest::failed, this, [this](DeviceRequest::Failure why) {
+        shell()->setChangeWindowFlag(true);
         deleting_ = kNone;
         ShowPopup(why == DeviceRequest::Failure::LinkDown ? kNoConnection : kNoAnswer,
                   ScreenPopup::kSeconds);
@@ -87,7 +88,8 @@ void UserGroupInfo::UpdateUserCount(const UserCounts& counts) {
 
 void UserGroupInfo::askDelete(int group) {
     if (!request_.isWaiting())
-        popup_.ask(kAsk + group, [this, group] { deleteGroup(group); });
+        popup_.ask(
+            kAsk + group, [this, group] { deleteGroup(group); }, {}, {}, ScreenPopup::kSeconds);
 }
 
 void UserGroupInfo::deleteGroup(int group) {
@@ -98,6 +100,8 @@ void UserGroupInfo::deleteGroup(int group) {
         return;
     }
     deleting_ = group;
+    // It may outlast the time of the menu, and the service is to hear of its end.
+    shell()->setChangeWindowFlag(false);
     popup_.wait(kDeleting);
 }
 
@@ -118,6 +122,7 @@ void UserGroupInfo::ShowAllDeleteResult(bool ok, unsigned char group, const char
         return;
     }
     request_.cancel();
+    shell()->setChangeWindowFlag(true);
     deleting_ = kNone;
     if (!ok) {
         ShowPopup(kFailed, ScreenPopup::kSeconds);
@@ -131,5 +136,6 @@ void UserGroupInfo::ShowAllDeleteResult(bool ok, unsigned char group, const char
 }
 
 void UserGroupInfo::ShowPopup(int code, int seconds) {
-    popup_.show(code, seconds);
+    if (!popup_.show(code, seconds))
+        popup_.wait(code);
 }

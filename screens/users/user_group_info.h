@@ -9,7 +9,8 @@ class GroupRow;
 struct UserCounts;
 
 /// Numbers of users by group, and deleting whole groups. What was deleted here is told to the
-/// management service, but for those who may only go in and out.
+/// management service, but for those who may only go in and out. The screen cannot be left while
+/// the controller deletes.
 class UserGroupInfo : public FormScreen<Ui::UserGroupInfo> {
     Q_OBJECT
 
@@ -22,7 +23,8 @@ class UserGroupInfo : public FormScreen<Ui::UserGroupInfo> {
     void UpdateUserCount(const UserCounts& counts);
     /// The controller has deleted @p group, or not; one of command::user_group.
     void ShowAllDeleteResult(bool ok, unsigned char group, const char* data);
-    /// Shows popup number @p code for @p seconds; a number without a text shows nothing.
+    /// Shows popup number @p code for @p seconds; a wait stays. A number without a text shows
+    /// nothing.
     void ShowPopup(int code, int seconds);
 
  protected:

@@ -14,6 +14,7 @@ constexpr int kSilence = 20000;  // milliseconds without a report that end a tra
 
 enum Text {
     kComplete = 1,
+    kCancelFirst = 2,
     kCancelled = 5,
     kNoUser = 7,
     kNoNewUser = 8,
@@ -23,7 +24,7 @@ enum Text {
 
 constexpr ScreenText kTexts[] = {
     {kComplete, "Popup_UploadComplete", ScreenText::Pass},
-    {2, "Popup_UploadCancelFirst", ScreenText::Error},
+    {kCancelFirst, "Popup_UploadCancelFirst", ScreenText::Error},
     {3, "Popup_UploadRestoreConnection", ScreenText::Warning},
     {4, "Popup_UploadExceeded", ScreenText::Warning},
     {kCancelled, "Popup_UploadCancel", ScreenText::Info},
@@ -35,11 +36,13 @@ constexpr ScreenText kTexts[] = {
     {kNoController, "ListItem_NoController", ScreenText::Error},
 };
 
+constexpr int kRunsAlready = 1;
+
 /// What is said of a result.
 constexpr struct {
     int result;
     int popup;
-} kOutcomes[] = {{0, kComplete}, {1, 2}, {2, 3}, {3, 4}, {4, kCancelled}, {15, 11}};
+} kOutcomes[] = {{0, kComplete}, {2, 3}, {3, 4}, {4, kCancelled}, {15, 11}};
 
 QString number(std::uint32_t count) {
     return QLocale(QLocale::English).toString(count);
@@ -50,7 +53,7 @@ QString number(std::uint32_t count) {
 UserInfoUpload::UserInfoUpload(QWidget* parent, const QString& title)
     : FormScreen(parent, title), popup_(this, kTexts), request_(this) {
     connect(&request_, &DeviceRequest::answered, this,
-            [this](const DeviceMessage& message) { ShowUserSendResult(message.p1); });
+            [this](const DeviceMessage& message) { ShowUserSendResult(message.p1, message.p2); });
     connect(&request_, &DeviceRequest::failed, this, [this](DeviceRequest::Failure why) {
         setState(State::Idle);
         ShowPopup(why == DeviceRequest::Failure::LinkDown ? kNoController : kFail);
@@ -72,7 +75,7 @@ void UserInfoUpload::windowInEvent() {
 
 void UserInfoUpload::windowOutEvent() {
     FormScreen::windowOutEvent();
-    // The controller goes on with what it has begun, and says so if another is started.
+    // The controller goes on with what it has begun, which is shown again if another is started.
     setState(State::Idle);
 }
 
@@ -125,12 +128,15 @@ void UserInfoUpload::cancelButtonTouch() {
 void UserInfoUpload::deviceAnswer(const DeviceMessage& message) {
     const bool awaited = request_.isWaiting();
     FormScreen::deviceAnswer(message);
-    if (message.command == command::UserCountsAnswer) {
-        if (const auto counts = message.record<UserCounts>())
-            setUserCount(*counts);
-    } else if (message.command == command::UsersUploaded && !awaited) {
-        ShowUserSendResult(message.p1);
-    }
+    if (message.command == command::UserCountsAnswer)
+        GetUserCount(message);
+    else if (message.command == command::UsersUploaded && !awaited)
+        ShowUserSendResult(message.p1, message.p2);
+}
+
+void UserInfoUpload::GetUserCount(const DeviceMessage& message) {
+    if (const auto counts = message.record<UserCounts>())
+        setUserCount(*counts);
 }
 
 void UserInfoUpload::setUserCount(const UserCounts& counts) {
@@ -146,8 +152,17 @@ void UserInfoUpload::setUserCount(const UserCounts& counts) {
     showProgress();
 }
 
-void UserInfoUpload::ShowUserSendResult(int result) {
+void UserInfoUpload::ShowUserSendResult(int result, int) {
     request_.cancel();
+    if (result == kRunsAlready) {
+        // Begun before the screen was left, say: there is something to cancel again.
+        shell()->StopMenuTimer();
+        request_.await({command::UsersUploaded}, kSilence);
+        setState(State::Running);
+        ShowPopup(kCancelFirst);
+        askCounts();
+        return;
+    }
     const bool ran = busy();
     if (ran && result == 0) {
         unsent_ = 0;

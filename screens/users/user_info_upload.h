@@ -22,10 +22,13 @@ class UserInfoUpload : public FormScreen<Ui::UserInfoUpload> {
     void allUserButtonTouch();
     /// Has the transfer that runs cancelled.
     void cancelButtonTouch();
+    /// Takes the controller's report of how many users there are; one of another size says nothing.
+    void GetUserCount(const DeviceMessage& message);
     /// Takes how many users there are, and while a transfer runs how far it has come.
     void setUserCount(const UserCounts& counts);
-    /// Takes the end of a transfer; the values are those of UsersUploaded.
-    void ShowUserSendResult(int result);
+    /// Takes the end of a transfer, or that another one runs, which is then shown; the values are
+    /// those of UsersUploaded, of which the second says nothing here.
+    void ShowUserSendResult(int result, int detail = 0);
     void ShowPopup(int code);
 
  protected:

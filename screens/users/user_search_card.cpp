@@ -29,7 +29,7 @@ void UserSearch_Card::notFound(DeviceRequest::Failure why) {
     }
     // The controller has not said it: nothing was tagged.
     giveUp();
-    searchResult(command::answer::Failed, {});
+    searchResult(command::asks::NothingTagged, {});
 }
 
 void UserSearch_Card::giveUp() {

@@ -3,7 +3,6 @@
 #include "app/window_shell.h"
 #include "link/command_code.h"
 #include "link/command_parameters.h"
-#include "screens/users/customer_number.h"
 
 namespace {
 
@@ -39,7 +38,8 @@ void UserSearch_ID::nextButtonTouch() {
         return;
     shell()->removeTouchKey();
     const QString number = ui_->numberEntry->text();
-    if (!CustomerNumber::isValid(number)) {
+    // The management service may have sent shorter ones than are entered here.
+    if (number.isEmpty()) {
         say(kEnterEleven);
         return;
     }

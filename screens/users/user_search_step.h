@@ -13,7 +13,7 @@ class TextLine;
 
 /// What a search has come to, as the person's screen is given it.
 struct UserSearchOutcome {
-    std::uint8_t result = 0;  // 0: found
+    std::uint8_t result = 0;  // 0: found; command::asks::NothingTagged: the time was over
     std::uint8_t type = 0;    // one of command::search
     QByteArray record;        // _gui_user_, when found
 };

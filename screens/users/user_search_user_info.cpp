@@ -139,6 +139,10 @@ void UserSearch_userInfo::GetUserInfo(unsigned char result, unsigned char type,
         return;
     }
     showNobody();
+    if (result == asks::NothingTagged) {
+        GetUserDelInfo(result, askedFor(type), 0, nullptr);
+        return;
+    }
     // The controller says why; if it does not, the way of searching tells.
     reason_.disconnect(this);
     connect(&reason_, &DeviceRequest::answered, this, [this](const DeviceMessage& why) {
@@ -380,10 +384,12 @@ void UserSearch_userInfo::ShowUserChangeResult(bool changed) {
         unstored_ = false;
         show(sent_);
     }
-    if (unstored_)
+    if (unstored_) {
+        show(sent_);
         offerStore();
-    else
+    } else {
         ShowPopup(changed ? kChanged : kNotChanged, ScreenPopup::kSeconds);
+    }
 }
 
 void UserSearch_userInfo::offerStore() {
@@ -462,5 +468,8 @@ void UserSearch_userInfo::deviceAnswer(const DeviceMessage& message) {
 }
 
 void UserSearch_userInfo::ShowPopup(int code, int seconds) {
-    popup_.show(code, seconds);
+    if (code == kAskDelete)
+        deleteButtonTouch();
+    else if (!popup_.show(code, seconds))
+        popup_.wait(code);
 }

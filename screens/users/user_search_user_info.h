@@ -26,7 +26,8 @@ class UserSearch_userInfo : public FormScreen<Ui::UserSearch_userInfo> {
     void windowOutEvent() override;
     void deviceAnswer(const DeviceMessage& message) override;
 
-    /// Shows what a search of the kind @p type has found; @p result 0: @p record is a _gui_user_.
+    /// Shows what a search of the kind @p type has found; @p result 0: @p record is a _gui_user_;
+    /// asks::NothingTagged: the time was over.
     void GetUserInfo(unsigned char result, unsigned char type, unsigned short length,
                      const char* record);
     /// Says why nobody was found, or asks whether the user shown is to be deleted; the values are
@@ -36,7 +37,8 @@ class UserSearch_userInfo : public FormScreen<Ui::UserSearch_userInfo> {
     /// @p result is a DeleteOutcome; other values say nothing.
     void ShowDeleteResult(int result);
     void ShowUserChangeResult(bool changed);
-    /// Shows popup number @p code for @p seconds; a number without a text shows nothing.
+    /// Shows popup number @p code for @p seconds; a wait stays, and the question about deleting is
+    /// asked. A number without a text shows nothing.
     void ShowPopup(int code, int seconds);
 
     void saveButtonTouch();
