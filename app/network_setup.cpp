@@ -129,7 +129,7 @@ Fault check(const AddressBlock& own) {
     if (const quint32 gateway = number(own.gateway)) {
         if (!isHost(gateway))
             return Fault::Gateway;
-        if (((gateway ^ address) & mask) != 0 || (gateway & ~mask) == 0 ||
+        if (gateway == address || ((gateway ^ address) & mask) != 0 || (gateway & ~mask) == 0 ||
             (gateway | mask) == ~quint32{0})
             return Fault::GatewayOutside;
     }

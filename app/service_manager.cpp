@@ -18,7 +18,7 @@ constexpr int kLongestPeriod = 60000;  // milliseconds
 const QEvent::Type kAlive = static_cast<QEvent::Type>(QEvent::registerEventType());
 
 QByteArray take(const char* name) {
-    const QByteArray value = qgetenv(name);
+    QByteArray value = qgetenv(name);
     qunsetenv(name);
     return value;
 }

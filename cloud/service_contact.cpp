@@ -25,6 +25,7 @@ void ServiceContact::reached() {
 
 void ServiceContact::failed(Failure failure, int resultCode, const QString& message) {
     state_ = State::Failed;
+    failedAt_ = Clock::now();
     failure_ = failure;
     resultCode_ = resultCode;
     message_ = message;

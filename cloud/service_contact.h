@@ -30,8 +30,9 @@ class ServiceContact : public QObject {
     QDateTime connectedSince() const;
     /// When it has last answered as it should; invalid when it has not since the start.
     const QDateTime& lastReached() const { return lastReached_; }
-    /// Why it is not reached.
+    /// Why it is not reached, and when that was found last.
     Failure failure() const { return failure_; }
+    const QDateTime& failedAt() const { return failedAt_; }
     /// Of a declining answer: the code, and the service's own words, which may be anything.
     int resultCode() const { return resultCode_; }
     const QString& message() const { return message_; }
@@ -54,4 +55,5 @@ class ServiceContact : public QObject {
     QString message_;
     QDateTime connectedSince_;
     QDateTime lastReached_;
+    QDateTime failedAt_;
 };

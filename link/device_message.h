@@ -29,9 +29,10 @@ struct DeviceMessage {
     /// record at the end is left out, so a payload shorter than one gives none.
     template <typename Record>
     std::vector<Record> records() const {
-        std::vector<Record> copies(payload != nullptr ? length / sizeof(Record) : 0);
-        if (!copies.empty())
-            std::memcpy(copies.data(), payload, copies.size() * sizeof(Record));
+        if (payload == nullptr || length < sizeof(Record))
+            return {};
+        std::vector<Record> copies(length / sizeof(Record));
+        std::memcpy(copies.data(), payload, copies.size() * sizeof(Record));
         return copies;
     }
 };

@@ -102,10 +102,6 @@ class FactoryTest : public QObject {
                                      .join(QLatin1Char(','))
                                : QString();
         };
-        const auto reconnect = [this] {
-            t->window->findChild<DeviceLink*>()->open(t->sim.port());
-            return QTest::qWaitFor([this] { return t->window->linkUp(); });
-        };
         // Left from the menu, from a test, and by what happens at the door.
         for (const char* way : {"backButton", "homeButton", "result"}) {
             QVERIFY(t->open("zelMenuWindow") && t->open("factoryMenuWindow"));
@@ -121,18 +117,21 @@ class FactoryTest : public QObject {
             QCOMPARE(modes(), QStringLiteral("4000 1 0"));
             QVERIFY2(t->sent("4008 0 0") >= 0 && t->sent("4008 1 0") > t->sent("4008 0 0"), way);
         }
-        // The link goes and comes back, before the menu is left and after.
+        // The link goes in a test and comes back, before the menu is left and after.
         for (const bool before : {true, false}) {
             QVERIFY(t->open("zelMenuWindow") && t->open("factoryMenuWindow"));
-            QVERIFY(t->tell("drop"));
+            t->tap("factoryPowerRow");
+            QVERIFY(t->sends("4008 0 0") && t->tell("drop"));
             QTRY_VERIFY(!t->window->linkUp());
+            t->tap("backButton");
             if (!before)
                 t->tap("backButton");
-            QVERIFY(reconnect());
+            QVERIFY(t->reconnect());
             if (before)
                 t->tap("backButton");
             QCOMPARE(modes(),
                      before ? QStringLiteral("4000 0 0,4000 1 0") : QStringLiteral("4000 1 0"));
+            QCOMPARE(t->frames.count(QStringLiteral("4008 1 0")), 1);
         }
     }
 
@@ -201,6 +200,12 @@ class FactoryTest : public QObject {
              {"factory power 9.1 5.0", "factory power 66 5 3", "factory nose ok", "factory led 5",
               "factory mac 0102", "refuse 4008", "factory all 3"})
             QVERIFY2(!t->tell(word), word);
+        // What is done out of turn leaves nothing running.
+        QVERIFY(t->tell("factory io silent"));
+        t->tap("factoryIoRow");
+        QVERIFY(t->sends("4014 0 0") && t->tell("frame 4015 2 0"));
+        QTRY_VERIFY(test()->verdict() == Verdict::Fail);
+        t->tap("backButton");
         // A report that is cut short tells nothing, and without the link nothing passes.
         QVERIFY(t->tell("factory power silent"));
         t->tap("factoryPowerRow");
@@ -264,6 +269,12 @@ class FactoryTest : public QObject {
         }
         QTRY_VERIFY(t->says("Dialog_FactoryUpdated"));
         QCOMPARE(t->find<ListRow>("step3")->note(), QStringLiteral("1.2"));
+        t->tap("dialogOkButton");
+        QVERIFY(t->tell("silent 4046"));
+        t->tap("updateButton");
+        t->tap("dialogOkButton");
+        QVERIFY(t->tell("frame 4032 0 0 31"));
+        QTRY_VERIFY(t->says("Error_FactoryUpdate"));
     }
 
  private:

@@ -2,6 +2,7 @@
 
 #include <QStringList>
 #include <QVector>
+#include <QWidget>
 
 #include "ui/script_text.h"
 

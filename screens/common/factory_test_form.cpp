@@ -214,7 +214,7 @@ void FactoryTestForm::start(int step) {
     // Behind another screen there is nothing to be shown, and nobody to wait.
     if (!isVisible())
         return;
-    started_ = first.start;
+    started_ = sent ? first.start : 0;
     first_ = step;
     answered_ = false;
     for (int i = step; i < endOfGroup(step); ++i)
@@ -241,9 +241,16 @@ bool FactoryTestForm::stop() {
     setAsked(-1);
     showHint(nullptr);
     const std::uint16_t started = std::exchange(started_, 0);
-    if (started != 0)
-        shell()->SendCommand(started, command::factory::Stop, 0);
+    if (started != 0 && !shell()->SendCommand(started, command::factory::Stop, 0))
+        unstopped_ = started;
     return started != 0;
+}
+
+void FactoryTestForm::stopLate() {
+    const std::uint16_t late = std::exchange(unstopped_, 0);
+    // One that runs again is stopped in its turn.
+    if (late != 0 && late != started_)
+        shell()->SendCommand(late, command::factory::Stop, 0);
 }
 
 int FactoryTestForm::endOfGroup(int step) const {

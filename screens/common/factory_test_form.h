@@ -69,9 +69,10 @@ std::optional<double> number(const DeviceMessage& message, const FactoryStep& st
 
 /// A factory test: what is on it is a table of steps, each a row with its limits, its value and its
 /// verdict. Coming up it starts with the first; steps that follow each other with the same command
-/// and option are started together. What has not passed in its time, or when the link goes, has
-/// failed, and the next ones are started; a step that a person judges waits for the buttons at the
-/// foot. Leaving the screen stops the test, and what was not finished then has not run.
+/// and option are started together. What has not passed in its time has failed, and the next ones
+/// are started; when the link goes, what runs has failed and nothing more is started. A step that a
+/// person judges waits for the buttons at the foot. Leaving the screen stops the test, and what was
+/// not finished then has not run.
 class FactoryTestForm : public TitledForm {
     Q_OBJECT
 
@@ -90,6 +91,8 @@ class FactoryTestForm : public TitledForm {
     /// Verdict, times and steps with their values and limits, for the file of all results. Empty
     /// when the test has never been run.
     QJsonObject result() const;
+    /// Sends the stop that could not be sent while there was no link.
+    void stopLate();
 
  signals:
     /// The verdict of the whole test has been reached.
@@ -160,10 +163,11 @@ class FactoryTestForm : public TitledForm {
     LabelButton* action_ = nullptr;
     TouchShield* shield_ = nullptr;
     QTimer* const timer_;
-    int first_ = 0;              // of the steps that were started last
-    int asked_ = -1;             // the one that waits for a person
-    std::uint16_t started_ = 0;  // command that is to be stopped, 0 for none
-    bool answered_ = false;      // something was reported since
+    int first_ = 0;                // of the steps that were started last
+    int asked_ = -1;               // the one that waits for a person
+    std::uint16_t started_ = 0;    // command that is to be stopped, 0 for none
+    std::uint16_t unstopped_ = 0;  // the one whose stop could not be sent, 0 for none
+    bool answered_ = false;        // something was reported since
     bool actsWhileAsked_ = false;
     QDateTime begun_;
     QDateTime ended_;

@@ -78,8 +78,8 @@ Taken take(const Source& source, int index, int* kind, std::vector<unsigned char
 void* makeRecord(int kind, const std::vector<unsigned char>& payload) {
     void* record = makeKnown(kind, payload);
     if (record == nullptr && hasRecord(kind))
-        qCWarning(faceSearchLog, "an answer of kind %d with %zu bytes is not whole", kind,
-                  payload.size());
+        qCDebug(faceSearchLog, "an answer of kind %d with %zu bytes is not whole", kind,
+                payload.size());
     return record;
 }
 

@@ -26,11 +26,13 @@ FsvClient::~FsvClient() {
 }
 
 void FsvClient::run() {
-    // Nobody may read what is printed any more; that ends no terminal.
-    sigset_t pipe;
-    ::sigemptyset(&pipe);
-    ::sigaddset(&pipe, SIGPIPE);
-    ::pthread_sigmask(SIG_BLOCK, &pipe, nullptr);
+    // Nobody may read what is printed any more; that ends no terminal. In the background its
+    // console is nobody's; a read then fails and stops nothing.
+    sigset_t held;
+    ::sigemptyset(&held);
+    ::sigaddset(&held, SIGPIPE);
+    ::sigaddset(&held, SIGTTIN);
+    ::pthread_sigmask(SIG_BLOCK, &held, nullptr);
     fsvPrintWaits(false);
 
     FsvConsole console;
@@ -39,6 +41,10 @@ void FsvClient::run() {
     session.console = FsvConsole::isThere() ? &console : nullptr;
     session.recognised = [this](const FaceInfoRecord& face) { keep(face); };
     session.stop = &stop_;
+    if (fsvKeepUp(session, true) != FsvEnd::Quit || !console.hasEnded())
+        return;
+    // Its operator has gone, the terminal's users have not.
+    session.console = nullptr;
     fsvKeepUp(session, true);
 }
 

@@ -64,7 +64,7 @@ class Session {
                                                                       : FsvEnd::NotConnected;
         for (;;) {
             const bool last = isOver(session_.console);
-            if (last && unanswered_ <= 0)
+            if (last && unanswered_ == 0)
                 return FsvEnd::Quit;
             Waiting waiting(session_);
             waiting.reasons[Waiting::End].fd = client_.endDescriptor();
@@ -89,7 +89,10 @@ class Session {
             return;
         if (session_.recognised)
             session_.recognised(*static_cast<const FaceInfoRecord*>(record));
-        --unanswered_;
+        // One that nobody has asked for answers nothing.
+        int open = unanswered_;
+        while (open > 0 && !unanswered_.compare_exchange_weak(open, open - 1)) {
+        }
         answer_.set();
     }
 

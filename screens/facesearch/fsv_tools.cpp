@@ -42,8 +42,10 @@ class PlainFile {
     off_t size_ = -1;
 };
 
+/// The converter passes those behind ASCII on as they are.
 bool isControl(char c) {
-    return static_cast<unsigned char>(c) < ' ' || c == 0x7f;
+    const auto code = static_cast<unsigned char>(c);
+    return code < ' ' || (code >= 0x7f && code < 0xa0);
 }
 
 }  // namespace

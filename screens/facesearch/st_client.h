@@ -14,7 +14,8 @@
 /// A connection to a face-search server: blocking requests, and one thread that receives.
 ///
 /// Requests are for one thread. Answers come in the receive thread. ST_Close() may be called from
-/// any thread, and ends whatever waits in another one within 100 ms.
+/// any thread, and ends whatever waits in another one within 100 ms, once the callback has
+/// returned.
 class ST_Client {
  public:
     /// Takes an answer, in the receive thread. @p record is a FaceInfoRecord, FaceImageAnswer or

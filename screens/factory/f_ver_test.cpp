@@ -79,7 +79,9 @@ constexpr FactoryStep kSteps[] = {
 f_verTest::f_verTest(QWidget* parent, const QString& title)
     : FormScreen(parent, title), popup_(this, kTexts) {
     // What the microcontroller runs then is told as the answer to the test is.
-    connect(&request_, &DeviceRequest::answered, this, [this] { popup_.show(kUpdated); });
+    connect(&request_, &DeviceRequest::answered, this, [this](const DeviceMessage& message) {
+        popup_.show(message.length >= sizeof(Versions) ? kUpdated : kNoAnswer);
+    });
     connect(&request_, &DeviceRequest::failed, this, [this](DeviceRequest::Failure why) {
         popup_.show(why == DeviceRequest::Failure::LinkDown ? kNoLink : kNoAnswer);
     });

@@ -87,11 +87,14 @@ void FactoryMenu::quitting() {
     if (auto* test = qobject_cast<FactoryTestForm*>(shell()->getActivateWindowForm()))
         test->windowOutEvent();
     leave();
+    keepResults();
 }
 
 void FactoryMenu::linkChanged(bool up) {
     if (!up)
         return;
+    for (const Test& test : qAsConst(tests_))
+        test.form->stopLate();
     // The controller may be another one by now, or have missed what it was told.
     if (inFactoryMode_)
         shell()->SendCommand(command::FactoryMode, factory::Enter, 0);

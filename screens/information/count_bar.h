@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QWidget>
+
 #include "ui/script_text.h"
 
 /// How many of the users that the terminal can hold are of one kind: a number and a bar.

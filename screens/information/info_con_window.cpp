@@ -151,6 +151,8 @@ void info_conWindow::showService() {
         lines += timed("Info_SinceTime", contact.connectedSince());
     } else {
         lines += failureText(contact);
+        if (contact.failure() != ServiceContact::Failure::None)
+            lines += contact.failedAt().toString(text("Arg_EventTime"));
         lines += timed("Info_LastReached", contact.lastReached());
     }
     lines += text("Info_ConfirmedToday").arg(history.confirmedToday());

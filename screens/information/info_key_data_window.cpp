@@ -23,10 +23,6 @@ constexpr ScreenText kTexts[] = {
 
 Info_KeyDataWindow::Info_KeyDataWindow(QWidget* parent, const QString& title)
     : FormScreen(parent, title), popup_(this, kTexts) {
-    connect(&request_, &DeviceRequest::answered, this, [this](const DeviceMessage& message) {
-        counts_ = message.record<UserCounts>().value_or(counts_);
-        showCounts();
-    });
     connect(&request_, &DeviceRequest::failed, this, [this](DeviceRequest::Failure why) {
         popup_.show(why == DeviceRequest::Failure::LinkDown ? kNoController : kNoAnswer,
                     kPopupSeconds);
@@ -39,6 +35,15 @@ void Info_KeyDataWindow::windowInEvent() {
     showCounts();
     if (!request_.send(command::AskUserCounts, 0, 0, {}, {command::UserCountsAnswer}, kAnswerTime))
         popup_.show(kNoController, kPopupSeconds);
+}
+
+void Info_KeyDataWindow::deviceAnswer(const DeviceMessage& message) {
+    FormScreen::deviceAnswer(message);
+    // They also come unasked, while users are sent.
+    if (message.command != command::UserCountsAnswer)
+        return;
+    counts_ = message.record<UserCounts>().value_or(counts_);
+    showCounts();
 }
 
 void Info_KeyDataWindow::settingsChanged(const SettingsChange& change) {

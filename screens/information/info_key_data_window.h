@@ -14,6 +14,7 @@ class Info_KeyDataWindow : public FormScreen<Ui::Info_KeyDataWindow> {
     Info_KeyDataWindow(QWidget* parent, const QString& title);
 
     void windowInEvent() override;
+    void deviceAnswer(const DeviceMessage& message) override;
     void settingsChanged(const SettingsChange& change) override;
 
  protected:

@@ -8,6 +8,7 @@
 #include "app/window_shell.h"
 #include "base/clock.h"
 #include "base/device_paths.h"
+#include "base/version.h"
 #include "cloud/network_helper.h"
 #include "link/device_message.h"
 
@@ -72,7 +73,7 @@ void Info_ReaderWindow::showFacts() {
     ui_->facts->setValue(Address, inForce(NetworkHelper::getIPAddress(interface), own.address));
     ui_->facts->setValue(Mask, inForce(NetworkHelper::getMask(interface), own.mask));
     ui_->facts->setValue(Gateway, inForce(NetworkHelper::getGateway(interface), own.gateway));
-    ui_->facts->setValue(Dns, known(NetworkHelper::dotted(own.dns)));
+    ui_->facts->setValue(Dns, inForce(NetworkHelper::getNameServer(), own.dns));
 
     const QLocale locale(shell()->getScript(QStringLiteral("Arg_Locale")).script);
     const QDateTime since = Clock::now().addMSecs(-running_.elapsed());
@@ -80,7 +81,7 @@ void Info_ReaderWindow::showFacts() {
     ui_->versions->setValue(Kernel, fieldText(record.kernelVersion));
     ui_->versions->setValue(MainBoard, fieldText(record.mainBoardVersion));
     ui_->versions->setValue(IoBoard, fieldText(record.ioBoardVersion));
-    ui_->versions->setValue(Program, QStringLiteral(ZEL_VERSION));
+    ui_->versions->setValue(Program, QString::fromLatin1(programVersion()));
     ui_->versions->setValue(Since, since.toString(QStringLiteral("yyyy-MM-dd hh:mm")));
     const QStorageInfo disk(DevicePaths::at(QStringLiteral("/mnt/data")));
     ui_->versions->setValue(

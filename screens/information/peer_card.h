@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QStringList>
+#include <QWidget>
 
 #include "ui/script_text.h"
 

@@ -34,8 +34,12 @@ Info_logList::Info_logList(QWidget* parent, const QString& title)
       popup_(this, kTexts),
       logs_(new LogModel(this)),
       thumbs_(new PictureShelf({InfoLogItem::kPhoto, InfoLogItem::kPhoto}, kThumbs, this)) {
-    logs_->setSource([this] { return pages_.hasNext() && !isLoading() && !popup_.isOpen(); },
-                     [this] { nextPage(); });
+    // A list that is still empty waits for a touch.
+    logs_->setSource(
+        [this] {
+            return logs_->size() > 0 && pages_.hasNext() && !isLoading() && !popup_.isOpen();
+        },
+        [this] { nextPage(); });
     connect(&request_, &DeviceRequest::answered, this, [this](const DeviceMessage& message) {
         ShowUserLogList(message.p1, message.p2, message);
     });
@@ -165,7 +169,9 @@ void Info_logList::pageFailed(DeviceRequest::Failure why) {
 }
 
 void Info_logList::nextPage() {
-    if (!pages_.hasNext() || isLoading())
+    // One that has not come at all is asked for again.
+    const bool begins = logs_->size() == 0 && pages_.total() > 0;
+    if (isLoading() || (!begins && !pages_.hasNext()))
         return;
     // Nothing is to be lost without the link: the page can be asked for later.
     if (!shell()->linkUp()) {
@@ -175,7 +181,9 @@ void Info_logList::nextPage() {
     // Whoever has not come to the end yet does not wait.
     if (isAtEnd() || toEnd_)
         popup_.wait(kWait);
-    if (!ask(*pages_.next()))
+    if (begins)
+        pages_.setTotal(pages_.total());
+    if (!ask(begins ? LogPages::first() : *pages_.next()))
         popup_.show(kNoController, kPopupSeconds);
 }
 

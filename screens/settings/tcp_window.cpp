@@ -37,6 +37,12 @@ const QString kInterface = QLatin1String(NetworkHelper::kInterface);
 
 }  // namespace
 
+void TCP_Window::windowOutEvent() {
+    // An address that nobody has confirmed is not set: the terminal might not be found any more.
+    request().cancel();
+    FormScreen::windowOutEvent();
+}
+
 void TCP_Window::built() {
     popup().add(kTexts);
     slice(&_gui_menu_::network, command::SaveNetwork, command::NetworkSaved, command::save::TcpIp);

@@ -12,6 +12,8 @@ class TCP_Window : public FormScreen<Ui::TCP_Window, SettingsForm> {
  public:
     using FormScreen::FormScreen;
 
+    void windowOutEvent() override;
+
  protected:
     void built() override;
     void valuesShown() override;

@@ -150,10 +150,6 @@ class FactorySubject : public Subject {
             ++beat_;
             reportLive();
         });
-        QObject::connect(&device_.link(), &TerminalLink::disconnected, &live_, [this] {
-            running_.clear();
-            live_.stop();
-        });
     }
 
  private:

@@ -445,7 +445,7 @@ void FaceSearchSim::send(QTcpSocket* socket, int kind, const QByteArray& whole) 
     Client* client = find(socket);
     if (client == nullptr)
         return;
-    if (pace_ > 0) {
+    if (pace_ > 0 && fault != Fault::Cut) {
         client->trickling += message;
         trickle_.start(pace_);
         return;
