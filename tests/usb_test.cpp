@@ -393,8 +393,7 @@ class UsbTest : public DrivenTest {
     /// Opens the USB menu with the stick in it.
     void openWithStick() {
         t->window->changeWindow(QStringLiteral("usbMenuWindow"));
-        QTRY_VERIFY(actions());
-        QCOMPARE(t->dialogText(), QString());
+        QTRY_VERIFY(actions() && t->dialogText().isEmpty());
         t->frames.clear();
     }
     bool actions() const { return t->find("actions") != nullptr; }
