@@ -24,7 +24,8 @@ cd "$(dirname "$(realpath "$0")")/.."
 . tools/run_processes.sh
 hold "build/$arch.cross"
 
-tests=(frame_parser_test records_test script_handler_test time_range_test)
+tests=(frame_parser_test records_test script_handler_test time_range_test cloud_routes_test
+    cloud_rest_server_test)
 programs=(zel-terminal blank_window terminal_first_frame)
 
 # ---- The root ------------------------------------------------------------------------------------
@@ -37,6 +38,7 @@ if [[ ! -d $root ]]; then
     }
     echo "Making the root $root"
     mkdir -p "$folder"
+    rm -rf --one-file-system "$root.new"
     mirror=${ZEL_MIRROR:-$(apt-get indextargets --format '$(REPO_URI)' 'Codename: bookworm' \
         'Component: main' 'Identifier: Packages' | head -n 1)}
     packages=(ccache cmake "${compilers[$arch]}" fonts-noto-core fonts-noto-cjk fonts-noto-cjk-extra
