@@ -176,6 +176,19 @@ class LogsTest : public QObject {
             QCOMPARE(t.title(), QStringLiteral("info_logSearchWindow"));
             DialogOverlay::closeAll(t.window.get());
         }
+        // The count of one that was given up is not that of the next one.
+        t.tell("silent 1976");
+        t.tap("forwardButton");
+        const int tag = tagOf("1976");
+        screen()->findChild<QTimer*>(QStringLiteral("answerTimer"))->start(0);
+        QTRY_VERIFY(t.says("Error_NoResponse"));
+        DialogOverlay::closeAll(t.window.get());
+        t.tell("silent 1976");
+        t.tap("forwardButton");
+        QVERIFY(t.tell(QStringLiteral("frame 2976 0 %1 01000000").arg(tag)) && t.settle());
+        QVERIFY(t.says("ListItem_WaitASecond"));
+        QVERIFY(t.tell(QStringLiteral("frame 2976 0 %1 01000000").arg(tagOf("1976"))));
+        QVERIFY(t.shows("info_logListWindow"));
     }
 
     void aPageThatDoesNotComeWholeIsToldOf() {
@@ -183,8 +196,7 @@ class LogsTest : public QObject {
         openList(31);
         QVERIFY(t.says("ListItem_WaitASecond"));
         // Three of thirty, and nothing behind them.
-        t.tell(QStringLiteral("frame 2975 0 0 ") +
-               QString(3 * 2 * int(sizeof(GUI_LOGDATA)), QLatin1Char('0')));
+        sendLogs(0, 3);
         QTRY_COMPARE(logs()->rowCount(), 3);
         QVERIFY(t.says("ListItem_WaitASecond"));
         auto* timer = screen()->findChild<QTimer*>(QStringLiteral("answerTimer"));
@@ -197,6 +209,35 @@ class LogsTest : public QObject {
         // The next page can be had all the same, also by the list itself, which is not full.
         t.tap("lastButton");
         QTRY_COMPARE(logs()->rowCount(), 4);
+
+        // What comes late of it joins the list and does not make the next page whole; what an
+        // earlier list has asked for is none of it.
+        for (const char* leave : {"", "backButton"}) {
+            t.tell("silent 1975");
+            t.tell("silent 1975");
+            openList(90);
+            const int first = tagOf("1975");
+            sendLogs(first, 3);
+            QTRY_COMPARE(logs()->rowCount(), 3);
+            timer->start(0);
+            QTRY_VERIFY(t.says("ListItem_LogsIncomplete"));
+            DialogOverlay::closeAll(t.window.get());
+            if (*leave == 0) {
+                t.tap("lastButton");
+            } else {
+                t.tap(leave);
+                t.tap("forwardButton");
+            }
+            QTRY_VERIFY(timer->isActive());
+            QVERIFY(t.settle());
+            sendLogs(first, 27);
+            QVERIFY(t.settle());
+            QCOMPARE(logs()->rowCount(), *leave == 0 ? 30 : 0);
+            sendLogs(tagOf("1975"), 29);
+            QVERIFY(t.settle());
+            QCOMPARE(logs()->rowCount(), *leave == 0 ? 59 : 29);
+            QVERIFY(t.says("ListItem_WaitASecond"));
+        }
 
         t.tell("lose-link-at 1975");
         openList(31);
@@ -445,6 +486,18 @@ class LogsTest : public QObject {
         return t.window->getWindow(QStringLiteral("info_logListWindow"))
             ->findChild<RowList*>()
             ->model();
+    }
+    /// The tag of the query that was sent last as the request @p code.
+    int tagOf(const char* code) {
+        t.settle();
+        const QString frame = t.frames.filter(QRegularExpression(QLatin1String(code))).last();
+        return frame.split(QLatin1Char(' ')).at(3 + int(offsetof(GUI_USERLOG, tag))).toInt({}, 16);
+    }
+    /// The controller answers the query @p tag with @p count logs.
+    void sendLogs(int tag, int count) {
+        for (; count > 0; count -= 7)
+            t.tell(QStringLiteral("frame 2975 0 %1 ").arg(tag) +
+                   QString(qMin(7, count) * 2 * int(sizeof(GUI_LOGDATA)), QLatin1Char('0')));
     }
     /// The list of @p total logs, by touch.
     void openList(int total) {
