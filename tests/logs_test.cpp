@@ -6,6 +6,7 @@
 #include "app/peer_history.h"
 #include "base/clock.h"
 #include "base/device_folders.h"
+#include "cloud/network_helper.h"
 #include "cloud/parameters.h"
 #include "cloud/rest_client.h"
 #include "link/command_code.h"
@@ -410,6 +411,17 @@ class LogsTest : public QObject {
         }
         t.tap("gatewayButton");
         QCOMPARE(t.find<InputField>("addressField")->text(), QStringLiteral("192.168.0.1"));
+        // With DHCP those of the settings are not in force.
+        QDir().mkpath(t.root.path("/etc"));
+        t.root.write("/etc/resolv.conf", "nameserver 10.9.8.7\n");
+        QVERIFY(t.set({{"network.own.dhcp", QStringLiteral("1")}}));
+        QTRY_VERIFY(t.agrees());
+        t.tap("dnsButton");
+        QCOMPARE(t.find<InputField>("addressField")->text(), QStringLiteral("10.9.8.7"));
+        QCOMPARE(t.find("gatewayButton")->isEnabled(),
+                 !NetworkHelper::getGateway(QStringLiteral("eth0")).isEmpty());
+        QVERIFY(t.set({{"network.own.dhcp", QStringLiteral("0")}}));
+        QTRY_VERIFY(t.agrees());
         for (const char* end : {"stopButton", "backButton"}) {
             t.find<InputField>("addressField")->setText(QStringLiteral("127.0.0.1"));
             t.tap("startButton");
