@@ -348,14 +348,33 @@ class LogsTest : public QObject {
         t.tell("host off");
         QTRY_COMPARE(card("accessCard")->state(), PeerCard::State::Bad);
         t.tell("host 10.1.2.3 4070 Side door");
+        const auto since = [&](const char* time) {
+            return t.text("Info_SinceTime").arg(QLatin1String(time));
+        };
         QTRY_COMPARE(card("accessCard")->lines(),
-                     QStringList({QStringLiteral("Side door"), QStringLiteral("10.1.2.3:4070")}));
+                     QStringList({since("2026-03-09 08:52:00"), QStringLiteral("Side door"),
+                                  QStringLiteral("10.1.2.3:4070")}));
+        // Behind another screen both go on; the cable is looked at.
+        QVERIFY(t.open("stayWindow"));
+        Clock::fix(QDateTime(QDate(2026, 3, 9), QTime(9, 30)));
+        t.tell("host on");
+        QVERIFY(t.settle());
+        QDir().mkpath(t.root.path("/sys/class/net/eth0"));
+        t.root.write("/sys/class/net/eth0/carrier", "1\n");
+        Clock::fix(QDateTime(QDate(2026, 3, 9), QTime(9, 31)));
+        QVERIFY(t.open("info_conWindow"));
+        QTRY_COMPARE(card("accessCard")->lines().first(), since("2026-03-09 09:30:00"));
+        QCOMPARE(card("networkCard")->state(), PeerCard::State::Good);
+        QCOMPARE(card("networkCard")->lines().first(), since("2026-03-09 09:31:00"));
 
         // What the service has confirmed, and what still waits for it.
-        QVERIFY(t.set({{"network.useManager", QStringLiteral("1")}}));
+        QVERIFY(t.set({{"network.own.managerAddress", QStringLiteral("127.0.0.1")},
+                       {"network.own.managerPort", QString::number(freePort())},
+                       {"network.useManager", QStringLiteral("1")}}));
         QTRY_COMPARE(card("serviceCard")->state(), PeerCard::State::Bad);
         t.window->connectService();
-        QTRY_VERIFY(card("serviceCard")->lines().contains(t.text("Info_ServiceRefused")));
+        QTRY_VERIFY_WITH_TIMEOUT(
+            card("serviceCard")->lines().contains(t.text("Info_ServiceRefused")), 30000);
         t.tell("frame 3021 0 0");
         QTRY_VERIFY(card("serviceCard")->lines().contains(t.text("Info_BothWait")));
         for (const int command : {RestClass::kUserInOutLog, RestClass::kUserEnroll})
