@@ -7,6 +7,8 @@
 #include "base/clock.h"
 #include "screens/settings/standby_choice.h"
 #include "screens/standby_pictures.h"
+#include "ui/paint.h"
+#include "ui/picture_shelf.h"
 #include "ui/pictures.h"
 #include "ui/theme.h"
 
@@ -14,19 +16,11 @@ namespace {
 
 constexpr QSize kPreview(48, 80);
 constexpr int kDigits = 26;  // pixels
-
-QPixmap small(const QPixmap& picture) {
-    if (picture.isNull())
-        return picture;
-    const QPixmap covering =
-        picture.scaled(kPreview, Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation);
-    return covering.copy((covering.width() - kPreview.width()) / 2,
-                         (covering.height() - kPreview.height()) / 2, kPreview.width(),
-                         kPreview.height());
-}
+constexpr int kSign = 36;
+constexpr int kBudget = 32 * 1024;  // bytes; one preview takes half
 
 QPixmap clockPreview() {
-    QPixmap preview = small(Pictures::icon(QStringLiteral("stay_default.png")));
+    QPixmap preview = Pictures::icon(QStringLiteral("stay_default_48.png"));
     QPainter painter(&preview);
     painter.setFont(
         Theme::font(WindowForm::shell()->getScriptFontFamily(), kDigits, QFont::Medium));
@@ -36,11 +30,33 @@ QPixmap clockPreview() {
     return preview;
 }
 
+/// What the place of a picture holds that cannot be seen, or not yet.
+QPixmap placeholder(bool waits) {
+    QPixmap place(kPreview);
+    place.fill(Qt::transparent);
+    QPainter painter(&place);
+    if (waits)
+        Paint::glyph(&painter, place.rect(), QStringLiteral("wait_0.png"), Theme::kMark, kSign);
+    else
+        Paint::icon(&painter, place.rect(), QStringLiteral("file.png"));
+    return place;
+}
+
 StandbyChoice choiceOf(int value) {
     return StandbyChoice::of(static_cast<std::uint32_t>(value));
 }
 
 }  // namespace
+
+EnviScreen_StayView::EnviScreen_StayView(QWidget* parent, const QString& title)
+    : FormScreen(parent, title), previews_(new PictureShelf(kPreview, kBudget, this)) {
+    connect(previews_, &PictureShelf::arrived, this, &EnviScreen_StayView::showPicture);
+}
+
+void EnviScreen_StayView::windowOutEvent() {
+    FormScreen::windowOutEvent();
+    previews_->clear();
+}
 
 void EnviScreen_StayView::built() {
     const auto show = [this](bool picture) {
@@ -60,11 +76,20 @@ void EnviScreen_StayView::valueShown() {
     ui_->clockRow->setSelected(!chosen.showsPicture);
     ui_->pictureRow->setSelected(chosen.showsPicture);
     ui_->clockRow->setPreview(clockPreview());
-    const QPixmap picture = small(StandbyPictures::background(chosen.picture));
-    ui_->pictureRow->setPreview(picture.isNull() ? Pictures::icon(QStringLiteral("file.png"))
-                                                 : picture);
+    showPicture();
     ui_->stayImageRow->setValue(
         shell()->getScript(QStringLiteral("Arg_PictureNumber")).script.arg(chosen.ordinal()));
+}
+
+void EnviScreen_StayView::showPicture() {
+    const StandbyPictures::Picture chosen =
+        StandbyPictures::backgrounds().value(choiceOf(value()).picture);
+    PictureShelf::State shelved{};
+    const QImage preview = previews_->picture(chosen.folder, chosen.name, &shelved);
+    ui_->pictureRow->setPreview(shelved == PictureShelf::State::Here
+                                    ? QPixmap::fromImage(preview).scaled(
+                                          kPreview, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+                                    : placeholder(shelved == PictureShelf::State::Waiting));
 }
 
 void EnviScreen_StayView::returned(int picture) {
