@@ -508,6 +508,7 @@ class LogsTest : public QObject {
         t.tap("backButton");
         QVERIFY(t.shows("enviScreen_StayWindow"));
         QCOMPARE(shelf->held(), 0);
+        QTRY_VERIFY(screen()->findChild<PictureShelf*>()->held() > 0);
         QVERIFY(QDir(folder).removeRecursively());
     }
 

@@ -1,6 +1,7 @@
 #include "screens/settings/envi_screen_stay_view.h"
 
 #include <QPainter>
+#include <QTimer>
 
 #include "app/screen_titles.h"
 #include "app/window_shell.h"
@@ -18,17 +19,6 @@ constexpr QSize kPreview(48, 80);
 constexpr int kDigits = 26;  // pixels
 constexpr int kSign = 36;
 constexpr int kBudget = 32 * 1024;  // bytes; one preview takes half
-
-QPixmap clockPreview() {
-    QPixmap preview = Pictures::icon(QStringLiteral("stay_default_48.png"));
-    QPainter painter(&preview);
-    painter.setFont(
-        Theme::font(WindowForm::shell()->getScriptFontFamily(), kDigits, QFont::Medium));
-    painter.setPen(Theme::color(Theme::kStrong));
-    painter.drawText(preview.rect(), Qt::AlignCenter,
-                     Clock::now().toString(QStringLiteral("hh\nmm")));
-    return preview;
-}
 
 /// What the place of a picture holds that cannot be seen, or not yet.
 QPixmap placeholder(bool waits) {
@@ -75,21 +65,47 @@ void EnviScreen_StayView::valueShown() {
     const StandbyChoice chosen = choiceOf(value());
     ui_->clockRow->setSelected(!chosen.showsPicture);
     ui_->pictureRow->setSelected(chosen.showsPicture);
-    ui_->clockRow->setPreview(clockPreview());
-    showPicture();
+    showClock();
+    // Which it is has to be looked for in folders: not before the screen can be seen.
+    QTimer::singleShot(0, this, &EnviScreen_StayView::showPicture);
     ui_->stayImageRow->setValue(
         shell()->getScript(QStringLiteral("Arg_PictureNumber")).script.arg(chosen.ordinal()));
 }
 
+void EnviScreen_StayView::showClock() {
+    const QString time = Clock::now().toString(QStringLiteral("hh\nmm"));
+    const QString family = shell()->getScriptFontFamily();
+    if (time + family == clockShown_)
+        return;
+    clockShown_ = time + family;
+    QPixmap preview = Pictures::icon(QStringLiteral("stay_default_48.png"));
+    QPainter painter(&preview);
+    painter.setFont(Theme::font(family, kDigits, QFont::Medium));
+    painter.setPen(Theme::color(Theme::kStrong));
+    painter.drawText(preview.rect(), Qt::AlignCenter, time);
+    painter.end();
+    ui_->clockRow->setPreview(preview);
+}
+
 void EnviScreen_StayView::showPicture() {
+    if (!isVisible())
+        return;
     const StandbyPictures::Picture chosen =
         StandbyPictures::backgrounds().value(choiceOf(value()).picture);
     PictureShelf::State shelved{};
     const QImage preview = previews_->picture(chosen.folder, chosen.name, &shelved);
+    const bool waits = shelved == PictureShelf::State::Waiting;
+    const bool broken = shelved == PictureShelf::State::Broken;
+    const QString name = chosen.folder + chosen.name;
+    // What is there is right until it has been read anew.
+    if (name == pictureShown_ && (waits || (broken && brokenShown_)))
+        return;
+    pictureShown_ = name;
+    brokenShown_ = broken;
     ui_->pictureRow->setPreview(shelved == PictureShelf::State::Here
                                     ? QPixmap::fromImage(preview).scaled(
                                           kPreview, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
-                                    : placeholder(shelved == PictureShelf::State::Waiting));
+                                    : placeholder(waits));
 }
 
 void EnviScreen_StayView::returned(int picture) {

@@ -21,7 +21,11 @@ class EnviScreen_StayView : public FormScreen<Ui::EnviScreen_StayView, SettingsP
     void returned(int picture) override;
 
  private:
+    void showClock();
     void showPicture();
 
     PictureShelf* const previews_;
+    QString clockShown_;    // its time and font
+    QString pictureShown_;  // its folder and name
+    bool brokenShown_ = false;
 };
