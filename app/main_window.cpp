@@ -157,7 +157,7 @@ void MainWindow::initWindowList() {
 }
 
 void MainWindow::connectMessages() {
-    connect(dispatch_, &MessageDispatch::shellMessage, history_, &PeerHistory::controllerMessage);
+    connect(dispatch_, &MessageDispatch::arrived, history_, &PeerHistory::controllerMessage);
     connect(dispatch_, &MessageDispatch::shellMessage, messages_, &ShellMessages::take);
     connect(messages_, &ShellMessages::quitOrdered, this, &MainWindow::quitByController);
     connect(messages_, &ShellMessages::statusReported, this,
