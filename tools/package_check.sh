@@ -40,7 +40,8 @@ step() { printf '\n== %s (%d s)\n' "$1" "$SECONDS"; }
 
 # root NAME PACKAGES: a minimal Debian 12 with these packages, comma separated
 root() {
-    mmdebstrap --quiet --mode=root --variant=minbase --include="$2" bookworm "$scratch/$1" "$mirror"
+    mmdebstrap --quiet --mode=root --variant=minbase --dpkgopt=force-unsafe-io \
+        --include="$2" bookworm "$scratch/$1" "$mirror"
     # The container's own service of names is not tried here.
     rm -f "$scratch/$1/etc/resolv.conf"
     echo "nameserver 192.0.2.1" >"$scratch/$1/etc/resolv.conf"
@@ -147,8 +148,9 @@ ExecStart=/bin/sh -c '/trial/service.sh >/trial/log 2>&1; echo $? >/trial/status
 ExecStopPost=systemctl poweroff --no-block
 TimeoutStartSec=300
 END
-systemd-nspawn --quiet --register=no --keep-unit --private-network --console=pipe --boot \
-    --directory="$scratch/try" -- systemd.unit=trial.service >"$scratch/boot" 2>&1 </dev/null || true
+# Which devices a service may open is a matter of programs in the kernel.
+SYSTEMD_NSPAWN_UNIFIED_HIERARCHY=1 systemd-nspawn --quiet --register=no --keep-unit --private-network \
+    --system-call-filter=bpf --console=pipe --boot --directory="$scratch/try" -- systemd.unit=trial.service >"$scratch/boot" 2>&1 </dev/null || true
 cat "$scratch/try/trial/log" || tail -n 20 "$scratch/boot"
 [[ $(cat "$scratch/try/trial/status") == 0 ]] || exit 1
 

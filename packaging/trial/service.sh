@@ -137,6 +137,16 @@ writes_nowhere_else() {
     done
 }
 
+# A panel that is not there can be opened as far as the service is concerned, any other device cannot.
+opens_the_panel() {
+    mkdir -p /dev/input
+    mknod -m 660 /dev/input/event0 c 13 64
+    chgrp input /dev/input/event0
+    mknod -m 666 /dev/other c 10 1
+    [[ $(inside /usr/bin/dd if=/dev/input/event0 2>&1) == *'No such device'* ]] || return 1
+    [[ $(inside /usr/bin/dd if=/dev/other 2>&1) == *'Operation not permitted'* ]]
+}
+
 is_closed() {
     local exposure
     exposure=$(systemd-analyze security --no-pager "$unit" | sed -n 's/.*exposure level.*: \([0-9.]*\).*/\1/p')
@@ -205,6 +215,7 @@ try "pings" pings
 try "takes an address and a name server" takes_an_address
 try "takes an address by DHCP" takes_one_by_dhcp
 try "writes nowhere else" writes_nowhere_else
+try "opens the panel and no other device" opens_the_panel
 try "is closed" is_closed
 try "has a udev rule that can be read" touch_panel_rule
 try "comes back after SIGKILL" comes_back KILL
