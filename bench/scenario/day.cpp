@@ -28,14 +28,13 @@ constexpr int kRecognitions = 20000;
 constexpr int kTours = 500;
 constexpr int kEnrolments = 200;
 constexpr int kRequests = 10000;
-/// Menus below one another that a tour goes down.
-constexpr int kDepth = 3;
 
 // In milliseconds.
 constexpr int kPatience = 10000;
-/// After an hour, until nothing of it is under way: orders are removed two seconds after they have
-/// arrived, and cut connections go by then as well.
+/// After an hour, until connections that were cut have gone.
 constexpr int kPause = 5000;
+/// Before what counts: threads that wait for work end after half a minute.
+constexpr int kLongPause = 35000;
 
 /// What the process holds.
 struct Holdings {
@@ -67,6 +66,13 @@ bool waitFor(const std::function<bool()>& condition) {
     return true;
 }
 
+/// 1 for what has failed, which is named then.
+int did(bool succeeded, const char* what, int number) {
+    if (!succeeded)
+        std::printf("%s %d failed\n", what, number);
+    return succeeded ? 0 : 1;
+}
+
 /// A day's share of an hour.
 int share(int day, int hour) {
     return day * (hour + 1) / kHours - day * hour / kHours;
@@ -96,29 +102,28 @@ class Day {
             "face 01044447777", "face 01023456789 denied", "card 99999999", "card 10000005",
         };
         const char* const words = kWords[number % static_cast<int>(std::size(kWords))];
-        goTo(screen_title::kLive);
-        // The camera runs as soon as the controller has heard of the live view.
-        const bool told = waitFor([&] { return t.tell(words); });
-        const bool shown = told && (std::strstr(words, " 0") == nullptr ||
-                                    waitFor([this] { return t.title() == screen_title::kResult; }));
+        // An order of the service may take the screen away; whoever it was looks once more.
+        bool shown = false;
+        for (int attempt = 0; attempt < 2 && !shown; ++attempt) {
+            goTo(screen_title::kLive);
+            // The camera runs as soon as the controller has heard of the live view.
+            const bool told = waitFor([&] { return t.tell(words); });
+            shown = told && (std::strstr(words, " 0") == nullptr ||
+                             waitFor([this] { return t.title() == screen_title::kResult; }));
+        }
         repaint();
         return shown;
     }
 
-    /// Goes down the menus by touches, another way each time.
+    /// Touches the menu, another tile of it each time, and all that there is behind that.
     bool tour(int number) {
         goTo(screen_title::kLive);
         t.tap("menuButton");
         if (t.title() != screen_title::kMenu)
             return false;
-        for (int depth = 0; depth < kDepth; ++depth) {
-            const QStringList ways = waysOn();
-            if (ways.isEmpty())
-                break;
-            t.tap(qUtf8Printable(ways.at(number % ways.size())));
-            number /= ways.size();
-            repaint();
-        }
+        const QStringList tiles = waysOn();
+        t.tap(qUtf8Printable(tiles.at(number % tiles.size())));
+        goDown();
         return true;
     }
 
@@ -162,20 +167,25 @@ class Day {
         return answered;
     }
 
-    /// Whoever came in the hour goes, and what is under way ends.
-    bool rest() {
+    /// Waits until all orders have been carried out.
+    bool settle() {
         goTo(screen_title::kStandby);
-        const bool done = QTest::qWaitFor(
+        return QTest::qWaitFor(
             [] {
                 return QDir(CommandFolder::directory())
                     .entryList({QStringLiteral("*_???_*")}, QDir::Dirs)
                     .isEmpty();
             },
             kPatience);
+    }
+
+    /// Whoever came in the hour goes, and what is under way ends.
+    bool rest(int time) {
+        goTo(screen_title::kStandby);
         const bool gone = t.tell("users 7");
-        runEvents(kPause);
+        runEvents(time);
         t.frames.clear();
-        return done && gone;
+        return gone;
     }
 
     DrivenTerminal t;
@@ -186,6 +196,23 @@ class Day {
         t.window->changeWindow(title);
         QCoreApplication::processEvents();
         t.frames.clear();
+    }
+    void goDown() {
+        repaint();
+        const QString here = t.title();
+        if (here == screen_title::kMenu)
+            return;
+        for (const QString& way : waysOn()) {
+            t.tap(qUtf8Printable(way));
+            const QString there = t.title();
+            // What leads back up would lead round and round.
+            if (there != here && there != screen_title::kStandby && !above_.contains(there)) {
+                above_.append(here);
+                goDown();
+                above_.removeLast();
+            }
+            goTo(here);
+        }
     }
     void repaint() {
         t.window->getActivateWindowForm()->update();
@@ -206,6 +233,7 @@ class Day {
     }
 
     ServiceSim service_;
+    QStringList above_;  // screens on the way to the active one
 };
 
 }  // namespace
@@ -230,8 +258,8 @@ bool measureDay() {
         const int requests = share(kRequests / part, hour);
         std::thread client(
             [&answered, asked, requests] { answered += Day::request(asked, requests); });
-        for (int i = share(kRecognitions / part, hour); i > 0; --i)
-            failed += day.recognise(recognised++) ? 0 : 1;
+        for (int i = share(kRecognitions / part, hour); i > 0; --i, ++recognised)
+            failed += did(day.recognise(recognised), "recognition", recognised);
         // The orders of the service change screens, so that no finger goes through menus meanwhile.
         std::atomic<bool> done{false};
         std::thread waiting([&] {
@@ -242,12 +270,13 @@ bool measureDay() {
             QCoreApplication::processEvents(QEventLoop::AllEvents, 100);
         waiting.join();
         asked += requests;
-        failed += day.rest() ? 0 : 1;
-        for (int i = share(kTours / part, hour); i > 0; --i)
-            failed += day.tour(toured++) ? 0 : 1;
-        for (int i = share(kEnrolments / part, hour); i > 0; --i)
-            failed += day.enrol(enrolled++) ? 0 : 1;
-        failed += day.rest() ? 0 : 1;
+        failed += did(day.settle(), "orders", hour);
+        for (int i = share(kTours / part, hour); i > 0; --i, ++toured)
+            failed += did(day.tour(toured), "tour", toured);
+        for (int i = share(kEnrolments / part, hour); i > 0; --i, ++enrolled)
+            failed += did(day.enrol(enrolled), "enrolment", enrolled);
+        const bool counts = hour == 0 || hour + 1 == kHours;
+        failed += did(day.rest(counts ? kLongPause : kPause), "rest", hour);
         const Holdings held;
         if (hour == 0)
             first = held;

@@ -6,7 +6,7 @@ import threading
 import time
 
 START, LINK_MARK, HEADER = 0xC5, 0x02, 8
-ENROL_USER, DELETE_USER, ASK_USERS, SETTINGS = 1927, 1931, 2040, 2908
+ENROL_USER, DELETE_USER, UPGRADE, ASK_USERS, SETTINGS = 1927, 1931, 1990, 2040, 2908
 NAME_AT = 32  # of a user's name in its record
 
 
@@ -41,6 +41,7 @@ class Relay:
         self.controller_port = controller_port
         self.connections = []
         self.answers = 0  # to the controller's word that something waits
+        self.upgrades = 0  # archives handed over
         self.piece = 65536  # bytes passed on at a time
         self.pause = 0  # seconds behind each piece
         self.cut_order = False  # the next order is the last, and comes half
@@ -156,6 +157,7 @@ class Relay:
             if order:
                 connection.told.append((order, time.monotonic()))
             self.answers += code == ASK_USERS
+            self.upgrades += code == UPGRADE
         return data
 
     @staticmethod

@@ -8,7 +8,13 @@ import threading
 import time
 
 SUCCEED = {"resultCode": "1000", "resultMessage": "succeed", "access_token": "t"}
+FIRMWARE = "/fw/"
 MOODS = ("hang", "refuse", "garbage", "half", "reset", "trickle", "flood", "failure", "away")
+
+
+def firmware(path):
+    """The archive that is to be had there, which tells it from any other."""
+    return path.encode().ljust(200000, b".")
 
 
 class Service:
@@ -64,13 +70,20 @@ class Service:
                 return None
             data += more
         head, body = data.split(b"\r\n\r\n", 1)
-        length = int(re.search(rb"(?i)content-length: *([0-9]+)", head).group(1))
-        while len(body) < length:
+        length = re.search(rb"(?i)content-length: *([0-9]+)", head)
+        while length and len(body) < int(length.group(1)):
             body += connection.recv(65536)
-        return head.split(b" ", 2)[1].decode(), json.loads(body)
+        return head.split(b" ", 2)[1].decode(), json.loads(body) if body else None
 
     def _answer(self, connection, path, body):
         """Whether another request may come."""
+        if path.startswith(FIRMWARE):
+            content = firmware(path)
+            connection.sendall(b"HTTP/1.1 200 OK\r\nContent-Length: %d\r\n\r\n" % len(content))
+            for at in range(0, len(content), 20000):
+                connection.sendall(content[at:at + 20000])
+                time.sleep(0.1)
+            return True
         mood = self.mood
         content = json.dumps(SUCCEED if mood != "failure" else
                              SUCCEED | {"resultCode": "9999"}).encode()

@@ -216,6 +216,10 @@ class Stand:
     def orders(self):
         return sum(order.taken() for client in self.clients for order in client.orders)
 
+    def refused(self):
+        return sum(not order.taken() and not order.possible()
+                   for client in self.clients for order in client.orders)
+
     def end(self):
         for client in self.clients:
             client.stop()

@@ -10,7 +10,7 @@ import threading
 import time
 
 from client import post, SUCCEED
-from service import MOODS, Service
+from service import FIRMWARE, MOODS, Service, firmware as firmware_at
 from stand import Stand, until
 
 RECONNECTED = 20  # seconds; the terminal tries every five
@@ -26,7 +26,7 @@ class Trial:
         self.build, self.seed, self.quick = build, f"{seed} {lane}", quick
         self.tries, self.lane, self.lanes = tries // lanes + (lane < tries % lanes), lane, lanes
         self.random = random.Random(self.seed)
-        self.done, self.orders, self.repetitions, self.losses = 0, 0, 0, []
+        self.done, self.orders, self.refused, self.repetitions, self.losses = 0, 0, 0, 0, []
 
     @contextlib.contextmanager
     def stand(self, **arguments):
@@ -38,6 +38,7 @@ class Trial:
         finally:
             stand.end()
             self.orders += stand.orders()
+            self.refused += stand.refused()
             self.repetitions += stand.repetitions
             self.losses += [f"{loss} ({stand.root})" for loss in stand.losses]
 
@@ -70,6 +71,41 @@ def kill(trial):
             stand.check_kept()
             stand.go()
         stand.finish()
+
+
+def managed_by(peer):
+    """The settings of a terminal that is to call a service."""
+    return [f"settings network.{field}" for field in (
+        "own.managerAddress 127.0.0.1", f"own.managerPort {peer.port}", "connectPeriod 1",
+        "checkPeriod 1", "useManager 1")]
+
+
+def firmware(trial):
+    """kill -9 while new firmware is ordered, fetched and handed over."""
+    peer = Service()
+    with trial.stand(settings=managed_by(peer), clients=0) as stand:
+        orders = stand.root / "mnt/data/firmware_orders"
+        archive = stand.root / "mnt/data/input/zel01.tar.bz2"
+        for _ in trial.rounds(stand):
+            stand.start_terminal()
+            assert stand.answers(60)
+            path, told = f"{FIRMWARE}{trial.done}", stand.relay.upgrades
+            answer = post(stand.port, "device-fw-update.do", {"firmFile": f":{peer.port}{path}"})
+            trial.orders += answer == SUCCEED
+            trial.moment((0, 0.3), (0.3, 2))
+            stand.kill()
+            if trial.random.random() < 0.5:
+                # In what the next process goes on with, 15 seconds after its start.
+                stand.start_terminal()
+                trial.moment((14.5, 17.5))
+                stand.kill()
+            stand.start_terminal()
+            until(lambda: not list(orders.glob("[0-9]*")))
+            if answer == SUCCEED and (stand.relay.upgrades == told or
+                                      archive.read_bytes() != firmware_at(path)):
+                stand.loss(f"{path} was answered with success and is gone")
+            stand.kill()
+    peer.close()
 
 
 def link(trial):
@@ -120,10 +156,7 @@ def service(trial):
         return until(lambda: peer.calls > calls, 60)
 
     peer = Service()
-    settings = [f"settings network.{field}" for field in (
-        "own.managerAddress 127.0.0.1", f"own.managerPort {peer.port}", "connectPeriod 1",
-        "checkPeriod 1", "useManager 1")]
-    with trial.stand(settings=["users 300", *settings]) as stand:
+    with trial.stand(settings=["users 300", *managed_by(peer)]) as stand:
         cards = [line.split(" card ")[1].split(" ")[0] for line in stand.tell("users").splitlines()
                  if " card " in line and not line.split(" card ")[1].startswith(" ")]
         happened = []
@@ -271,10 +304,7 @@ def clock(trial):
 def descriptors(trial):
     """64 descriptors, a hundred clients that hold connections, and a link that is lost."""
     peer = Service()
-    settings = [f"settings network.{field}" for field in (
-        "own.managerAddress 127.0.0.1", f"own.managerPort {peer.port}", "connectPeriod 1",
-        "checkPeriod 1", "useManager 1")]
-    with trial.stand(settings=settings) as stand:
+    with trial.stand(settings=managed_by(peer)) as stand:
         stand.limit_descriptors(64)
         stand.start_terminal()
         assert stand.answers(60) and stand.serves()
@@ -322,6 +352,7 @@ def stop(trial):
 # By name: the trial, how often it tries, and how often in the quick form.
 TRIALS = {
     "kill": (kill, 1000, 12),
+    "firmware": (firmware, 40, 1),
     "link": (link, 105, 7),
     "service": (service, 45, 4),
     "disk": (disk, 60, 4),
@@ -331,12 +362,13 @@ TRIALS = {
 }
 
 
-def run(name, build, seed, lanes, quick, tries):
-    """Runs the trial in as many lanes, and prints what came of it. Whether nothing was lost."""
+def run(name, given):
+    """Runs the trial as the options say, and prints what came of it. Whether nothing was lost."""
     function, own_tries, quick_tries = TRIALS[name]
-    tries = tries or (quick_tries if quick else own_tries)
-    lanes = min(lanes, tries)
-    trials = [Trial(build, f"{seed} {name}", tries, lane, lanes, quick) for lane in range(lanes)]
+    tries = given.tries or (quick_tries if given.quick else own_tries)
+    lanes = min(given.lanes, tries)
+    trials = [Trial(given.build, f"{given.seed} {name}", tries, lane, lanes, given.quick)
+              for lane in range(lanes)]
     threads = [threading.Thread(target=function, args=(trial,)) for trial in trials]
     for thread in threads:
         thread.start()
@@ -344,9 +376,9 @@ def run(name, build, seed, lanes, quick, tries):
         thread.join()
     losses = [loss for trial in trials for loss in trial.losses]
     total = {field: sum(getattr(trial, field) for trial in trials)
-             for field in ("done", "orders", "repetitions")}
+             for field in ("done", "orders", "refused", "repetitions")}
     print(f"{name}: tries {total['done']}, losses {len(losses)}; orders {total['orders']}, "
-          f"repeated {total['repetitions']}", flush=True)
+          f"refused {total['refused']}, repeated {total['repetitions']}", flush=True)
     for loss in losses[:20]:
         print("   ", loss, flush=True)
     return not losses and total["done"] == tries
