@@ -14,7 +14,8 @@ import sys
 import tempfile
 import time
 
-import trials
+sys.dont_write_bytecode = True  # nothing is left beside the sources
+import trials  # noqa: E402
 
 HERE = pathlib.Path(__file__).resolve().parent
 INSIDE = "ZEL_TORTURE_INSIDE"
@@ -52,8 +53,7 @@ def run_inside(given):
         return subprocess.run(
             [*(namespace if mounts else inside), PYTHON, copy / "torture", *sys.argv[1:], "--build",
              folder], cwd="/", check=False,
-            env=os.environ | {INSIDE: "mounts" if mounts else "no mounts",
-                              "PYTHONDONTWRITEBYTECODE": "1"}).returncode
+            env=os.environ | {INSIDE: "mounts" if mounts else "no mounts"}).returncode
 
 
 def main():

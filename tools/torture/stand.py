@@ -51,12 +51,12 @@ class Stand:
             (self.root / "mnt/data" / folder).mkdir(parents=True, exist_ok=True)
         (self.root / "zel1").symlink_to(build / "stage/zel1")
         self.images = self.root / "mnt/data/Images"
-        # The planned start, which needs no boot screen.
         self.log = open(self.root / "log", "wb")
         self.control, self.port, self.sim_port = free_port(), free_port(), free_port()
-        self.environment = {**os.environ, "ZEL_ROOT": str(self.root), "ZEL_REST_PORT": str(self.port),
-                            "XDG_RUNTIME_DIR": str(self.root), "QT_LOGGING_RULES": "*.info=false",
-                            "LC_ALL": "C.UTF-8"}
+        self.environment = {
+            **os.environ, "ZEL_ROOT": str(self.root), "ZEL_REST_PORT": str(self.port),
+            "XDG_RUNTIME_DIR": str(self.root), "QT_LOGGING_RULES": "*.info=false",
+            "LC_ALL": "C.UTF-8"}
         self.terminal, self.controller, self.limits = None, None, None
         self.moved_clock = False
         self.relay = Relay(self.sim_port)
@@ -69,10 +69,12 @@ class Stand:
     # --- Programs ---------------------------------------------------------------------------
 
     def start(self, name, *arguments, environment):
-        # The kernel ends it together with this program, even where that is killed.
+        # The kernel ends it together with this program, even where that is killed. What it is to
+        # have loaded must not be loaded on the way there.
+        own = [f"{variable}={value}" for variable, value in environment.items()]
         return subprocess.Popen(
-            ["setpriv", "--pdeathsig", "KILL", "--", self.build / "bin" / name, *arguments],
-            env=self.environment | environment, stdin=subprocess.DEVNULL, stdout=self.log,
+            ["setpriv", "--pdeathsig", "KILL", "--", "env", *own, self.build / "bin" / name,
+             *arguments], env=self.environment, stdin=subprocess.DEVNULL, stdout=self.log,
             stderr=self.log, preexec_fn=self.limits if name == "zel-terminal" else None)
 
     def start_controller(self):
@@ -85,7 +87,8 @@ class Stand:
         if self.moved_clock:
             environment |= {"LD_PRELOAD": str(self.build / "bin/zel-device-clock.so"),
                             "ZEL_DEVICE_CLOCK": str(self.root / "mnt/data/sim/clock")}
-        self.terminal = self.start("zel-terminal", "-platform", "offscreen", environment=environment)
+        self.terminal = self.start("zel-terminal", "-platform", "offscreen",
+                                   environment=environment)
 
     def limit_descriptors(self, number):
         self.limits = lambda: resource.setrlimit(resource.RLIMIT_NOFILE, (number, number))

@@ -369,7 +369,7 @@ def run(name, given):
     lanes = min(given.lanes, tries)
     trials = [Trial(given.build, f"{given.seed} {name}", tries, lane, lanes, given.quick)
               for lane in range(lanes)]
-    threads = [threading.Thread(target=function, args=(trial,)) for trial in trials]
+    threads = [threading.Thread(target=function, args=(trial,), daemon=True) for trial in trials]
     for thread in threads:
         thread.start()
     for thread in threads:
