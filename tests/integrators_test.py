@@ -8,6 +8,7 @@ import contextlib
 import io
 import pathlib
 import runpy
+import shutil
 import struct
 import subprocess
 import sys
@@ -86,12 +87,18 @@ class Integrators(Running):
         self.assertIn("김서연", [row[2] for row in rows])
 
     def test_controller(self):
+        # The same terminal has a maker's colors, of which one is none.
+        brand = self.root / "zel1"
+        brand.unlink()
+        shutil.copytree(STAGED / "zel1", brand, symlinks=True)
+        (brand / "theme.json").write_text('{"accent": "mint"}', "utf-8")
         self.start("example-controller", self.link)
         wait_for("the controller", lambda: self.listens(self.link))
         self.start("zel-terminal", "-platform", "offscreen")
         wait_for("the end of the result", lambda: "2001 RecognitionHidden" in self.said("example-controller"))
         self.assertRegex(self.said("example-controller"), "(?s)Greeting.*Settings.*Recognised.*3036 DoorOpened")
-        self.assertIn("screen recognizeWindow", self.said("zel-terminal"))
+        for line in ("screen recognizeWindow", '["mint"] is no color for accent'):
+            self.assertIn(line, self.said("zel-terminal"))
 
 
 if __name__ == "__main__":
