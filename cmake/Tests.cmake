@@ -1,5 +1,7 @@
 find_package(Qt5 5.15 REQUIRED COMPONENTS Test)
 
+set(zel_test_environment "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TZ=Asia/Seoul;QT_LOGGING_RULES=zel.*.debug=false;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0")
+
 # Tests of what comes from outside (frames, requests, files), marked SANITIZE, also run under the
 # sanitizers; this target builds just those.
 add_custom_target(zel_sanitized_tests)
@@ -28,7 +30,7 @@ function(zel_add_test name)
     add_dependencies(${name} zel_data)
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES TIMEOUT 120
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TZ=Asia/Seoul;QT_LOGGING_RULES=zel.*.debug=false;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0")
+        ENVIRONMENT "${zel_test_environment}")
     if(ARG_SANITIZE)
         set_tests_properties(${name} PROPERTIES LABELS sanitize)
         add_dependencies(zel_sanitized_tests ${name})
@@ -55,7 +57,7 @@ function(zel_add_fuzz_target name)
     target_sources(${name} PRIVATE fuzz/fuzz_driver.cpp)
     add_test(NAME ${name} COMMAND
         ${name} ${ARG_MADE_UP} ${CMAKE_CURRENT_SOURCE_DIR}/fuzz/corpus/${name})
-    set_tests_properties(${name} PROPERTIES TIMEOUT 120)
+    set_tests_properties(${name} PROPERTIES TIMEOUT 120 ENVIRONMENT "${zel_test_environment}")
     if(NOT ARG_TERMINAL)
         set_tests_properties(${name} PROPERTIES LABELS sanitize)
         add_dependencies(zel_sanitized_tests ${name})

@@ -29,7 +29,8 @@ targets=("$@")
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-mkdir -p build/fuzz/corpus build/fuzz/findings "$work/tmp"
+mkdir -p build/fuzz/corpus build/fuzz/findings
+mkdir -m 700 "$work/tmp"
 unprivileged=()
 if ((EUID == 0)); then
     unprivileged=(setpriv --reuid=nobody --regid=nogroup --clear-groups)
@@ -55,7 +56,7 @@ for target in "${targets[@]}"; do
     mkdir -p "$work/$target"/{corpus,seeds,findings} "build/fuzz/corpus/$target"
     cp -rT "build/fuzz/corpus/$target" "$work/$target/corpus"
     cp -rT "tests/fuzz/corpus/$target" "$work/$target/seeds"
-    options=(-timeout=120 -rss_limit_mb=4096 -artifact_prefix=findings/
+    options=(-timeout=120 -report_slow_units=120 -rss_limit_mb=4096 -artifact_prefix=findings/
         "-max_len=${streams[$target]:-4096}")
     [[ -z ${streams[$target]:-} ]] || options+=(-len_control=0)
     [[ ! -e tests/fuzz/$target.dict ]] || options+=("-dict=$root/tests/fuzz/$target.dict")
