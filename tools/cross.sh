@@ -31,27 +31,30 @@ programs=(zel-terminal blank_window terminal_first_frame)
 # ---- The root ------------------------------------------------------------------------------------
 
 root=$folder/$arch
-if [[ ! -d $root ]]; then
+packages=(ccache cmake "${compilers[$arch]}" fonts-noto-core fonts-noto-cjk fonts-noto-cjk-extra
+    imagemagick librsvg2-bin ninja-build pkg-config python3 python3-fonttools qemu-user-static tzdata
+    {libbenchmark-dev,libhangul-dev,libpistache-dev,libsqlite3-dev,qtbase5-dev}:"$arch")
+include=$(IFS=,; echo "${packages[*]}")
+# One that was made for other packages is made anew.
+if [[ ! -d $root || $(cat "$root.packages" 2>/dev/null) != "$include" ]]; then
     command -v mmdebstrap >/dev/null || {
         echo "Debian's package mmdebstrap is missing." >&2
         exit 1
     }
     echo "Making the root $root"
     mkdir -p "$folder"
-    rm -rf --one-file-system "$root.new"
+    rm -rf --one-file-system "$root" "$root.new"
     mirror=${ZEL_MIRROR:-$(apt-get indextargets --format '$(REPO_URI)' 'Codename: bookworm' \
         'Component: main' 'Identifier: Packages' | head -n 1)}
-    packages=(ccache cmake "${compilers[$arch]}" fonts-noto-core fonts-noto-cjk fonts-noto-cjk-extra
-        imagemagick librsvg2-bin ninja-build pkg-config python3 qemu-user-static tzdata
-        {libbenchmark-dev,libhangul-dev,libpistache-dev,libsqlite3-dev,qtbase5-dev}:"$arch")
     # What it mounts on the way is in a namespace of its own: nothing is left behind, whatever happens.
     unshare --mount --propagation private -- mmdebstrap --quiet --variant=minbase --mode=root \
-        --architectures="amd64,$arch" --include="$(IFS=,; echo "${packages[*]}")" \
+        --architectures="amd64,$arch" --include="$include" \
         bookworm "$root.new" ${mirror:+"$mirror"} || {
         rm -rf --one-file-system "$root.new"
         exit 1
     }
     mv "$root.new" "$root"
+    echo "$include" >"$root.packages"
 fi
 
 # inside COMMAND...: in the root, where these sources lie as they do here, read-only but for what is
