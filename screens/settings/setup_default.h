@@ -3,7 +3,6 @@
 #include "screens/common/device_request.h"
 #include "screens/common/form_screen.h"
 #include "screens/common/screen_popup.h"
-#include "ui/visible_timer.h"
 #include "ui_setup_default.h"
 
 /// Resets logs, settings or everything, and restarts the terminal.
@@ -27,12 +26,7 @@ class SetupDefault : public FormScreen<Ui::SetupDefault> {
     void reset(unsigned char what);
     void restart();
 
-    /// Waits behind dialog number @p wait; the menus' time does not run meanwhile.
-    void await(int wait);
-    void endWait();
-
     DeviceRequest reset_;
     DeviceRequest restart_;
     ScreenPopup popup_;
-    VisibleTimer stay_;
 };
