@@ -37,6 +37,12 @@ void EnrolRing::applyScripts(const Lookup& lookup) {
     update();
 }
 
+void EnrolRing::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    part_ = QPixmap();
+    partOf_ = -1;
+}
+
 void EnrolRing::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setClipRegion(event->region());
@@ -48,8 +54,11 @@ void EnrolRing::paintEvent(QPaintEvent* event) {
     const QRegion around = event->region() - kHole;
     for (const QRect& part : around)
         painter.fillRect(part, Theme::color(Theme::kBackground));
-    painter.drawPixmap(kRing.topLeft(),
-                       Pictures::file(QStringLiteral("/zel1/image/percent_%1.png").arg(percent_)));
+    if (partOf_ != percent_) {
+        part_ = Pictures::file(QStringLiteral("/zel1/image/percent_%1.png").arg(percent_));
+        partOf_ = percent_;
+    }
+    painter.drawPixmap(kRing.topLeft(), part_);
     if (text_.key().isEmpty())
         return;
 
