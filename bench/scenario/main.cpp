@@ -18,7 +18,7 @@ constexpr Scenario kScenarios[] = {
     {"start", &measureStart},   {"idle", &measureIdle},         {"screens", &measureScreens},
     {"result", &measureResult}, {"tracking", &measureTracking}, {"standby", &measureStandby},
     {"rest", &measureRest},     {"users", &measureUsers},       {"orders", &measureOrders},
-    {"load", &measureLoad},     {"lists", &measureLists},
+    {"load", &measureLoad},     {"lists", &measureLists},       {"enrol", &measureEnrolments},
 };
 
 void setFreePort(const char* variable) {
