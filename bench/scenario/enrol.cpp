@@ -1,4 +1,6 @@
 #include <QElapsedTimer>
+#include <QHostAddress>
+#include <QTcpSocket>
 #include <QtTest>
 #include <functional>
 #include <iterator>
@@ -13,7 +15,6 @@
 #include "bench/scenario/painting.h"
 #include "bench/scenario/program.h"
 #include "bench/scenario/scenarios.h"
-#include "sim/controller/controller_sim.h"
 #include "ui/dialog_overlay.h"
 #include "ui/input_field.h"
 #include "ui/touch_shield.h"
@@ -41,11 +42,18 @@ struct Times {
 /// The terminal under a finger, and the controller that it talks to.
 class Enrolment {
  public:
-    explicit Enrolment(ControllerSim& sim) : sim_(sim) { window_.show(); }
+    Enrolment() { window_.show(); }
 
-    bool start() {
-        return wait([this] { return window_.settingsArrived(); });
+    /// Waits for the controller, which takes words at the port @p control.
+    bool start(quint16 control) {
+        const auto connects = [&] {
+            words_.connectToHost(QHostAddress(QHostAddress::LocalHost), control);
+            return words_.waitForConnected();
+        };
+        return wait(connects) && wait([this] { return window_.settingsArrived(); });
     }
+    /// Has the controller carry words out; false when it knows better.
+    bool tell(const QString& words) { return ask(words).startsWith("ok"); }
     /// One of them from its beginning to its end; false when it does not come to that.
     bool play(const Mode& mode, int number) {
         window_.changeWindow(screen_title::kStandby);
@@ -88,13 +96,17 @@ class Enrolment {
         }
         return nullptr;
     }
-    bool tell(const QString& words) {
-        return sim_.execute(words).section(QLatin1Char('\n'), -1).startsWith(QLatin1String("ok"));
+    QByteArray ask(const QString& words) {
+        words_.write(words.toUtf8() + '\n');
+        QByteArray answer;
+        const bool answered = wait([&] {
+            answer += words_.readAll();
+            return answer.endsWith('\n');
+        });
+        return answered ? answer : QByteArray();
     }
     bool captures(const char* what) {
-        return wait([&] {
-            return sim_.execute(QStringLiteral("enrolment")).contains(QLatin1String(what));
-        });
+        return wait([&] { return ask(QStringLiteral("enrolment")).contains(what); });
     }
     /// Puts the finger on the widget @p name as soon as it is there.
     bool press(const char* name) {
@@ -131,8 +143,8 @@ class Enrolment {
         return window_.getActivateWindowForm() == screen;
     }
 
-    ControllerSim& sim_;
     MainWindow window_;
+    QTcpSocket words_;
     QPoint at_;
     std::map<QString, Times> times_;
 };
@@ -140,18 +152,21 @@ class Enrolment {
 }  // namespace
 
 bool measureEnrolments() {
-    // Before the first path is asked for: the ports are read together with the root.
-    ControllerSim sim(0, 0, QFile::decodeName(qgetenv("ZEL_ROOT")) + QStringLiteral("/mnt/data"));
-    qputenv("ZEL_LINK_PORT", QByteArray::number(sim.port()));
+    // A process of its own, or what it keeps of users would be taken for the terminal's.
+    const quint16 control = freePort();
+    Program controller("zel-controller-sim",
+                       {QStringLiteral("--control"), QString::number(control)});
     QFile(DevicePaths::at(QStringLiteral("/mnt/data/rebootchkr"))).open(QIODevice::WriteOnly);
+    TouchShield::setTime(0);
+    Enrolment enrolment;
+    if (!enrolment.start(control))
+        return false;
     for (const char* words :
          {"settings screen.menuTimeout 3", "settings registration.on 1",
-          "settings registration.authMethod 2", "settings registration.autoId 1", "enrol-pace 0"})
-        sim.execute(QLatin1String(words));
-    TouchShield::setTime(0);
-    Enrolment enrolment(sim);
-    if (!enrolment.start())
-        return false;
+          "settings registration.authMethod 2", "settings registration.autoId 1", "enrol-pace 0"}) {
+        if (!enrolment.tell(QLatin1String(words)))
+            return false;
+    }
 
     double before = 0;
     for (int number = 0; number < kEnrolments; ++number) {
