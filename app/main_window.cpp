@@ -146,10 +146,14 @@ MainWindow* MainWindow::getMainWindow() {
 
 void MainWindow::installPictures() {
     const QString folder = DevicePaths::at(QStringLiteral("/usr/img"));
-    if (!QFileInfo(folder).isDir() || !QFileInfo(folder).isWritable())
+    const QStringList pictures =
+        FolderLinks::entries(DevicePaths::at(QStringLiteral("/zel1/image/img")));
+    FolderLinks::replace(folder, pictures);
+    // One that cannot be written may have all links already.
+    const QFileInfo place(folder);
+    if ((!place.isDir() || !place.isWritable()) &&
+        FolderLinks::entries(folder).size() < pictures.size())
         qCWarning(appLog, "%s cannot be written, there will be no pictures", qPrintable(folder));
-    FolderLinks::replace(folder,
-                         FolderLinks::entries(DevicePaths::at(QStringLiteral("/zel1/image/img"))));
 }
 
 void MainWindow::initWindowList() {
@@ -157,7 +161,7 @@ void MainWindow::initWindowList() {
 }
 
 void MainWindow::connectMessages() {
-    connect(dispatch_, &MessageDispatch::shellMessage, history_, &PeerHistory::controllerMessage);
+    connect(dispatch_, &MessageDispatch::arrived, history_, &PeerHistory::controllerMessage);
     connect(dispatch_, &MessageDispatch::shellMessage, messages_, &ShellMessages::take);
     connect(messages_, &ShellMessages::quitOrdered, this, &MainWindow::quitByController);
     connect(messages_, &ShellMessages::statusReported, this,

@@ -1,7 +1,10 @@
 #include "screens/standby_pictures.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QStringList>
+#include <algorithm>
+#include <iterator>
 
 #include "base/device_folders.h"
 #include "base/device_paths.h"
@@ -16,13 +19,23 @@ constexpr const char* kBackgrounds[] = {
     DeviceFolders::kManagementBackgrounds,
     DeviceFolders::kUsbImages,
 };
+constexpr const char* kSuffixes[] = {"jpg", "jpeg", "png", "bmp"};
 constexpr QSize kLogoSize(240, 72);
 
+bool isPicture(const QString& name) {
+    // Name filters of QDir would do, and bring the compiler of regular expressions along.
+    const QString suffix = QFileInfo(name).suffix();
+    return std::any_of(std::begin(kSuffixes), std::end(kSuffixes), [&](const char* each) {
+        return suffix.compare(QLatin1String(each), Qt::CaseInsensitive) == 0;
+    });
+}
+
 QStringList pictureNames(const QString& deviceFolder) {
-    return QDir(DevicePaths::at(deviceFolder))
-        .entryList({QStringLiteral("*.jpg"), QStringLiteral("*.jpeg"), QStringLiteral("*.png"),
-                    QStringLiteral("*.bmp")},
-                   QDir::Files, QDir::Name);
+    QStringList names = QDir(DevicePaths::at(deviceFolder)).entryList(QDir::Files, QDir::Name);
+    names.erase(std::remove_if(names.begin(), names.end(),
+                               [](const QString& name) { return !isPicture(name); }),
+                names.end());
+    return names;
 }
 
 }  // namespace

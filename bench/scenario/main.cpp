@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "base/heap.h"
 #include "bench/scenario/program.h"
 #include "bench/scenario/scenarios.h"
 #include "sim/device_root.h"
@@ -19,6 +20,7 @@ constexpr Scenario kScenarios[] = {
     {"result", &measureResult}, {"tracking", &measureTracking}, {"standby", &measureStandby},
     {"rest", &measureRest},     {"users", &measureUsers},       {"orders", &measureOrders},
     {"load", &measureLoad},     {"lists", &measureLists},       {"enrol", &measureEnrolments},
+    {"day", &measureDay},
 };
 
 void setFreePort(const char* variable) {
@@ -36,6 +38,7 @@ int main(int argc, char** argv) {
         if (qEnvironmentVariableIsEmpty("TMPDIR"))
             qputenv("TMPDIR", "/dev/shm");
         qputenv("QT_QPA_PLATFORM", "offscreen");
+        Heap::giveBackLargeBlocks();
         const DeviceRoot root;
         qputenv("XDG_RUNTIME_DIR", qgetenv("ZEL_ROOT"));
         setFreePort("ZEL_LINK_PORT");

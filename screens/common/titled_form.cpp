@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "app/screen_titles.h"
 #include "app/window_shell.h"
 #include "screens/common/device_request.h"
 #include "ui/top_bar.h"
@@ -66,5 +67,5 @@ void TitledForm::prevButtonTouch() {
 }
 
 void TitledForm::homeButtonTouch() {
-    shell()->changeWindow(QStringLiteral("stayWindow"));
+    shell()->changeWindow(screen_title::kStandby);
 }

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/main_window.h"
+#include "app/window_shell.h"
 #include "link/command_code.h"
 #include "link/command_parameters.h"
 #include "screens/factory/factory_report.h"
@@ -47,9 +47,8 @@ void FactoryMenu::built() {
     ui_->warning->setInk(Theme::kDanger);
     shield_ = new TouchShield(this);
 
-    const MainWindow* window = MainWindow::getMainWindow();
-    connect(window, &MainWindow::signal_changeWindow, this, &FactoryMenu::screenChanging);
-    connect(window, &MainWindow::signal_linkChanged, this, &FactoryMenu::linkChanged);
+    shell()->onScreenChange(this, [this](const QString& title) { screenChanging(title); });
+    shell()->onLinkChange(this, [this](bool up) { linkChanged(up); });
     connect(qApp, &QCoreApplication::aboutToQuit, this, &FactoryMenu::quitting);
 }
 

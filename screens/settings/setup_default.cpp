@@ -86,6 +86,12 @@ void SetupDefault::windowOutEvent() {
     popup_.endWait();
 }
 
+void SetupDefault::deviceAnswer(const DeviceMessage& message) {
+    // One that has come too late for its own reset, or the service's, is not about this one.
+    if (message.command != command::Initialised || message.p2 == what_)
+        FormScreen::deviceAnswer(message);
+}
+
 void SetupDefault::ask(unsigned char what) {
     const auto agreed = [this, what] { reset(what); };
     QString below;
@@ -101,6 +107,7 @@ void SetupDefault::reset(unsigned char what) {
         popup_.show(kNoController, kPopupSeconds);
         return;
     }
+    what_ = what;
     popup_.wait(numberOf(what));
 }
 

@@ -4,6 +4,7 @@
 #include <QMouseEvent>
 #include <QTcpSocket>
 
+#include "app/fonts.h"
 #include "app/message_dispatch.h"
 #include "base/clock.h"
 #include "link/command_code.h"
@@ -66,6 +67,7 @@ Stage::Stage() : settings_(factorySettings()) {
     controller_.listen(QHostAddress::LocalHost);
     qputenv("ZEL_LINK_PORT", QByteArray::number(controller_.serverPort()));
     qputenv("ZEL_REST_PORT", QByteArray::number(freePort()));
+    Fonts::configure();
     restart();
 }
 
