@@ -50,6 +50,7 @@ MainWindow::MainWindow(QWidget* parent)
       locationPath_(DevicePaths::at(QStringLiteral("/mnt/data/location.txt"))),
       imageDirectory_(DevicePaths::at(QLatin1String(DeviceFolders::kImages))),
       ui_(std::make_unique<Ui::MainWindow>()) {
+    Theme::load(DevicePaths::at(QStringLiteral("/zel1/theme.json")));
     Pictures::limitCache();
     installPictures();
     for (QWidget* widget : QApplication::topLevelWidgets()) {

@@ -14,6 +14,8 @@
 namespace {
 
 constexpr qint64 kMaxAddress = 4096;
+/// The largest number that a file's name can have.
+constexpr int kMaxNumber = 999999999;
 
 /// The REST server's thread writes, the GUI thread does the rest.
 std::mutex lock;
@@ -55,7 +57,8 @@ namespace FirmwareOrders {
 bool keep(FR44_Parameter& order) {
     const std::lock_guard<std::mutex> guard(lock);
     const QList<Kept> before = list();
-    if (before.size() >= kMost || !Disk::makeFolder(folder()))
+    if (before.size() >= kMost || (!before.isEmpty() && before.last().number == kMaxNumber) ||
+        !Disk::makeFolder(folder()))
         return false;
     const int number = before.isEmpty() ? 1 : before.last().number + 1;
     const QString fresh = folder() + QStringLiteral("new");

@@ -48,16 +48,17 @@ std::string answerText(const Http::ResponseWriter& response, Http::Code code, co
 
 }  // namespace
 
-/// All connections of the worker.
+/// All connections of the worker. They are its own: whoever has accepted one may be the last to let
+/// go of the library's record of it.
 class HttpGuard::Crowd {
  public:
-    std::vector<Connection*> connections;
+    std::vector<std::shared_ptr<Connection>> connections;
     std::size_t held = 0;
     unsigned long round = 0;
 };
 
-/// What the guard knows about one connection. It lives as long as the library's own record of the
-/// connection, which not every way of ending one reports.
+/// What the guard knows about one connection. It is there as long as the library's own record of
+/// the connection, which not every way of ending one reports, and until the worker next looks.
 class HttpGuard::Connection {
  public:
     enum class Phase {
@@ -70,14 +71,7 @@ class HttpGuard::Connection {
         Cut,
     };
 
-    Connection(HttpGuard& owner, const Peer& itsPeer) : guard(owner), peer(itsPeer) {
-        crowd_->connections.push_back(this);
-    }
-    ~Connection() {
-        crowd_->held -= held_;
-        auto& all = crowd_->connections;
-        all.erase(std::find(all.begin(), all.end(), this));
-    }
+    Connection(HttpGuard& owner, const Peer& itsPeer) : guard(owner), peer(itsPeer) {}
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
 
@@ -92,12 +86,9 @@ class HttpGuard::Connection {
         since = Clock::now();
     }
     /// Takes into account what is held now; false when that is too much over all.
-    bool account() {
-        crowd_->held -= held_;
-        held_ = reader.held() + following.size() + answer.size();
-        crowd_->held += held_;
-        return crowd_->held <= kMaxHeld;
-    }
+    bool account() { return hold(reader.held() + following.size() + answer.size()); }
+    /// Holds nothing from now on.
+    void leave() { hold(0); }
     /// Ends both ways at once; the library notices that and closes.
     void cut() {
         const bool isQuiet = phase == Phase::New || phase == Phase::Idle;
@@ -131,7 +122,13 @@ class HttpGuard::Connection {
     bool awaitsRoom = false;
 
  private:
-    const std::shared_ptr<Crowd> crowd_ = guard.crowd_;
+    bool hold(std::size_t bytes) {
+        std::size_t& all = guard.crowd_->held;
+        all = all - held_ + bytes;
+        held_ = bytes;
+        return all <= kMaxHeld;
+    }
+
     std::size_t held_ = 0;
 };
 
@@ -147,25 +144,36 @@ void HttpGuard::beginRound() {
     ++crowd_->round;
 }
 
+void HttpGuard::endRound() {
+    auto& all = crowd_->connections;
+    const auto gone = std::partition(all.begin(), all.end(),
+                                     [](const auto& one) { return !one->peer.expired(); });
+    std::for_each(gone, all.end(), [](const auto& one) { one->leave(); });
+    all.erase(gone, all.end());
+}
+
 // --- Input ---------------------------------------------------------------------------------
 
 void HttpGuard::onConnection(const Peer& peer) {
     using Phase = Connection::Phase;
     auto& all = crowd_->connections;
-    const auto isThere = [](const Connection* one) { return one->phase != Phase::Cut; };
+    const auto isThere = [](const auto& one) {
+        return one->phase != Phase::Cut && !one->peer.expired();
+    };
     if (std::count_if(all.begin(), all.end(), isThere) >= limits_.connections) {
         // Who is in the middle of something goes only when everybody is.
-        const auto rank = [&isThere](const Connection* one) {
+        const auto rank = [&isThere](const auto& one) {
             const bool busy = one->phase == Phase::Head || one->phase == Phase::Body ||
                               one->phase == Phase::Answering;
             return std::make_tuple(!isThere(one), busy, one->heard);
         };
         const auto first =
             std::min_element(all.begin(), all.end(),
-                             [&rank](const auto* a, const auto* b) { return rank(a) < rank(b); });
+                             [&rank](const auto& a, const auto& b) { return rank(a) < rank(b); });
         (*first)->cut();
     }
-    peer->putData(kConnectionData, std::make_shared<Connection>(*this, peer));
+    all.push_back(std::make_shared<Connection>(*this, peer));
+    peer->putData(kConnectionData, all.back());
 }
 
 void HttpGuard::onInput(const char* data, std::size_t size, const Peer& peer) {
@@ -348,7 +356,7 @@ void HttpGuard::refuse(Http::Code code, Connection& connection, const Peer& peer
 
 void HttpGuard::watch() {
     const Clock::time_point now = Clock::now();
-    for (Connection* const connection : crowd_->connections)
+    for (const auto& connection : crowd_->connections)
         judge(*connection, now);
 }
 

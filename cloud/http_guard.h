@@ -71,6 +71,8 @@ class HttpGuard : public Pistache::Http::Handler {
     /// To be called before what has become ready at the same time is dealt with: nobody is served
     /// twice in a round.
     void beginRound();
+    /// To be called when it has been: forgets the connections that have ended.
+    void endRound();
     /// There is room for more of an answer again.
     void onRoom(const Peer& peer);
     /// Ends the connections whose time is over.

@@ -61,6 +61,7 @@ void HttpTransport::onReady(const Aio::FdSet& ready) {
     }
     if (!others.empty())
         Transport::onReady(Aio::FdSet(std::move(others)));
+    guard_->endRound();
     if (!running_ && !peers.empty())
         startTimer(guard_->limits().watch);
 }

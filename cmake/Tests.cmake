@@ -1,5 +1,7 @@
 find_package(Qt5 5.15 REQUIRED COMPONENTS Test)
 
+set(zel_test_environment "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TZ=Asia/Seoul;QT_LOGGING_RULES=zel.*.debug=false;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0")
+
 # Tests of what comes from outside (frames, requests, files), marked SANITIZE, also run under the
 # sanitizers; this target builds just those.
 add_custom_target(zel_sanitized_tests)
@@ -17,6 +19,9 @@ function(zel_add_test name)
     if(zel_controller_sim IN_LIST ARG_LIBRARIES AND ARG_LIBRARIES MATCHES zel_screens)
         list(PREPEND ARG_LIBRARIES zel_test_support)
     endif()
+    if(ZEL_SANITIZE STREQUAL thread)
+        target_sources(${name} PRIVATE support/tsan_qt.cpp)
+    endif()
     target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} Qt5::Test Qt5::Widgets Qt5::Network)
     target_precompile_headers(${name} REUSE_FROM zel_test_headers)
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
@@ -25,29 +30,36 @@ function(zel_add_test name)
     add_dependencies(${name} zel_data)
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES TIMEOUT 120
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TZ=Asia/Seoul;QT_LOGGING_RULES=zel.*.debug=false;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0")
+        ENVIRONMENT "${zel_test_environment}")
     if(ARG_SANITIZE)
         set_tests_properties(${name} PROPERTIES LABELS sanitize)
         add_dependencies(zel_sanitized_tests ${name})
     endif()
 endfunction()
 
-# zel_add_fuzz_target(NAME LIBRARIES lib...) builds fuzz/NAME.cpp. With ZEL_FUZZ (clang) it is a
-# libFuzzer program to be run by hand; otherwise a test that gives it a fixed set of inputs.
+# zel_add_fuzz_target(NAME [TERMINAL] MADE_UP n LIBRARIES lib...) builds fuzz/NAME.cpp. With ZEL_FUZZ
+# (clang) it is a libFuzzer program for tools/fuzz.sh; otherwise a test over its corpus and n made-up
+# inputs, under the sanitizers too unless it is one of the whole TERMINAL, which takes long to build.
 add_custom_target(zel_fuzz_targets)
 function(zel_add_fuzz_target name)
-    cmake_parse_arguments(ARG "" "" "LIBRARIES" ${ARGN})
+    cmake_parse_arguments(ARG "TERMINAL" "MADE_UP" "LIBRARIES" ${ARGN})
     add_executable(${name} fuzz/${name}.cpp)
     target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES})
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+    add_dependencies(${name} zel_data)
     add_dependencies(zel_fuzz_targets ${name})
     if(ZEL_FUZZ)
+        target_sources(${name} PRIVATE fuzz/fuzz_count.cpp)
         target_compile_options(${name} PRIVATE -fsanitize=fuzzer)
-        target_link_options(${name} PRIVATE -fsanitize=fuzzer)
-    else()
-        target_sources(${name} PRIVATE fuzz/fuzz_driver.cpp)
-        add_test(NAME ${name} COMMAND ${name})
-        set_tests_properties(${name} PROPERTIES LABELS sanitize TIMEOUT 120)
+        target_link_options(${name} PRIVATE -fsanitize=fuzzer -Wl,--wrap=LLVMFuzzerTestOneInput)
+        return()
+    endif()
+    target_sources(${name} PRIVATE fuzz/fuzz_driver.cpp)
+    add_test(NAME ${name} COMMAND
+        ${name} ${ARG_MADE_UP} ${CMAKE_CURRENT_SOURCE_DIR}/fuzz/corpus/${name})
+    set_tests_properties(${name} PROPERTIES TIMEOUT 120 ENVIRONMENT "${zel_test_environment}")
+    if(NOT ARG_TERMINAL)
+        set_tests_properties(${name} PROPERTIES LABELS sanitize)
         add_dependencies(zel_sanitized_tests ${name})
     endif()
 endfunction()

@@ -1,6 +1,7 @@
 #include "screens/standby_pictures.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QStringList>
 #include <algorithm>
@@ -63,8 +64,10 @@ QPixmap background(int choice) {
 QPixmap logo() {
     const QString folder = QLatin1String(DeviceFolders::kLogo);
     const QStringList pictures = pictureNames(folder);
-    return pictures.isEmpty() ? QPixmap()
-                              : Pictures::foreignKept(folder, pictures.first(), kLogoSize);
+    if (!pictures.isEmpty())
+        return Pictures::foreignKept(folder, pictures.first(), kLogoSize);
+    const QString makers = QStringLiteral("/zel1/image/logo.png");
+    return QFile::exists(DevicePaths::at(makers)) ? Pictures::file(makers) : QPixmap();
 }
 
 }  // namespace StandbyPictures

@@ -42,7 +42,8 @@ if [[ ! -d $root ]]; then
     mirror=${ZEL_MIRROR:-$(apt-get indextargets --format '$(REPO_URI)' 'Codename: bookworm' \
         'Component: main' 'Identifier: Packages' | head -n 1)}
     packages=(ccache cmake "${compilers[$arch]}" fonts-noto-core fonts-noto-cjk fonts-noto-cjk-extra
-        imagemagick librsvg2-bin ninja-build pkg-config python3 qemu-user-static tzdata
+        imagemagick librsvg2-bin ninja-build pkg-config python3 python3-fonttools
+        qemu-user-static tzdata
         {libbenchmark-dev,libhangul-dev,libpistache-dev,libsqlite3-dev,qtbase5-dev}:"$arch")
     # What it mounts on the way is in a namespace of its own: nothing is left behind, whatever happens.
     unshare --mount --propagation private -- mmdebstrap --quiet --variant=minbase --mode=root \

@@ -28,11 +28,7 @@ constexpr QPoint kLogo(24, 24);
 constexpr QSize kLogoSize(240, 72);
 
 // The terminal's own background: rings around the lower right corner.
-constexpr QRgb kGroundTop = 0xff0b1119;
-constexpr QRgb kGroundMiddle = 0xff0f1b29;
 constexpr double kGroundMiddleAt = 0.55;
-constexpr QRgb kGroundBottom = 0xff143042;
-constexpr QRgb kRing = 0xff1b3b4d;
 constexpr double kRingWidth = 1.5;
 constexpr int kSmallestRing = 140;
 constexpr int kLargestRing = 500;
@@ -115,11 +111,11 @@ void StandbyView::paintEvent(QPaintEvent* event) {
 // Drawn, since a picture of the whole screen would take memory for as long as the terminal runs.
 void StandbyView::paintOwnBackground(QPainter& painter, const QRect& area) const {
     QLinearGradient ground(0, 0, 0, height());
-    ground.setColorAt(0, Theme::color(kGroundTop));
-    ground.setColorAt(kGroundMiddleAt, Theme::color(kGroundMiddle));
-    ground.setColorAt(1, Theme::color(kGroundBottom));
+    ground.setColorAt(0, Theme::color(Theme::kGroundTop));
+    ground.setColorAt(kGroundMiddleAt, Theme::color(Theme::kGroundMiddle));
+    ground.setColorAt(1, Theme::color(Theme::kGroundBottom));
     painter.fillRect(area, ground);
-    painter.setPen(QPen(Theme::color(kRing), kRingWidth));
+    painter.setPen(QPen(Theme::color(Theme::kRing), kRingWidth));
     painter.setBrush(Qt::NoBrush);
     for (int radius = kSmallestRing; radius <= kLargestRing; radius += kRingDistance)
         painter.drawEllipse(QPoint(width(), height()), radius, radius);

@@ -1,7 +1,10 @@
-// Runs a fuzz target without a fuzzer: over the files given, or over a fixed number of made-up
-// inputs, the same ones at every run. With clang the target is linked to libFuzzer instead.
+// Runs a fuzz target without a fuzzer: NUMBER [FILE|FOLDER...]. Over the files, those of the
+// folders, and NUMBER made-up inputs, the same ones at every run. With clang the target is linked
+// to libFuzzer instead.
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <random>
@@ -11,33 +14,46 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
 
 namespace {
 
-constexpr int kInputs = 20000;
 constexpr std::size_t kMaxSize = 6000;
 
 /// Numbers that parsers of this project trip over more easily than over others.
 constexpr std::uint8_t kTelling[] = {0xC5, 0x02, 0x00, 0xFF, '{', '"', '[', '\\', '/', '.',
                                      ':',  '~',  4,    6,    7,   12,  13,  14,   15,  19};
 
+int runFile(const std::filesystem::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    if (!file.is_open()) {
+        std::fprintf(stderr, "%s cannot be read\n", path.c_str());
+        std::exit(EXIT_FAILURE);
+    }
+    const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
+    LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
+    return 1;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-    for (int i = 1; i < argc; ++i) {
-        std::ifstream file(argv[i], std::ios::binary);
-        const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
-        LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
+    const int madeUp = argc > 1 ? std::atoi(argv[1]) : 0;
+    int files = 0;
+    for (int i = 2; i < argc; ++i) {
+        if (!std::filesystem::is_directory(argv[i])) {
+            files += runFile(argv[i]);
+            continue;
+        }
+        for (const auto& entry : std::filesystem::directory_iterator(argv[i]))
+            files += runFile(entry.path());
     }
-    if (argc > 1)
-        return 0;
 
     std::mt19937 random(480800);
     std::vector<std::uint8_t> bytes;
-    for (int i = 0; i < kInputs; ++i) {
+    for (int i = 0; i < madeUp; ++i) {
         bytes.resize(random() % (i % 16 == 0 ? kMaxSize : 200));
         for (std::uint8_t& byte : bytes)
             byte = random() % 3 == 0 ? kTelling[random() % std::size(kTelling)]
                                      : static_cast<std::uint8_t>(random());
         LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
     }
-    std::printf("%d inputs survived\n", kInputs);
+    std::printf("%d files and %d made-up inputs survived\n", files, madeUp);
     return 0;
 }

@@ -1,0 +1,118 @@
+#include <QCoreApplication>
+#include <QDirIterator>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QUrl>
+
+#include "cloud/download_manager.h"
+#include "cloud/json_input.h"
+#include "cloud/rest_client.h"
+#include "fuzz_root.h"
+#include "tests/cloud_test_support.h"
+
+namespace {
+
+constexpr char kInput[] = "/mnt/data/input";
+
+/// A client and a service that answers each call with the same bytes, and then hangs up.
+class Calls {
+ public:
+    Calls() {
+        service_.answer = [this](const FakeService::Request&) { return answer_; };
+        service_.closeAfterAnswer = true;
+        _gui_menu_ settings{};
+        settings.network.own.managerAddress[0] = 127;
+        settings.network.own.managerAddress[3] = 1;
+        settings.network.own.managerPort = service_.serverPort();
+        host_.setSettings(settings);
+    }
+
+    void call(int command, const QByteArray& answer) {
+        answer_ = answer;
+        host_.completed.clear();
+        demand(client_.SendCommand(command, {}) == RestClass::kAccepted);
+        wait([this] { return !host_.completed.isEmpty(); });
+        const int code = host_.completed.first().value<ProcIDX>().resultCode;
+        demand(command != RestClass::kConnect || host_.link == (code == 1000 || code == 2003));
+        for (const auto& order : host_.takeCommands())
+            order.second.value<FR01_Parameter>().moment();
+        service_.requests.clear();
+    }
+
+    void download(const QByteArray& path, const QByteArray& answer) {
+        answer_ = answer;
+        root_.clear(kInput);
+        DownloadManager downloads;
+        bool ended = false;
+        QObject::connect(&downloads, QOverload<>::of(&DownloadManager::finished),
+                         [&ended] { ended = true; });
+        QUrl url(QStringLiteral("http://127.0.0.1/"));
+        url.setPort(service_.serverPort());
+        url.setPath(QLatin1Char('/') + QString::fromUtf8(path));
+        downloads.append(url);
+        wait([&ended] { return ended; });
+        // One file at most, in the folder itself, never under the archive's own name.
+        QDirIterator files(root_.path("/mnt"),
+                           QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                           QDirIterator::Subdirectories);
+        while (files.hasNext()) {
+            const QString file = files.next();
+            demand(files.fileInfo().isDir() ||
+                   (file == downloads.getFilePath() && file != downloads.getArchivePath()));
+        }
+        service_.requests.clear();
+    }
+
+ private:
+    template <typename Condition>
+    static void wait(Condition condition) {
+        while (!condition())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
+    FuzzRoot root_;
+    QByteArray answer_;
+    FakeHost host_;
+    FakeService service_;
+    RestClass client_{host_, nullptr};
+};
+
+void readAlone(const QByteArray& body) {
+    const auto read = readJsonObject(body);
+    demand(!read || QJsonDocument::fromJson(body).object() == *read);
+}
+
+}  // namespace
+
+// The first byte chooses: one of the calls, a download, or, since those take a thousand times as
+// long, the body alone. For a download the second byte is the length of the path. What is left is
+// an answer as it comes over the wire, or with the byte's highest bit a body behind a proper head.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+    static int argc = 0;
+    static const QCoreApplication application(argc, nullptr);
+    static Calls calls;
+    if (size < 2)
+        return 0;
+    constexpr int kCommands[] = {RestClass::kConnect, RestClass::kConnectionCheck,
+                                 RestClass::kUserInOutLog, RestClass::kUserEnroll,
+                                 RestClass::kUserDeleted};
+    constexpr int kCount = sizeof kCommands / sizeof *kCommands;
+    const int kind = bytes[0] & 0x7F;
+    QByteArray rest = bytesOf(bytes + 1, size - 1);
+    if (kind > kCount) {
+        readAlone(rest);
+        return 0;
+    }
+    QByteArray path;
+    if (kind == kCount) {
+        path = rest.mid(1, bytes[1]);
+        rest = rest.mid(1 + bytes[1]);
+    }
+    const QByteArray answer = bytes[0] & 0x80 ? FakeService::json(rest) : rest;
+    if (kind == kCount)
+        calls.download(path, answer);
+    else
+        calls.call(kCommands[kind], answer);
+    return 0;
+}
