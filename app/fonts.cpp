@@ -38,6 +38,13 @@ void add(QLatin1String name) {
 
 namespace Fonts {
 
+void configure() {
+    const char* const variable = "FONTCONFIG_FILE";
+    const QString file = DevicePaths::at(QStringLiteral("/zel1/fonts.conf"));
+    if (!qEnvironmentVariableIsSet(variable) && QFile::exists(file))
+        qputenv(variable, QFile::encodeName(file));
+}
+
 void installBase() {
     QStringList files;
     for (const QLatin1String name : {kLight, kBold, kMedium, kRegular, kSerif})

@@ -5,6 +5,9 @@
 /// texts then fall back to whatever family there is.
 namespace Fonts {
 
+/// Makes the terminal's fonts.conf that of the process, unless the environment names another. To be
+/// called before the first window, when the font system reads it.
+void configure();
 /// Renews the links of the base fonts and registers them.
 void installBase();
 /// Registers the base fonts as they are linked.

@@ -1,12 +1,15 @@
 #include "app/languages.h"
 
+#include <QApplication>
 #include <QFontDatabase>
 
 #include "app/fonts.h"
+#include "ui/theme.h"
 
 namespace {
 
-constexpr int kJapanese = 2;  // has display fonts of its own
+constexpr int kJapanese = 2;    // has display fonts of its own
+constexpr int kUsualSize = 24;  // pixels
 
 }  // namespace
 
@@ -16,6 +19,7 @@ Languages::Languages(QObject* parent) : QObject(parent) {
     // A list may mark its standard language with an empty title; ours does not.
     if (scripts_->setScript(QString()) != 0)
         scripts_->setScript(titles().value(0));
+    useFamily();
 }
 
 void Languages::apply(int number) {
@@ -46,5 +50,12 @@ void Languages::change(int number) {
 void Languages::load(int number) {
     number_ = number;
     scripts_->setScript(titles().at(number));
+    useFamily();
     emit changed();
+}
+
+// Qt lays texts out in the application's font before they get their own; another family than
+// theirs would be loaded just for that.
+void Languages::useFamily() {
+    QApplication::setFont(Theme::font(scripts_->getFontFamily(), kUsualSize));
 }

@@ -32,6 +32,7 @@ class Languages : public QObject {
  private:
     bool exists(int number) const { return number >= 0 && number < titles().size(); }
     void load(int number);
+    void useFamily();
 
     ScriptHandler* scripts_;
     int number_ = 0;

@@ -5,10 +5,12 @@
 #include <cstring>
 
 #include "app/capi.h"
+#include "app/fonts.h"
 #include "app/main_window.h"
 #include "app/service_manager.h"
 #include "app/unix_signals.h"
 #include "base/descriptors.h"
+#include "base/heap.h"
 #include "base/version.h"
 
 namespace {
@@ -44,8 +46,10 @@ int main(int argc, char** argv) {
         return 0;
     holdUnixSignals({SIGQUIT, SIGINT, SIGTERM, SIGHUP});
     Descriptors::raiseLimit();
+    Heap::giveBackLargeBlocks();
     capi.setEnv();
     capi.sleep(1);
+    Fonts::configure();
     ServiceManager manager;
 
     QApplication application(argc, argv);

@@ -50,6 +50,7 @@ MainWindow::MainWindow(QWidget* parent)
       locationPath_(DevicePaths::at(QStringLiteral("/mnt/data/location.txt"))),
       imageDirectory_(DevicePaths::at(QLatin1String(DeviceFolders::kImages))),
       ui_(std::make_unique<Ui::MainWindow>()) {
+    Theme::load(DevicePaths::at(QStringLiteral("/zel1/theme.json")));
     Pictures::limitCache();
     installPictures();
     for (QWidget* widget : QApplication::topLevelWidgets()) {
@@ -146,10 +147,14 @@ MainWindow* MainWindow::getMainWindow() {
 
 void MainWindow::installPictures() {
     const QString folder = DevicePaths::at(QStringLiteral("/usr/img"));
-    if (!QFileInfo(folder).isDir() || !QFileInfo(folder).isWritable())
+    const QStringList pictures =
+        FolderLinks::entries(DevicePaths::at(QStringLiteral("/zel1/image/img")));
+    FolderLinks::replace(folder, pictures);
+    // One that cannot be written may have all links already.
+    const QFileInfo place(folder);
+    if ((!place.isDir() || !place.isWritable()) &&
+        FolderLinks::entries(folder).size() < pictures.size())
         qCWarning(appLog, "%s cannot be written, there will be no pictures", qPrintable(folder));
-    FolderLinks::replace(folder,
-                         FolderLinks::entries(DevicePaths::at(QStringLiteral("/zel1/image/img"))));
 }
 
 void MainWindow::initWindowList() {
@@ -157,7 +162,7 @@ void MainWindow::initWindowList() {
 }
 
 void MainWindow::connectMessages() {
-    connect(dispatch_, &MessageDispatch::shellMessage, history_, &PeerHistory::controllerMessage);
+    connect(dispatch_, &MessageDispatch::arrived, history_, &PeerHistory::controllerMessage);
     connect(dispatch_, &MessageDispatch::shellMessage, messages_, &ShellMessages::take);
     connect(messages_, &ShellMessages::quitOrdered, this, &MainWindow::quitByController);
     connect(messages_, &ShellMessages::statusReported, this,

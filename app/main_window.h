@@ -9,6 +9,7 @@
 #include "app/navigation.h"
 #include "app/recognition_run.h"
 #include "app/record_store.h"
+#include "app/screen_titles.h"
 #include "app/settings_entrance.h"
 #include "app/system_status.h"
 #include "app/window_shell.h"
@@ -109,9 +110,18 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
         return navigation_->windows().find(title);
     }
     WindowForm* getActivateWindowForm() const override { return navigation_->windows().active(); }
+    void onScreenChange(QObject* listener,
+                        const std::function<void(const QString&)>& call) override {
+        connect(this, &MainWindow::signal_changeWindow, listener, call);
+    }
+    void onLinkChange(QObject* listener, const std::function<void(bool)>& call) override {
+        connect(this, &MainWindow::signal_linkChanged, listener, call);
+    }
     void setChangeWindowFlag(bool allowed) override {
         navigation_->windows().setChangeAllowed(allowed);
     }
+    void showStandby() override { changeWindow(screen_title::kStandby); }
+    void showLive() override { changeWindow(screen_title::kLive); }
     bool canChangeWindow() const override { return navigation_->windows().isChangeAllowed(); }
     const QList<WindowForm*>& windowList() const { return navigation_->windows().windows(); }
 

@@ -101,6 +101,8 @@ void ManagementLink::linkDrained() {
 void ManagementLink::controllerMessage(const DeviceMessage& message) {
     if (message.command == command::FirmwareUpdateAnswer)
         firmware_.answered();
+    else if (message.command == command::SettingsChanged)  // which count the users
+        carrier_.answered();
 }
 
 void ManagementLink::reportAccess(const GUI_LOGDATA& event) {

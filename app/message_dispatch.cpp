@@ -23,6 +23,7 @@ void MessageDispatch::dispatch(const DeviceMessage& message) {
         return;
     }
 
+    emit arrived(message);
     WindowForm* active = windows_.active();
     const bool isMeant = active != nullptr && (active->getTitle() == route->title ||
                                                active->getTitle() == route->secondTitle ||

@@ -20,6 +20,8 @@ class MessageDispatch : public QObject {
     void dispatch(const DeviceMessage& message);
 
  signals:
+    /// A whole frame has come, before its part is told.
+    void arrived(const DeviceMessage& message);
     void shellMessage(const DeviceMessage& message);
 
  private:

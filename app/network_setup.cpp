@@ -1,6 +1,7 @@
 #include "app/network_setup.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QLoggingCategory>
 #include <QPointer>
 #include <QProcess>
@@ -88,13 +89,17 @@ class AddressChange : public QObject {
         const QString server = std::exchange(nameServer_, QString());
         if (server.isEmpty())
             return;
-        QSaveFile file(DevicePaths::at(QLatin1String(NetworkHelper::kNameServers)));
-        // The folder may be closed where the file is not.
-        file.setDirectWriteFallback(true);
-        if (!file.open(QIODevice::WriteOnly) ||
-            file.write("nameserver " + server.toLatin1() + "\n") < 0 || !file.commit())
+        const QString path = DevicePaths::at(QLatin1String(NetworkHelper::kNameServers));
+        const QByteArray line = "nameserver " + server.toLatin1() + "\n";
+        QSaveFile file(path);
+        if (file.open(QIODevice::WriteOnly) && file.write(line) == line.size() && file.commit())
+            return;
+        // As a service the program may write this file, but nothing beside it in its folder.
+        QFile inPlace(path);
+        if (!inPlace.open(QIODevice::WriteOnly) || inPlace.write(line) != line.size() ||
+            !inPlace.flush())
             qCWarning(networkLog, "the DNS server could not be set: %s",
-                      qPrintable(file.errorString()));
+                      qPrintable(inPlace.errorString()));
     }
 
     QVector<QStringList> waiting_;

@@ -1,5 +1,6 @@
 #include "app/peer_history.h"
 
+#include "app/cable_watch.h"
 #include "base/clock.h"
 #include "cloud/parameters.h"
 #include "cloud/rest_client.h"
@@ -13,6 +14,10 @@ constexpr int kConfirmed = 1000;
 
 }  // namespace
 
+PeerHistory::PeerHistory(QObject* parent) : QObject(parent), cable_(new CableWatch(this)) {
+    connect(cable_, &CableWatch::changed, this, &PeerHistory::changed);
+}
+
 int PeerHistory::confirmedToday() const {
     return day_ == Clock::now().date() ? confirmed_ : 0;
 }
@@ -21,6 +26,8 @@ void PeerHistory::setLinkUp(bool up) {
     if (!up && !linkChanged_.isValid())
         return;
     linkChanged_ = Clock::now();
+    // Nobody has told meanwhile.
+    host_.reset();
     emit changed();
 }
 
@@ -36,10 +43,20 @@ void PeerHistory::controllerMessage(const DeviceMessage& message) {
         case command::UnsentDataReady:
             eventsWait_ = usersWait_ = true;
             break;
+        case command::ConnectionInfo:
+            if (const auto host = message.record<HostInfo>())
+                setHost(*host);
+            break;
         default:
             return;
     }
     emit changed();
+}
+
+void PeerHistory::setHost(const HostInfo& host) {
+    if (!host_ || host_->connected != host.connected)
+        hostSince_ = Clock::now();
+    host_ = host;
 }
 
 void PeerHistory::completed(const QVariant& procIdx) {

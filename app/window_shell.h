@@ -48,6 +48,8 @@ class WindowShell {
     // --- The peers -------------------------------------------------------------------------
     /// Whether the link to the device controller has been reported up.
     virtual bool linkUp() const = 0;
+    /// Has @p call called each time that it is reported up or down, as long as @p listener lives.
+    virtual void onLinkChange(QObject* listener, const std::function<void(bool up)>& call) = 0;
     /// Whether the controller has been told to look for people, and not to stop since.
     virtual bool recognitionRuns() const = 0;
     /// Whether the settings have the management service in use, and whether it has been reached;
@@ -114,6 +116,10 @@ class WindowShell {
     /// The first screen titled @p title, or null.
     virtual WindowForm* getWindow(const QString& title) const = 0;
     virtual WindowForm* getActivateWindowForm() const = 0;
+    /// Has @p call called with the title of the screen that is about to come up, as long as
+    /// @p listener lives.
+    virtual void onScreenChange(QObject* listener,
+                                const std::function<void(const QString& title)>& call) = 0;
     /// Switches screen changes off (and on), for an operation that must not be left.
     virtual void setChangeWindowFlag(bool allowed) = 0;
     /// Whether they are on.

@@ -29,10 +29,11 @@ void CommandCarrier::look() {
     stepping_ = true;
     const LinkProgress link = host_.linkProgress();
     const std::optional<LinkProgress> sent = std::exchange(sent_, std::nullopt);
-    QMetaObject::invokeMethod(inThread_.get(), [this, link, sent] {
+    const int answers = std::exchange(answers_, 0);
+    QMetaObject::invokeMethod(inThread_.get(), [this, link, sent, answers] {
         if (sent)
             queue_.sent(*sent);
-        const std::optional<CommandQueue::Taken> taken = queue_.step(link);
+        const std::optional<CommandQueue::Taken> taken = queue_.step(link, answers);
         const int untilDue = queue_.untilDue(link);
         QMetaObject::invokeMethod(this, [this, taken, untilDue] { stepped(taken, untilDue); });
     });

@@ -28,6 +28,8 @@ class CommandCarrier : public QObject {
     void look();
     /// What was sent over the device link has left.
     void linkDrained();
+    /// The controller has answered a command, or has sent what may be such an answer.
+    void answered() { ++answers_; }
 
  private:
     void stepped(const std::optional<CommandQueue::Taken>& taken, int untilDue);
@@ -39,6 +41,7 @@ class CommandCarrier : public QObject {
     std::unique_ptr<QObject> inThread_;
     QTimer timer_;
     std::optional<LinkProgress> sent_;  // with which the command that was taken has been sent
+    int answers_ = 0;                   // since the latest step
     bool stepping_ = false;
     bool busy_ = false;  // the latest step has brought a command
 };

@@ -228,10 +228,8 @@ std::optional<DoReceiveUserData> CommandFolder::takeUser(const Command& command)
 bool CommandFolder::remove(const Command& command) {
     // Under another name first: cut short in the middle of its files it would be another command.
     const QString aside = hidden(command.name);
-    if (!QDir().rename(command.path(), aside)) {
-        qCWarning(cloudLog, "%s cannot be removed", qUtf8Printable(command.path()));
+    if (!QDir().rename(command.path(), aside))
         return false;
-    }
     if (!Disk::remove(aside))
         qCWarning(cloudLog, "%s cannot be removed and is passed over", qUtf8Printable(aside));
     return true;

@@ -43,8 +43,9 @@ CommandQueue::CommandQueue() {
     clock_.start();
 }
 
-std::optional<CommandQueue::Taken> CommandQueue::step(const LinkProgress& link) {
-    follow(link);
+std::optional<CommandQueue::Taken> CommandQueue::step(const LinkProgress& link, int answers) {
+    removeKept();
+    follow(link, answers);
     // Only then the one before is on its way, and there is room for the next.
     if (!link.idle())
         return std::nullopt;
@@ -64,14 +65,17 @@ std::optional<CommandQueue::Taken> CommandQueue::step(const LinkProgress& link) 
     return std::nullopt;
 }
 
-void CommandQueue::follow(const LinkProgress& link) {
+void CommandQueue::follow(const LinkProgress& link, int answers) {
     if (link.connection == 0)
         return;
     if (!sent_.empty() && sent_.back().connection != link.connection) {
         for (auto each = sent_.rbegin(); each != sent_.rend(); ++each)
             waiting_.push_front(each->command);
         sent_.clear();
+        answered_ = 0;
     }
+    // What else makes the controller speak may count for one of them, but not for those to come.
+    answered_ = std::min(answered_ + static_cast<std::size_t>(answers), sent_.size());
     const qint64 now = clock_.elapsed();
     for (auto each = sent_.rbegin(); each != sent_.rend() && each->leftAt < 0; ++each) {
         if (each->position <= link.left)
@@ -79,18 +83,49 @@ void CommandQueue::follow(const LinkProgress& link) {
     }
     // In their order, so that what would be repeated after a sudden end has its last word still.
     for (int i = 0; i < kRemovalsAtOnce && !sent_.empty(); ++i) {
-        const Sent& first = sent_.front();
-        if (first.leftAt < 0 || now - first.leftAt < settleTime_)
+        if (sent_.front().leftAt < 0 || now < removalDue())
             break;
-        remove(first.command);
+        remove(sent_.front().command);
         sent_.pop_front();
+        answered_ -= std::min<std::size_t>(answered_, 1);
     }
 }
 
+/// When the first of those whose frame has left may go.
+qint64 CommandQueue::removalDue() const {
+    return sent_.front().leftAt + (answered_ > 0 ? settleTime_ : kAnswerTime);
+}
+
 void CommandQueue::remove(const CommandFolder::Command& command) {
+    const bool behind = std::any_of(kept_.begin(), kept_.end(), [&command](const auto& each) {
+        return each.cardNo == command.cardNo;
+    });
     // One that stays on the disk stays in taken_ too and is not carried out again.
-    if (CommandFolder::remove(command))
+    if (!behind && CommandFolder::remove(command)) {
         taken_.remove(command.name);
+        return;
+    }
+    if (!behind)
+        qCWarning(cloudLog, "%s cannot be removed", qUtf8Printable(command.path()));
+    if (kept_.empty())
+        keptDue_ = clock_.elapsed() + kIdleInterval;
+    kept_.push_back(command);
+}
+
+void CommandQueue::removeKept() {
+    if (kept_.empty() || clock_.elapsed() < keptDue_)
+        return;
+    QSet<QString> users;
+    const auto stays = [this, &users](const CommandFolder::Command& each) {
+        if (users.contains(each.cardNo) || !CommandFolder::remove(each)) {
+            users.insert(each.cardNo);
+            return true;
+        }
+        taken_.remove(each.name);
+        return false;
+    };
+    kept_.erase(std::stable_partition(kept_.begin(), kept_.end(), stays), kept_.end());
+    keptDue_ = clock_.elapsed() + kIdleInterval;
 }
 
 void CommandQueue::look() {
@@ -153,6 +188,6 @@ int CommandQueue::untilDue(const LinkProgress& link) const {
     if (link.idle())
         due = waiting_.empty() ? std::min(due, lookAt_) : now;
     if (link.connection != 0 && !sent_.empty() && sent_.front().leftAt >= 0)
-        due = std::min(due, sent_.front().leftAt + settleTime_);
+        due = std::min(due, removalDue());
     return static_cast<int>(std::max<qint64>(due - now, 0));
 }

@@ -13,15 +13,20 @@
 /// The way of the command folders to the device controller: found in their order, sent one after
 /// the other, and removed when they have surely arrived.
 ///
-/// A command that has been sent stays on the disk until its frame has left the process and the
-/// connection has stood for some time after. One whose connection ends before that is sent again,
-/// with all that were sent behind it: a repeated command does no harm, a lost one does. In one
-/// thread at a time, which waits for the disk.
+/// A command that has been sent stays on the disk until the controller has answered it and the
+/// connection has stood for some time after its frame: what has left the process may lie unread at
+/// the other end. One whose connection ends before that is sent again, with all that were sent
+/// behind it: a repeated command does no harm, a lost one does. One that cannot be removed keeps
+/// the later ones of its user on the disk, or the next process would repeat it without them. In
+/// one thread at a time, which waits for the disk.
 class CommandQueue {
  public:
     /// Milliseconds that the connection has to stand after a command before that is removed.
     static constexpr int kSettleTime = 2000;
-    /// Milliseconds between looks at the disk that find nothing.
+    /// Milliseconds after which a controller that does not answer counts as having answered.
+    static constexpr int kAnswerTime = 60000;
+    /// Milliseconds between looks at the disk that find nothing, and between attempts to remove
+    /// what could not be removed.
     static constexpr int kIdleInterval = 2000;
 
     struct Taken {
@@ -32,8 +37,9 @@ class CommandQueue {
     CommandQueue();
 
     /// Removes what has arrived, takes what may be lost up again, and returns the command that is
-    /// to be sent now, if the link is ready for one: the same one until sent().
-    std::optional<Taken> step(const LinkProgress& link);
+    /// to be sent now, if the link is ready for one: the same one until sent(). @p answers have
+    /// come since the last call; the controller answers in the order of the commands.
+    std::optional<Taken> step(const LinkProgress& link, int answers);
     /// The command that step() has returned has been sent; @p link is how far the link has come
     /// with that.
     void sent(const LinkProgress& link);
@@ -50,15 +56,21 @@ class CommandQueue {
         qint64 leftAt = -1;  // when it had come as far as that, milliseconds
     };
 
-    void follow(const LinkProgress& link);
+    void follow(const LinkProgress& link, int answers);
+    qint64 removalDue() const;
     void look();
     std::vector<CommandFolder::Command> findWaiting() const;
     void remove(const CommandFolder::Command& command);
+    void removeKept();
 
     int settleTime_ = kSettleTime;
     QElapsedTimer clock_;
     std::deque<CommandFolder::Command> waiting_;
     std::deque<Sent> sent_;
+    std::size_t answered_ = 0;  // of sent_, from its front
+    /// Those that have arrived and could not be removed, and later ones of the same users.
+    std::vector<CommandFolder::Command> kept_;
+    qint64 keptDue_ = 0;  // when the next attempt to remove them is due, milliseconds
     /// Names of commands that lie on the disk and have had their turn.
     QSet<QString> taken_;
     qint64 lookAt_ = 0;       // when the next look is due, milliseconds

@@ -1,6 +1,7 @@
 #include "cloud/http_transport.h"
 
 #include <sys/timerfd.h>
+#include <sys/types.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -13,6 +14,9 @@
 
 namespace Aio = Pistache::Aio;
 namespace Polling = Pistache::Polling;
+
+// What waits to be written is laid out by the library and released here.
+static_assert(sizeof(off_t) == 8, "the HTTP library is built with 64-bit file offsets");
 
 HttpTransport::HttpTransport(std::shared_ptr<HttpGuard> guard)
     : Transport(guard), guard_(std::move(guard)) {}

@@ -114,11 +114,11 @@ void ManagementCommands::getUser(const QVariant& parameter) {
 void ManagementCommands::deleteUser(const QVariant& parameter) {
     if (!parameter.canConvert<FR33_3_Parameter>())
         return;
-    host_.changeWindow(QStringLiteral("stayWindow"));
+    host_.showStandby();
     host_.showPopupText(QStringLiteral("ListItem_Synchronizing"));
     send(command::DeleteUser, command::ordered::ByService,
          userId(parameter.value<FR33_3_Parameter>().cardNo));
-    host_.changeWindow(QStringLiteral("liveWindow"));
+    host_.showLive();
 }
 
 void ManagementCommands::enrolUser(const QVariant& parameter) {
@@ -184,7 +184,7 @@ void ManagementCommands::setSystem(const QVariant& parameter) {
     if (!parameter.canConvert<SystemEvent_Parameter>())
         return;
     const QString word = parameter.value<SystemEvent_Parameter>().action;
-    host_.changeWindow(QStringLiteral("stayWindow"));
+    host_.showStandby();
     for (const SystemAction& action : kSystemActions) {
         if (word != QLatin1String(action.word))
             continue;
@@ -192,7 +192,7 @@ void ManagementCommands::setSystem(const QVariant& parameter) {
             host_.showPopupText(QStringLiteral("ListItem_Synchronizing"));
         host_.SendCommand(action.command, action.p1, action.p2);
     }
-    host_.changeWindow(QStringLiteral("liveWindow"));
+    host_.showLive();
 }
 
 bool ManagementCommands::addUserRestCommandDir(const CommandQueue::Taken& taken) {

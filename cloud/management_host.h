@@ -23,8 +23,9 @@ class ManagementHost {
     virtual void SetGuiMenu(const _gui_menu_* record) = 0;
     virtual void SetGuiUser(const _gui_user_* record) = 0;
 
-    /// Shows the screen with the registry title @p title.
-    virtual int changeWindow(const QString& title) = 0;
+    /// Shows the standby screen, and the live view.
+    virtual void showStandby() = 0;
+    virtual void showLive() = 0;
     /// Shows the popup dialog with the script text of @p key until something else replaces it.
     virtual void showPopupText(const QString& key) = 0;
     /// Starts enrolment as the live view's enrol button does.

@@ -102,6 +102,11 @@ QString getMask(const QString& interface) {
     return dottedOf(ask(interface, SIOCGIFNETMASK));
 }
 
+bool hasCable(const QString& interface) {
+    QFile carrier(DevicePaths::at(QStringLiteral("/sys/class/net/%1/carrier").arg(interface)));
+    return carrier.open(QIODevice::ReadOnly) && carrier.read(1) == "1";
+}
+
 QString getNameServer() {
     constexpr qint64 kLongest = 4096;
     QFile file(DevicePaths::at(QLatin1String(kNameServers)));

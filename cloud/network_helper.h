@@ -20,6 +20,8 @@ QString getIPAddress(const QString& interface);
 QString getMask(const QString& interface);
 /// Hardware address of an interface: twelve upper-case hexadecimal digits without separators.
 QString getMacAddress(const QString& interface);
+/// Whether there is a signal on the cable of an interface.
+bool hasCable(const QString& interface);
 /// The default gateway that is reached through an interface, dotted decimal.
 QString getGateway(const QString& interface);
 /// The address of the first DNS server.

@@ -8,6 +8,11 @@ target_compile_definitions(zel_options INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY
     QT_NO_URL_CAST_FROM_STRING QT_STRICT_ITERATORS
     QT_DISABLE_DEPRECATED_BEFORE=0x050E00)
+# On 32-bit boards, too, the HTTP library counts file offsets in 64 bits, and has what is compiled
+# here from its headers look into records that hold them.
+if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+    target_compile_definitions(zel_options INTERFACE _FILE_OFFSET_BITS=64)
+endif()
 if(ZEL_SANITIZE)
     target_compile_options(zel_options INTERFACE -fsanitize=${ZEL_SANITIZE} -fno-omit-frame-pointer
         -fno-sanitize-recover=all)

@@ -214,7 +214,8 @@ struct GUI_USERLOG {
     std::uint32_t start;
     RecordDate from;
     RecordDate to;
-    std::uint8_t reserved2[4];
+    std::uint8_t tag;  // comes back with what answers the query
+    std::uint8_t reserved2[3];
 };
 
 /// One access event.
@@ -448,6 +449,7 @@ static_assert(offsetof(GUI_USERLOG, authMethod) == 19);
 static_assert(offsetof(GUI_USERLOG, count) == 20);
 static_assert(offsetof(GUI_USERLOG, start) == 24);
 static_assert(offsetof(GUI_USERLOG, from) == 28);
+static_assert(offsetof(GUI_USERLOG, tag) == 36);
 
 static_assert(sizeof(GUI_LOGDATA) == 284);
 static_assert(sizeof(HostInfo) == 44);

@@ -1,7 +1,11 @@
 #include "screens/standby_pictures.h"
 
 #include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QStringList>
+#include <algorithm>
+#include <iterator>
 
 #include "base/device_folders.h"
 #include "base/device_paths.h"
@@ -16,13 +20,23 @@ constexpr const char* kBackgrounds[] = {
     DeviceFolders::kManagementBackgrounds,
     DeviceFolders::kUsbImages,
 };
+constexpr const char* kSuffixes[] = {"jpg", "jpeg", "png", "bmp"};
 constexpr QSize kLogoSize(240, 72);
 
+bool isPicture(const QString& name) {
+    // Name filters of QDir would do, and bring the compiler of regular expressions along.
+    const QString suffix = QFileInfo(name).suffix();
+    return std::any_of(std::begin(kSuffixes), std::end(kSuffixes), [&](const char* each) {
+        return suffix.compare(QLatin1String(each), Qt::CaseInsensitive) == 0;
+    });
+}
+
 QStringList pictureNames(const QString& deviceFolder) {
-    return QDir(DevicePaths::at(deviceFolder))
-        .entryList({QStringLiteral("*.jpg"), QStringLiteral("*.jpeg"), QStringLiteral("*.png"),
-                    QStringLiteral("*.bmp")},
-                   QDir::Files, QDir::Name);
+    QStringList names = QDir(DevicePaths::at(deviceFolder)).entryList(QDir::Files, QDir::Name);
+    names.erase(std::remove_if(names.begin(), names.end(),
+                               [](const QString& name) { return !isPicture(name); }),
+                names.end());
+    return names;
 }
 
 }  // namespace
@@ -50,8 +64,10 @@ QPixmap background(int choice) {
 QPixmap logo() {
     const QString folder = QLatin1String(DeviceFolders::kLogo);
     const QStringList pictures = pictureNames(folder);
-    return pictures.isEmpty() ? QPixmap()
-                              : Pictures::foreignKept(folder, pictures.first(), kLogoSize);
+    if (!pictures.isEmpty())
+        return Pictures::foreignKept(folder, pictures.first(), kLogoSize);
+    const QString makers = QStringLiteral("/zel1/image/logo.png");
+    return QFile::exists(DevicePaths::at(makers)) ? Pictures::file(makers) : QPixmap();
 }
 
 }  // namespace StandbyPictures

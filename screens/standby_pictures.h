@@ -20,7 +20,7 @@ QVector<Picture> backgrounds();
 /// The background number @p choice, from 0. Null when there are not so many.
 QPixmap background(int choice);
 
-/// The customer's logo; null when there is none.
+/// The customer's logo, else the maker's; null when there is none.
 QPixmap logo();
 
 }  // namespace StandbyPictures

@@ -82,10 +82,8 @@ class FakeTerminal final : public ManagementHost {
         user = *record;
         log << QStringLiteral("user");
     }
-    int changeWindow(const QString& title) override {
-        log << title;
-        return 0;
-    }
+    void showStandby() override { log << QStringLiteral("stayWindow"); }
+    void showLive() override { log << QStringLiteral("liveWindow"); }
     void showPopupText(const QString& key) override { log << key; }
     void startEnrolment() override { log << QStringLiteral("enrol"); }
     void initRestCall() override { log << QStringLiteral("timers"); }

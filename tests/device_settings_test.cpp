@@ -413,6 +413,8 @@ void DeviceSettingsTest::resetsAreAskedFor() {
     word("silent 1957");
     touch("settingsRow dialogOkButton");
     QVERIFY(says("ListItem_Resetting") && t->settle());
+    QVERIFY(t->tell("frame 2957 0 0") && t->settle());  // of another reset
+    QVERIFY(t->says("ListItem_Resetting"));
     answerTimer()->start(0);
     QVERIFY(says("Error_NoAnswer") && ok());
     touch("everythingRow");

@@ -176,6 +176,18 @@ class LogsTest : public QObject {
             QCOMPARE(t.title(), QStringLiteral("info_logSearchWindow"));
             DialogOverlay::closeAll(t.window.get());
         }
+        // The count of one that was given up is not that of the next one.
+        for (int tag = 0, i = 0; i < 2; ++i) {
+            t.tell("silent 1976");
+            t.tap("forwardButton");
+            const int former = std::exchange(tag, tagOf("1976"));
+            if (former != 0)
+                t.tell(QStringLiteral("frame 2976 0 %1 01000000").arg(former));
+            QVERIFY(t.settle() && t.says("ListItem_WaitASecond"));
+            screen()->findChild<QTimer*>(QStringLiteral("answerTimer"))->start(0);
+            QTRY_VERIFY(t.says("Error_NoResponse"));
+            DialogOverlay::closeAll(t.window.get());
+        }
     }
 
     void aPageThatDoesNotComeWholeIsToldOf() {
@@ -183,8 +195,7 @@ class LogsTest : public QObject {
         openList(31);
         QVERIFY(t.says("ListItem_WaitASecond"));
         // Three of thirty, and nothing behind them.
-        t.tell(QStringLiteral("frame 2975 0 0 ") +
-               QString(3 * 2 * int(sizeof(GUI_LOGDATA)), QLatin1Char('0')));
+        sendLogs(0, 3);
         QTRY_COMPARE(logs()->rowCount(), 3);
         QVERIFY(t.says("ListItem_WaitASecond"));
         auto* timer = screen()->findChild<QTimer*>(QStringLiteral("answerTimer"));
@@ -197,6 +208,30 @@ class LogsTest : public QObject {
         // The next page can be had all the same, also by the list itself, which is not full.
         t.tap("lastButton");
         QTRY_COMPARE(logs()->rowCount(), 4);
+
+        // What comes late of it joins the list and does not make the next page whole; what an
+        // earlier list has asked for is none of it.
+        for (const bool leave : {false, true}) {
+            t.tell("silent 1975");
+            t.tell("silent 1975");
+            openList(90);
+            const int first = tagOf("1975");
+            sendLogs(first, 3);
+            QTRY_COMPARE(logs()->rowCount(), 3);
+            timer->start(0);
+            QTRY_VERIFY(t.says("ListItem_LogsIncomplete"));
+            DialogOverlay::closeAll(t.window.get());
+            t.tap(leave ? "backButton" : "lastButton");
+            if (leave)
+                t.tap("forwardButton");
+            QTRY_VERIFY(timer->isActive());
+            const int second = tagOf("1975");
+            sendLogs(first, 27);
+            sendLogs(second, 29);
+            QVERIFY(t.settle());
+            QCOMPARE(logs()->rowCount(), leave ? 29 : 59);
+            QVERIFY(t.says("ListItem_WaitASecond"));
+        }
 
         t.tell("lose-link-at 1975");
         openList(31);
@@ -306,14 +341,33 @@ class LogsTest : public QObject {
         t.tell("host off");
         QTRY_COMPARE(card("accessCard")->state(), PeerCard::State::Bad);
         t.tell("host 10.1.2.3 4070 Side door");
+        const auto since = [&](const char* time) {
+            return t.text("Info_SinceTime").arg(QLatin1String(time));
+        };
         QTRY_COMPARE(card("accessCard")->lines(),
-                     QStringList({QStringLiteral("Side door"), QStringLiteral("10.1.2.3:4070")}));
+                     QStringList({since("2026-03-09 08:52:00"), QStringLiteral("Side door"),
+                                  QStringLiteral("10.1.2.3:4070")}));
+        // Behind another screen both go on; the cable is looked at.
+        QVERIFY(t.open("stayWindow"));
+        Clock::fix(QDateTime(QDate(2026, 3, 9), QTime(9, 30)));
+        t.tell("host on");
+        QVERIFY(t.settle());
+        QDir().mkpath(t.root.path("/sys/class/net/eth0"));
+        t.root.write("/sys/class/net/eth0/carrier", "1\n");
+        Clock::fix(QDateTime(QDate(2026, 3, 9), QTime(9, 31)));
+        QVERIFY(t.open("info_conWindow"));
+        QTRY_COMPARE(card("accessCard")->lines().first(), since("2026-03-09 09:30:00"));
+        QCOMPARE(card("networkCard")->state(), PeerCard::State::Good);
+        QCOMPARE(card("networkCard")->lines().first(), since("2026-03-09 09:31:00"));
 
         // What the service has confirmed, and what still waits for it.
-        QVERIFY(t.set({{"network.useManager", QStringLiteral("1")}}));
+        QVERIFY(t.set({{"network.own.managerAddress", QStringLiteral("127.0.0.1")},
+                       {"network.own.managerPort", QString::number(freePort())},
+                       {"network.useManager", QStringLiteral("1")}}));
         QTRY_COMPARE(card("serviceCard")->state(), PeerCard::State::Bad);
         t.window->connectService();
-        QTRY_VERIFY(card("serviceCard")->lines().contains(t.text("Info_ServiceRefused")));
+        QTRY_VERIFY_WITH_TIMEOUT(
+            card("serviceCard")->lines().contains(t.text("Info_ServiceRefused")), 30000);
         t.tell("frame 3021 0 0");
         QTRY_VERIFY(card("serviceCard")->lines().contains(t.text("Info_BothWait")));
         for (const int command : {RestClass::kUserInOutLog, RestClass::kUserEnroll})
@@ -369,6 +423,15 @@ class LogsTest : public QObject {
         }
         t.tap("gatewayButton");
         QCOMPARE(t.find<InputField>("addressField")->text(), QStringLiteral("192.168.0.1"));
+        // With DHCP those of the settings are not in force.
+        QDir().mkpath(t.root.path("/etc"));
+        t.root.write("/etc/resolv.conf", "nameserver 10.9.8.7\n");
+        QVERIFY(t.set({{"network.own.dhcp", QStringLiteral("1")}}));
+        QTRY_VERIFY(t.agrees());
+        t.tap("dnsButton");
+        QCOMPARE(t.find<InputField>("addressField")->text(), QStringLiteral("10.9.8.7"));
+        QVERIFY(t.set({{"network.own.dhcp", QStringLiteral("0")}}));
+        QTRY_VERIFY(t.agrees());
         for (const char* end : {"stopButton", "backButton"}) {
             t.find<InputField>("addressField")->setText(QStringLiteral("127.0.0.1"));
             t.tap("startButton");
@@ -436,6 +499,7 @@ class LogsTest : public QObject {
         t.tap("backButton");
         QVERIFY(t.shows("enviScreen_StayWindow"));
         QCOMPARE(shelf->held(), 0);
+        QTRY_VERIFY(screen()->findChild<PictureShelf*>()->held() > 0);
         QVERIFY(QDir(folder).removeRecursively());
     }
 
@@ -445,6 +509,18 @@ class LogsTest : public QObject {
         return t.window->getWindow(QStringLiteral("info_logListWindow"))
             ->findChild<RowList*>()
             ->model();
+    }
+    /// The tag of the query that was sent last as the request @p code.
+    int tagOf(const char* code) {
+        t.settle();
+        const QString frame = t.frames.filter(QRegularExpression(QLatin1String(code))).last();
+        return frame.split(QLatin1Char(' ')).at(3 + int(offsetof(GUI_USERLOG, tag))).toInt({}, 16);
+    }
+    /// The controller answers the query @p tag with @p count logs.
+    void sendLogs(int tag, int count) {
+        for (; count > 0; count -= 7)
+            t.tell(QStringLiteral("frame 2975 0 %1 ").arg(tag) +
+                   QString(qMin(7, count) * 2 * int(sizeof(GUI_LOGDATA)), QLatin1Char('0')));
     }
     /// The list of @p total logs, by touch.
     void openList(int total) {

@@ -490,6 +490,7 @@ void PeopleTest::groupsAreDeletedAndReported_data() {
         in and out only | 2 | delete_Button_InOutUsers | ListItem_AllAccessUsersDeleted
         all | 3 | delete_Button_AllUsers | ListItem_AllUsersDeleted
         all, slowly | 3 | delete_Button_AllUsers | ListItem_AllUsersDeleted
+        all, too late | 3 | delete_Button_AllUsers | Error_NoResponse
         face only | 4 | delete_Button_FaceOnlyUsers | ListItem_AllFaceUsersDeleted)");
 }
 
@@ -513,6 +514,22 @@ void PeopleTest::groupsAreDeletedAndReported() {
     t->window->changeWindow(QStringLiteral("userMenuWindow"));
     t->tap("userGroupTile");
     QVERIFY(t->sends("1933 0 0") && t->settle());
+    if (done == "Error_NoResponse") {
+        word("silent 1932");
+        t->tap(button.constData());
+        t->tap("dialogOkButton");
+        QVERIFY(t->sends("1932 3 0"));
+        t->window->getActivateWindowForm()
+            ->findChild<QTimer*>(QStringLiteral("answerTimer"))
+            ->start(0);
+        QTRY_VERIFY(t->says(done.constData()));
+        word("frame 2932 0 3");
+        word("frame 2932 0 3");
+        QTRY_COMPARE(deleted_.size(), 1);
+        QVERIFY(t->settle());
+        QCOMPARE(deleted_.size(), 1);
+        return;
+    }
     const bool slowly = qstrcmp(QTest::currentDataTag(), "all, slowly") == 0;
     word(slowly ? "lose-link-at 1932" : "refuse 1932");
     for (const char* said :

@@ -6,6 +6,7 @@
 #include "sim/device_root.h"
 #include "ui/script_handler.h"
 #include "ui/styler.h"
+#include "ui/theme.h"
 
 namespace {
 
@@ -123,6 +124,30 @@ class ScriptHandlerTest : public QObject {
                  QStringLiteral("color : #000;\n background : red;\ncolor : #000;\n\n"));
         Styler::setStyleSheet(&label, QStringLiteral("border"), QStringLiteral("0"), true);
         QVERIFY(label.styleSheet().endsWith(QStringLiteral("\n\n\nborder : 0;")));
+    }
+
+    void aThemeChangesOnlyWhatItMay() {
+        const QString path = root.path("/theme.json");
+        const QRgb own[] = {Theme::kStrong, Theme::kBar, Theme::kRow, Theme::kList};
+        QByteArray theme(
+            "{'accent':'#FFb84d', 'veil':'#80102030', 'onAccent':7, 'bar':'red',"
+            " 'strong':'#80ffffff', 'row':'#12345g', 'x':'#000000'}");
+        root.write("/theme.json", theme.replace('\'', '"'));
+        for (const char* wrong :
+             {"7.*onAccent", "#80ffffff.*strong", "red.*bar", "#12345g.*row", " x$"})
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QLatin1String(wrong)));
+        Theme::load(path);
+        QCOMPARE(Theme::kAccent, 0xffffb84d);
+        QCOMPARE(Theme::kVeil, 0x80102030);
+        const QRgb kept[] = {Theme::kStrong, Theme::kBar, Theme::kRow, Theme::kList};
+        QVERIFY(std::equal(std::begin(own), std::end(own), std::begin(kept)));
+        for (const QByteArray& broken :
+             {QByteArray("[1]"), QByteArray(50 * 1024 * 1024, ' '), QByteArray(10000, '[')}) {
+            root.write("/theme.json", broken);
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("theme.json")));
+            Theme::load(path);
+            QCOMPARE(Theme::kAccent, 0xff5effd7);
+        }
     }
 
     void commandsUnderARoot() {

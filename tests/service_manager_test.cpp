@@ -102,19 +102,26 @@ class ServiceManagerTest : public QObject {
         QCOMPARE(ear.next(), QByteArray("WATCHDOG=1"));
     }
 
+    void aHungTerminalIsStartedAgain_data() {
+        QTest::addColumn<int>("signal");
+        QTest::newRow("stopped") << SIGSTOP;
+        QTest::newRow("GUI thread blocked") << SIGUSR1;
+    }
     void aHungTerminalIsStartedAgain() {
+        QFETCH(int, signal);
         const DeviceRoot root;
         Ear ear;
         QProcess process;
         QProcessEnvironment environment = ownRoot(root);
         environment.insert(QStringLiteral("NOTIFY_SOCKET"), QFile::decodeName(ear.address));
         environment.insert(QStringLiteral("WATCHDOG_USEC"), QStringLiteral("1000000"));
+        environment.insert(QStringLiteral("LD_PRELOAD"), QStringLiteral(BLOCKED_GUI));
         process.setProcessEnvironment(environment);
         process.start(kProgram, {QStringLiteral("-platform"), QStringLiteral("offscreen")});
         QCOMPARE(ear.next(), QByteArray("READY=1"));
         for (int i = 0; i < 3; ++i)
             QCOMPARE(ear.next(), QByteArray("WATCHDOG=1"));
-        ::kill(static_cast<pid_t>(process.processId()), SIGSTOP);
+        ::kill(static_cast<pid_t>(process.processId()), signal);
         ear.patience = 2000;
         while (!ear.next().isEmpty()) {
         }

@@ -39,6 +39,16 @@ stop_all() {
 trap stop_all EXIT
 trap 'exit "$interrupted"' INT TERM HUP PIPE
 
+taken=' '
+# free_port FIRST: the first free TCP port from FIRST on, in $port.
+free_port() {
+    port=$1
+    while [[ $taken == *" $port "* || -n $(ss --no-header --tcp --listening --numeric "sport = :$port") ]]; do
+        port=$((port + 1))
+    done
+    taken+="$port "
+}
+
 # hold FOLDER: keeps others from using FOLDER until this script ends; ends it where another one does.
 hold() {
     mkdir -p "$(dirname "$1")"

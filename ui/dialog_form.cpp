@@ -68,9 +68,8 @@ void DialogForm::setButtonType(int flags) {
 void DialogForm::setIcon(Icon icon) {
     static const char* const names[] = {"", "error", "info", "pass", "question", "warning"};
     icon_->setVisible(icon != Icon::None);
-    if (icon != Icon::None)
-        icon_->setPixmap(
-            Pictures::icon(QLatin1String(names[static_cast<int>(icon)]) + QLatin1String(".png")));
+    icon_->clear();
+    iconName_ = QLatin1String(names[static_cast<int>(icon)]);
     partsChanged();
 }
 
@@ -107,6 +106,9 @@ void DialogForm::applyScripts(const Lookup& lookup) {
 }
 
 int DialogForm::arrange() {
+    // Read when it is to be seen; most dialogs never are.
+    if (!icon_->isHidden() && icon_->pixmap(Qt::ReturnByValue).isNull())
+        icon_->setPixmap(Pictures::icon(iconName_ + QLatin1String(".png")));
     int y = arrangeMessage(icon_);
     if (!ok_->isHidden() || !cancel_->isHidden()) {
         y += kButtonsGap;

@@ -63,6 +63,7 @@ class DialogForm : public MessageOverlay {
 
  private:
     QLabel* icon_;
+    QString iconName_;
     LabelButton* ok_;
     LabelButton* cancel_;
     QString okKey_;

@@ -40,13 +40,13 @@ constexpr int kNoteBottom = 6;
 const struct VerdictLook {
     const char* wordKey;
     const char* sign;
-    QRgb color;
+    const QRgb* color;
 } kVerdicts[] = {
-    {"", "", 0},
-    {"ListItem_TestNotRun", "not_run_28.png", Theme::kList},
-    {"ListItem_TestRunning", "wait_0.png", Theme::kCaption},
-    {"ListItem_TestPass", "pass_28.png", Theme::kAccent},
-    {"ListItem_TestFail", "fail_28.png", Theme::kDanger},
+    {"", "", nullptr},
+    {"ListItem_TestNotRun", "not_run_28.png", &Theme::kList},
+    {"ListItem_TestRunning", "wait_0.png", &Theme::kCaption},
+    {"ListItem_TestPass", "pass_28.png", &Theme::kAccent},
+    {"ListItem_TestFail", "fail_28.png", &Theme::kDanger},
 };
 
 }  // namespace
@@ -197,7 +197,7 @@ void ListRow::drawVerdict(QPainter* painter, QRect* line) const {
     const bool narrow = width() < kNarrow;
     const int gap = narrow ? kNarrowTickGap : kTickGap;
     if (verdict_ == Verdict::Running)
-        Paint::glyph(painter, sign, QLatin1String(look.sign), look.color, kSign);
+        Paint::glyph(painter, sign, QLatin1String(look.sign), *look.color, kSign);
     else
         Paint::icon(painter, sign, QLatin1String(look.sign));
     line->setRight(sign.x() - gap);
@@ -206,7 +206,7 @@ void ListRow::drawVerdict(QPainter* painter, QRect* line) const {
     const ScriptHandler::Script& word = words_[number].entry();
     const int wordWidth = TextFit::width(word, TextFit::kCaption, QFont::Bold);
     const QRect box(sign.x() - gap - wordWidth, 0, wordWidth, line->height());
-    TextFit::draw(painter, box, Qt::AlignRight, word, TextFit::kCaption, QFont::Bold, look.color);
+    TextFit::draw(painter, box, Qt::AlignRight, word, TextFit::kCaption, QFont::Bold, *look.color);
     line->setRight(box.x() - (narrow ? kNarrowGap : kLabelGap));
 }
 

@@ -16,8 +16,8 @@ namespace {
 /// No picture of a person or of a screen comes near these.
 constexpr qint64 kMaxFile = 8 * 1024 * 1024;
 constexpr int kMaxSide = 4096;
-/// All icons and one picture of a whole screen, in kilobytes.
-constexpr int kCacheLimit = 4096;
+/// The icons of many screens and the largest picture of one, in kilobytes.
+constexpr int kCacheLimit = 1536;
 
 QImage read(const QString& path, const QSize& size) {
     QImageReader reader(path);

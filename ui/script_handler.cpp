@@ -71,12 +71,13 @@ int ScriptHandler::setScript(QString title) {
         if (entry.value(kTitle).toString() != title)
             continue;
 
-        script_ = readObject(entry.value(kPath).toString());
-        language_ = script_.value(QLatin1String("Language")).toString();
-        fontFamily_ = script_.value(QLatin1String("FontFamily")).toString();
+        path_ = entry.value(kPath).toString();
+        const QJsonObject file = readObject(path_);
+        language_ = file.value(QLatin1String("Language")).toString();
+        fontFamily_ = file.value(QLatin1String("FontFamily")).toString();
 
         entries_.clear();
-        const QJsonObject scripts = script_.value(kScripts).toObject();
+        const QJsonObject scripts = file.value(kScripts).toObject();
         entries_.reserve(scripts.size());
         for (auto it = scripts.begin(); it != scripts.end(); ++it) {
             const QJsonObject source = it.value().toObject();
@@ -105,7 +106,7 @@ ScriptHandler::Script ScriptHandler::getScript(const QString& key) const {
 }
 
 QJsonValue ScriptHandler::readScript(const QString& key) const {
-    const QJsonObject scripts = script_.value(kScripts).toObject();
+    const QJsonObject scripts = readObject(path_).value(kScripts).toObject();
     return scripts.contains(key) ? scripts.value(key) : QJsonValue(QJsonValue::Undefined);
 }
 

@@ -38,7 +38,7 @@ class ScriptHandler : public QObject {
 
     /// The entry of @p key; an empty one with the language's font family when there is none.
     Script getScript(const QString& key) const;
-    /// The entry as it stands in the file, undefined when there is none.
+    /// The entry as it stands in the file, which is read for it; undefined when there is none.
     QJsonValue readScript(const QString& key) const;
 
     /// The titles of the languages, in the order of their numbers.
@@ -56,8 +56,8 @@ class ScriptHandler : public QObject {
     int revision_ = 0;
     QJsonObject list_;
     QJsonArray languages_;
-    QJsonObject script_;
+    QString path_;  // of the script in force, on the device
     QString language_;
     QString fontFamily_;
-    QHash<QString, Script> entries_;  // script_'s "Scripts", ready to be handed out
+    QHash<QString, Script> entries_;
 };

@@ -10,20 +10,20 @@ namespace {
 struct Style {
     TextFit::Rule rule;
     QFont::Weight weight;
-    QRgb ink;
+    const QRgb* ink;
 };
 
 constexpr TextFit::Rule kCount{{{104, 1}}};
 
 // By role.
 constexpr Style kStyles[] = {
-    {TextFit::kTitle, QFont::Medium, Theme::kStrong},
-    {TextFit::kBand, QFont::Bold, Theme::kOnAccent},
-    {TextFit::kConfirmation, QFont::Bold, Theme::kStrong},
-    {TextFit::kName, QFont::Bold, Theme::kStrong},
-    {TextFit::kIdNumber, QFont::Medium, Theme::kCaption},
-    {TextFit::kCaption, QFont::Normal, Theme::kHint},
-    {kCount, QFont::Bold, Theme::kStrong},
+    {TextFit::kTitle, QFont::Medium, &Theme::kStrong},
+    {TextFit::kBand, QFont::Bold, &Theme::kOnAccent},
+    {TextFit::kConfirmation, QFont::Bold, &Theme::kStrong},
+    {TextFit::kName, QFont::Bold, &Theme::kStrong},
+    {TextFit::kIdNumber, QFont::Medium, &Theme::kCaption},
+    {TextFit::kCaption, QFont::Normal, &Theme::kHint},
+    {kCount, QFont::Bold, &Theme::kStrong},
 };
 
 }  // namespace
@@ -68,5 +68,5 @@ void TextLine::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const Style& style = kStyles[role_];
     TextFit::draw(&painter, rect(), alignment_, text_.entry(), style.rule, style.weight,
-                  ink_ != 0 ? ink_ : style.ink);
+                  ink_ != 0 ? ink_ : *style.ink);
 }

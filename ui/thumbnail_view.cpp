@@ -10,7 +10,6 @@
 namespace {
 
 constexpr int kTallest = 640;
-constexpr QRgb kNoPhotoGround = 0xff223145;  // that of nophoto.png
 
 /// The photo in its own shape, as large as it goes on a card. Any touch closes it.
 class LargePhoto : public DismissibleOverlay {
@@ -60,7 +59,7 @@ void ThumbnailView::paintEvent(QPaintEvent*) {
     painter.setClipPath(frame);
     // A photo fills the frame, the silhouette stays whole.
     if (!hasPhoto())
-        painter.fillRect(rect(), Theme::color(kNoPhotoGround));
+        painter.fillRect(rect(), Theme::color(Theme::kPhoto));
     const QSizeF filling =
         QSizeF(source.size())
             .scaled(size(), hasPhoto() ? Qt::KeepAspectRatioByExpanding : Qt::KeepAspectRatio);

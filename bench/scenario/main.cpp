@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "base/heap.h"
 #include "bench/scenario/program.h"
 #include "bench/scenario/scenarios.h"
 #include "sim/device_root.h"
@@ -18,7 +19,7 @@ constexpr Scenario kScenarios[] = {
     {"start", &measureStart},   {"idle", &measureIdle},         {"screens", &measureScreens},
     {"result", &measureResult}, {"tracking", &measureTracking}, {"standby", &measureStandby},
     {"rest", &measureRest},     {"users", &measureUsers},       {"orders", &measureOrders},
-    {"load", &measureLoad},     {"lists", &measureLists},
+    {"load", &measureLoad},     {"lists", &measureLists},       {"day", &measureDay},
 };
 
 void setFreePort(const char* variable) {
@@ -36,6 +37,7 @@ int main(int argc, char** argv) {
         if (qEnvironmentVariableIsEmpty("TMPDIR"))
             qputenv("TMPDIR", "/dev/shm");
         qputenv("QT_QPA_PLATFORM", "offscreen");
+        Heap::giveBackLargeBlocks();
         const DeviceRoot root;
         qputenv("XDG_RUNTIME_DIR", qgetenv("ZEL_ROOT"));
         setFreePort("ZEL_LINK_PORT");

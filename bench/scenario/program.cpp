@@ -34,18 +34,22 @@ Program::~Program() {
 }
 
 double Program::firstFrame() {
-    const QByteArray mark = "first frame ";
+    const QByteArray time = lineAfter("first frame ");
+    return time.isNull() ? -1 : static_cast<double>(time.toLongLong()) / 1e6 - started_;
+}
+
+QByteArray Program::lineAfter(const QByteArray& mark) {
     const QDeadlineTimer deadline(kPatience);
     while (!deadline.hasExpired()) {
         while (process_.canReadLine()) {
             const QByteArray line = process_.readLine().trimmed();
             if (line.startsWith(mark))
-                return static_cast<double>(line.mid(mark.size()).toLongLong()) / 1e6 - started_;
+                return line.mid(mark.size());
         }
         if (!process_.waitForReadyRead(static_cast<int>(deadline.remainingTime())))
             break;
     }
-    return -1;
+    return {};
 }
 
 bool Program::runFor(int milliseconds) {

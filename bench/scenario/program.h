@@ -16,6 +16,9 @@ class Program {
     /// Milliseconds from the start to the first painted frame, or -1 when there was none within ten
     /// seconds. Only for programs that first_frame.cpp is linked into.
     double firstFrame();
+    /// What follows @p mark on the next line of its standard output that begins with it; null when
+    /// there is none within ten seconds.
+    QByteArray lineAfter(const QByteArray& mark);
     /// Lets the program run for @p milliseconds; false when it has ended meanwhile.
     bool runFor(int milliseconds);
     /// Resident memory in MB, -1 when the program has ended.

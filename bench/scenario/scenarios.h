@@ -30,6 +30,9 @@ bool measureUsers();
 /// controller has been told of all, and how soon touches are answered meanwhile. Needs a
 /// QApplication.
 bool measureOrders();
+/// A day at the door, as fast as it goes, or one part of it in as many as the next argument says:
+/// what is held at its end and was not after its first hour. Needs a QApplication.
+bool measureDay();
 /// The terminal under mixed load for ten minutes, or as many as the next argument says: what grows,
 /// and how soon frames are answered meanwhile.
 bool measureLoad();

@@ -6,17 +6,17 @@
 #include <cstdio>
 #include <vector>
 
-#include "app/administrator_session.h"
+#include "app/fonts.h"
 #include "app/main_window.h"
 #include "app/window_form.h"
 #include "bench/scenario/figures.h"
 #include "bench/scenario/painting.h"
 #include "bench/scenario/program.h"
 #include "bench/scenario/scenarios.h"
+#include "bench/scenario/showing.h"
 #include "link/command_code.h"
 #include "link/device_records.h"
 #include "sim/controller/device.h"
-#include "ui/dialog_overlay.h"
 #include "ui/top_bar.h"
 #include "ui/widget_button.h"
 
@@ -33,22 +33,6 @@ double milliseconds(const QElapsedTimer& timer) {
     return static_cast<double>(timer.nsecsElapsed()) / 1e6;
 }
 
-/// Brings the screen @p title up, painted.
-void open(MainWindow& window, const QString& title) {
-    WindowForm* const screen = window.getWindow(title);
-    if (window.getActivateWindowForm() == screen)
-        return;
-    const PaintWatch watch(screen);
-    window.session().open();  // which the door's screens end
-    // A step of something that has not been begun leads back at once.
-    if (window.changeWindow(title) == 0)
-        watch.waitWhileVisible();
-    QCoreApplication::processEvents();
-    // What a screen has to say would lie over the next ones.
-    for (DialogOverlay* dialog : window.findChildren<DialogOverlay*>())
-        dialog->hide();
-}
-
 /// The first time that a screen is shown, its form is built.
 void measureFirstShowings(MainWindow& window) {
     std::vector<double> times;
@@ -57,7 +41,7 @@ void measureFirstShowings(MainWindow& window) {
             continue;
         QElapsedTimer timer;
         timer.start();
-        open(window, screen->getTitle());
+        showScreen(window, screen->getTitle());
         times.push_back(milliseconds(timer));
     }
     Figures::title("First showing of a screen, with its form built on the way");
@@ -77,7 +61,7 @@ struct Way {
 std::vector<Way> findWays(MainWindow& window) {
     std::vector<Way> ways;
     for (WindowForm* screen : window.windowList()) {
-        open(window, screen->getTitle());
+        showScreen(window, screen->getTitle());
         if (window.getActivateWindowForm() != screen)
             continue;
         const auto add = [&](const QWidget* button, const QString& target) {
@@ -124,7 +108,7 @@ void measureWays(MainWindow& window) {
         std::vector<double> change;
         std::vector<double> paint;
         for (int run = 0; run < kRuns; ++run) {
-            open(window, way.from);
+            showScreen(window, way.from);
             change.push_back(touch(window, way));
             if (change.back() < 0)
                 break;
@@ -163,7 +147,7 @@ void measureGrowth(MainWindow& window) {
     int number = 0;
     const auto change = [&](int times) {
         for (int i = 0; i < times; ++i, ++number)
-            open(window, screens.at(number % screens.size())->getTitle());
+            showScreen(window, screens.at(number % screens.size())->getTitle());
     };
     change(kWarmUpRounds * screens.size());
     Figures::title("Screen changes over all screens");
@@ -181,12 +165,12 @@ void measureGrowth(MainWindow& window) {
         row("growth of what is allocated, ", grown, "bytes", "wanted: none");
         row("growth of resident memory, ", memory - memoryBefore, "MB", "");
     }
-    Figures::row("resident memory, every form built", residentMemory(QStringLiteral("self")), "MB");
 }
 
 }  // namespace
 
 bool measureScreens() {
+    Fonts::configure();
     MainWindow window;
     _gui_menu_ settings = factorySettings();
     settings.screen.menuTimeout = kNever;

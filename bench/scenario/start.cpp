@@ -66,7 +66,13 @@ bool measureMemory() {
     Figures::row("blank window", blank, "MB");
     Figures::row("terminal", terminal, "MB");
     Figures::row("ratio", terminal / blank, "", "wanted: at most 1.8");
-    return blank > 0 && terminal > 0;
+
+    Program toured("terminal_every_form", kPlatform);
+    const double every = toured.lineAfter("every form").isNull() ? -1 : toured.residentMemory();
+    Figures::title("The same after every screen has been shown, all of them still built");
+    Figures::row("terminal", every, "MB");
+    Figures::row("ratio", every / blank, "", "wanted: at most 2.1");
+    return blank > 0 && terminal > 0 && every > 0;
 }
 
 /// A device has files of one face each; those of Debian hold ten, which every program registers.

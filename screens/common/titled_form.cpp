@@ -1,5 +1,6 @@
 #include "screens/common/titled_form.h"
 
+#include "app/screen_titles.h"
 #include "app/window_shell.h"
 #include "screens/common/device_request.h"
 #include "ui/top_bar.h"
@@ -58,5 +59,5 @@ void TitledForm::prevButtonTouch() {
 }
 
 void TitledForm::homeButtonTouch() {
-    shell()->changeWindow(QStringLiteral("stayWindow"));
+    shell()->changeWindow(screen_title::kStandby);
 }

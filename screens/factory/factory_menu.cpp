@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/main_window.h"
+#include "app/window_shell.h"
 #include "link/command_code.h"
 #include "link/command_parameters.h"
 #include "screens/factory/factory_report.h"
@@ -47,9 +47,8 @@ void FactoryMenu::built() {
     ui_->warning->setInk(Theme::kDanger);
     shield_ = new TouchShield(this);
 
-    const MainWindow* window = MainWindow::getMainWindow();
-    connect(window, &MainWindow::signal_changeWindow, this, &FactoryMenu::screenChanging);
-    connect(window, &MainWindow::signal_linkChanged, this, &FactoryMenu::linkChanged);
+    shell()->onScreenChange(this, [this](const QString& title) { screenChanging(title); });
+    shell()->onLinkChange(this, [this](bool up) { linkChanged(up); });
     connect(qApp, &QCoreApplication::aboutToQuit, this, &FactoryMenu::quitting);
 }
 
@@ -158,15 +157,15 @@ void FactoryMenu::showResults() {
     const struct {
         QLabel* label;
         const char* key;
-        const char* color;
-    } kCounts[] = {{ui_->passLabel, "Info_FactoryPassed", "#5effd7"},
-                   {ui_->failLabel, "Info_FactoryFailed", "#ff8a8a"},
-                   {ui_->notRunLabel, "Info_FactoryNotRun", "#b4c3d6"}};
+        QRgb color;
+    } kCounts[] = {{ui_->passLabel, "Info_FactoryPassed", Theme::kAccent},
+                   {ui_->failLabel, "Info_FactoryFailed", Theme::kDanger},
+                   {ui_->notRunLabel, "Info_FactoryNotRun", Theme::kList}};
     for (const auto& one : kCounts) {
         ScriptHandler::Script script = shell()->getScript(QLatin1String(one.key));
         const QString span =
             QStringLiteral("<span style='color : %1; font-weight : 500;'>%2</span>")
-                .arg(QLatin1String(one.color),
+                .arg(Theme::color(one.color).name(),
                      script.script.replace(QLatin1String("%1"),
                                            QString::number(count[&one - kCounts])));
         script.script =

@@ -1,12 +1,9 @@
 #include "screens/information/info_con_window.h"
 
-#include <QDir>
-#include <QFile>
-
+#include "app/cable_watch.h"
 #include "app/peer_history.h"
 #include "app/settings_change.h"
 #include "app/window_shell.h"
-#include "base/device_paths.h"
 #include "cloud/network_helper.h"
 #include "cloud/service_contact.h"
 #include "link/command_code.h"
@@ -16,7 +13,7 @@ namespace {
 
 using State = PeerCard::State;
 
-/// Milliseconds between two looks at the network, which does not tell of changes.
+/// Milliseconds between two looks at the network's address, of which nobody tells.
 constexpr int kPeriod = 2000;
 
 ScriptHandler::Script entry(const char* key) {
@@ -54,13 +51,6 @@ QString failureText(const ServiceContact& contact) {
     return {};
 }
 
-/// Whether there is a signal on the cable.
-bool hasCable() {
-    QFile carrier(DevicePaths::at(
-        QStringLiteral("/sys/class/net/%1/carrier").arg(QLatin1String(NetworkHelper::kInterface))));
-    return carrier.open(QIODevice::ReadOnly) && carrier.read(1) == "1";
-}
-
 }  // namespace
 
 info_conWindow::info_conWindow(QWidget* parent, const QString& title) : FormScreen(parent, title) {
@@ -86,7 +76,6 @@ void info_conWindow::windowOutEvent() {
     FormScreen::windowOutEvent();
     disconnect(&shell()->peerHistory(), nullptr, this, nullptr);
     disconnect(&shell()->serviceContact(), nullptr, this, nullptr);
-    host_.reset();
 }
 
 void info_conWindow::deviceAnswer(const DeviceMessage& message) {
@@ -97,17 +86,9 @@ void info_conWindow::deviceAnswer(const DeviceMessage& message) {
         UpdateHostInfo(*info);
 }
 
-void info_conWindow::UpdateHostInfo(const HostInfo& info) {
-    host_ = info;
-    showAccess();
-}
-
 void info_conWindow::peersChanged() {
     FormScreen::peersChanged();
-    // Nobody tells any more.
-    if (!shell()->linkUp())
-        host_.reset();
-    else if (!host_)
+    if (shell()->linkUp() && !shell()->peerHistory().host())
         shell()->SendCommand(command::AskUserCounts, 0, 0);
     showPeers();
 }
@@ -165,26 +146,33 @@ void info_conWindow::showService() {
 }
 
 void info_conWindow::showAccess() {
-    if (!host_) {
+    if (const auto& host = shell()->peerHistory().host())
+        UpdateHostInfo(*host);
+    else
         ui_->accessCard->setPeer(State::Off, entry("Info_PeerUnknown"), {});
-        return;
-    }
-    const bool reached = host_->connected != 0;
+}
+
+void info_conWindow::UpdateHostInfo(const HostInfo& info) {
+    const bool reached = info.connected != 0;
     const QString place =
-        NetworkHelper::dotted(host_->address) + QLatin1Char(':') + QString::number(host_->port);
+        NetworkHelper::dotted(info.address) + QLatin1Char(':') + QString::number(info.port);
     ui_->accessCard->setPeer(reached ? State::Good : State::Bad,
                              entry(reached ? "Info_Reached" : "Info_NotReached"),
-                             {fieldText(host_->name).simplified(), place});
+                             {timed("Info_SinceTime", shell()->peerHistory().hostSince()),
+                              fieldText(info.name).simplified(), place});
 }
 
 void info_conWindow::showNetwork() {
     timer_.start();
+    CableWatch& cable = shell()->peerHistory().cable();
+    cable.look();
     const QString interface = QLatin1String(NetworkHelper::kInterface);
     const QString address = NetworkHelper::getIPAddress(interface);
     const QString mask = NetworkHelper::getMask(interface);
-    const bool cable = hasCable();
-    ui_->networkCard->setPeer(cable ? State::Good : State::Bad,
-                              entry(cable ? "Info_CablePlugged" : "Info_CableMissing"),
-                              {address.isEmpty() ? text("Info_NoAddress")
+    const bool plugged = cable.isPlugged();
+    ui_->networkCard->setPeer(plugged ? State::Good : State::Bad,
+                              entry(plugged ? "Info_CablePlugged" : "Info_CableMissing"),
+                              {timed("Info_SinceTime", cable.since()),
+                               address.isEmpty() ? text("Info_NoAddress")
                                                  : QStringLiteral("%1 / %2").arg(address, mask)});
 }

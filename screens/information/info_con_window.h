@@ -1,7 +1,5 @@
 #pragma once
 
-#include <optional>
-
 #include "link/device_records.h"
 #include "screens/common/device_request.h"
 #include "screens/common/form_screen.h"
@@ -33,6 +31,5 @@ class info_conWindow : public FormScreen<Ui::info_conWindow> {
     void showAccess();
     void showNetwork();
 
-    std::optional<HostInfo> host_;
     VisibleTimer timer_{this};
 };

@@ -25,9 +25,9 @@ QString known(const QString& address) {
     return address.isEmpty() || address == QLatin1String("0.0.0.0") ? QStringLiteral("-") : address;
 }
 
-/// What the kernel knows of the network, or else the @p set one.
-QString inForce(const QString& actual, const std::uint8_t (&set)[4]) {
-    return known(actual.isEmpty() ? NetworkHelper::dotted(set) : actual);
+/// What the kernel knows of the network, or else the @p set one, which with DHCP never holds.
+QString inForce(const QString& actual, const std::uint8_t (&set)[4], bool dhcp) {
+    return known(actual.isEmpty() && !dhcp ? NetworkHelper::dotted(set) : actual);
 }
 
 QString macText() {
@@ -66,14 +66,16 @@ void Info_ReaderWindow::showFacts() {
     timer_.start();
     const _gui_menu_ record = shell()->menuRecord();
     const AddressBlock& own = record.network.own;
+    const bool dhcp = own.dhcp == 1;
     const QString interface = QLatin1String(NetworkHelper::kInterface);
     ui_->facts->setValue(Number, QString::number(record.setup.deviceNumber));
     ui_->facts->setValue(Serial, fieldText(record.serial));
     ui_->facts->setValue(Mac, known(macText()));
-    ui_->facts->setValue(Address, inForce(NetworkHelper::getIPAddress(interface), own.address));
-    ui_->facts->setValue(Mask, inForce(NetworkHelper::getMask(interface), own.mask));
-    ui_->facts->setValue(Gateway, inForce(NetworkHelper::getGateway(interface), own.gateway));
-    ui_->facts->setValue(Dns, inForce(NetworkHelper::getNameServer(), own.dns));
+    ui_->facts->setValue(Address,
+                         inForce(NetworkHelper::getIPAddress(interface), own.address, dhcp));
+    ui_->facts->setValue(Mask, inForce(NetworkHelper::getMask(interface), own.mask, dhcp));
+    ui_->facts->setValue(Gateway, inForce(NetworkHelper::getGateway(interface), own.gateway, dhcp));
+    ui_->facts->setValue(Dns, inForce(NetworkHelper::getNameServer(), own.dns, dhcp));
 
     const QLocale locale(shell()->getScript(QStringLiteral("Arg_Locale")).script);
     const QDateTime since = Clock::now().addMSecs(-running_.elapsed());

@@ -22,11 +22,11 @@ constexpr TextFit::Rule kDetail{{{20, 2}, {18, 2}}, true};
 /// By PeerCard::State.
 constexpr struct Look {
     const char* sign;
-    QRgb ink;
+    const QRgb* ink;
 } kLooks[] = {
-    {"pass_28.png", Theme::kAccent},
-    {"fail_28.png", Theme::kDanger},
-    {"not_run_28.png", Theme::kList},
+    {"pass_28.png", &Theme::kAccent},
+    {"fail_28.png", &Theme::kDanger},
+    {"not_run_28.png", &Theme::kList},
 };
 
 }  // namespace
@@ -82,7 +82,7 @@ void PeerCard::paintEvent(QPaintEvent*) {
     const QRect word(line.right() + 1 - wordWidth, line.y(), wordWidth, kHead);
     const QRect sign(word.x() - kGap - kSign, line.y(), kSign, kHead);
     Paint::icon(&painter, sign, QLatin1String(look.sign));
-    TextFit::draw(&painter, word, Qt::AlignRight, word_, TextFit::kCaption, QFont::Bold, look.ink);
+    TextFit::draw(&painter, word, Qt::AlignRight, word_, TextFit::kCaption, QFont::Bold, *look.ink);
     TextFit::draw(&painter, line.adjusted(0, 0, sign.x() - kGap - line.right(), 0), Qt::AlignLeft,
                   title_.entry(), TextFit::kRowLabel, QFont::Medium, Theme::kCaption);
     line.setTop(line.bottom() + 1);

@@ -40,9 +40,6 @@ Info_logList::Info_logList(QWidget* parent, const QString& title)
             return logs_->size() > 0 && pages_.hasNext() && !isLoading() && !popup_.isOpen();
         },
         [this] { nextPage(); });
-    connect(&request_, &DeviceRequest::answered, this, [this](const DeviceMessage& message) {
-        ShowUserLogList(message.p1, message.p2, message);
-    });
     connect(&request_, &DeviceRequest::failed, this, &Info_logList::pageFailed);
 }
 
@@ -100,7 +97,9 @@ void Info_logList::windowInEvent() {
     ui_->list->rewind();
     toEnd_ = false;
     setTotal(param().toUInt());
-    if (!ask(LogPages::first()))
+    // What an earlier list was still owed is no part of this one.
+    page_.wanted = page_.arrived;
+    if (!begin(LogPages::first()))
         popup_.show(kNoController, kPopupSeconds);
 }
 
@@ -128,29 +127,52 @@ void Info_logList::setTotal(quint32 total) {
 
 // --- Pages ---------------------------------------------------------------------------------
 
-bool Info_logList::ask(const LogPages::Request& page) {
-    query_.count = page.count;
-    query_.start = page.start;
-    wanted_ = pages_.expected(page);
-    arrived_ = 0;
-    if (!request_.sendRecord(command::AskLogPage, query_.kind, 0, query_, {command::LogPage},
-                             kAnswerTime))
+bool Info_logList::begin(const LogPages::Request& request) {
+    before_ = page_;
+    page_ = {nextLogTag(before_.tag), pages_.expected(request), 0};
+    return ask(request);
+}
+
+bool Info_logList::ask(const LogPages::Request& request) {
+    query_.count = request.count;
+    query_.start = request.start;
+    query_.tag = page_.tag;
+    if (!request_.sendRecord(command::AskLogPage, query_.kind, 0, query_, {}, kAnswerTime))
         return false;
-    if (wanted_ == 0)
+    if (page_.wanted == 0)
         endPage();
     return true;
 }
 
-void Info_logList::ShowUserLogList(int, int, const DeviceMessage& page) {
-    std::vector<GUI_LOGDATA> logs = page.records<GUI_LOGDATA>();
-    if (logs.size() > wanted_ - arrived_)
-        logs.resize(wanted_ - arrived_);
-    arrived_ += static_cast<quint32>(logs.size());
+void Info_logList::deviceAnswer(const DeviceMessage& message) {
+    if (message.command == command::LogPage)
+        ShowUserLogList(message.p1, message.p2, message);
+    else
+        FormScreen::deviceAnswer(message);
+}
+
+Info_logList::Page* Info_logList::pageOf(int tag) {
+    if (tag == page_.tag || (tag == 0 && isLoading()))
+        return &page_;
+    return tag != 0 && tag == before_.tag ? &before_ : nullptr;
+}
+
+void Info_logList::ShowUserLogList(int, int p2, const DeviceMessage& frame) {
+    Page* page = pageOf(p2);
+    if (page == nullptr)
+        return;
+    std::vector<GUI_LOGDATA> logs = frame.records<GUI_LOGDATA>();
+    if (logs.size() > page->wanted - page->arrived)
+        logs.resize(page->wanted - page->arrived);
+    page->arrived += static_cast<quint32>(logs.size());
     logs_->addItemList(logs);
     showRange();
-    // A frame without a log ends the page: there are fewer of them by now.
-    if (arrived_ < wanted_ && !logs.empty())
-        request_.await({command::LogPage}, kAnswerTime);
+    if (!isLoading())
+        return;
+    // One that comes late shows that the controller is at work. A frame without a log ends the
+    // page: there are fewer of them by now.
+    if (page == &before_ || (page->arrived < page->wanted && !logs.empty()))
+        request_.extend();
     else
         endPage();
 }
@@ -165,7 +187,7 @@ void Info_logList::endPage() {
 void Info_logList::pageFailed(DeviceRequest::Failure why) {
     toEnd_ = false;
     popup_.show(why == DeviceRequest::Failure::LinkDown ? kNoController : kIncomplete,
-                kPopupSeconds, QStringLiteral("%1 / %2").arg(arrived_).arg(wanted_));
+                kPopupSeconds, QStringLiteral("%1 / %2").arg(page_.arrived).arg(page_.wanted));
 }
 
 void Info_logList::nextPage() {
@@ -183,7 +205,7 @@ void Info_logList::nextPage() {
         popup_.wait(kWait);
     if (begins)
         pages_.setTotal(pages_.total());
-    if (!ask(begins ? LogPages::first() : *pages_.next()))
+    if (!(begins ? ask(LogPages::first()) : begin(*pages_.next())))
         popup_.show(kNoController, kPopupSeconds);
 }
 

@@ -87,6 +87,14 @@ void Info_LogSearch::windowInEvent() {
     periodChosen();
 }
 
+void Info_LogSearch::deviceAnswer(const DeviceMessage& message) {
+    // A count that was given up says nothing of what is searched for by now.
+    const bool late =
+        message.command == command::LogCount && message.p2 != 0 && message.p2 != query_.tag;
+    if (!late)
+        FormScreen::deviceAnswer(message);
+}
+
 void Info_LogSearch::forget() {
     ui_->idField->clear();
     for (Combo* combo : {ui_->resultCombo, ui_->methodCombo, ui_->periodCombo})
@@ -139,7 +147,9 @@ void Info_LogSearch::searchButtonTouch() {
     shell()->removeTouchKey();
     if (request_.isWaiting())
         return;
+    const quint8 last = query_.tag;
     query_ = GUI_USERLOG{};
+    query_.tag = nextLogTag(last);
     query_.count = LogPages::first().count;
     query_.start = LogPages::first().start;
     setPeriod(ui_->periodCombo->currentIndex());

@@ -18,6 +18,7 @@ class Info_LogSearch : public FormScreen<Ui::Info_LogSearch> {
 
     /// With true as the parameter what was entered stays; otherwise all logs are wanted.
     void windowInEvent() override;
+    void deviceAnswer(const DeviceMessage& message) override;
     /// @p count logs match.
     void UpdateUserLogCount(quint32 count);
 

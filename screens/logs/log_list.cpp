@@ -24,8 +24,7 @@ constexpr int kEventLeft = 344;
 constexpr int kIcon = 24;
 constexpr int kIconGap = 6;
 constexpr int kLine = 30;
-constexpr int kWideTop = 2;                  // where the direction stands above two lines
-constexpr QRgb kNoPhotoGround = 0xff223145;  // that of nophoto.png
+constexpr int kWideTop = 2;  // where the direction stands above two lines
 
 constexpr TextFit::Rule kTime{{{20, 2}}};
 constexpr TextFit::Rule kUser{{{20, 1}, {18, 1}}, true};
@@ -178,7 +177,7 @@ void InfoLogItem::setThumbPath(QPainter* painter, const QRect& box,
     painter->setClipPath(frame);
     if (photo.isNull()) {
         const QPixmap silhouette = Pictures::icon(QStringLiteral("nophoto.png"));
-        painter->fillRect(box, Theme::color(kNoPhotoGround));
+        painter->fillRect(box, Theme::color(Theme::kPhoto));
         const QSize whole = silhouette.size().scaled(box.size(), Qt::KeepAspectRatio);
         painter->drawPixmap(
             QRect(box.topLeft() + QPoint((box.width() - whole.width()) / 2, 0), whole), silhouette);

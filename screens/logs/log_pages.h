@@ -3,6 +3,11 @@
 #include <cstdint>
 #include <optional>
 
+/// The tag of the query that follows the one tagged @p last: 1 to 255, round and round.
+constexpr std::uint8_t nextLogTag(std::uint8_t last) {
+    return static_cast<std::uint8_t>(last % 255 + 1);
+}
+
 /// Which of the logs that were found are asked for next: 30 at a time, and on the last page those
 /// that remain.
 class LogPages {

@@ -32,8 +32,8 @@ constexpr int kDoorDialogTime = 10000;  // milliseconds
 
 constexpr char kPictureSheet[] = "#noti_layer{background-image: url(%1);};";
 constexpr char kPlainSheet[] =
-    "#noti_layer{background : qlineargradient(x1:0, y1:0, x2:1, y2:0, stop:0 #16383c, "
-    "stop:1 #162130);}";
+    "#noti_layer{background : qlineargradient(x1:0, y1:0, x2:1, y2:0, stop:0 %1, "
+    "stop:1 %2);}";
 
 }  // namespace
 
@@ -129,11 +129,13 @@ void LiveView::updateWorkState(int mode) {
             showBanner(false);
         return;
     }
-    const QString sheet = banner->picture != nullptr
-                              ? QString(QLatin1String(kPictureSheet))
-                                    .arg(DevicePaths::at(QLatin1String("/zel1/image/") +
-                                                         QLatin1String(banner->picture)))
-                              : QString(QLatin1String(kPlainSheet));
+    const QString sheet =
+        banner->picture != nullptr
+            ? QString(QLatin1String(kPictureSheet))
+                  .arg(DevicePaths::at(QLatin1String("/zel1/image/") +
+                                       QLatin1String(banner->picture)))
+            : QString::fromLatin1(kPlainSheet)
+                  .arg(Theme::color(Theme::kAccentTint).name(), Theme::color(Theme::kBar).name());
     ui_->noti_layer->setGround(sheet);
 
     const auto script = [](const char* key) { return shell()->getScript(QLatin1String(key)); };

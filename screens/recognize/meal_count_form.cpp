@@ -2,8 +2,8 @@
 
 #include <QPainter>
 
-#include "app/main_window.h"
 #include "app/window_form.h"
+#include "app/window_shell.h"
 #include "link/device_records.h"
 #include "link/record_values.h"
 #include "ui/label_button.h"
@@ -65,8 +65,7 @@ MealCountForm::MealCountForm(QWidget* parent, int timeoutMs)
     timeout_.setSingleShot(true);
     connect(ok_, &LabelButton::touched, this, &QWidget::hide);
     connect(&timeout_, &QTimer::timeout, this, &QWidget::hide);
-    connect(MainWindow::getMainWindow(), &MainWindow::signal_changeWindow, this,
-            &DialogOverlay::windowChanged);
+    WindowForm::shell()->onScreenChange(this, [this](const QString&) { windowChanged(); });
 }
 
 bool MealCountForm::isOffered(const _gui_menu_& settings) {

@@ -4,6 +4,7 @@
 #include <QPaintEvent>
 #include <QPainter>
 
+#include "screens/recognize/clock_digits.h"
 #include "ui/pictures.h"
 #include "ui/theme.h"
 
@@ -27,11 +28,7 @@ constexpr QPoint kLogo(24, 24);
 constexpr QSize kLogoSize(240, 72);
 
 // The terminal's own background: rings around the lower right corner.
-constexpr QRgb kGroundTop = 0xff0b1119;
-constexpr QRgb kGroundMiddle = 0xff0f1b29;
 constexpr double kGroundMiddleAt = 0.55;
-constexpr QRgb kGroundBottom = 0xff143042;
-constexpr QRgb kRing = 0xff1b3b4d;
 constexpr double kRingWidth = 1.5;
 constexpr int kSmallestRing = 140;
 constexpr int kLargestRing = 500;
@@ -114,43 +111,41 @@ void StandbyView::paintEvent(QPaintEvent* event) {
 // Drawn, since a picture of the whole screen would take memory for as long as the terminal runs.
 void StandbyView::paintOwnBackground(QPainter& painter, const QRect& area) const {
     QLinearGradient ground(0, 0, 0, height());
-    ground.setColorAt(0, Theme::color(kGroundTop));
-    ground.setColorAt(kGroundMiddleAt, Theme::color(kGroundMiddle));
-    ground.setColorAt(1, Theme::color(kGroundBottom));
+    ground.setColorAt(0, Theme::color(Theme::kGroundTop));
+    ground.setColorAt(kGroundMiddleAt, Theme::color(Theme::kGroundMiddle));
+    ground.setColorAt(1, Theme::color(Theme::kGroundBottom));
     painter.fillRect(area, ground);
-    painter.setPen(QPen(Theme::color(kRing), kRingWidth));
+    painter.setPen(QPen(Theme::color(Theme::kRing), kRingWidth));
     painter.setBrush(Qt::NoBrush);
     for (int radius = kSmallestRing; radius <= kLargestRing; radius += kRingDistance)
         painter.drawEllipse(QPoint(width(), height()), radius, radius);
 }
 
 void StandbyView::paintClock(QPainter& painter) const {
-    const QString family = hint_.fontFamily;
     const int hour = time_.time().hour();
     const QString hours = QStringLiteral("%1").arg((hour + 11) % 12 + 1, 2, 10, QLatin1Char('0'));
     const QString minutes =
         QStringLiteral("%1").arg(time_.time().minute(), 2, 10, QLatin1Char('0'));
 
-    painter.setPen(Theme::color(Theme::kStrong));
-    painter.setFont(Theme::font(family, kDigitSize, QFont::Medium));
-    painter.drawText(kDigitsRight - painter.fontMetrics().horizontalAdvance(hours), kHourBaseline,
-                     hours);
-
-    painter.setFont(Theme::font(family, kDigitSize, QFont::Light));
-    const QFontMetrics light = painter.fontMetrics();
-    const int minutesLeft = kDigitsRight - light.horizontalAdvance(minutes);
-    painter.drawText(minutesLeft, kMinuteBaseline, minutes);
+    const auto paint = [&](const QString& text, QFont::Weight weight, int right, int baseline) {
+        const int left = right - ClockDigits::width(text, weight, kDigitSize);
+        painter.drawPath(ClockDigits::path(text, weight, kDigitSize, QPointF(left, baseline)));
+        return left;
+    };
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Theme::color(Theme::kStrong));
+    paint(hours, QFont::Medium, kDigitsRight, kHourBaseline);
     // The colon hangs left of the digits, so that these stand under the hours.
-    const QString colon = QStringLiteral(":");
-    painter.drawText(minutesLeft - light.horizontalAdvance(colon), kMinuteBaseline, colon);
+    const int minutesLeft = paint(minutes, QFont::Light, kDigitsRight, kMinuteBaseline);
+    paint(QStringLiteral(":"), QFont::Light, minutesLeft, kMinuteBaseline);
 
     painter.setPen(Theme::color(Theme::kAccent));
-    painter.setFont(Theme::font(family, kHalfDaySize, QFont::Medium));
+    painter.setFont(Theme::font(hint_.fontFamily, kHalfDaySize, QFont::Medium));
     painter.drawText(kHalfDayLeft, kHourBaseline,
                      hour < 12 ? QStringLiteral("AM") : QStringLiteral("PM"));
 
     painter.setPen(Theme::color(Theme::kCaption));
-    painter.setFont(Theme::font(family, static_cast<int>(date_.size)));
+    painter.setFont(Theme::font(date_.fontFamily, static_cast<int>(date_.size)));
     painter.drawText(kDate, Qt::AlignCenter, dateText());
 }
 

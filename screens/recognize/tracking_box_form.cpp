@@ -15,7 +15,6 @@ constexpr int kCardFailureTime = 2000;  // milliseconds
 // The frame: a line on a wider, darker one, so that it shows on any picture.
 constexpr int kLine = 5;
 constexpr int kGround = 9;
-constexpr QRgb kGroundColor = 0x990f1722;
 constexpr int kRadius = 20;
 constexpr int kArm = 52;
 /// Around the box's edge: how far the frame reaches out, and in at its corners.
@@ -177,7 +176,7 @@ void TrackingBoxForm::paintFrame(QPainter& painter) const {
         path.addRoundedRect(look_.box, kRadius, kRadius);
     const QRgb color = look_.state == Failed ? Theme::kDanger : Theme::kAccent;
     painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(Theme::color(kGroundColor), kGround, Qt::SolidLine, Qt::RoundCap));
+    painter.setPen(QPen(Theme::color(Theme::kFrameGround), kGround, Qt::SolidLine, Qt::RoundCap));
     painter.drawPath(path);
     painter.setPen(QPen(Theme::color(color), kLine, Qt::SolidLine, Qt::RoundCap));
     painter.drawPath(path);

@@ -11,7 +11,6 @@
 namespace {
 
 constexpr QRect kDisc(24, 16, 72, 72);
-constexpr QRgb kDiscColor = 0xff0f2529;
 constexpr QRect kMode(116, 13, 348, 41);
 constexpr QRect kRange(116, 56, 348, 32);
 constexpr QRect kModeAlone(116, 13, 348, 78);
@@ -60,7 +59,7 @@ void WorkBanner::paintEvent(QPaintEvent*) {
     if (isDown())
         painter.fillRect(rect(), Theme::color(Theme::kDim));
     if (!icon_.isEmpty()) {
-        Paint::box(&painter, kDisc, kDisc.width() / 2.0, kDiscColor);
+        Paint::box(&painter, kDisc, kDisc.width() / 2.0, Theme::kDisc);
         Paint::icon(&painter, kDisc, icon_);
     }
     const int more = touchable_ ? kMore.width() : 0;

@@ -30,12 +30,12 @@ void WorkButton::applyScripts(const Lookup& lookup) {
 
 void WorkButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    QRgb ink = Theme::kCaption;  // #d9dfe9
+    QRgb ink = Theme::kCaption;
     const char* state = "";
     if (isSelected()) {
         // Stays marked when all buttons are switched off after the choice.
         Paint::box(&painter, rect(), Theme::kRadiusCard, Theme::kAccentTint, Theme::kAccent, 2);
-        ink = Theme::kAccent;  // #5effd7
+        ink = Theme::kAccent;
         state = "_pressed";
     } else if (!isEnabled()) {
         Paint::box(&painter, rect(), Theme::kRadiusCard, Theme::kRow);

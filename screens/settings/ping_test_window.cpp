@@ -34,10 +34,32 @@ QString milliseconds(double time) {
     return QString::number(time, 'f', time < 10 ? 2 : 1) + QStringLiteral(" ms");
 }
 
-/// The address with which a button fills the field; empty when the settings name none.
-QString addressText(const std::uint8_t (&address)[4]) {
-    const QString text = NetworkHelper::dotted(address);
-    return PingRun::isHost(text) ? text : QString();
+/// The address with which a button fills the field; empty when there is none.
+QString hostOrNone(const QString& address) {
+    return PingRun::isHost(address) ? address : QString();
+}
+
+AddressBlock ownSettings() {
+    return WindowForm::shell()->menuRecord().network.own;
+}
+
+// With DHCP the network has named these two, and the settings keep others.
+
+QString gatewayText() {
+    const AddressBlock own = ownSettings();
+    return hostOrNone(own.dhcp == 1
+                          ? NetworkHelper::getGateway(QLatin1String(NetworkHelper::kInterface))
+                          : NetworkHelper::dotted(own.gateway));
+}
+
+QString dnsText() {
+    const AddressBlock own = ownSettings();
+    return hostOrNone(own.dhcp == 1 ? NetworkHelper::getNameServer()
+                                    : NetworkHelper::dotted(own.dns));
+}
+
+QString serviceText() {
+    return hostOrNone(NetworkHelper::dotted(ownSettings().managerAddress));
 }
 
 }  // namespace
@@ -125,20 +147,19 @@ void PingTestWindow::built() {
     ui_->list->setModel(lines_);
     connect(ui_->startButton, &WidgetButton::touched, this, &PingTestWindow::startButtonTouch);
     connect(ui_->stopButton, &WidgetButton::touched, this, &PingTestWindow::stopButtonTouch);
-    const auto fill = [this](LabelButton* button, const std::function<QString()>& address) {
+    const auto fill = [this](LabelButton* button, QString (*address)()) {
         connect(button, &WidgetButton::touched, this,
                 [this, address] { ui_->addressField->setText(address()); });
     };
-    const auto own = [] { return shell()->menuRecord().network.own; };
-    fill(ui_->gatewayButton, [own] { return addressText(own().gateway); });
-    fill(ui_->serviceButton, [own] { return addressText(own().managerAddress); });
-    fill(ui_->dnsButton, [own] { return addressText(own().dns); });
+    fill(ui_->gatewayButton, &gatewayText);
+    fill(ui_->serviceButton, &serviceText);
+    fill(ui_->dnsButton, &dnsText);
 }
 
 void PingTestWindow::windowInEvent() {
     FormScreen::windowInEvent();
     lines_->clear();
-    ui_->addressField->setText(addressText(shell()->menuRecord().network.own.gateway));
+    ui_->addressField->setText(gatewayText());
     run_.reset();
     showAddresses();
     showState();
@@ -182,10 +203,9 @@ void PingTestWindow::GetTestResult(int number, PingRun::Outcome outcome, double 
 }
 
 void PingTestWindow::showAddresses() {
-    const AddressBlock own = shell()->menuRecord().network.own;
-    ui_->gatewayButton->setEnabled(!addressText(own.gateway).isEmpty());
-    ui_->serviceButton->setEnabled(!addressText(own.managerAddress).isEmpty());
-    ui_->dnsButton->setEnabled(!addressText(own.dns).isEmpty());
+    ui_->gatewayButton->setEnabled(!gatewayText().isEmpty());
+    ui_->serviceButton->setEnabled(!serviceText().isEmpty());
+    ui_->dnsButton->setEnabled(!dnsText().isEmpty());
 }
 
 void PingTestWindow::showState() {

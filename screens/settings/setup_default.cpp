@@ -89,6 +89,12 @@ void SetupDefault::windowOutEvent() {
     endWait();
 }
 
+void SetupDefault::deviceAnswer(const DeviceMessage& message) {
+    // One that has come too late for its own reset, or the service's, is not about this one.
+    if (message.command != command::Initialised || message.p2 == what_)
+        FormScreen::deviceAnswer(message);
+}
+
 void SetupDefault::ask(unsigned char what) {
     const auto agreed = [this, what] { reset(what); };
     QString below;
@@ -104,6 +110,7 @@ void SetupDefault::reset(unsigned char what) {
         popup_.show(kNoController, kPopupSeconds);
         return;
     }
+    what_ = what;
     await(numberOf(what));
 }
 

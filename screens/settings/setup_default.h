@@ -14,6 +14,7 @@ class SetupDefault : public FormScreen<Ui::SetupDefault> {
     SetupDefault(QWidget* parent, const QString& title);
 
     void windowOutEvent() override;
+    void deviceAnswer(const DeviceMessage& message) override;
 
     /// Shows how the reset of @p what (command::initialise) has gone; 0: done.
     void ShowResetResult(unsigned char result, unsigned char what);
@@ -33,6 +34,7 @@ class SetupDefault : public FormScreen<Ui::SetupDefault> {
 
     DeviceRequest reset_;
     DeviceRequest restart_;
+    unsigned char what_ = 0;  // is reset, as it was asked for last
     ScreenPopup popup_;
     VisibleTimer stay_;
 };

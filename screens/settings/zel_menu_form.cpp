@@ -2,6 +2,7 @@
 
 #include <QEvent>
 
+#include "app/screen_titles.h"
 #include "app/window_shell.h"
 #include "link/record_values.h"
 
@@ -48,5 +49,5 @@ void ZelMenuForm::titleTapped() {
     if (++taps_ < kFactoryTaps)
         return;
     taps_ = 0;
-    shell()->changeWindow(QStringLiteral("factoryMenuWindow"));
+    shell()->changeWindow(screen_title::kFactoryMenu);
 }

@@ -48,6 +48,8 @@ UserGroupInfo::UserGroupInfo(QWidget* parent, const QString& title)
     : FormScreen(parent, title), popup_(this, kTexts), request_(this) {
     connect(&request_, &DeviceRequest::failed, this, [this](DeviceRequest::Failure why) {
         shell()->setChangeWindowFlag(true);
+        if (why == DeviceRequest::Failure::TimedOut)
+            late_.insert(deleting_);
         deleting_ = kNone;
         ShowPopup(why == DeviceRequest::Failure::LinkDown ? kNoConnection : kNoAnswer,
                   ScreenPopup::kSeconds);
@@ -64,6 +66,7 @@ void UserGroupInfo::built() {
     for (const auto& row : rows)
         connect(row.first, &GroupRow::deleteTouched, this,
                 [this, group = row.second] { askDelete(group); });
+    shell()->onLinkChange(this, [this](bool) { late_.clear(); });
 }
 
 void UserGroupInfo::windowInEvent() {
@@ -100,6 +103,7 @@ void UserGroupInfo::deleteGroup(int group) {
         return;
     }
     deleting_ = group;
+    late_.remove(group);
     // It may outlast the time of the menu, and the service is to hear of its end.
     shell()->setChangeWindowFlag(false);
     popup_.wait(kDeleting);
@@ -116,7 +120,9 @@ void UserGroupInfo::deviceAnswer(const DeviceMessage& message) {
 
 void UserGroupInfo::ShowAllDeleteResult(bool ok, unsigned char group, const char*) {
     if (!request_.isWaiting() || group != deleting_) {
-        // Somebody else's order.
+        // One that was given up, or somebody else's order.
+        if (late_.remove(group) && ok)
+            tellService(group);
         if (isVisible())
             askCounts();
         return;
@@ -129,10 +135,14 @@ void UserGroupInfo::ShowAllDeleteResult(bool ok, unsigned char group, const char
         askCounts();
         return;
     }
-    if (group != user_group::InOut)
-        shell()->reportGroupDeleted(group);
+    tellService(group);
     popup_.showThen(kDeleted + group, [] { shell()->changeWindow(screen_title::kEnrolMenu); });
     askCounts();
+}
+
+void UserGroupInfo::tellService(int group) {
+    if (group != user_group::InOut)
+        shell()->reportGroupDeleted(group);
 }
 
 void UserGroupInfo::ShowPopup(int code, int seconds) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QSet>
+
 #include "screens/common/device_request.h"
 #include "screens/common/form_screen.h"
 #include "screens/common/screen_popup.h"
@@ -34,8 +36,10 @@ class UserGroupInfo : public FormScreen<Ui::UserGroupInfo> {
     void askDelete(int group);
     void deleteGroup(int group);
     void askCounts();
+    void tellService(int group);
 
     ScreenPopup popup_;
     DeviceRequest request_;
     int deleting_ = -1;
+    QSet<int> late_;  // groups whose deletion was not answered in its time, on this connection
 };

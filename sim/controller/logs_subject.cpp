@@ -20,7 +20,7 @@ class LogsSubject : public Subject {
     explicit LogsSubject(Device& device) : Subject(device) {
         onRequest(command::SearchLogs, [this](const Request& request) {
             if (const auto query = request.record<GUI_USERLOG>())
-                device_.sendRecord(command::LogCount, 0, 0,
+                device_.sendRecord(command::LogCount, 0, query->tag,
                                    device_.logs().count(*query, device_.now().date()));
         });
         onRequest(command::AskLogPage, [this](const Request& request) {
@@ -45,16 +45,16 @@ class LogsSubject : public Subject {
         query.count = qMin(query.count, kMost);
         const QVector<GUI_LOGDATA> logs = device_.logs().find(query, device_.now().date());
         for (int sent = 0; sent < logs.size(); sent += kInFrame)
-            send(query.kind, logs.mid(sent, kInFrame));
+            send(query, logs.mid(sent, kInFrame));
         // Nothing that is there was left out: the terminal need not wait for it.
         if (static_cast<quint32>(logs.size()) < query.count || logs.isEmpty())
-            send(query.kind, {});
+            send(query, {});
     }
 
-    void send(quint8 kind, const QVector<GUI_LOGDATA>& logs) {
+    void send(const GUI_USERLOG& query, const QVector<GUI_LOGDATA>& logs) {
         const auto size = static_cast<int>(sizeof(GUI_LOGDATA));
         device_.send(
-            command::LogPage, kind, 0,
+            command::LogPage, query.kind, query.tag,
             QByteArray(reinterpret_cast<const char*>(logs.constData()), logs.size() * size));
     }
 

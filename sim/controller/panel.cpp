@@ -56,16 +56,19 @@ class UserBox : public QComboBox {
 }  // namespace
 
 Panel::Panel(ControllerSim& controller)
-    : controller_(controller), answers_(new QPlainTextEdit(this)) {
+    : controller_(controller), columns_(new QHBoxLayout), answers_(new QPlainTextEdit(this)) {
     setWindowTitle(QStringLiteral("Device controller"));
-    auto* column = new QVBoxLayout(this);
+    auto* all = new QVBoxLayout(this);
+    all->addLayout(columns_);
+    beginColumn();
     addPeople();
     addEnrolment();
     addTime();
     addArrangements();
-    addFaults();
-    addShown();
 
+    beginColumn();
+    addShown();
+    addFaults();
     QGridLayout* reports = addGroup(QStringLiteral("Reports"));
     addButton(reports, QStringLiteral("Enrolment refused"), QStringLiteral("popup enrolment 1"));
     addButton(reports, QStringLiteral("User deleted"), QStringLiteral("popup delete 0"));
@@ -96,10 +99,10 @@ Panel::Panel(ControllerSim& controller)
         give(words->text());
         words->clear();
     });
-    column->addWidget(words);
+    all->addWidget(words);
     answers_->setReadOnly(true);
     answers_->setMaximumBlockCount(1000);
-    column->addWidget(answers_, 1);
+    all->addWidget(answers_, 1);
 
     connect(&controller_, &ControllerSim::changed, this, &Panel::follow);
     connect(&clockTimer_, &QTimer::timeout, this, &Panel::follow);
@@ -117,36 +120,57 @@ void Panel::give(const QString& line) {
     answers_->appendPlainText(controller_.execute(line));
 }
 
+void Panel::beginColumn() {
+    if (column_ != nullptr)
+        column_->addStretch();
+    column_ = new QVBoxLayout;
+    columns_->addLayout(column_, 1);
+}
+
 QGridLayout* Panel::addGroup(const QString& title) {
     auto* group = new QGroupBox(title, this);
     auto* grid = new QGridLayout(group);
-    layout()->addWidget(group);
+    for (int column = 0; column < kColumns; ++column)
+        grid->setColumnStretch(column, 1);
+    column_->addWidget(group);
     return grid;
 }
 
-void Panel::addButton(QGridLayout* group, const QString& text, const QString& line) {
+QPushButton* Panel::addButton(QGridLayout* group, const QString& text,
+                              const std::function<QString()>& line, int place) {
     auto* button = new QPushButton(text);
-    connect(button, &QPushButton::clicked, this, [this, line] { give(line); });
-    const int place = group->count();
+    connect(button, &QPushButton::clicked, this, [this, line] { give(line()); });
+    if (place < 0)
+        place = group->count();
     group->addWidget(button, place / kColumns, place % kColumns);
+    // All columns are as wide as the longest text of the group needs one to be.
+    const int width = qMax(button->sizeHint().width(), group->columnMinimumWidth(0));
+    for (int column = 0; column < kColumns; ++column)
+        group->setColumnMinimumWidth(column, width);
+    return button;
+}
+
+void Panel::addButton(QGridLayout* group, const QString& text, const QString& line) {
+    addButton(group, text, [line] { return line; });
 }
 
 void Panel::addPeople() {
     QGridLayout* group = addGroup(QStringLiteral("At the door"));
     auto* users = new UserBox(controller_);
-    const auto addUserButton = [&](int column, const QString& text, auto line) {
-        auto* button = new QPushButton(text);
-        connect(button, &QPushButton::clicked, this, [this, line] { give(line()); });
-        group->addWidget(button, 1, column);
-    };
     group->addWidget(users, 0, 0, 1, kColumns);
-    addUserButton(0, QStringLiteral("Face"),
-                  [users] { return QStringLiteral("face ") + users->userId(); });
-    addUserButton(1, QStringLiteral("Card"),
-                  [users] { return QStringLiteral("card ") + users->cardNumber(); });
-    addUserButton(2, QStringLiteral("Not permitted"),
-                  [users] { return QStringLiteral("face %1 denied").arg(users->userId()); });
-    addUserButton(3, QStringLiteral("Unknown face"), [] { return QStringLiteral("face unknown"); });
+    int place = kColumns;
+    addButton(
+        group, QStringLiteral("Face"),
+        [users] { return QStringLiteral("face ") + users->userId(); }, place++);
+    addButton(
+        group, QStringLiteral("Card"),
+        [users] { return QStringLiteral("card ") + users->cardNumber(); }, place++);
+    addButton(
+        group, QStringLiteral("Not permitted"),
+        [users] { return QStringLiteral("face %1 denied").arg(users->userId()); }, place++);
+    addButton(
+        group, QStringLiteral("Unknown face"), [] { return QStringLiteral("face unknown"); },
+        place++);
     auto* moving = new QCheckBox(QStringLiteral("A face moves about"));
     connect(moving, &QCheckBox::toggled, this, [this](bool on) {
         give(on ? QStringLiteral("track on") : QStringLiteral("track off"));
@@ -159,26 +183,28 @@ void Panel::addEnrolment() {
     const auto waitsFor = [this](const char* what) {
         return controller_.execute(QStringLiteral("enrolment")).endsWith(QLatin1String(what));
     };
-    const auto add = [&](const QString& text, const char* what, auto line) {
-        auto* button = new QPushButton(text);
-        connect(button, &QPushButton::clicked, this, [this, line] { give(line()); });
+    // Cards stand in the first row, faces below.
+    int cards = 0;
+    int faces = kColumns;
+    const auto addFor = [&](const char* what, int& place, const QString& text, auto line) {
+        QPushButton* button = addButton(group, text, line, place++);
         followers_.append([button, waitsFor, what] { button->setEnabled(waitsFor(what)); });
-        const int place = group->count();
-        group->addWidget(button, place / kColumns, place % kColumns);
     };
-    add(QStringLiteral("New card"), "card", [] {
+    addFor("card", cards, QStringLiteral("New card"), [] {
         return QStringLiteral("card %1").arg(
             QRandomGenerator::global()->bounded(20000000, 99999999));
     });
-    add(QStringLiteral("Card in use"), "card", [] { return QStringLiteral("card 10000002"); });
+    addFor("card", cards, QStringLiteral("Card in use"),
+           [] { return QStringLiteral("card 10000002"); });
     const struct {
         const char* text;
         const char* line;
-    } faces[] = {{"Face", "good"},        {"Slow face", "slow"},   {"Face stalls", "stall"},
+    } kinds[] = {{"Face", "good"},        {"Slow face", "slow"},   {"Face stalls", "stall"},
                  {"Face in use", "used"}, {"Several faces", "12"}, {"Face not clear", "14"}};
-    for (const auto& one : faces)
-        add(QLatin1String(one.text), "face",
-            [one] { return QLatin1String("enrol-face ") + QLatin1String(one.line); });
+    for (const auto& one : kinds)
+        addFor("face", faces, QLatin1String(one.text), [one]() -> QString {
+            return QLatin1String("enrol-face ") + QLatin1String(one.line);
+        });
 }
 
 void Panel::addTime() {

@@ -76,8 +76,10 @@ class UsersSubject : public Subject {
  private:
     void enrol(const Request& request) {
         const auto user = request.record<_gui_user_>();
-        if (!user || !canBeId(fieldText(user->userId)))
+        if (!user)
             return;
+        if (!canBeId(fieldText(user->userId)))
+            return changedByService();
         const QString id = fieldText(user->userId);
         const QString picture = fieldText(user->picture);
         device_.users().store(*user, true);

@@ -11,19 +11,16 @@ import copy
 import http.client
 import http.server
 import json
-import os
 import pathlib
-import shutil
-import socket
-import subprocess
 import sys
-import tempfile
 import threading
-import time
 import unittest
 
 import jsonschema
 import yaml
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1]))
+from support.running import Running, wait_for
 
 BINARIES, STAGED, DOCUMENT = (pathlib.Path(argument) for argument in sys.argv[1:4])
 API = "/cloud-service/rest-api"
@@ -31,12 +28,6 @@ USER_ENROLLED, INFO_SIZE = 3034, 616
 
 # Beside them every schema gets what lies just outside of its own limits.
 VALUES = [None, True, [], {}, "", "x", "\u0000", "가", "0" * 300, 0, -1, 1.5, 1e300, [5], {"a": 1}]
-
-
-def free_port():
-    with socket.socket() as probe:
-        probe.bind(("127.0.0.1", 0))
-        return probe.getsockname()[1]
 
 
 def resolved(node, document):
@@ -51,16 +42,6 @@ def resolved(node, document):
             target = target[key]
         return resolved(target, document)
     return {key: resolved(value, document) for key, value in node.items()}
-
-
-def wait_for(what, condition, seconds=20):
-    deadline = time.monotonic() + seconds
-    while time.monotonic() < deadline:
-        result = condition()
-        if result:
-            return result
-        time.sleep(0.05)
-    raise AssertionError("waited in vain for " + what)
 
 
 def places(schema, path=()):
@@ -152,7 +133,9 @@ class Service(http.server.BaseHTTPRequestHandler):
         pass
 
 
-class Contract(unittest.TestCase):
+class Contract(Running):
+    binaries, staged = BINARIES, STAGED
+
     @classmethod
     def setUpClass(cls):
         document = yaml.safe_load(DOCUMENT.read_text("utf-8"))
@@ -164,54 +147,18 @@ class Contract(unittest.TestCase):
         }
 
     def setUp(self):
-        self.root = pathlib.Path(tempfile.mkdtemp())
-        self.addCleanup(shutil.rmtree, self.root)
-        for folder in ("mnt/data/Images", "mnt/data/input", "mnt/usb", "usr/img", "usr/lib/fonts"):
-            (self.root / folder).mkdir(parents=True)
-        (self.root / "zel1").symlink_to(STAGED / "zel1")
-
+        super().setUp()
         Service.calls.clear()
         service = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Service)
         threading.Thread(target=service.serve_forever, daemon=True).start()
         self.addCleanup(service.server_close)
         self.addCleanup(service.shutdown)
-        self.control, self.port = free_port(), free_port()
-        self.environment = {
-            **os.environ,
-            "ZEL_ROOT": str(self.root),
-            "ZEL_LINK_PORT": str(free_port()),
-            "ZEL_REST_PORT": str(self.port),
-            "XDG_RUNTIME_DIR": str(self.root),
-        }
-        self.controller = self.start("zel-controller-sim", "--control", str(self.control))
-        wait_for("the controller", self.controlled)
+        self.controller = self.start_controller()
         self.settings("managerControl 1", "setup.operation 0", "network.useManager 1",
                       "network.checkPeriod 1", "network.own.managerAddress 127.0.0.1",
                       f"network.own.managerPort {service.server_port}")
         self.start("zel-terminal", "-platform", "offscreen")
         wait_for("the terminal", lambda: "connect" in Service.calls)
-
-    def start(self, *command):
-        program = subprocess.Popen(
-            [BINARIES / command[0], *command[1:]], env=self.environment,
-            stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        self.addCleanup(program.wait)
-        self.addCleanup(program.terminate)
-        return program
-
-    def controlled(self):
-        with socket.socket() as probe:
-            return probe.connect_ex(("127.0.0.1", self.control)) == 0
-
-    def settings(self, *lines):
-        self.tell("\n".join("settings " + line for line in lines))
-
-    def tell(self, words):
-        with socket.create_connection(("127.0.0.1", self.control)) as connection:
-            connection.sendall(words.encode() + b"\n")
-            connection.shutdown(socket.SHUT_WR)
-            answer = b"".join(iter(lambda: connection.recv(4096), b"")).decode()
-        assert "error" not in answer, (words, answer)
 
     def post(self, route, body):
         """The result code of the answer, which is held against its schema."""

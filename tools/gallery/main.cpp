@@ -16,8 +16,7 @@ int main(int argc, char** argv) {
     }
     const QDir target(QFile::decodeName(argv[1]));
     Stage stage;
-    const QStringList languages{QStringLiteral("korean"), QStringLiteral("english"),
-                                QStringLiteral("japanese")};
+    const QStringList languages = stage.languages();
     for (int language = 0; language < languages.size(); ++language) {
         stage.restart(language);
         const QDir folder(target.filePath(languages.at(language)));

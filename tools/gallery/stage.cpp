@@ -1,9 +1,14 @@
 #include "tools/gallery/stage.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QMouseEvent>
 #include <QTcpSocket>
 
+#include "app/fonts.h"
 #include "app/message_dispatch.h"
 #include "base/clock.h"
 #include "link/command_code.h"
@@ -66,6 +71,7 @@ Stage::Stage() : settings_(factorySettings()) {
     controller_.listen(QHostAddress::LocalHost);
     qputenv("ZEL_LINK_PORT", QByteArray::number(controller_.serverPort()));
     qputenv("ZEL_REST_PORT", QByteArray::number(freePort()));
+    Fonts::configure();
     restart();
 }
 
@@ -115,6 +121,19 @@ _gui_menu_ Stage::mealSettings() const {
 void Stage::restart(int language) {
     settings_.setup.language = static_cast<quint8>(language);
     restart();
+}
+
+QStringList Stage::languages() const {
+    QFile file(root_.path("/zel1/script_list.json"));
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("there is no list of languages");
+    const QJsonArray list =
+        QJsonDocument::fromJson(file.readAll()).object().value(QLatin1String("list")).toArray();
+    QStringList names;
+    for (const QJsonValue& language : list)
+        names.append(
+            QFileInfo(language.toObject().value(QLatin1String("path")).toString()).baseName());
+    return names;
 }
 
 void Stage::setTime(const QDateTime& time) {

@@ -35,6 +35,8 @@ class Stage {
     /// The same in the language of that number.
     void restart(int language);
     int language() const { return settings_.setup.language; }
+    /// What the languages' scripts are called, without their endings, in the order of the numbers.
+    QStringList languages() const;
     /// Sets the stopped clock, until open() is called.
     void setTime(const QDateTime& time);
     /// The settings that the terminal started with, and others that the controller tells it until

@@ -272,6 +272,13 @@ constexpr AreaState kStates[] = {
     {"enviscreen_imageselect", "pictures", [](Stage& stage) { pictures(stage); }},
     {"enviscreen_imageselect", "chosen",
      [](Stage& stage) { pictures(stage, [](Stage& grid) { grid.touchRow(3); }); }},
+    {"enviScreen_StayWindow", "preview",
+     [](Stage& stage) {
+         pictures(stage, [](Stage& grid) {
+             grid.touch(QStringLiteral("backButton"));
+             waitForPictures(grid);
+         });
+     }},
     {"enviscreen_imageselect", "broken",
      [](Stage& stage) { pictures(stage, [](Stage& grid) { grid.touchRow(2); }); }},
 };
