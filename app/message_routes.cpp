@@ -70,7 +70,7 @@ constexpr MessageRoute kRoutes[] = {
     {WakeScreen, NamedScreen, 0, kStandby},
     {ShowLiveView, AnyActive, 0, {}},
     {VisitorCall, Shell, sizeof(VisitorCallReport), {}},
-    {AutomaticUserId, ActiveScreen, 0, kEnrolQualification, kEnrolId},
+    {AutomaticUserId, AnyActive, 0, {}},
     {FaceEnrolmentAbandoned, NoAction, 0, {}},
     {FullLogsDeleted, Shell, 0, {}},
     {TextSpoken, Shell, 0, {}},

@@ -82,8 +82,8 @@ void Navigation::startTime(const QString& title) {
 }
 
 void Navigation::leaveUnattended(const QString& returnTitle) {
-    // An operation that must not be left is waited for.
-    if (!windows_.isChangeAllowed()) {
+    // An operation that must not be left is waited for, and so is an answer.
+    if (!windows_.isChangeAllowed() || (active() != nullptr && active()->isWaiting())) {
         menuTimer_.reset();
         return;
     }

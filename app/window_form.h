@@ -47,6 +47,10 @@ class WindowForm : public QWidget {
     /// screen is about to come up.
     virtual bool timesOut() const { return true; }
 
+    /// Whether an answer of the device controller is waited for, which somebody wants to see: an
+    /// unattended terminal does not leave the screen before it has come.
+    virtual bool isWaiting() const { return false; }
+
     /// The management service asks for what the screen's enrol button starts.
     virtual void enrolRequested() {}
 

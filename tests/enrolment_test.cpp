@@ -1,3 +1,5 @@
+#include <QPixmapCache>
+
 #include "app/menu_timer.h"
 #include "base/device_paths.h"
 #include "link/device_link.h"
@@ -11,8 +13,9 @@ namespace {
 
 // What is done and seen: ">name" touches, "#digits" types, "!words" are the controller's (with "_"
 // for a blank), "@title" waits for a screen, "?key" for what is said, "^code" for a frame, "%n" for
-// so many percent, "=number" for what is entered; "~" says that no menu times out, "*" lets the
-// time of what is waited for run out.
+// so many percent, "=number" for what is entered, "|name" for what is not to be seen; "<name"
+// touches at the right end, "-" takes the controller away, "~" says that no menu times out. "*ms"
+// lets the time of what is waited for run out, "&s" that of a popup, which no menu may forestall.
 const char kQualified[] = "MENU >userEnrollTile >WAY >forwardButton >forwardButton ";
 const char kNumbered[] = "@userEnroll_IDWindow >key_clear #01055556666 >forwardButton ";
 const char kTag[] = "@userEnroll_cardTagWindow ~ !card_30000001 ";
@@ -45,7 +48,6 @@ class EnrolmentTest : public QObject {
     void initTestCase() {
         t.root.write("/mnt/data/rebootchkr", {});
         QVERIFY(t.tell("settings setup.language 1") && t.tell("enrol-pace 0"));
-        QVERIFY(t.tell("settings screen.menuTimeout 2"));
         QVERIFY(t.start());
     }
     void init() {
@@ -55,7 +57,7 @@ class EnrolmentTest : public QObject {
         DialogOverlay::closeAll(t.window.get());
         t.window->changeWindow(QStringLiteral("stayWindow"));
         QVERIFY(t.tell("normal") && t.tell("users 7"));
-        QVERIFY(t.tell("settings setup.authMethod 2"));
+        QVERIFY(t.tell("settings setup.authMethod 2") && t.tell("settings screen.menuTimeout 2"));
         QVERIFY(t.tell("settings network.useManager 0"));
         register_({1, 2, 1, 1, 0, 0, 1});
         sent();
@@ -89,10 +91,27 @@ class EnrolmentTest : public QObject {
             steps({kBegin, kCard, kFace, kFaceEnd}), 3, 3);
         row("face and number", steps({kQualified, kNumbered, kLook, kDone}, "authFaceAndIDRow"),
             steps({kBegin, kFace, kFaceEnd}), 4, 2);
+        row("number changed while it is checked",
+            steps({kQualified, "!silent_1923 ", kNumbered, ">key_backspace !frame_2923_0_0 ", kTag,
+                   kDone},
+                  "authCardOnlyRow"),
+            steps({kBegin, kCard, kCardEnd}), 0, 1);
+        row("administrator, back and forth",
+            steps({"MENU >userEnrollTile >WAY >forwardButton <levelToggle >forwardButton "
+                   "@userEnroll_IDWindow >backButton >forwardButton ",
+                   kNumbered, kTag, kDone},
+                  "authCardOnlyRow"),
+            steps({"1933 1921 1933 1923 ", kCard, kCardEnd}), 0, 1);
         row("live view", steps({"LIVE >forwardButton ", kTag, kAdd, kLook, kDone}),
             steps({kDoor, "2037:2:2 ", kCard, kFace, kFaceEnd}), 2, 3);
         row("live view, face",
             steps({"!settings_registration.authMethod_1 LIVE >forwardButton ", kLook, kDone}),
+            steps({kDoor, "2037:1:1 ", kFace, kFaceEnd}), 1, 2);
+        row("live view, number offered late",
+            steps({"!settings_registration.authMethod_1 !settings_registration.autoId_0 LIVE "
+                   ">forwardButton @userEnroll_FaceWindow "
+                   "!frame_3030_0_0_3031303930303030303031 ",
+                   kLook, kDone}),
             steps({kDoor, "2037:1:1 ", kFace, kFaceEnd}), 1, 2);
         row("live view, visitor",
             steps({"!settings_registration.userLevel_2 LIVE >forwardButton @InputDestinationForm "
@@ -121,7 +140,9 @@ class EnrolmentTest : public QObject {
         QCOMPARE(int(user.cardPresent + 2 * user.facePresent), has);
         const bool visits = frames.contains("2037:2:2 2011");
         QCOMPARE(fieldText(user.destination), QLatin1String(visits ? "a" : ""));
-        QCOMPARE(int(user.level), int(visits ? UserLevel::Visitor : UserLevel::General));
+        QCOMPARE(int(user.level), int(visits                            ? UserLevel::Visitor
+                                      : played.contains("<levelToggle") ? UserLevel::Administrator
+                                                                        : UserLevel::General));
         QCOMPARE(fieldText(user.cardNumber), QLatin1String((has & 1) != 0 ? "30000001" : ""));
         // Whoever has a face is known by it from now on, until they are deleted.
         QVERIFY(play("DOOR"));
@@ -146,6 +167,7 @@ class EnrolmentTest : public QObject {
             steps({kQualified, kNumbered}, "authFaceOnlyRow") + " @userEnroll_FaceWindow ";
         const QByteArray ok = " >dialogOkButton";
         const auto says = [&ok](const char* key) { return QByteArray(" ?") + key + ok; };
+        const auto ends = [](const char* key) { return QByteArray(" ?") + key + " &5"; };
 
         row("ten digits",
             number + ">key_clear #0105555666 >forwardButton" + says("Error_EnterEleven") +
@@ -161,7 +183,7 @@ class EnrolmentTest : public QObject {
                 " @userEnroll_IDWindow >neutralButton",
             "1926 2011 2010");
         row("number without answer",
-            "!silent_1923 " + number + ">forwardButton *" + says("Error_NoResponse") +
+            "!silent_1923 " + number + ">forwardButton *5000" + says("Error_NoResponse") +
                 " >forwardButton",
             "1923 1921", "userEnroll_cardTagWindow");
         row("number of other signs",
@@ -178,7 +200,14 @@ class EnrolmentTest : public QObject {
                 "@userEnroll_cardTagWindow !frame_2923_0_0",
             "1923 1921", "userEnroll_cardTagWindow");
 
-        row("card of another", card + "!card_10000002" + says("Info_CardAlreadyRegistered"),
+        row("number, nobody there",
+            "MENU - >userEnrollTile >authCardOnlyRow >forwardButton >forwardButton "
+            "@userEnroll_IDWindow >key_clear #01055556666 >forwardButton" +
+                ends("Dialog_EnrollNoController"),
+            "");
+
+        row("card of another",
+            card + "!settings_screen.menuTimeout_0 !card_10000002 ?Info_CardAlreadyRegistered &10",
             "1940 1926 1908:203");
         row("card not read",
             card + "!frame_2947_1_0_31" + says("Error_CardNotRead") +
@@ -188,23 +217,30 @@ class EnrolmentTest : public QObject {
             card + "!frame_2947_0_1_3c623e313c2f623e0000000000000000" + says("Error_CardNotRead"),
             "1908:203 1921", "userEnroll_cardTagWindow");
         row("own card",
-            card + "!silent_1940 !card_30000001 !frame_2940_0_0 !frame_2921_2_0" +
-                says("Dialog_IsAlreadyRegisteredCard"),
-            "1940 1908:203 1921", "userEnroll_cardTagWindow");
-        row("no card", card + "*" + says("Error_InputTimeout"), "1926 1908:203");
-        row("another enrolment",
-            "!refuse_1920_2 " + card + "!card_30000001" + says("Error_EnrollingUsers"),
-            "1920 1926 1908:203");
-        row("card refused",
-            "!settings_registration.autoId_0 !refuse_1921_2 " + card + says("Error_EnrollingUsers"),
-            "1921 1926 1908:203");
-        row("administrators, card",
-            "!refuse_1940_3 " + card + "!card_30000001" + says("Dialog_RegFaceFailed_UpToAdmin5"),
-            "1940 1926 1908:203");
+            card + "!silent_1940 !card_30000001 ^1940 |backButton !frame_2940_0_0 !frame_2921_2_0" +
+                says("Dialog_IsAlreadyRegisteredCard") + " >backButton",
+            "1940 1908:203 1921 1926", "userEnroll_IDWindow");
+        row("no card", card + "*20000" + ends("Error_InputTimeout"), "1926 1908:203");
+        for (const auto& [refusal, key] : {std::pair("1921_1", "Error_MaxUsersExcceeded"),
+                                           std::pair("1921_2", "Error_EnrollingUsers"),
+                                           std::pair("1940_3", "Dialog_RegFaceFailed_UpToAdmin5"),
+                                           std::pair("1940_4", "Error_MaxUsersExcceeded"),
+                                           std::pair("1920_2", "Error_EnrollingUsers"),
+                                           std::pair("1920_4", "Error_MaxUsersExcceeded")}) {
+            const QByteArray code = QByteArray(refusal).left(4);
+            row(refusal,
+                QByteArray("!settings_registration.autoId_0 !refuse_") + refusal + ' ' + card +
+                    (code == "1921" ? "" : "!card_30000001") + ends(key),
+                (code + " 1926 1908:203").constData());
+        }
         row("card not stored",
-            "!silent_1920 " + card + "!card_30000001 ^1920 *" + says("Error_NoResponse"),
+            "!silent_1920 " + card + "!card_30000001 ^1920 *5000" + ends("Error_NoResponse"),
             "1920 1926 1908:203");
-        row("card cancelled", card + "@userEnroll_cardTagWindow >neutralButton", "1921 1926");
+        row("card cancelled", card + "@userEnroll_cardTagWindow >neutralButton",
+            "1921 1926 2011 2010");
+        row("card cancelled, live view",
+            "LIVE >forwardButton @userEnroll_cardTagWindow >neutralButton", "1921 1926 2011 2010",
+            "stayWindow");
 
         row("face in use", face + "!enrol-face_used" + says("Dialog_FaceIsAlreadyRegisteredForId"),
             "2046:1 1908:8");
@@ -218,18 +254,26 @@ class EnrolmentTest : public QObject {
         row("stall",
             face +
                 "!enrol-face_stall ?Info_PleaseRegisterToNoWearingGlasses "
-                "%40 *" +
-                says("Dialog_RegFaceFailed"),
-            "2046:1 2031:1 1908:203");
+                "%40 *20000" +
+                ends("Dialog_RegFaceFailed"),
+            "2046:1 2031:1 1908:203 2011 2010 2047 2028");
+        row("stall, live view",
+            "!settings_registration.authMethod_1 LIVE >forwardButton @userEnroll_FaceWindow "
+            "!enrol-face_stall %40 *20000" +
+                ends("Dialog_RegFaceFailed"),
+            "2046:1 2031:1 1908:203 2011 2010 2047 2028", "stayWindow");
         row("slow", face + "!enrol-face_slow ?Info_PleaseTryAgain ?Dialog_RegFaceComplete" + ok,
             "1920 2029 1933 2010");
-        row("administrators, face",
-            "!refuse_1920_3 " + face + "!enrol-face_good" + says("Dialog_EnrollUpTo5Admin"),
-            "1920 2029 1908:203");
+        for (const auto& [refusal, key] : {std::pair("1920_3", "Dialog_EnrollUpTo5Admin"),
+                                           std::pair("1920_4", "Error_MaxUsersExcceeded")})
+            row((QByteArray("face, ") + refusal).constData(),
+                QByteArray("!refuse_") + refusal + ' ' + face + "!enrol-face_good" + ends(key),
+                "1920 2029 1908:203");
         row("face not stored",
-            "!silent_1920 " + face + "!enrol-face_good %100 *" + says("Error_NoResponse"),
+            "!silent_1920 " + face + "!enrol-face_good %100 *5000" + ends("Error_NoResponse"),
             "1920 2029 1908:203");
-        row("face cancelled", face + "!enrol-face_stall %40 >neutralButton", "2046:1 2031:1");
+        row("face cancelled", face + "!enrol-face_stall %40 >neutralButton",
+            "2046:1 2031:1 2011 2010 2047 2028");
         row("face done twice",
             face +
                 "!silent_1920 !enrol-face_good %100 !frame_3001_3_0 "
@@ -237,11 +281,10 @@ class EnrolmentTest : public QObject {
                 ok,
             "2046:4 1908:5 1920 2029 1933 2010");
 
-        row("too many users",
-            "!settings_users.all_10000 " + steps({kQualified}, "authCardOnlyRow") +
-                says("Error_MaxUsersExcceeded"),
+        row("the last user",
+            "!users_9999 " + steps({kQualified, kNumbered, kTag, kDone}, "authCardOnlyRow") +
+                " >userEnrollTile >forwardButton >forwardButton" + says("Error_MaxUsersExcceeded"),
             "1908:203", "userEnroll_qualWindow");
-        row("most users", "!settings_users.all_9999 " + number, "1921", "userEnroll_IDWindow");
         row("registration off",
             QByteArray("LIVE >forwardButton @userEnroll_cardTagWindow "
                        "!settings_registration.on_0") +
@@ -253,11 +296,25 @@ class EnrolmentTest : public QObject {
               std::pair("1940", tag), std::pair("1920", tag)})
             row(lost,
                 number + "!lose-link-at_" + lost + " >forwardButton" + further +
-                    says("Dialog_EnrollNoController"),
+                    ends("Dialog_EnrollNoController"),
                 "");
-        row("link, first step", "MENU >userEnrollTile !drop" + says("Dialog_EnrollNoController"),
-            "");
-        row("link", face + "!enrol-face_stall %40 !drop" + says("Dialog_EnrollNoController"), "");
+        for (const auto& [at, way] :
+             {std::pair("link, way", QByteArray("MENU >userEnrollTile")),
+              std::pair("link, qualification",
+                        QByteArray("MENU >userEnrollTile >forwardButton @userEnroll_qualWindow")),
+              std::pair("link, question",
+                        steps({kQualified, kNumbered, kTag, "?Dialog_AddFaceToCard"},
+                              "authFaceOrCardRow")),
+              std::pair("link, card again",
+                        QByteArray("MENU >userSearchTile >searchIDRow #01066665555 >forwardButton "
+                                   "@userSearch_InfoWindow >cardRow >forwardButton "
+                                   "@userEnroll_reCardTagWindow")),
+              std::pair("link, face", face + "!enrol-face_stall %40")})
+            row(at, way + " !drop" + ends("Dialog_EnrollNoController"), "");
+        row("link, destination",
+            "!settings_registration.userLevel_2 LIVE >forwardButton @InputDestinationForm !drop" +
+                ends("Dialog_EnrollNoController"),
+            "", "stayWindow");
     }
 
     void whoIsThereGetsWhatTheyLack_data() {
@@ -311,8 +368,10 @@ class EnrolmentTest : public QObject {
         QVERIFY(t.shows("userEnroll_qualWindow"));
         QCOMPARE(sent(), steps({"2003:1 2011:2 2010 2028 2031:1 2047 2028 1933 1921"}));
         // Registration mode has nothing to do with it.
-        QVERIFY(play("!settings_registration.on_0 >forwardButton " + steps({kTag, kAdd, kLook}) +
-                     ' ' + kDone + "@stayWindow"));
+        QVERIFY(play("!settings_registration.on_0 >forwardButton @userEnroll_cardTagWindow"));
+        // Those who wait to be reported are all the while.
+        QVERIFY(sent().replace(" 2042", "").contains("2037:2:2 1921"));
+        QVERIFY(play(steps({kTag, kAdd, kLook}) + ' ' + kDone + "@stayWindow"));
         QTRY_COMPARE(reported, 2);
         QVERIFY(t.sends("2042 0 0 31 32 33 34 35 36 37 38 00"));
         QCOMPARE(int(stored().origin), int(UserOrigin::Kiosk));
@@ -331,6 +390,11 @@ class EnrolmentTest : public QObject {
             objects = now;
         }
         QCOMPARE(UserStore(t.root.path("/mnt/data")).users().size(), 27);
+        // Nor does a screen that is not up hold pictures.
+        QPixmap picture;
+        QVERIFY(QPixmapCache::find(QStringLiteral("/usr/img/card_hold_1.png"), &picture));
+        QPixmapCache::clear();
+        QVERIFY(picture.isDetached());
     }
 
     void outcomes() {
@@ -341,9 +405,11 @@ class EnrolmentTest : public QObject {
         QVERIFY2(t.shows(end.constData()), qPrintable(t.title()));
         const QByteArray all = t.window->linkUp() ? sent() : frames;
         QVERIFY2(all.contains(frames), all.constData());
-        const bool stores = played.endsWith("?Dialog_RegFaceComplete >dialogOkButton") &&
-                            !played.contains("silent");
-        QCOMPARE(UserStore(t.root.path("/mnt/data")).users().size(), stores ? 8 : 7);
+        const bool stores = (played.endsWith("?Dialog_RegFaceComplete >dialogOkButton") &&
+                             !played.contains("silent")) ||
+                            played.contains("?Dialog_AddFaceToCard");
+        QCOMPARE(UserStore(t.root.path("/mnt/data")).users().size(),
+                 played.contains("!users_9999") ? 10000 : 7 + int(stores));
     }
 
  private:
@@ -401,10 +467,16 @@ class EnrolmentTest : public QObject {
         }
         switch (step[0]) {
             case '>':
+            case '<':
                 if (!QTest::qWaitFor([&] { return t.find(name.constData()) != nullptr; }))
                     return false;
-                t.tap(name.constData());
+                t.tap(name.constData(), step[0] == '<' ? 0.8 : 0.5);
                 return true;
+            case '|':
+                return t.find(name.constData()) == nullptr;
+            case '-':
+                t.window->findChild<DeviceLink*>()->open(freePort());
+                return QTest::qWaitFor([&] { return !t.window->linkUp(); });
             case '#':
                 for (const char digit : name)
                     t.tap(QByteArray("key_").append(digit).constData());
@@ -424,13 +496,20 @@ class EnrolmentTest : public QObject {
                            return t.find<InputField>("numberEntry")->text().toUtf8() == name;
                        });
             case '~':
-                return !t.window->findChild<MenuTimer*>()->isRunning();
+                return !menus()->isRunning();
             case '^':
                 return t.sends(name.constData());
+            case '&':
+                // All of it before the menus' time, should that run.
+                return menus()->seconds() > name.toInt() &&
+                       expire(DialogOverlay::current(t.window.get()), "autoCloseTimer",
+                              name.toInt() * 1000);
             default:
-                return t.settle() && expire();
+                return t.settle() &&
+                       expire(t.window->getActivateWindowForm(), "answerTimer", name.toInt());
         }
     }
+    MenuTimer* menus() { return t.window->findChild<MenuTimer*>(); }
     /// In front, or as what the person is to do.
     bool says(const char* key) const {
         const auto* second = t.find<QLabel>("dialogSecondText");
@@ -438,12 +517,11 @@ class EnrolmentTest : public QObject {
         return t.says(key) || (second != nullptr && second->text().contains(t.text(key))) ||
                (guide != nullptr && guide->property("textKey") == QLatin1String(key));
     }
-    /// Lets the time of what is waited for run out.
-    bool expire() {
-        const auto timers =
-            t.window->getActivateWindowForm()->findChildren<QTimer*>(QStringLiteral("answerTimer"));
+    /// Lets the time of the timer @p name run out, which are so many milliseconds.
+    static bool expire(const QObject* parent, const char* name, int time) {
+        const auto timers = parent->findChildren<QTimer*>(QLatin1String(name));
         for (QTimer* timer : timers) {
-            if (!timer->isActive())
+            if (!timer->isActive() || timer->interval() != time)
                 continue;
             timer->setInterval(0);
             QCoreApplication::processEvents();

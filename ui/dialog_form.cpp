@@ -29,6 +29,8 @@ DialogForm::DialogForm(QWidget* parent, int autoCloseMs, DialogRank rank)
     setDanger(false);
     setButtonType(OkButton);
     setAutoClose(autoCloseMs);
+    autoClose_.setParent(this);
+    autoClose_.setObjectName(QStringLiteral("autoCloseTimer"));
     autoClose_.setSingleShot(true);
     okDelay_.setSingleShot(true);
     connect(&okDelay_, &QTimer::timeout, this, [this] { ok_->setEnabled(true); });

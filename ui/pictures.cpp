@@ -61,18 +61,22 @@ QImage readForeign(const QFileInfo& file, const QSize& size) {
 namespace Pictures {
 
 QPixmap icon(const QString& name) {
-    return file(QLatin1String("/usr/img/") + name);
+    const QString path = QLatin1String("/usr/img/") + name;
+    QPixmap picture;
+    if (QPixmapCache::find(path, &picture))
+        return picture;
+    picture = file(path);
+    // A missing one is remembered too, so that it is looked for and logged once.
+    QPixmapCache::insert(path, picture);
+    return picture;
 }
 
 QPixmap file(const QString& devicePath) {
-    QPixmap picture;
-    if (QPixmapCache::find(devicePath, &picture))
-        return picture;
-    if (!picture.load(DevicePaths::at(devicePath)))
+    // QPixmap's own way of reading a file keeps it in the cache as well.
+    const QImage picture(DevicePaths::at(devicePath));
+    if (picture.isNull())
         qCInfo(pictureLog, "no picture %s", qPrintable(devicePath));
-    // A missing one is remembered too, so that it is looked for and logged once.
-    QPixmapCache::insert(devicePath, picture);
-    return picture;
+    return QPixmap::fromImage(picture);
 }
 
 QPixmap foreign(const QString& deviceFolder, const QString& name, const QSize& size) {

@@ -114,10 +114,7 @@ void measureResults(Door& door, const char* title, const std::function<QString(i
         const RecognitionResult result = resultOf(person(number));
         door.open(QStringLiteral("liveWindow"));
         results.push_back(showResult(door, result));
-        QElapsedTimer timer;
-        timer.start();
-        repaint(door.window().getActivateWindowForm());
-        paints.push_back(milliseconds(timer));
+        paints.push_back(repaint(door.window().getActivateWindowForm()));
         ratios.push_back(results.back() / paints.back());
     }
     Figures::title(title);

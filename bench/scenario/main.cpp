@@ -19,7 +19,8 @@ constexpr Scenario kScenarios[] = {
     {"start", &measureStart},   {"idle", &measureIdle},         {"screens", &measureScreens},
     {"result", &measureResult}, {"tracking", &measureTracking}, {"standby", &measureStandby},
     {"rest", &measureRest},     {"users", &measureUsers},       {"orders", &measureOrders},
-    {"load", &measureLoad},     {"lists", &measureLists},       {"day", &measureDay},
+    {"load", &measureLoad},     {"lists", &measureLists},       {"enrol", &measureEnrolments},
+    {"day", &measureDay},
 };
 
 void setFreePort(const char* variable) {

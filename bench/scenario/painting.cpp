@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QDeadlineTimer>
+#include <QElapsedTimer>
 #include <QPaintEvent>
 #include <QWidget>
 #include <utility>
@@ -71,7 +72,7 @@ void PaintMeter::endFrame() {
         frames_.push_back(pixels);
 }
 
-void repaint(QWidget* screen) {
+double repaint(QWidget* screen) {
     // A screen's update takes in all its widgets but those that hide what is behind them.
     QList<QWidget*> widgets{screen};
     for (QWidget* widget : screen->findChildren<QWidget*>()) {
@@ -79,7 +80,10 @@ void repaint(QWidget* screen) {
             widgets.append(widget);
     }
     const PaintWatch watch(screen);
+    QElapsedTimer timer;
+    timer.start();
     for (QWidget* widget : qAsConst(widgets))
         widget->update();
     watch.wait();
+    return static_cast<double>(timer.nsecsElapsed()) / 1e6;
 }

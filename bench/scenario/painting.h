@@ -44,5 +44,6 @@ class PaintMeter : public QObject {
     std::vector<double> frames_;
 };
 
-/// Asks for the whole of @p screen to be painted anew and waits for it.
-void repaint(QWidget* screen);
+/// Asks for the whole of @p screen to be painted anew and waits for it. Returns the milliseconds
+/// that this takes, without anything else.
+double repaint(QWidget* screen);

@@ -1,5 +1,7 @@
 #include "bench/scenario/program.h"
 
+#include <malloc.h>
+
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QEventLoop>
@@ -91,6 +93,11 @@ double residentMemory(const QString& pid) {
             return line.mid(field.size()).trimmed().split(' ').first().toDouble() / 1024;
     }
     return -1;
+}
+
+double allocatedMemory() {
+    const struct mallinfo2 info = ::mallinfo2();
+    return static_cast<double>(info.uordblks + info.hblkhd);
 }
 
 quint16 freePort() {

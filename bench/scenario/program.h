@@ -41,6 +41,9 @@ class Program {
 /// Resident memory in MB of the process @p pid ("self" for this one), -1 when there is none.
 double residentMemory(const QString& pid);
 
+/// Bytes that this process has allocated and not given back.
+double allocatedMemory();
+
 /// What @p clock reads, in milliseconds.
 double clockTime(clockid_t clock);
 

@@ -14,6 +14,9 @@ bool measureScreens();
 /// The list of 10,000 logs and the grid of 500 pictures, thrown by a finger: the gaps between
 /// frames beside those of a list of empty rows, and memory. Needs a QApplication.
 bool measureLists();
+/// A hundred enrolments by a finger, with the simulated controller at the other end of a real
+/// socket: the time of each step, and what they leave behind. Needs a QApplication.
+bool measureEnrolments();
 /// The REST server's answers a second and their times, beside the HTTP library's with nothing
 /// behind it. Needs a QApplication.
 bool measureRest();

@@ -1,5 +1,3 @@
-#include <malloc.h>
-
 #include <QElapsedTimer>
 #include <QtTest>
 #include <algorithm>
@@ -90,14 +88,6 @@ double touch(MainWindow& window, const Way& way) {
     return milliseconds(timer);
 }
 
-/// Milliseconds that the whole of @p screen takes to be painted, without anything else.
-double timeOfRepaint(QWidget* screen) {
-    QElapsedTimer timer;
-    timer.start();
-    repaint(screen);
-    return milliseconds(timer);
-}
-
 void measureWays(MainWindow& window) {
     std::vector<double> changes;
     std::vector<double> paints;
@@ -112,7 +102,7 @@ void measureWays(MainWindow& window) {
             change.push_back(touch(window, way));
             if (change.back() < 0)
                 break;
-            paint.push_back(timeOfRepaint(window.getActivateWindowForm()));
+            paint.push_back(repaint(window.getActivateWindowForm()));
         }
         if (paint.empty())
             continue;
@@ -136,11 +126,6 @@ void measureWays(MainWindow& window) {
                  "wanted: at most 2");
 }
 
-double allocated() {
-    const struct mallinfo2 info = ::mallinfo2();
-    return static_cast<double>(info.uordblks + info.hblkhd);
-}
-
 /// What is left behind grows with the number of changes, or it is a cache that has filled.
 void measureGrowth(MainWindow& window) {
     const QList<WindowForm*>& screens = window.windowList();
@@ -153,9 +138,9 @@ void measureGrowth(MainWindow& window) {
     Figures::title("Screen changes over all screens");
     for (const char* changes : {"the first 10,000", "the second 10,000"}) {
         const double memoryBefore = residentMemory(QStringLiteral("self"));
-        const double before = allocated();
+        const double before = allocatedMemory();
         change(kChanges);
-        const double grown = allocated() - before;
+        const double grown = allocatedMemory() - before;
         const double memory = residentMemory(QStringLiteral("self"));
         const auto row = [changes](const char* what, double value, const char* unit,
                                    const char* wanted) {

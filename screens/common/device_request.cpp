@@ -9,7 +9,10 @@
 DeviceRequest::DeviceRequest(QObject* parent) : QObject(parent), timer_(new QTimer(this)) {
     timer_->setObjectName(QStringLiteral("answerTimer"));
     timer_->setSingleShot(true);
-    connect(timer_, &QTimer::timeout, this, [this] { emit failed(Failure::TimedOut); });
+    connect(timer_, &QTimer::timeout, this, [this] {
+        end();
+        emit failed(Failure::TimedOut);
+    });
 }
 
 bool DeviceRequest::send(std::uint16_t code, std::uint8_t p1, std::uint8_t p2,
@@ -41,7 +44,7 @@ bool DeviceRequest::take(const DeviceMessage& message) {
     if (!isWaiting() || !answers_.contains(message.command))
         return false;
     // Before the answer is told: whoever hears it may ask for the next thing.
-    cancel();
+    end();
     emit answered(message);
     return true;
 }
@@ -50,9 +53,15 @@ void DeviceRequest::cancel() {
     timer_->stop();
 }
 
+void DeviceRequest::end() {
+    cancel();
+    // Whoever has waited for it has the menus' whole time to read what comes of it.
+    WindowForm::shell()->ResetMenuTimer();
+}
+
 void DeviceRequest::linkLost() {
     if (!isWaiting())
         return;
-    cancel();
+    end();
     emit failed(Failure::LinkDown);
 }

@@ -9,11 +9,12 @@ struct DeviceMessage;
 class QTimer;
 
 /// Something that the device controller has been asked for and that is waited for, one at a time:
-/// it ends with an answer, after its time or with the link, and is told of once.
+/// it ends with an answer, after its time or with the link, and is told of once. The menus' time
+/// begins anew then.
 ///
-/// A request whose parent is a TitledForm gets that screen's answers and ends with the screen
-/// without further ado; any other owner calls take(), cancel() and linkLost() itself. GUI thread
-/// only.
+/// A request whose parent is a TitledForm gets that screen's answers, keeps it from timing out and
+/// ends with it without further ado; any other owner calls take(), cancel() and linkLost() itself.
+/// GUI thread only.
 class DeviceRequest : public QObject {
     Q_OBJECT
 
@@ -52,6 +53,8 @@ class DeviceRequest : public QObject {
     void failed(DeviceRequest::Failure why);
 
  private:
+    void end();
+
     QVector<std::uint16_t> answers_;
     QTimer* const timer_;  // runs as long as the request is waited for
 };

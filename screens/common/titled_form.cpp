@@ -1,5 +1,7 @@
 #include "screens/common/titled_form.h"
 
+#include <algorithm>
+
 #include "app/screen_titles.h"
 #include "app/window_shell.h"
 #include "screens/common/device_request.h"
@@ -35,6 +37,12 @@ void TitledForm::peersChanged() {
     const auto requests = requestsOf(this);
     for (DeviceRequest* request : requests)
         request->linkLost();
+}
+
+bool TitledForm::isWaiting() const {
+    const auto requests = requestsOf(this);
+    return std::any_of(requests.begin(), requests.end(),
+                       [](const DeviceRequest* request) { return request->isWaiting(); });
 }
 
 void TitledForm::connectForm(TopBar* bar) {

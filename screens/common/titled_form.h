@@ -19,6 +19,7 @@ class TitledForm : public WindowForm {
     void windowOutEvent() override;
     void deviceAnswer(const DeviceMessage& message) override;
     void peersChanged() override;
+    bool isWaiting() const override;
 
  protected:
     /// To be called when the form is there; FormScreen does.

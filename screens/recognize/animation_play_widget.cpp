@@ -6,9 +6,7 @@
 #include "ui/pictures.h"
 
 void AnimationPlayWidget::play(const QStringList& pictures, int interval, bool loop) {
-    frames_.clear();
-    for (const QString& picture : pictures)
-        frames_.append(Pictures::icon(picture));
+    frames_ = pictures;
     interval_ = interval;
     loop_ = loop;
     frame_ = 0;
@@ -47,7 +45,7 @@ void AnimationPlayWidget::hideEvent(QHideEvent* event) {
 void AnimationPlayWidget::paintEvent(QPaintEvent*) {
     if (frames_.isEmpty())
         return;
-    const QPixmap& picture = frames_.at(frame_);
+    const QPixmap picture = Pictures::icon(frames_.at(frame_));
     QPainter(this).drawPixmap((width() - picture.width()) / 2, (height() - picture.height()) / 2,
                               picture);
 }

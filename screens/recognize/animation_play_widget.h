@@ -1,13 +1,12 @@
 #pragma once
 
 #include <QBasicTimer>
-#include <QPixmap>
 #include <QStringList>
-#include <QVector>
 #include <QWidget>
 
 /// Plays pictures of Pictures::icon() one after the other, once or again and again. Costs nothing
-/// between frames, when it has come to its last one, or while it is hidden.
+/// between frames, when it has come to its last one, or while it is hidden; holds no picture
+/// itself.
 class AnimationPlayWidget : public QWidget {
     Q_OBJECT
 
@@ -27,7 +26,7 @@ class AnimationPlayWidget : public QWidget {
  private:
     void run();
 
-    QVector<QPixmap> frames_;
+    QStringList frames_;
     QBasicTimer timer_;
     int interval_ = 0;
     int frame_ = 0;

@@ -10,8 +10,7 @@ namespace {
 
 using namespace command::initialise;
 
-constexpr int kAnswerTime = 30000;   // milliseconds
-constexpr int kStayInterval = 5000;  // milliseconds; shorter than any menu stays without a touch
+constexpr int kAnswerTime = 30000;  // milliseconds
 constexpr int kPopupSeconds = 3;
 
 /// The questions and waits of the resets have the numbers of what is reset, from 1 on.
@@ -48,9 +47,8 @@ constexpr ScreenText kTexts[] = {
 }  // namespace
 
 SetupDefault::SetupDefault(QWidget* parent, const QString& title)
-    : FormScreen(parent, title), reset_(this), restart_(this), popup_(this, kTexts), stay_(this) {
+    : FormScreen(parent, title), reset_(this), restart_(this), popup_(this, kTexts) {
     const auto giveUp = [this](bool linkDown) {
-        endWait();
         popup_.show(linkDown ? kNoController : kNoAnswer, kPopupSeconds);
     };
     connect(&reset_, &DeviceRequest::answered, this,
@@ -63,9 +61,8 @@ SetupDefault::SetupDefault(QWidget* parent, const QString& title)
         if (why == DeviceRequest::Failure::TimedOut)
             giveUp(false);
         else
-            endWait();
+            popup_.endWait();
     });
-    connect(&stay_, &QTimer::timeout, this, [] { shell()->ResetMenuTimer(); });
 }
 
 void SetupDefault::built() {
@@ -86,7 +83,7 @@ void SetupDefault::homeButtonTouch() {
 
 void SetupDefault::windowOutEvent() {
     FormScreen::windowOutEvent();
-    endWait();
+    popup_.endWait();
 }
 
 void SetupDefault::deviceAnswer(const DeviceMessage& message) {
@@ -111,7 +108,7 @@ void SetupDefault::reset(unsigned char what) {
         return;
     }
     what_ = what;
-    await(numberOf(what));
+    popup_.wait(numberOf(what));
 }
 
 void SetupDefault::restart() {
@@ -119,22 +116,10 @@ void SetupDefault::restart() {
         popup_.show(kNoController, kPopupSeconds);
         return;
     }
-    await(kRestart);
-}
-
-void SetupDefault::await(int wait) {
-    // Its result is to be seen, however long it takes.
-    stay_.start(kStayInterval);
-    popup_.wait(wait);
-}
-
-void SetupDefault::endWait() {
-    stay_.stop();
-    popup_.endWait();
+    popup_.wait(kRestart);
 }
 
 void SetupDefault::ShowResetResult(unsigned char result, unsigned char what) {
-    endWait();
     if (result != command::answer::Done)
         popup_.show(kNotReset, kPopupSeconds);
     else

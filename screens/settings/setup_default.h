@@ -3,7 +3,6 @@
 #include "screens/common/device_request.h"
 #include "screens/common/form_screen.h"
 #include "screens/common/screen_popup.h"
-#include "ui/visible_timer.h"
 #include "ui_setup_default.h"
 
 /// Resets logs, settings or everything, and restarts the terminal.
@@ -28,13 +27,8 @@ class SetupDefault : public FormScreen<Ui::SetupDefault> {
     void reset(unsigned char what);
     void restart();
 
-    /// Waits behind dialog number @p wait; the menus' time does not run meanwhile.
-    void await(int wait);
-    void endWait();
-
     DeviceRequest reset_;
     DeviceRequest restart_;
     unsigned char what_ = 0;  // is reset, as it was asked for last
     ScreenPopup popup_;
-    VisibleTimer stay_;
 };

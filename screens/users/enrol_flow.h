@@ -29,8 +29,8 @@ class EnrolFlow {
 
     EnrolFlow() = default;
     /// Begins with the qualification of whom the shell's user record holds. @p mode is one of
-    /// AuthMethod; an unknown one counts as the first. But at the live view a record with an ID is
-    /// that of somebody who is there already and gets what they lack of the mode.
+    /// AuthMethod; an unknown one counts as the first. Except at the live view, a record with an
+    /// ID is that of somebody who is there already and gets what they lack of the mode.
     static EnrolFlow begin(int mode, WindowShell& shell);
     /// The first step, on which @p mode is marked.
     static EnrolFlow choice(int mode);

@@ -2,6 +2,7 @@
 
 #include <QPaintEvent>
 #include <QPainter>
+#include <QPainterPath>
 
 #include "app/window_shell.h"
 #include "base/device_paths.h"
@@ -37,19 +38,33 @@ void EnrolRing::applyScripts(const Lookup& lookup) {
     update();
 }
 
+void EnrolRing::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    part_ = QPixmap();
+    partOf_ = -1;
+}
+
 void EnrolRing::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setClipRegion(event->region());
     if (!WindowShell::onPanel())
         painter.drawPixmap(kHole, Pictures::icon(QStringLiteral("live_default.png")),
                            kHole.translated(0, y() + kFaceDrop));
-    // The mask is only needed where the hole is.
-    painter.drawPixmap(kHole, Pictures::icon(QStringLiteral("enrol_mask.png")), kHole);
+    const QColor ground = Theme::color(Theme::kBackground);
+    QPainterPath corners;
+    corners.addRect(kHole);
+    corners.addEllipse(kHole);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.fillPath(corners, ground);
+    painter.setRenderHint(QPainter::Antialiasing, false);
     const QRegion around = event->region() - kHole;
     for (const QRect& part : around)
-        painter.fillRect(part, Theme::color(Theme::kBackground));
-    painter.drawPixmap(kRing.topLeft(),
-                       Pictures::file(QStringLiteral("/zel1/image/percent_%1.png").arg(percent_)));
+        painter.fillRect(part, ground);
+    if (partOf_ != percent_) {
+        part_ = Pictures::file(QStringLiteral("/zel1/image/percent_%1.png").arg(percent_));
+        partOf_ = percent_;
+    }
+    painter.drawPixmap(kRing.topLeft(), part_);
     if (text_.key().isEmpty())
         return;
 

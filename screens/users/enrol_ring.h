@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPixmap>
 #include <QWidget>
 
 #include "ui/script_text.h"
@@ -27,8 +28,11 @@ class EnrolRing : public QWidget, public Scripted {
 
  protected:
     void paintEvent(QPaintEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
  private:
     ScriptText text_;
     int percent_ = 0;
+    QPixmap part_;     // of the ring, while it is seen
+    int partOf_ = -1;  // percent
 };

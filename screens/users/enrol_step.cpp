@@ -1,5 +1,6 @@
 #include "screens/users/enrol_step.h"
 
+#include "app/screen_titles.h"
 #include "app/settings_change.h"
 #include "app/window_shell.h"
 #include "base/clock.h"
@@ -7,6 +8,7 @@
 #include "link/command_parameters.h"
 #include "link/device_message.h"
 #include "screens/common/device_request.h"
+#include "screens/users/customer_number.h"
 #include "ui/step_bar.h"
 #include "ui/top_bar.h"
 
@@ -62,12 +64,23 @@ void EnrolStep::showFlow() {
 
 void EnrolStep::deviceAnswer(const DeviceMessage& message) {
     TitledForm::deviceAnswer(message);
+    if (message.command == command::AutomaticUserId)
+        autoId(CustomerNumber::read(message));
     const auto counts = message.record<UserCounts>();
     if (message.command != command::UserCountsAnswer || !counts || !shell()->settingsArrived())
         return;
     _gui_menu_ menu = shell()->menuRecord();
     menu.users = *counts;
     shell()->SetGuiMenu(&menu);
+}
+
+void EnrolStep::autoId(const QString& id) {
+    _gui_user_ now = user();
+    if (!flow_.isRunning() || now.customerId[0] != '\0' || now.userId[0] != '\0' ||
+        !CustomerNumber::isValid(id))
+        return;
+    CustomerNumber::set(now, id);
+    setUser(now);
 }
 
 void EnrolStep::peersChanged() {
@@ -111,8 +124,8 @@ void EnrolStep::leave() {
 void EnrolStep::endWith(int number, int seconds, const QString& second) {
     abandon();
     ended_ = true;
-    // What is left unattended now times out as a menu does.
-    shell()->StartMenuTimer();
+    // The popup is read to its end and leads back by itself; unless something covers it for good.
+    shell()->StartMenuTimer(2 * seconds, screen_title::kStandby);
     popup_.showThen(
         number, [this] { enrollCompleted(); }, seconds, second);
 }

@@ -28,6 +28,9 @@ class EnrolStep : public TitledForm {
     void peersChanged() override;
     void settingsChanged(const SettingsChange& change) override;
 
+    /// The controller offers @p id as the customer number, which it may at any step; kept unless
+    /// there is one, or the user is there already.
+    virtual void autoId(const QString& id);
     /// The enrolment is over, and its popup has been read: back to where it began.
     void enrollCompleted() { leave(); }
 

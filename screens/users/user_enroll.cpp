@@ -50,6 +50,8 @@ void UserEnroll::choose(int mode) {
 void UserEnroll::nextButtonTouch() {
     if (!shell()->canChangeWindow())
         return;
-    setUser({});
+    _gui_user_ nobody{};
+    nobody.level = UserLevel::General;
+    setUser(nobody);
     shell()->changeWindow(screen_title::kEnrolQualification, flow().mode());
 }

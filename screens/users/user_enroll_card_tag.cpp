@@ -90,6 +90,7 @@ void UserEnroll_CardTag::windowInEvent() {
 }
 
 void UserEnroll_CardTag::wait() {
+    showFlow();
     ui_->topBar->button(TopBar::Forward)->setEnabled(false);
     ui_->numberText->setText(QString());
     ui_->secondsText->show();
@@ -169,6 +170,8 @@ void UserEnroll_CardTag::SetCardResult(int result, int type, const QString& card
         return;
     }
     ui_->secondsText->hide();
+    // The controller stores the user now, which the step before cannot take back.
+    ui_->topBar->setBackVisible(false);
     say(QStringLiteral("Info_CardRead"));
     ui_->numberText->setText(grouped(cardNumber));
     numberTimer_.start();
@@ -206,9 +209,9 @@ void UserEnroll_CardTag::refused(int result) {
 
 void UserEnroll_CardTag::stored(const DeviceMessage& message) {
     state_ = State::Stored;
-    // The controller has given one who had no ID theirs.
+    // Whoever had no ID has been given one; what is stored of them further goes by it.
     const auto id = message.record<UserId>();
-    if (_gui_user_ now = user(); id && now.userId[0] == '\0') {
+    if (_gui_user_ now = user(); id && id->text[0] != '\0') {
         std::memcpy(now.userId, id->text, sizeof now.userId);
         setUser(now);
     }
@@ -221,7 +224,6 @@ void UserEnroll_CardTag::proceed() {
         return;
     state_ = State::Idle;
     ui_->topBar->button(TopBar::Forward)->setEnabled(false);
-    shell()->StartMenuTimer();
     if (flow().hasNext())
         RegProcessRestartAsk();
     else
@@ -235,6 +237,8 @@ void UserEnroll_CardTag::nextButtonTouch() {
 }
 
 void UserEnroll_CardTag::RegProcessRestartAsk() {
+    // The question has no time of its own.
+    shell()->StartMenuTimer();
     popup().ask(
         user().authMethod == AuthMethod::FaceAndCard ? AskFaceBoth : AskFace,
         [this] { EnrolStep::nextButtonTouch(); }, [this] { complete(); });

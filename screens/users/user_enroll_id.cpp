@@ -36,26 +36,21 @@ void UserEnroll_ID::showKeypad() {
     shell()->setTouchKeyOpt(QStringLiteral("010"));
 }
 
-void UserEnroll_ID::deviceAnswer(const DeviceMessage& message) {
-    FormScreen::deviceAnswer(message);
-    // It has come too late for the step before.
-    if (message.command == command::AutomaticUserId && flow().isRunning() &&
-        ui_->numberEntry->text().isEmpty()) {
-        const QString number = CustomerNumber::read(message);
-        if (CustomerNumber::isValid(number))
-            ui_->numberEntry->setText(number);
-    }
+void UserEnroll_ID::autoId(const QString& id) {
+    EnrolStep::autoId(id);
+    if (flow().isRunning() && ui_->numberEntry->text().isEmpty())
+        ui_->numberEntry->setText(fieldText(user().customerId));
 }
 
 void UserEnroll_ID::nextButtonTouch() {
-    const QString number = ui_->numberEntry->text();
     if (request_.isWaiting())
         return;
-    if (!CustomerNumber::isValid(number))
+    checked_ = ui_->numberEntry->text();
+    if (!CustomerNumber::isValid(checked_))
         ShowPopup(NotEleven);
-    else if (!request_.send(command::CheckUserId, 0, 0, number.toLatin1(), {command::UserIdChecked},
-                            kAnswerTime))
-        ShowPopup(NoConnection);
+    else if (!request_.send(command::CheckUserId, 0, 0, checked_.toLatin1(),
+                            {command::UserIdChecked}, kAnswerTime))
+        endWith(NoConnection);
 }
 
 void UserEnroll_ID::answered(const DeviceMessage& message) {
@@ -64,7 +59,7 @@ void UserEnroll_ID::answered(const DeviceMessage& message) {
         return;
     }
     _gui_user_ now = user();
-    CustomerNumber::set(now, ui_->numberEntry->text());
+    CustomerNumber::set(now, checked_);
     setUser(now);
     EnrolStep::nextButtonTouch();
 }

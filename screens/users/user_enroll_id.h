@@ -14,7 +14,7 @@ class UserEnroll_ID : public FormScreen<Ui::UserEnroll_ID, EnrolStep> {
     using FormScreen::FormScreen;
 
     void windowInEvent() override;
-    void deviceAnswer(const DeviceMessage& message) override;
+    void autoId(const QString& id) override;
 
     /// What the controller has found wrong with the number: 1 in use, 2 of another length.
     void RegCertiNumError(int result);
@@ -31,4 +31,5 @@ class UserEnroll_ID : public FormScreen<Ui::UserEnroll_ID, EnrolStep> {
     void showKeypad();
 
     DeviceRequest request_{this};
+    QString checked_;  // what the controller has been asked about, whatever is typed meanwhile
 };

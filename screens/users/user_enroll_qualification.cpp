@@ -4,9 +4,7 @@
 
 #include "app/window_shell.h"
 #include "link/command_code.h"
-#include "link/device_message.h"
 #include "link/record_values.h"
-#include "screens/users/customer_number.h"
 #include "ui/styler.h"
 
 namespace {
@@ -63,8 +61,7 @@ void UserEnroll_Qualification::showUser() {
     ui_->glassesRow->setVisible((flow().rows() & EnrolFlow::GlassesRow) != 0);
     say(flow().rows() == EnrolFlow::GlassesRow ? QStringLiteral("Info_SelectGlasses")
                                                : QStringLiteral("Info_UserLevelAndQualification"));
-    const bool isNew = !flow().isSupplement() && flow().mode() != AuthMethod::FromLiveView;
-    const bool administrator = !isNew && now.level == UserLevel::Administrator;
+    const bool administrator = flow().isRunning() && now.level == UserLevel::Administrator;
     ui_->levelToggle->setCurrentIndex(administrator ? 1 : 0);
     ui_->rightsToggle->setCurrentIndex(now.rights == UserRights::InOutOnly ? 1 : 0);
     ui_->glassesToggle->setCurrentIndex(now.glasses == 1 ? 1 : 0);
@@ -81,20 +78,6 @@ void UserEnroll_Qualification::showCount() {
             ->getScript(QStringLiteral("Arg_UserCount"))
             .script.arg(grouped(shell()->menuRecord().users.all), grouped(kMostUsers));
     ui_->countText->setText(line);
-}
-
-void UserEnroll_Qualification::deviceAnswer(const DeviceMessage& message) {
-    FormScreen::deviceAnswer(message);
-    if (message.command == command::AutomaticUserId)
-        autoId(CustomerNumber::read(message));
-}
-
-void UserEnroll_Qualification::autoId(const QString& id) {
-    _gui_user_ now = user();
-    if (!flow().isRunning() || now.customerId[0] != '\0' || !CustomerNumber::isValid(id))
-        return;
-    CustomerNumber::set(now, id);
-    setUser(now);
 }
 
 void UserEnroll_Qualification::nextButtonTouch() {

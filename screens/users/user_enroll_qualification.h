@@ -16,12 +16,9 @@ class UserEnroll_Qualification : public FormScreen<Ui::UserEnroll_Qualification,
     void setParam(QVariant param) override;
     void windowInEvent() override;
     void settingsChanged(const SettingsChange& change) override;
-    void deviceAnswer(const DeviceMessage& message) override;
 
     /// Begins an enrolment of @p mode with the user record as it is.
     void setEnrollMode(int mode);
-    /// The controller offers @p id as the customer number; kept unless there is one.
-    void autoId(const QString& id);
 
  protected:
     void built() override;

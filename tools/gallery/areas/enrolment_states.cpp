@@ -1,5 +1,7 @@
 #include "tools/gallery/area_states.h"
 
+#include <QTimer>
+
 #include "app/screen_titles.h"
 #include "link/command_code.h"
 #include "link/command_parameters.h"
@@ -84,6 +86,14 @@ void storeFace(Stage& stage, unsigned char result) {
     stage.receive(command::UserStored, result);
 }
 
+/// Lets the time of what the screen waits for run out.
+void expire(Stage& stage) {
+    auto* timer =
+        stage.window().getActivateWindowForm()->findChild<QTimer*>(QStringLiteral("answerTimer"));
+    timer->stop();
+    QMetaObject::invokeMethod(timer, "timeout");
+}
+
 void holdUsers(Stage& stage, quint32 users) {
     _gui_menu_ settings = stage.settings();
     settings.users.all = users;
@@ -123,6 +133,16 @@ constexpr AreaState kStates[] = {
          stage.receive(command::AutomaticUserId, 0, "01090000001");
          forward(stage);
      }},
+    {"userEnroll_IDWindow", "no-answer",
+     [](Stage& stage) {
+         enterNumber(stage, 11);
+         expire(stage);
+     }},
+    {"userEnroll_IDWindow", "no-controller",
+     [](Stage& stage) {
+         enterNumber(stage, 11);
+         stage.loseController();
+     }},
     {"userEnroll_IDWindow", "too-short", [](Stage& stage) { enterNumber(stage, 10); }},
     {"userEnroll_IDWindow", "in-use",
      [](Stage& stage) {
@@ -138,6 +158,28 @@ constexpr AreaState kStates[] = {
          captureFirst(stage, kCardWay);
          stage.receive(command::CardEnrolled, 1);
      }},
+    {"userEnroll_cardTagWindow", "timed-out",
+     [](Stage& stage) {
+         captureFirst(stage, kCardWay);
+         expire(stage);
+     }},
+    {"userEnroll_cardTagWindow", "no-answer",
+     [](Stage& stage) {
+         readCard(stage, kCardWay);
+         expire(stage);
+     }},
+    {"userEnroll_cardTagWindow", "no-controller",
+     [](Stage& stage) {
+         readCard(stage, kCardWay);
+         stage.loseController();
+     }},
+    {"userEnroll_cardTagWindow", "no-controller-question",
+     [](Stage& stage) {
+         storeCard(stage, kEitherWay, command::store::Done);
+         stage.loseController();
+     }},
+    {"userEnroll_cardTagWindow", "store-full",
+     [](Stage& stage) { storeCard(stage, kCardWay, command::store::StoreFull); }},
     {"userEnroll_cardTagWindow", "own-already",
      [](Stage& stage) { tagCard(stage, command::tagged::OwnAlready); }},
     {"userEnroll_cardTagWindow", "other-users",
@@ -173,6 +215,21 @@ constexpr AreaState kStates[] = {
      [](Stage& stage) { captureFace(stage, capture::NotClear); }},
     {"userEnroll_FaceWindow", "number-in-use",
      [](Stage& stage) { captureFace(stage, capture::IdInUse); }},
+    {"userEnroll_FaceWindow", "another-enrolment",
+     [](Stage& stage) { storeFace(stage, command::store::EnrolmentRunning); }},
+    {"userEnroll_FaceWindow", "store-full",
+     [](Stage& stage) { storeFace(stage, command::store::StoreFull); }},
+    {"userEnroll_FaceWindow", "no-answer",
+     [](Stage& stage) {
+         captureFace(stage, capture::Progress, 100);
+         stage.receive(command::FaceEnrolled, capture::Done);
+         expire(stage);
+     }},
+    {"userEnroll_FaceWindow", "no-controller",
+     [](Stage& stage) {
+         captureFace(stage, capture::Progress, 64);
+         stage.loseController();
+     }},
     {"userEnroll_FaceWindow", "failed", [](Stage& stage) { storeFace(stage, 1); }},
     {"userEnroll_FaceWindow", "administrator-not-stored",
      [](Stage& stage) { storeFace(stage, command::store::TooManyAdministrators); }},
