@@ -471,7 +471,8 @@ local records = {
         {at = 24, size = 4, name = "start", kind = "uint"},
         {at = 28, size = 4, name = "from", kind = "day"},
         {at = 32, size = 4, name = "to", kind = "day"},
-        {at = 36, size = 4, name = "reserved2", kind = "bytes"},
+        {at = 36, size = 1, name = "tag", kind = "uint"},
+        {at = 37, size = 3, name = "reserved2", kind = "bytes"},
     },
 }
 
