@@ -18,6 +18,13 @@ if(ZEL_SANITIZE)
         -fno-sanitize-recover=all)
     target_link_options(zel_options INTERFACE -fsanitize=${ZEL_SANITIZE})
 endif()
+# Relocations of the program's own tables in a few kilobytes instead of half a megabyte, all of which
+# is read at each start.
+include(CheckLinkerFlag)
+check_linker_flag(CXX LINKER:-z,pack-relative-relocs ZEL_PACKS_RELOCATIONS)
+if(ZEL_PACKS_RELOCATIONS)
+    target_link_options(zel_options INTERFACE LINKER:-z,pack-relative-relocs)
+endif()
 # The fuzzer has to see which way its inputs take through the libraries, not only through its driver.
 option(ZEL_FUZZ "Build the fuzz targets for libFuzzer; needs clang" OFF)
 if(ZEL_FUZZ)

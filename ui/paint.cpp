@@ -67,4 +67,13 @@ void glyph(QPainter* painter, const QRect& box, const QString& name, QRgb color,
     drawCentred(painter, box, colored(name, color, size));
 }
 
+void cameraPicture(QPainter* painter, const QPoint& origin) {
+    // Kept at half its size: at its full one it would drive all icons out of the cache.
+    painter->save();
+    painter->setRenderHint(QPainter::SmoothPixmapTransform);
+    painter->drawPixmap(QRect(origin, QSize(Theme::kScreenWidth, Theme::kScreenHeight)),
+                        Pictures::icon(QStringLiteral("live_default.png")));
+    painter->restore();
+}
+
 }  // namespace Paint

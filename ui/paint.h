@@ -22,4 +22,8 @@ void icon(QPainter* painter, const QRect& box, const QString& name);
 /// The same as a glyph: @p size pixels wide and all in @p color. A size of 0 means its own.
 void glyph(QPainter* painter, const QRect& box, const QString& name, QRgb color, int size = 0);
 
+/// What stands in for the camera's picture where there is no panel that shows it: a picture of the
+/// whole screen, whose upper left corner is at @p origin.
+void cameraPicture(QPainter* painter, const QPoint& origin);
+
 }  // namespace Paint

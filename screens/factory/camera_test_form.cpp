@@ -5,7 +5,7 @@
 
 #include "app/window_shell.h"
 #include "link/command_code.h"
-#include "ui/pictures.h"
+#include "ui/paint.h"
 
 CameraPicture::CameraPicture(QWidget* parent) : QWidget(parent) {
     setObjectName(QStringLiteral("cameraPicture"));
@@ -21,8 +21,7 @@ void CameraPicture::paintEvent(QPaintEvent* event) {
         painter.fillRect(rect(), Qt::transparent);
         return;
     }
-    const QPixmap picture = Pictures::icon(QStringLiteral("live_default.png"));
-    painter.drawPixmap(-mapTo(window(), QPoint()), picture);
+    Paint::cameraPicture(&painter, -mapTo(window(), QPoint()));
 }
 
 void CameraTestForm::windowInEvent() {

@@ -20,7 +20,7 @@
 #include "screens/recognize/work_state.h"
 #include "ui/dialog_form.h"
 #include "ui/notice_strip.h"
-#include "ui/pictures.h"
+#include "ui/paint.h"
 #include "ui/theme.h"
 #include "ui_live_view.h"
 
@@ -314,5 +314,5 @@ void LiveView::paintEvent(QPaintEvent* event) {
         return;
     QPainter painter(this);
     painter.setClipRegion(event->region());
-    painter.drawPixmap(0, 0, Pictures::icon(QStringLiteral("live_default.png")));
+    Paint::cameraPicture(&painter, QPoint());
 }

@@ -6,6 +6,7 @@
 
 #include "app/window_shell.h"
 #include "base/device_paths.h"
+#include "ui/paint.h"
 #include "ui/pictures.h"
 #include "ui/text_fit.h"
 #include "ui/theme.h"
@@ -47,9 +48,11 @@ void EnrolRing::hideEvent(QHideEvent* event) {
 void EnrolRing::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setClipRegion(event->region());
-    if (!WindowShell::onPanel())
-        painter.drawPixmap(kHole, Pictures::icon(QStringLiteral("live_default.png")),
-                           kHole.translated(0, y() + kFaceDrop));
+    if (!WindowShell::onPanel()) {
+        painter.setClipRegion(event->region() & kHole);
+        Paint::cameraPicture(&painter, QPoint(0, -y() - kFaceDrop));
+        painter.setClipRegion(event->region());
+    }
     const QColor ground = Theme::color(Theme::kBackground);
     QPainterPath corners;
     corners.addRect(kHole);
