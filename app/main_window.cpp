@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLoggingCategory>
+#include <QTimer>
 #include <iterator>
 #include <utility>
 
@@ -22,6 +23,7 @@
 #include "base/device_folders.h"
 #include "base/device_paths.h"
 #include "base/folder_links.h"
+#include "base/heap.h"
 #include "cloud/parameters.h"
 #include "link/command_code.h"
 #include "link/command_parameters.h"
@@ -41,6 +43,8 @@ MainWindow* theMainWindow = nullptr;
 
 /// How long the end of the process waits for the last frames to leave, in milliseconds.
 constexpr int kFlushTime = 500;
+/// How long the standby screen has been up when nobody seems to come back, in milliseconds.
+constexpr int kRest = 1000;
 
 }  // namespace
 
@@ -87,6 +91,8 @@ MainWindow::MainWindow(QWidget* parent)
         const QString title = navigation_->active()->getTitle();
         setWindowTitle(QStringLiteral("zel-terminal: ") + title);
         qCInfo(appLog, "screen %s", qPrintable(title));
+        if (title == screen_title::kStandby)
+            QTimer::singleShot(kRest, this, &MainWindow::restAtStandby);
     });
     WindowForm::setShell(this);
     initWindowList();
@@ -361,6 +367,12 @@ void MainWindow::applyScriptToKeypad() {
 }
 
 // --- Status --------------------------------------------------------------------------------
+
+void MainWindow::restAtStandby() {
+    // A tour through the screens leaves holes in the heap.
+    if (navigation_->isActive(screen_title::kStandby))
+        Heap::giveBackGaps();
+}
 
 void MainWindow::setSystemStatus(int status, int, int) {
     status_->setStatus(status);

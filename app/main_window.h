@@ -249,6 +249,7 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     void peersChanged();
     void settingsChanged(const SettingsChange& change);
     void checkBootchecker();
+    void restAtStandby();
     void applyScriptToKeypad();
     void quitByController();
     /// Shows a screen, or tells it the parameter if it is up already.

@@ -5,9 +5,9 @@
 namespace {
 
 /// Pictures of people, which come and go all day, stay below it.
-constexpr int kLargeBlock = 512 * 1024;
+constexpr int kLargeBlock = 256 * 1024;
 /// What may lie unused at the end of the heap.
-constexpr int kSlack = 256 * 1024;
+constexpr int kSlack = 128 * 1024;
 
 }  // namespace
 
@@ -15,5 +15,11 @@ void Heap::giveBackLargeBlocks() {
 #ifdef __GLIBC__
     ::mallopt(M_MMAP_THRESHOLD, kLargeBlock);
     ::mallopt(M_TRIM_THRESHOLD, kSlack);
+#endif
+}
+
+void Heap::giveBackGaps() {
+#ifdef __GLIBC__
+    ::malloc_trim(kSlack);
 #endif
 }

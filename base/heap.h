@@ -7,5 +7,7 @@ namespace Heap {
 /// as they are freed. The allocator would learn to keep room for them, and a terminal runs for
 /// months. To be called before the first of them is allocated.
 void giveBackLargeBlocks();
+/// Gives back what lies unused between blocks in use. Takes about a millisecond.
+void giveBackGaps();
 
 }  // namespace Heap

@@ -17,7 +17,7 @@ namespace {
 constexpr qint64 kMaxFile = 8 * 1024 * 1024;
 constexpr int kMaxSide = 4096;
 /// The icons of many screens and the largest picture of one, in kilobytes.
-constexpr int kCacheLimit = 1536;
+constexpr int kCacheLimit = 1024;
 
 QImage read(const QString& path, const QSize& size) {
     QImageReader reader(path);
