@@ -61,13 +61,16 @@ QImage readForeign(const QFileInfo& file, const QSize& size) {
 namespace Pictures {
 
 QPixmap icon(const QString& name) {
-    const QString path = QLatin1String("/usr/img/") + name;
+    return kept(QLatin1String("/usr/img/") + name);
+}
+
+QPixmap kept(const QString& devicePath) {
     QPixmap picture;
-    if (QPixmapCache::find(path, &picture))
+    if (QPixmapCache::find(devicePath, &picture))
         return picture;
-    picture = file(path);
+    picture = file(devicePath);
     // A missing one is remembered too, so that it is looked for and logged once.
-    QPixmapCache::insert(path, picture);
+    QPixmapCache::insert(devicePath, picture);
     return picture;
 }
 

@@ -12,7 +12,10 @@ namespace Pictures {
 /// pixmap and one line in the log when it cannot be had.
 QPixmap icon(const QString& name);
 
-/// The picture at @p devicePath. Not kept: for one of many, each of which is shown for a moment.
+/// The picture at @p devicePath, kept as an icon is.
+QPixmap kept(const QString& devicePath);
+
+/// The same, not kept: for one of many, each of which is shown for a moment.
 QPixmap file(const QString& devicePath);
 
 /// A picture that did not come with the terminal, such as a person's: the file @p name of

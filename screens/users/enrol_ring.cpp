@@ -64,7 +64,9 @@ void EnrolRing::paintEvent(QPaintEvent* event) {
     for (const QRect& part : around)
         painter.fillRect(part, ground);
     if (partOf_ != percent_) {
-        part_ = Pictures::file(QStringLiteral("/zel1/image/percent_%1.png").arg(percent_));
+        const QString name = QStringLiteral("/zel1/image/percent_%1.png").arg(percent_);
+        // Each capture begins with the same one; of the others a screen sees most only once.
+        part_ = percent_ == 0 ? Pictures::kept(name) : Pictures::file(name);
         partOf_ = percent_;
     }
     painter.drawPixmap(kRing.topLeft(), part_);
