@@ -194,6 +194,7 @@ class DoorWaysTest : public DoorDay {
             QVERIFY(!t->find("peerSign"));
             set("network.useManager", 1);
             QTRY_VERIFY(t->readsKey("Info_ServiceNotReached"));
+            QVERIFY(t->settle());  // with the sign painted
             PaintCounter paints(window());
             window()->getActivateWindowForm()->peersChanged();
             QVERIFY(t->settle());
