@@ -369,9 +369,11 @@ void MainWindow::applyScriptToKeypad() {
 // --- Status --------------------------------------------------------------------------------
 
 void MainWindow::restAtStandby() {
-    // A tour through the screens leaves holes in the heap.
-    if (navigation_->isActive(screen_title::kStandby))
-        Heap::giveBackGaps();
+    // A tour through the screens leaves their pictures in the cache and holes in the heap.
+    if (!navigation_->isActive(screen_title::kStandby))
+        return;
+    Pictures::giveBack();
+    Heap::giveBackGaps();
 }
 
 void MainWindow::setSystemStatus(int status, int, int) {

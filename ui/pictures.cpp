@@ -17,7 +17,7 @@ namespace {
 constexpr qint64 kMaxFile = 8 * 1024 * 1024;
 constexpr int kMaxSide = 4096;
 /// The icons of many screens and the largest picture of one, in kilobytes.
-constexpr int kCacheLimit = 1024;
+constexpr int kCacheLimit = 2048;
 
 QImage read(const QString& path, const QSize& size) {
     QImageReader reader(path);
@@ -111,6 +111,10 @@ QPixmap foreignKept(const QString& deviceFolder, const QString& name, const QSiz
 
 void limitCache() {
     QPixmapCache::setCacheLimit(kCacheLimit);
+}
+
+void giveBack() {
+    QPixmapCache::clear();
 }
 
 }  // namespace Pictures

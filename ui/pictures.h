@@ -32,5 +32,7 @@ QPixmap foreignKept(const QString& deviceFolder, const QString& name, const QSiz
 
 /// Bounds what is kept; called once, at the start.
 void limitCache();
+/// Gives back what is kept; it is read again when it is next shown.
+void giveBack();
 
 }  // namespace Pictures
