@@ -4,8 +4,6 @@ capture of what is said between them.
 usage: integrators_test.py BINARIES STAGED_ROOT SOURCES
 """
 
-import contextlib
-import io
 import pathlib
 import runpy
 import shutil
@@ -37,9 +35,8 @@ class Integrators(Running):
     binaries, staged = BINARIES, STAGED
 
     def test_dissector_knows_every_frame(self):
-        with contextlib.redirect_stdout(io.StringIO()) as made:
-            tables = runpy.run_path(str(SOURCES / "tools" / "make_dissector.py"))
-        self.assertEqual(DISSECTOR.read_text("utf-8"), made.getvalue(),
+        tables = runpy.run_path(str(SOURCES / "tools" / "make_dissector.py"))
+        self.assertEqual(DISSECTOR.read_text("utf-8"), tables["dissector"](),
                          "make_dissector.py makes another one by now")
         names, broken = [], self.root / "broken.pcap"
         with open(self.root / "all.pcap", "wb") as whole, open(broken, "wb") as cut:
