@@ -292,7 +292,6 @@ void MainWindow::showTouchKey() {
 }
 
 void MainWindow::showTouchKey(InputField* field) {
-    showTouchKey();
     touchKey_->edit(field);
 }
 

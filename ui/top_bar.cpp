@@ -45,7 +45,7 @@ bool TopBar::isActionVisible(Action action) const {
 }
 
 void TopBar::setActionVisible(Action action, bool visible) {
-    if (!visible && !buttons_[action])
+    if (isActionVisible(action) == visible)
         return;
     made(action)->setVisible(visible);
     arrange();

@@ -41,22 +41,6 @@ int rowTop(int row) {
     return kTopPad + row * kRowPitch;
 }
 
-void place(TouchKey* key, const QRect& drawn, int gap) {
-    QRect sensitive = drawn.adjusted(-gap / 2, -kRowGap / 2, gap / 2, kRowGap / 2);
-    if (drawn.left() < kReach)
-        sensitive.setLeft(0);
-    if (Theme::kScreenWidth - drawn.right() <= kReach)
-        sensitive.setRight(Theme::kScreenWidth - 1);
-    key->place(drawn, sensitive);
-    key->show();
-}
-
-/// Places @p key from @p x on and returns where the next key goes.
-int placeInRow(TouchKey* key, int x, int row, int pitch) {
-    place(key, {x + kLetterGap / 2, rowTop(row), pitch - kLetterGap, kKeyHeight}, kLetterGap);
-    return x + pitch;
-}
-
 QRect digitCell(int column, int row, int rows = 1) {
     return {kDigitPad + column * (kDigitWidth + kDigitGap), rowTop(row), kDigitWidth,
             rows * kRowPitch - kRowGap};
@@ -131,6 +115,8 @@ void TouchKeyForm::edit(InputField* field) {
 }
 
 void TouchKeyForm::setOption(const QString& text) {
+    if (option_->text() == text)
+        return;
     option_->setText(text);
     arrange();
 }
@@ -154,7 +140,8 @@ bool TouchKeyForm::eventFilter(QObject* watched, QEvent* event) {
 void TouchKeyForm::hideEvent(QHideEvent* event) {
     if (!event->spontaneous()) {
         endEditing();
-        setOption(QString());
+        // Whoever brings it up again arranges the keys.
+        option_->setText(QString());
     }
     QWidget::hideEvent(event);
 }
@@ -212,13 +199,31 @@ void TouchKeyForm::nextShift() {
 }
 
 void TouchKeyForm::arrange() {
-    const auto keys = findChildren<TouchKey*>();
-    for (TouchKey* key : keys)
-        key->hide();
+    placed_.clear();
     if (page_ == Digits)
         arrangeDigits();
     else
         arrangeLetters();
+    // Most pages follow one with the same keys: nothing is hidden only to be shown again.
+    const auto keys = findChildren<TouchKey*>();
+    for (TouchKey* key : keys)
+        key->setVisible(placed_.contains(key));
+}
+
+void TouchKeyForm::place(TouchKey* key, const QRect& drawn, int gap) {
+    QRect sensitive = drawn.adjusted(-gap / 2, -kRowGap / 2, gap / 2, kRowGap / 2);
+    if (drawn.left() < kReach)
+        sensitive.setLeft(0);
+    if (Theme::kScreenWidth - drawn.right() <= kReach)
+        sensitive.setRight(Theme::kScreenWidth - 1);
+    key->place(drawn, sensitive);
+    placed_.append(key);
+}
+
+/// Places @p key from @p x on and returns where the next key goes.
+int TouchKeyForm::placeInRow(TouchKey* key, int x, int row, int pitch) {
+    place(key, {x + kLetterGap / 2, rowTop(row), pitch - kLetterGap, kKeyHeight}, kLetterGap);
+    return x + pitch;
 }
 
 void TouchKeyForm::arrangeDigits() {

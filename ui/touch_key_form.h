@@ -52,6 +52,8 @@ class TouchKeyForm : public QWidget, public Scripted {
     void setShift(Shift shift);
     void nextShift();
     void arrange();
+    void place(TouchKey* key, const QRect& drawn, int gap);
+    int placeInRow(TouchKey* key, int x, int row, int pitch);
     void arrangeDigits();
     void arrangeLetters();
     void arrangeSpaceRow();
@@ -77,7 +79,8 @@ class TouchKeyForm : public QWidget, public Scripted {
     bool hangulFirst_ = true;
 
     QVector<TouchKey*> characters_;
-    QByteArray codes_;  // what the first of characters_ type, without shift
+    QVector<TouchKey*> placed_;  // of the page that is up
+    QByteArray codes_;           // what the first of characters_ type, without shift
     TouchKey* backspace_;
     TouchKey* clear_;
     TouchKey* done_;
