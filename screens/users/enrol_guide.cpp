@@ -25,12 +25,10 @@ EnrolGuide::EnrolGuide(QWidget* parent) : Panel(parent) {
 void EnrolGuide::tell(const QString& key, const QString& movie) {
     text_.setKey(key);
     text_.setEntry(WindowForm::shell()->getScript(key));
-    const QString file =
-        movie.isEmpty() ? QString() : DevicePaths::at(QLatin1String("/zel1/image/") + movie);
-    if (file != movie_.fileName()) {
-        movie_.stop();
-        movie_.setFileName(file);
-        play();
+    const QString file = movie.isEmpty() ? QString() : QLatin1String("/zel1/image/") + movie;
+    if (file != file_) {
+        stop();
+        file_ = file;
     }
     update();
 }
@@ -42,25 +40,38 @@ void EnrolGuide::applyScripts(const Lookup& lookup) {
 
 void EnrolGuide::play() {
     // Nobody sees it move while it is hidden.
-    if (isVisible() && !movie_.fileName().isEmpty())
-        movie_.start();
+    if (begun_ || file_.isEmpty() || !isVisible())
+        return;
+    begun_ = true;
+    movie_.setFileName(DevicePaths::at(file_));
+    movie_.start();
 }
 
-void EnrolGuide::showEvent(QShowEvent* event) {
-    Panel::showEvent(event);
-    play();
+void EnrolGuide::stop() {
+    movie_.stop();
+    begun_ = false;
+}
+
+QPixmap EnrolGuide::picture() {
+    if (file_.isEmpty())
+        return Pictures::icon(QStringLiteral("warning.png"));
+    if (begun_)
+        return movie_.currentPixmap();
+    // Taking a movie up is as much work as painting the guide: the screen is there first, with
+    // the picture that it begins with.
+    QMetaObject::invokeMethod(this, &EnrolGuide::play, Qt::QueuedConnection);
+    return Pictures::kept(file_);
 }
 
 void EnrolGuide::hideEvent(QHideEvent* event) {
     Panel::hideEvent(event);
-    movie_.stop();
+    stop();
 }
 
 void EnrolGuide::paintEvent(QPaintEvent* event) {
     Panel::paintEvent(event);
     QPainter painter(this);
-    const QPixmap sign = movie_.fileName().isEmpty() ? Pictures::icon(QStringLiteral("warning.png"))
-                                                     : movie_.currentPixmap();
+    const QPixmap sign = picture();
     painter.drawPixmap(kPicture.center() - sign.rect().center(), sign);
     const QRect room(kTextLeft, 0, width() - kTextLeft - kTextEnd, height());
     TextFit::draw(&painter, room, Qt::AlignLeft, text_.entry(), kText, QFont::Medium,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QMovie>
+#include <QPixmap>
 
 #include "ui/panel.h"
 #include "ui/script_text.h"
@@ -22,12 +23,15 @@ class EnrolGuide : public Panel, public Scripted {
 
  protected:
     void paintEvent(QPaintEvent* event) override;
-    void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
 
  private:
     void play();
+    void stop();
+    QPixmap picture();
 
     ScriptText text_;
+    QString file_;  // of the movie, below the device's root
     QMovie movie_;
+    bool begun_ = false;
 };

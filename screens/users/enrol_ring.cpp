@@ -3,6 +3,7 @@
 #include <QPaintEvent>
 #include <QPainter>
 #include <QPainterPath>
+#include <QTimer>
 
 #include "app/window_shell.h"
 #include "base/device_paths.h"
@@ -20,6 +21,7 @@ constexpr int kTextMiddle = 424;
 constexpr int kTextHeight = 92;
 constexpr int kSuffixDrop = 10;  // brings both to one baseline
 constexpr int kSuffixGap = 4;
+constexpr int kLeftBehind = 100;  // milliseconds
 constexpr TextFit::Rule kNumber{{{64, 1}}};
 constexpr TextFit::Rule kSuffix{{{36, 1}}};
 
@@ -41,8 +43,13 @@ void EnrolRing::applyScripts(const Lookup& lookup) {
 
 void EnrolRing::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
-    part_ = QPixmap();
-    partOf_ = -1;
+    // Half a megabyte goes back to the system, for which the next screen does not wait.
+    QTimer::singleShot(kLeftBehind, this, [this] {
+        if (isVisible())
+            return;
+        part_ = QPixmap();
+        partOf_ = -1;
+    });
 }
 
 void EnrolRing::paintEvent(QPaintEvent* event) {

@@ -7,7 +7,6 @@
 #include "link/command_parameters.h"
 #include "link/device_message.h"
 #include "link/record_values.h"
-#include "ui/styler.h"
 
 namespace {
 
@@ -79,6 +78,7 @@ UserEnroll_CardTag::UserEnroll_CardTag(QWidget* parent, const QString& title)
 
 void UserEnroll_CardTag::built() {
     popup().add(kTexts);
+    showRead(false);
     ui_->animation->play({QStringLiteral("card_hold_1.png"), QStringLiteral("card_hold_2.png"),
                           QStringLiteral("card_hold_3.png")},
                          600, true);
@@ -94,7 +94,7 @@ void UserEnroll_CardTag::wait() {
     ui_->topBar->button(TopBar::Forward)->setEnabled(false);
     ui_->numberText->setText(QString());
     ui_->secondsText->show();
-    say(QStringLiteral("Info_PleaseTagTheCard"));
+    showRead(false);
     until_.setRemainingTime(kWait);
     showSeconds();
     if (!flow().isRunning())
@@ -110,9 +110,10 @@ void UserEnroll_CardTag::wait() {
     shell()->StopMenuTimer();
 }
 
-void UserEnroll_CardTag::say(const QString& key) {
-    ui_->promptLabel->setProperty("scriptKey", key);
-    Styler::setText(ui_->promptLabel, shell()->getScript(key));
+void UserEnroll_CardTag::showRead(bool read) {
+    // Each keeps its layout, which another text would cost whenever the screen comes up.
+    ui_->promptLabel->setVisible(!read);
+    ui_->readLabel->setVisible(read);
 }
 
 void UserEnroll_CardTag::showSeconds() {
@@ -172,7 +173,7 @@ void UserEnroll_CardTag::SetCardResult(int result, int type, const QString& card
     ui_->secondsText->hide();
     // The controller stores the user now, which the step before cannot take back.
     ui_->topBar->setBackVisible(false);
-    say(QStringLiteral("Info_CardRead"));
+    showRead(true);
     ui_->numberText->setText(grouped(cardNumber));
     numberTimer_.start();
     state_ = State::Storing;

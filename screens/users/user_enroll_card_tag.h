@@ -49,7 +49,7 @@ class UserEnroll_CardTag : public FormScreen<Ui::UserEnroll_CardTag, EnrolStep> 
     void stored(const DeviceMessage& message);
     void proceed();
     void showSeconds();
-    void say(const QString& key);
+    void showRead(bool read);
 
     DeviceRequest request_{this};
     VisibleTimer secondsTimer_{this};
