@@ -1,7 +1,6 @@
 #include <time.h>
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QImage>
 #include <QTimer>
@@ -65,10 +64,6 @@ class Door {
     std::unique_ptr<MainWindow> window_;
 };
 
-double milliseconds(const QElapsedTimer& timer) {
-    return static_cast<double>(timer.nsecsElapsed()) / 1e6;
-}
-
 double sum(const std::vector<double>& values) {
     return std::accumulate(values.begin(), values.end(), 0.0);
 }
@@ -98,11 +93,8 @@ RecognitionResult resultOf(const QString& userId) {
 /// so that a profiler finds it.
 [[gnu::noinline]] double showResult(Door& door, const RecognitionResult& result) {
     const PaintWatch watch(door.window().getWindow(QStringLiteral("recognizeWindow")));
-    QElapsedTimer timer;
-    timer.start();
     door.send(command::Recognised, result);
-    watch.wait();
-    return milliseconds(timer);
+    return watch.wait();
 }
 
 /// Results of the persons that @p person names by the number of the run.

@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QDeadlineTimer>
-#include <QElapsedTimer>
 #include <QPaintEvent>
 #include <QWidget>
 #include <utility>
@@ -15,10 +14,12 @@ constexpr int kLongestWait = 10000;  // milliseconds
 
 PaintWatch::PaintWatch(const QWidget* screen) : screen_(screen) {
     qApp->installEventFilter(this);
+    timer_.start();
 }
 
-void PaintWatch::wait() const {
+double PaintWatch::wait() const {
     waitUntil([] { return false; });
+    return complete_;
 }
 
 void PaintWatch::waitWhileVisible() const {
@@ -27,7 +28,7 @@ void PaintWatch::waitWhileVisible() const {
 
 void PaintWatch::waitUntil(const std::function<bool()>& end) const {
     const QDeadlineTimer limit(kLongestWait);
-    while (!painted_ && !end()) {
+    while (complete_ < 0 && !end()) {
         QCoreApplication::processEvents();
         if (limit.hasExpired())
             qFatal("%s was not painted", qPrintable(screen_->objectName()));
@@ -35,6 +36,15 @@ void PaintWatch::waitUntil(const std::function<bool()>& end) const {
 }
 
 bool PaintWatch::eventFilter(QObject* watched, QEvent* event) {
+    // Delivered from here, so that the moment of its end is known.
+    if (event->type() == QEvent::UpdateRequest && !painting_) {
+        painting_ = true;
+        QCoreApplication::sendEvent(watched, event);
+        painting_ = false;
+        if (painted_ && complete_ < 0)
+            complete_ = static_cast<double>(timer_.nsecsElapsed()) / 1e6;
+        return true;
+    }
     // Where widgets cover a screen altogether, nothing of its own is painted.
     if (event->type() == QEvent::Paint && !painted_) {
         const auto* widget = qobject_cast<QWidget*>(watched);
@@ -76,14 +86,14 @@ double repaint(QWidget* screen) {
     // A screen's update takes in all its widgets but those that hide what is behind them.
     QList<QWidget*> widgets{screen};
     for (QWidget* widget : screen->findChildren<QWidget*>()) {
-        if (widget->autoFillBackground() || widget->testAttribute(Qt::WA_OpaquePaintEvent))
+        if (widget->isVisible() &&
+            (widget->autoFillBackground() || widget->testAttribute(Qt::WA_OpaquePaintEvent)))
             widgets.append(widget);
     }
+    // What else is on its way is no part of it.
+    QCoreApplication::processEvents();
     const PaintWatch watch(screen);
-    QElapsedTimer timer;
-    timer.start();
     for (QWidget* widget : qAsConst(widgets))
         widget->update();
-    watch.wait();
-    return static_cast<double>(timer.nsecsElapsed()) / 1e6;
+    return watch.wait();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QRegion>
 #include <functional>
@@ -7,12 +8,14 @@
 
 class QWidget;
 
-/// Tells whether a screen has been painted.
+/// Tells when a screen has been painted.
 class PaintWatch : public QObject {
  public:
     explicit PaintWatch(const QWidget* screen);
     /// Runs the event loop until the frame is complete; ends the program when it does not come.
-    void wait() const;
+    /// Returns the milliseconds from when the watch was made until then. What the event loop finds
+    /// to do behind the frame, such as sending what was written meanwhile, nobody waits for.
+    double wait() const;
     /// The same, or until the screen has given way to another.
     void waitWhileVisible() const;
 
@@ -23,7 +26,10 @@ class PaintWatch : public QObject {
     void waitUntil(const std::function<bool()>& end) const;
 
     const QWidget* const screen_;
+    QElapsedTimer timer_;
+    bool painting_ = false;
     bool painted_ = false;
+    double complete_ = -1;  // milliseconds
 };
 
 /// Counts the pixels that each frame of a window paints anew.
