@@ -7,6 +7,7 @@
 #include <QNetworkReply>
 #include <QTimer>
 #include <QUuid>
+#include <cstring>
 #include <utility>
 
 #include "base/device_paths.h"
@@ -39,6 +40,31 @@ constexpr int kMaxFault = 200;
 RestClass* theInstance = nullptr;
 std::mutex runningLock;
 QList<int> runningCommandList;
+
+/// What a call says to the service, to be read once. When a connection ends without an answer Qt
+/// makes the call again on another, as long as it can have this again; but the service may have
+/// done by then what it was asked for.
+class CallBody : public QIODevice {
+ public:
+    CallBody(QByteArray body, QObject* parent) : QIODevice(parent), body_(std::move(body)) {
+        open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    }
+    qint64 size() const override { return body_.size(); }
+    bool reset() override { return false; }
+
+ protected:
+    qint64 readData(char* data, qint64 most) override {
+        const qint64 count = qMin<qint64>(most, body_.size() - read_);
+        std::memcpy(data, body_.constData() + read_, static_cast<std::size_t>(count));
+        read_ += count;
+        return count;
+    }
+    qint64 writeData(const char*, qint64) override { return -1; }
+
+ private:
+    const QByteArray body_;
+    qint64 read_ = 0;
+};
 
 bool failed(const QNetworkReply* reply) {
     return reply->error() != QNetworkReply::NoError;
@@ -332,7 +358,8 @@ void RestClass::post(const QString& path, const QJsonObject& body, const QVarian
                 }
                 manager->deleteLater();  // and the reply with it
             });
-    QNetworkReply* const reply = manager->post(request, QJsonDocument(body).toJson());
+    QNetworkReply* const reply =
+        manager->post(request, new CallBody(QJsonDocument(body).toJson(), manager));
     running_.append(reply);
     reply->setProperty(kSendData, sendData);
     reply->setReadBufferSize(kMaxAnswer + 1);
@@ -396,10 +423,12 @@ void RestClass::noteFault(const QNetworkReply* reply, const QString& fault, cons
     QString reason = fault;
     if (failed(reply)) {
         reason = reply->property(kReason).toString();
-        if (reason.isEmpty())
-            reason = reply->error() == QNetworkReply::OperationCanceledError
-                         ? QStringLiteral("no answer in time")
-                         : reply->errorString();
+        if (reason.isEmpty() && reply->error() == QNetworkReply::OperationCanceledError)
+            reason = QStringLiteral("no answer in time");
+        else if (reason.isEmpty() && reply->error() == QNetworkReply::ContentReSendError)
+            reason = QStringLiteral("the connection was closed before a whole answer");
+        else if (reason.isEmpty())
+            reason = reply->errorString();
     }
     // The calls are made again and again; a line each time would bury everything else.
     const QString call = reply->url().path().section(QLatin1Char('/'), -1);

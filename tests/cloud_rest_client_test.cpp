@@ -242,6 +242,18 @@ class CloudRestClientTest : public QObject {
         QCOMPARE(client_->SendCommand(RestClass::kConnectionCheck, {}), 0);
     }
 
+    /// The service may have done what it was asked for although no answer comes.
+    void aCallArrivesOnceAtMost() {
+        service_->closeAfterAnswer = true;
+        const QSignalSpy connections(service_.get(), &QTcpServer::newConnection);
+        for (int call = 1; call <= 2; ++call) {
+            client_->SendCommand(RestClass::kUserInOutLog, {});
+            QTRY_COMPARE(host_->completed.size(), call);
+            QCOMPARE(service_->requests.size(), call);
+            QCOMPARE(connections.size(), call);
+        }
+    }
+
     void addressesAreTheKernels() {
         const QString loopback = QStringLiteral("lo");
         QCOMPARE(NetworkHelper::getIPAddress(loopback), QStringLiteral("127.0.0.1"));
