@@ -178,6 +178,11 @@ class EnrolmentTest : public DrivenTest {
             "!silent_1923 " + number + "forwardButton *5000" + says("Error_NoResponse") +
                 " forwardButton",
             "1923 1921", "userEnroll_cardTagWindow");
+        row("answer for the number before",
+            "!silent_1923 " + number + "forwardButton *5000" + says("Error_NoResponse") +
+                " #B #2 !silent_1923 forwardButton !frame_2923_0_0 !frame_2923_1_0" +
+                says("Dialog_CustomerNumberIsAlreadyRegistered") + " #1",
+            "1923 1908:cb", "userEnroll_IDWindow");
         row("number of other signs",
             "!settings_registration.autoId_0 " + number +
                 "numberEntry= !frame_3030_0_0_d9a030313233343536373839 numberEntry= "

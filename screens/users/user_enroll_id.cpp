@@ -26,6 +26,7 @@ void UserEnroll_ID::built() {
 
 void UserEnroll_ID::windowInEvent() {
     FormScreen::windowInEvent();
+    unanswered_.clear();
     ui_->numberEntry->setText(flow().isRunning() ? fieldText(user().customerId) : QString());
     showKeypad();
 }
@@ -51,6 +52,18 @@ void UserEnroll_ID::nextButtonTouch() {
     else if (!request_.send(command::CheckUserId, 0, 0, checked_.toLatin1(),
                             {command::UserIdChecked}, kAnswerTime))
         endWith(NoConnection);
+    else
+        unanswered_.append(checked_);
+}
+
+void UserEnroll_ID::deviceAnswer(const DeviceMessage& message) {
+    if (message.command == command::UserIdChecked) {
+        // It does not say which number it is about. Answers come in the order of the questions,
+        // but one may come when its question has been given up for that about another number.
+        if (!unanswered_.isEmpty() && unanswered_.takeFirst() != checked_)
+            return;
+    }
+    FormScreen::deviceAnswer(message);
 }
 
 void UserEnroll_ID::answered(const DeviceMessage& message) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QStringList>
+
 #include "screens/common/device_request.h"
 #include "screens/common/form_screen.h"
 #include "screens/users/enrol_step.h"
@@ -14,6 +16,7 @@ class UserEnroll_ID : public FormScreen<Ui::UserEnroll_ID, EnrolStep> {
     using FormScreen::FormScreen;
 
     void windowInEvent() override;
+    void deviceAnswer(const DeviceMessage& message) override;
     void autoId(const QString& id) override;
 
     /// What the controller has found wrong with the number: 1 in use, 2 of another length.
@@ -32,4 +35,5 @@ class UserEnroll_ID : public FormScreen<Ui::UserEnroll_ID, EnrolStep> {
 
     DeviceRequest request_{this};
     QString checked_;  // what the controller has been asked about, whatever is typed meanwhile
+    QStringList unanswered_;  // numbers that it has been asked about since the screen came up
 };
