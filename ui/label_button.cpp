@@ -74,7 +74,8 @@ QSize LabelButton::sizeHint() const {
     if (!icon_.isEmpty())
         width += Pictures::icon(icon_).width() + (text_.isEmpty() ? 0 : kIconGap);
     if (!text_.isEmpty())
-        width += TextFit::width(text_.entry(), rule(), weight());
+        // Off or not, so that no other button moves with it.
+        width += TextFit::width(text_.entry(), rule(), isBold() ? QFont::Bold : QFont::Medium);
     return {width, 72};
 }
 
@@ -82,9 +83,12 @@ const TextFit::Rule& LabelButton::rule() const {
     return drawn().height() < kSmallHeight ? TextFit::kSmallButton : TextFit::kButton;
 }
 
+bool LabelButton::isBold() const {
+    return (role_ != Neutral && role_ != Flat) || isSelected();
+}
+
 QFont::Weight LabelButton::weight() const {
-    const bool bold = (role_ != Neutral && role_ != Flat) || isSelected();
-    return bold && !looksOff() ? QFont::Bold : QFont::Medium;
+    return isBold() && !looksOff() ? QFont::Bold : QFont::Medium;
 }
 
 QRgb LabelButton::inkColor() const {

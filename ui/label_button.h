@@ -58,6 +58,7 @@ class LabelButton : public WidgetButton, public Scripted {
     QRect drawn() const { return rect().adjusted(0, margin_, 0, -margin_); }
     bool looksOff() const { return limited_ || !isEnabled(); }
     const TextFit::Rule& rule() const;
+    bool isBold() const;
     QFont::Weight weight() const;
     QRgb inkColor() const;
 
