@@ -317,9 +317,7 @@ class CloudCommandsTest : public QObject {
         QVERIFY(FirmwareOrders::kept().isEmpty());
 
         // One that fails, and a controller that says nothing.
-        service_->answer = [](const FakeService::Request&) {
-            return QByteArray("HTTP/1.1 404 No\r\nContent-Length: 0\r\n\r\n");
-        };
+        service_->says("HTTP/1.1 404 No\r\nContent-Length: 0\r\n\r\n");
         updater.update.setAnswerTime(0);
         carryOut("d");
         QVERIFY(told());

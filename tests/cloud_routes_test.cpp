@@ -1,17 +1,14 @@
 #include <sqlite3.h>
 
-#include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QTemporaryDir>
 #include <QtTest>
-#include <memory>
 
 #include "cloud/parameters.h"
 #include "cloud/terminal_routes.h"
-#include "cloud/user_routes.h"
 #include "cloud/user_table.h"
 #include "link/device_message.h"
+#include "tests/support/test_root.h"
 
 namespace {
 
@@ -22,7 +19,7 @@ QByteArray device(const QByteArray& content) {
 _gui_menu_ managedBy(std::uint8_t last) {
     _gui_menu_ settings{};
     const std::uint8_t address[] = {10, 0, 0, last};
-    std::memcpy(settings.network.own.managerAddress, address, sizeof address);
+    memcpy(settings.network.own.managerAddress, address, sizeof address);
     settings.network.own.managerPort = 8080;
     return settings;
 }
@@ -33,26 +30,27 @@ class CloudRoutesTest : public QObject {
     Q_OBJECT
 
  private:
-    QTemporaryDir root_;
+    TestRoot root_;
 
-    void sql(const char* text) const {
+    QString table() const { return root_.path("/mnt/data/db_user2/DB_userT.bin"); }
+    /// Opens the table's file and has @p text carried out.
+    sqlite3* sql(const char* text) const {
         sqlite3* db = nullptr;
-        QDir().mkpath(root_.path() + QStringLiteral("/mnt/data/db_user2"));
-        const QString path = root_.path() + QStringLiteral("/mnt/data/db_user2/DB_userT.bin");
-        QCOMPARE(sqlite3_open(qPrintable(path), &db), SQLITE_OK);
-        QCOMPARE(sqlite3_exec(db, text, nullptr, nullptr, nullptr), SQLITE_OK);
-        sqlite3_close(db);
+        [&] {
+            QCOMPARE(sqlite3_open(qPrintable(table()), &db), SQLITE_OK);
+            QCOMPARE(sqlite3_exec(db, text, nullptr, nullptr, nullptr), SQLITE_OK);
+        }();
+        return db;
     }
-    static UserTable::Ids readTable() {
+    /// How many users there are, and who.
+    static QByteArray users() {
         UserTable table;
         table.sqlOpen_ex();
-        return table.sqlGetUserId();
+        const UserTable::Ids ids = table.sqlGetUserId();
+        return QByteArray::number(ids.count) + ' ' + ids.joined;
     }
 
  private slots:
-    void initTestCase() { qputenv("ZEL_ROOT", root_.path().toLocal8Bit()); }
-    void init() { QDir(root_.path() + QStringLiteral("/mnt")).removeRecursively(); }
-
     void deviceSettingsChangeOnlyWhatIsGiven() {
         _gui_menu_ before = managedBy(5);
         before.screen.brightness = 7;
@@ -69,18 +67,18 @@ class CloudRoutesTest : public QObject {
         expected.screen.brightness = 7;
         expected.setup.doorOpenDuration = 20;
         expected.setup.deviceNumber = 0xFFFFFFFF;
-        std::memcpy(expected.setup.adminPassword, "00001234", 8);
+        memcpy(expected.setup.adminPassword, "00001234", 8);
         expected.setup.quickRegistration = 1;
         expected.registration.on = 1;
         expected.registration.userLevel = 2;
         expected.screen.menuTimeout = 3;
         expected.screen.sleepMode = 3;
         expected.sound.recognitionFailSound = 3;
-        QVERIFY(std::memcmp(&after, &expected, sizeof after) == 0);
+        QVERIFY(memcmp(&after, &expected, sizeof after) == 0);
 
         after = before;
         terminal_routes::decodeDeviceSet(device("")).value.applyTo(after);
-        QVERIFY(std::memcmp(&after, &before, sizeof after) == 0);
+        QVERIFY(memcmp(&after, &before, sizeof after) == 0);
     }
 
     /// What the status route answers can be sent back to the settings route, but for what is
@@ -101,7 +99,7 @@ class CloudRoutesTest : public QObject {
         _gui_menu_ changed{};
         setFieldText(changed.setup.adminPassword, QStringLiteral("4321"));
         back.value.applyTo(changed);
-        QVERIFY(std::memcmp(&changed, &settings, sizeof changed) == 0);
+        QVERIFY(memcmp(&changed, &settings, sizeof changed) == 0);
     }
 
     void firmwareComesFromTheManager() {
@@ -116,30 +114,11 @@ class CloudRoutesTest : public QObject {
         QCOMPARE(QUrl(address("/@evil.com/x")).host(), QStringLiteral("10.0.0.5"));
     }
 
-    void sentUsersFitTheirFields() {
-        const auto decode = [](const QByteArray& values) {
-            const QByteArray user = "{'userInfo':{'cardInfo':{'cardNo':'123456'}," + values + "}}";
-            return user_routes::decodeUserDataSend(QByteArray(user).replace('\'', '"'));
-        };
-        const auto sent = decode(
-            "'authType':4,'userLevel':'0','sensivity':null,'timeSchedule':null,"
-            "'restrictTime':'','user':null");
-        QCOMPARE(sent.code, 1000);
-        const DoReceiveUserData& user = sent.value.user;
-        QCOMPARE(user.authType + user.userLevel + user.sensivity + user.name, QStringLiteral("40"));
-        QCOMPARE(decode("'authType':'','user':{'name':null}").code, 1000);
-        for (const char* const values :
-             {"'authType':5", "'authType':'-1'", "'authType':'x'", "'userLevel':'3'",
-              "'userLevel':1.5", "'sensivity':6", "'registTime':'2031-12-24 10:00:00.00'",
-              "'timeSchedule':5", "'user':{'name':'123456789 123456789 123456789 123'}"})
-            QCOMPARE(decode(values).code, 9999);
-    }
-
     void timesAreGivenInNumbers() {
-        const auto code = [](const char* date, const char* time) {
-            const QByteArray settings =
-                QByteArray("{'TimeSettings':{'Date':'") + date + "','Time':'" + time + "'}}";
-            return terminal_routes::decodeTimeSet(QByteArray(settings).replace('\'', '"')).code;
+        const auto code = [](const QByteArray& date, const QByteArray& time) {
+            return terminal_routes::decodeTimeSet(R"({"TimeSettings":{"Date":")" + date +
+                                                  R"(","Time":")" + time + R"("}})")
+                .code;
         };
         QCOMPARE(code("2024-2-9", "1:2:3"), 1000);
         QCOMPARE(code("2024-02-29", "01:02:03"), 1000);
@@ -149,38 +128,25 @@ class CloudRoutesTest : public QObject {
             QCOMPARE(code("2024-2-9", time), 9999);
     }
 
+    /// A table that cannot be read, or not now, is an empty one.
     void usersPresentAreListed() {
-        QCOMPARE(readTable().count, 0);
-        QVERIFY(!QFile::exists(root_.path() + QStringLiteral("/mnt/data/db_user2")));
-        sql("CREATE TABLE USER_T (N INTEGER, ID TEXT, MARK INTEGER);"
-            "INSERT INTO USER_T VALUES (1,'a1',0),(2,'b2',159),(3,'gone',160),(4,'c3',-1);");
-        QCOMPARE(readTable().joined, QByteArray("a1,b2,c3"));
-        QCOMPARE(readTable().count, 3);
-    }
-
-    void anUnreadableTableIsEmpty() {
-        sql("CREATE TABLE OTHER (A);");
-        QCOMPARE(readTable().count, 0);
-        QFile file(root_.path() + QStringLiteral("/mnt/data/db_user2/DB_userT.bin"));
+        QCOMPARE(users(), QByteArray("0 "));
+        QVERIFY(!QFile::exists(root_.path("/mnt")));
         for (const QByteArray& content : {QByteArray(), QByteArray(9000, 'x'),
                                           QByteArray("SQLite format 3\0\x10\0\1\1\0@", 22)}) {
-            QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-            file.write(content);
-            file.close();
-            QCOMPARE(readTable().count, 0);
+            root_.write(table(), content);
+            QCOMPARE(users(), QByteArray("0 "));
         }
-    }
-
-    void aLockedTableIsEmpty() {
-        sql("CREATE TABLE USER_T (N INTEGER, ID TEXT, MARK INTEGER);"
-            "INSERT INTO USER_T VALUES (1,'a1',0);");
-        sqlite3* writer = nullptr;
-        const QString path = root_.path() + QStringLiteral("/mnt/data/db_user2/DB_userT.bin");
-        QCOMPARE(sqlite3_open(qPrintable(path), &writer), SQLITE_OK);
-        QCOMPARE(sqlite3_exec(writer, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
-        QCOMPARE(readTable().count, 0);
+        root_.write(table(), {});
+        sqlite3_close(sql("CREATE TABLE OTHER (A);"));
+        QCOMPARE(users(), QByteArray("0 "));
+        sqlite3* const writer =
+            sql("CREATE TABLE USER_T (N INTEGER, ID TEXT, MARK INTEGER);"
+                "INSERT INTO USER_T VALUES (1,'a1',0),(2,'b2',159),(3,'gone',160),(4,'c3',-1);"
+                "BEGIN EXCLUSIVE");
+        QCOMPARE(users(), QByteArray("0 "));
         sqlite3_close(writer);
-        QCOMPARE(readTable().count, 1);
+        QCOMPARE(users(), QByteArray("3 a1,b2,c3"));
     }
 };
 

@@ -147,10 +147,11 @@ class FakeService : public QTcpServer {
         menu.network.own.managerPort = serverPort();
         return menu;
     }
-    /// Answers every request with a @p body from now on.
-    void answerWith(const QByteArray& body) {
-        answer = [body](const Request&) { return json(body); };
+    /// Answers every request with these bytes, or this body, from now on.
+    void says(const QByteArray& bytes) {
+        answer = [bytes](const Request&) { return bytes; };
     }
+    void answerWith(const QByteArray& body) { says(json(body)); }
 
     QList<Request> requests;
     std::function<QByteArray(const Request&)> answer;
