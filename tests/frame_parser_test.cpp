@@ -1,21 +1,15 @@
 #include <QtTest>
 
 #include "link/frame.h"
-#include "link/frame_parser.h"
+#include "tests/support/feed.h"
 
 namespace {
 
 /// Feeds bytes in pieces of @p piece and returns what comes out: "command p1 p2 payload".
 class Feed {
  public:
-    QStringList give(QByteArray bytes, std::size_t piece = 5000) {
-        while (!bytes.isEmpty()) {
-            const auto size = std::min<std::size_t>(
-                {static_cast<std::size_t>(bytes.size()), parser.writeSpace(), piece});
-            memcpy(parser.writePosition(), bytes.constData(), size);
-            parser.consume(size);
-            bytes.remove(0, static_cast<int>(size));
-        }
+    QStringList give(const QByteArray& bytes, std::size_t piece = 5000) {
+        feed(parser, bytes, piece);
         return std::exchange(frames_, {});
     }
     static QString text(quint16 command, quint8 p1, quint8 p2, const QByteArray& payload) {
