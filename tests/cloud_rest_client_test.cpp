@@ -24,7 +24,15 @@ class CloudRestClientTest : public QObject {
         change(menu);
         host_->setSettings(menu);
     }
-    void send(int command) { QCOMPARE(client_->SendCommand(command, {}), 0); }
+    void send(int command, const QVariant& data = {}) {
+        QCOMPARE(client_->SendCommand(command, data), 0);
+    }
+    /// Sends it, and waits until it is done.
+    void complete(int command, const QVariant& data = {}) {
+        const int before = host_->completed.size();
+        send(command, data);
+        QTRY_COMPARE(host_->completed.size(), before + 1);
+    }
     ProcIDX lastCompleted() const { return host_->completed.last().value<ProcIDX>(); }
 
  private slots:
@@ -126,9 +134,7 @@ class CloudRestClientTest : public QObject {
         for (const QByteArray& answer : {QByteArray(), QByteArray(), QByteArray(), refusal, refusal,
                                          refusal, consent, refusal}) {
             service_->says(answer);
-            const int done = host_->completed.size() + 1;
-            send(RestClass::kConnect);
-            QTRY_COMPARE(host_->completed.size(), done);
+            complete(RestClass::kConnect);
         }
         qInstallMessageHandler(before);
         QCOMPARE(lines.filter(QStringLiteral("connect.do failed: ")).size(), 3);
@@ -180,12 +186,10 @@ class CloudRestClientTest : public QObject {
             service_->closeAfterAnswer = true;
             service_->says(row.answer);
             host_->link = true;
-            send(row.command);
-            QTRY_COMPARE(host_->completed.size(), 1);
+            complete(row.command);
             QVERIFY2(host_->link == row.up, row.answer.left(60).constData());
             QVERIFY2(service_->written < 20000000, "read although it is too much");
-            send(row.command);
-            QTRY_COMPARE(host_->completed.size(), 2);
+            complete(row.command);
         }
     }
 
@@ -196,13 +200,11 @@ class CloudRestClientTest : public QObject {
             return body.toJson(QJsonDocument::Compact).contains(part);
         };
         host_->selfCheck = SelfCheckFault::kTamper | SelfCheckFault::kCamera;
-        send(RestClass::kConnectionCheck);
-        QTRY_COMPARE(host_->completed.size(), 1);
+        complete(RestClass::kConnectionCheck);
         QVERIFY(sent(R"("deviceInfo":{"checkCamera":"BAD","checkCard":"GOOD",)"
                      R"("checkMemory":"GOOD","coverOpen":"OPEN"})"));
         const FR36_Parameter deleted{QStringLiteral("5"), QStringLiteral("A1")};
-        client_->SendCommand(RestClass::kUserDeleted, QVariant::fromValue(deleted));
-        QTRY_COMPARE(host_->completed.size(), 2);
+        complete(RestClass::kUserDeleted, QVariant::fromValue(deleted));
         QVERIFY(service_->requests.last().line.contains("/user-deleted.do "));
         QVERIFY(sent(R"("userInfo":{"cardInfo":{"cardNo":"A1"},"deleteType":"5"})"));
         QCOMPARE(lastCompleted().data.value<FR36_Parameter>().cardNo, deleted.cardNo);
@@ -211,8 +213,7 @@ class CloudRestClientTest : public QObject {
     void aSilentServiceIsGivenUp() {
         client_->setTransferTimeout(150);
         host_->link = true;
-        send(RestClass::kConnectionCheck);
-        QTRY_COMPARE_WITH_TIMEOUT(host_->completed.size(), 1, 2000);
+        complete(RestClass::kConnectionCheck);
         QVERIFY(!host_->link);
         QCOMPARE(lastCompleted().resultCode, 0);
         send(RestClass::kConnectionCheck);
@@ -238,10 +239,8 @@ class CloudRestClientTest : public QObject {
     /// Nothing of a finished request stays, and ending with requests under way is silent.
     void requestsLeaveNothingBehind() {
         service_->answerWith(R"({"resultCode":"1000"})");
-        for (int i = 1; i <= 20; ++i) {
-            send(RestClass::kConnectionCheck);
-            QTRY_COMPARE(host_->completed.size(), i);
-        }
+        for (int i = 0; i < 20; ++i)
+            complete(RestClass::kConnectionCheck);
         QTRY_VERIFY(client_->children().isEmpty());
         service_->answer = nullptr;
         send(RestClass::kConnect);

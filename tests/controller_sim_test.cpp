@@ -1,7 +1,6 @@
 #include <QTcpSocket>
 #include <QtTest>
 #include <memory>
-#include <optional>
 
 #include "link/command_code.h"
 #include "link/device_link.h"
@@ -11,7 +10,7 @@
 #include "sim/common/line_buffer.h"
 #include "sim/controller/controller_sim.h"
 #include "sim/controller/work_status.h"
-#include "sim/device_root.h"
+#include "tests/support/test_root.h"
 
 namespace {
 
@@ -53,7 +52,8 @@ class ControllerSimTest : public QObject {
 
  private slots:
     void init() {
-        root_.emplace();
+        sim_.reset();
+        root_.clear("/mnt/data");
         start();
     }
 
@@ -86,20 +86,20 @@ class ControllerSimTest : public QObject {
 
     void brokenFilesArePutAside() {
         const _gui_menu_ defaults = sim_->settings();
-        words({"status 1"});  // makes the folder
         for (const QByteArray& content :
              {QByteArray("{ \"settings\": "), QByteArray(3000000, 'x'),
               QByteArray("{\"settings\":{\"setup.language\":\"900\"}}")}) {
             sim_.reset();
-            root_->write("/mnt/data/sim/controller.json", content);
+            root_.write(root_.path("/mnt/data/sim/controller.json"), content);
             start();
             QVERIFY(memcmp(&sim_->settings(), &defaults, sizeof defaults) == 0);
         }
         sim_.reset();
-        root_->write("/mnt/data/db_user2/DB_userT.bin", QByteArray(5000, 'x'));
+        const QString users = root_.path("/mnt/data/db_user2/DB_userT.bin");
+        root_.write(users, QByteArray(5000, 'x'));
         start();
         words({"card 10000001"});
-        QCOMPARE(QFile(root_->path("/mnt/data/db_user2/DB_userT.bin.broken")).size(), qint64{5000});
+        QCOMPARE(root_.read(users + QStringLiteral(".broken")).size(), 5000);
     }
 
     void garbageFromTheTerminalIsHarmless() {
@@ -206,11 +206,9 @@ class ControllerSimTest : public QObject {
         Terminal terminal(*sim_);
         words({"time 2026-03-13 07:00", "time 2026-03-13 08:00"});  // the status changes
         QTRY_VERIFY(terminal.told.contains(QStringLiteral("2902(1,0)20")));
-        QFile clock(root_->path("/mnt/data/sim/clock"));
-        QVERIFY(clock.open(QIODevice::ReadOnly));
-        const QDateTime shown =
-            QDateTime::currentDateTime().addSecs(clock.readAll().trimmed().toLongLong());
-        QVERIFY(qAbs(shown.secsTo(sim_->now())) <= 1);
+        const qint64 ahead = root_.read(root_.path("/mnt/data/sim/clock")).trimmed().toLongLong();
+        const QDateTime shown = QDateTime::currentDateTime().addSecs(ahead);
+        QVERIFY(ahead != 0 && qAbs(shown.secsTo(sim_->now())) <= 1);
 
         // A camera that is off, or takes a picture for an enrolment, sees nobody.
         words({"track on"});
@@ -309,13 +307,13 @@ class ControllerSimTest : public QObject {
         auto terminal = std::make_unique<Terminal>(*sim_);
         terminal->send(command::UpdateFirmware, 0, 0);
         QCOMPARE(terminal->heard("2990"), QStringLiteral("2990(1,0)0"));
-        root_->write("/mnt/data/input/zel01.tar.bz2",
-                     firmware_image::make(QStringLiteral("1.2.0"), 5000));
+        const QString archive = root_.path("/mnt/data/input/zel01.tar.bz2");
+        root_.write(archive, firmware_image::make(QStringLiteral("1.2.0"), 5000));
         terminal->send(command::UpdateFirmware, 0, 0);
         QTRY_VERIFY_WITH_TIMEOUT(terminal->told.contains(QStringLiteral("2901(0,0)0")), 20000);
         QVERIFY(terminal->told.contains(QStringLiteral("2990(0,0)0")));
-        QVERIFY(!QFile::exists(root_->path("/mnt/data/input/zel01.tar.bz2")));
-        QVERIFY(QFile::exists(root_->path("/mnt/data/fw_upgrade_ok")));
+        QVERIFY(!QFile::exists(archive));
+        QVERIFY(QFile::exists(root_.path("/mnt/data/fw_upgrade_ok")));
         terminal.reset();
         QTRY_COMPARE(word("terminal"), QStringLiteral("ok restarting"));
         Terminal anew(*sim_);
@@ -342,11 +340,11 @@ class ControllerSimTest : public QObject {
     /// Starts the controller, also anew.
     void start() {
         sim_.reset();
-        sim_ = std::make_unique<ControllerSim>(0, 0, root_->path("/mnt/data"));
+        sim_ = std::make_unique<ControllerSim>(0, 0, root_.path("/mnt/data"));
         QVERIFY(sim_->listening());
     }
 
-    std::optional<DeviceRoot> root_;
+    TestRoot root_;
     std::unique_ptr<ControllerSim> sim_;
 };
 
