@@ -212,9 +212,9 @@ class ControllerSimTest : public QObject {
 
         // A camera that is off, or takes a picture for an enrolment, sees nobody.
         words({"track on"});
-        for (const quint8 mode : {0, 2}) {
+        for (const auto& [mode, camera] : {std::pair<quint8, quint8>(1, 0), {0, 1}, {2, 1}}) {
             terminal.send(command::RecognitionMode, mode, 0);
-            terminal.send(command::CameraRun, mode == 0 ? 0 : 1, 0);
+            terminal.send(command::CameraRun, camera, 0);
             QCOMPARE(terminal.heard("3000"), QString());
             QVERIFY(word("face 01023456789").startsWith(QLatin1String("error")));
         }

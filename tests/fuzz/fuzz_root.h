@@ -20,12 +20,6 @@ inline QByteArray bytesOf(const std::uint8_t* bytes, std::size_t size) {
 /// What a target does with an input: its first byte, which mostly chooses, and the rest of it.
 void take(std::uint8_t first, const QByteArray& rest);
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-    if (size > 0)
-        take(bytes[0], bytesOf(bytes + 1, size - 1));
-    return 0;
-}
-
 /// Silence: what is logged about each input would bury what the fuzzer says.
 inline void keepSilent() {
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
