@@ -1,4 +1,3 @@
-#include <QDeadlineTimer>
 #include <QtTest>
 #include <memory>
 #include <thread>
@@ -158,9 +157,11 @@ class CloudCommandsTest : public QObject {
         init();
         QDateTime now(QDate(2100, 1, 1), QTime(0, 0));
         CommandFolder writer([&now] { return now; });
-        QVERIFY(!order("-A1", {}, std::move(writer)) && !order("+A1", {}, std::move(writer)));
+        DoReceiveUserData user;
+        user.cardNo = QStringLiteral("A1");
+        QVERIFY(!writer.writeDelete(user.cardNo) && !writer.writeAdd(user, {}));
         now = now.addYears(-70);
-        QVERIFY(order("-A1", {}, std::move(writer)));
+        QVERIFY(writer.writeDelete(user.cardNo));
         QVERIFY(!all().isEmpty() && !all().contains(QLatin1Char(' ')));
     }
 

@@ -1,5 +1,3 @@
-#include <QJsonDocument>
-#include <QUuid>
 #include <QtTest>
 #include <memory>
 
@@ -84,10 +82,10 @@ class CloudRestClientTest : public QObject {
         client_->runFR51({});
         QTRY_COMPARE(service_->requests.size(), 2);
         const QRegularExpression all(
-            QStringLiteral(
-                "\r\nContent-Type: application/json; charset=utf-8\r\n.*Packet-Version: 1\\.0\r\n.*"
-                "EncoderKey-Version: 0\r\n.*reader_id: 4711\r\n.*serial: SERIAL12345\r\n.*"
-                "cust_id:.*reader_ipport: .*access_token:"),
+            QStringLiteral("\r\nContent-Type: application/json; charset=utf-8\r\n.*"
+                           "Packet-Version: 1\\.0\r\n.*EncoderKey-Version: 0\r\n.*"
+                           "reader_id: 4711\r\n.*serial: SERIAL12345\r\n.*cust_id: ?\r\n.*"
+                           "reader_ipport: .*\r\naccess_token:"),
             QRegularExpression::DotMatchesEverythingOption);
         for (const FakeService::Request& request : service_->requests) {
             QVERIFY2(QString::fromLatin1(request.head).contains(all), request.head.constData());

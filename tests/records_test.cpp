@@ -1,8 +1,5 @@
 #include <sqlite3.h>
 
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QRegularExpression>
 #include <QtTest>
 #include <set>
 
@@ -391,7 +388,8 @@ class RecordsTest : public QObject {
         before.screen.brightness = 7;
         const auto setup = terminal_routes::decodeDeviceSet(
             device(R"("DoorOpenDuration":"20","DeviceNo":4294967295,"AdminPassword":"00001234",)"
-                   R"("QuickRegistration":{"UseQuickRegistraion":1},)"
+                   R"("QuickRegistration":{"UseQuickRegistraion":1},"Environment":)"
+                   R"({"ScreenSettings":{"MenuTimeout":0,"SleepMode":"180"}},)"
                    R"("CommType":{"IPAddress":"10.0.0.9"})"));
         QCOMPARE(setup.code, 1000);
         _gui_menu_ after = before;
@@ -402,6 +400,7 @@ class RecordsTest : public QObject {
         expected.setup.deviceNumber = 0xFFFFFFFF;
         memcpy(expected.setup.adminPassword, "00001234", 8);
         expected.setup.quickRegistration = expected.registration.on = 1;
+        expected.screen.menuTimeout = expected.screen.sleepMode = 3;
         QVERIFY(memcmp(&after, &expected, sizeof after) == 0);
 
         after = before;
@@ -418,7 +417,6 @@ class RecordsTest : public QObject {
         settings.registration.authMethod = settings.registration.userLevel = 1;
         settings.face.securityLevel = settings.screen.brightness = 4;
         settings.screen.sleepMode = 5;
-        settings.screen.menuTimeout = 3;
         const QByteArray json =
             QJsonDocument(terminal_routes::deviceStatus(settings, QDateTime::currentDateTime()))
                 .toJson();
