@@ -7,7 +7,6 @@ held against the same document.
 usage: contract_test.py BINARIES STAGED_ROOT DOCUMENT
 """
 
-import copy
 import http.client
 import http.server
 import json
@@ -65,12 +64,8 @@ def values_for(schema):
 
 
 def with_value(body, path, value):
-    body = copy.deepcopy(body)
-    inner = body
-    for key in path[:-1]:
-        inner = inner.setdefault(key, {})
-    inner[path[-1]] = value
-    return body
+    key, *rest = path
+    return {**body, key: with_value(body.get(key, {}), rest, value) if rest else value}
 
 
 def without_nulls(body):
@@ -78,12 +73,6 @@ def without_nulls(body):
     if not isinstance(body, dict):
         return body
     return {key: without_nulls(value) for key, value in body.items() if value is not None}
-
-
-def card_number(body):
-    for key in ("userInfo", "cardInfo", "cardNo"):
-        body = body.get(key) if isinstance(body, dict) else None
-    return body
 
 
 def validator(message):
@@ -107,9 +96,11 @@ class Request:
         """The result code that answers a body."""
         body = without_nulls(body)
         if "minLength" in self.number:  # which is looked at first
-            number = card_number(body)
-            if not isinstance(number, str) or not (
-                    self.number["minLength"] <= len(number) <= self.number["maxLength"]):
+            number = body
+            for key in ("userInfo", "cardInfo", "cardNo"):
+                number = number.get(key) if isinstance(number, dict) else None
+            length = len(number) if isinstance(number, str) else 0
+            if not self.number["minLength"] <= length <= self.number["maxLength"]:
                 return "3001"
         return "1000" if self.validator.is_valid(body) else "9999"
 
