@@ -26,7 +26,7 @@ API = "/cloud-service/rest-api"
 USER_ENROLLED, INFO_SIZE = 3034, 616
 
 # Beside them every schema gets what lies just outside of its own limits.
-VALUES = [None, True, [], {}, "", "x", "\u0000", "가", "0" * 300, 0, -1, 1.5, 1e300, [5], {"a": 1}]
+VALUES = [None, True, [], {}, "", "x", "\u0000", "가", "0" * 300, 0, -1, "-1", 1.5, 1e300, [5], {"a": 1}]
 
 
 def resolved(node, document):
@@ -59,7 +59,10 @@ def values_for(schema):
         yield "1" * length
     if "minLength" in schema:
         yield from ("1" * schema["minLength"], "Z" * schema["maxLength"])
-    yield from schema.get("enum", [])
+    for value in schema.get("enum", []):
+        yield value
+        if isinstance(value, int):
+            yield from (value + 1, str(value + 1))
     yield from VALUES
 
 
