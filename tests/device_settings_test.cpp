@@ -27,28 +27,6 @@ class DeviceSettingsTest : public DrivenTest {
     void theServiceScreenTellsTheContact();
 
  private:
-    /// Touches one after the other: widgets by name, with ">" before it in its right half; "="
-    /// types keys, of which C clears and D is done.
-    void touch(const QByteArray& steps) {
-        const auto tap = [this](const QByteArray& name, double across) {
-            if (t->find(name.constData()))
-                t->tap(name.constData(), across);
-            else
-                QTest::qFail(name.constData(), __FILE__, __LINE__);
-        };
-        for (const QByteArray& step : steps.split(' ')) {
-            if (!step.startsWith('=')) {
-                const bool right = step.startsWith('>');
-                tap(right ? step.mid(1) : step, right ? 0.8 : 0.2);
-                continue;
-            }
-            for (const char key : step.mid(1))
-                tap(key == 'C'   ? QByteArray("key_clear")
-                    : key == 'D' ? QByteArray("key_done")
-                                 : QByteArray("key_") + key,
-                    0.5);
-        }
-    }
     bool says(const char* key) {
         return QTest::qWaitFor([&] { return t->says(key); });
     }
@@ -90,47 +68,47 @@ void DeviceSettingsTest::anInstallersFirstHour() {
     words({"settings setup.language 0", "settings commissioned 0"});
     QVERIFY(t->open("setupMenuWindow"));
     QVERIFY(!t->find("backButton") && !t->find("setupDefaultRow")->isEnabled());
-    touch("languageCombo item1 forwardButton");
+    PLAYS("languageCombo item1 forwardButton");
     QVERIFY(says("Error_PasswordNeeded") && ok() && sentLine("1981 ").isEmpty());
-    touch("passwordField =2580D repeatField =2580D forwardButton");
+    PLAYS("passwordField #2580D repeatField #2580D forwardButton");
     QVERIFY(saved());
     QCOMPARE(t->find<ListRow>("relayRow")->text(), QStringLiteral("Relay"));
-    touch(">timeFromServiceToggle clockRow dateField =20310402 timeField =0607D setTimeButton");
+    PLAYS(">timeFromServiceToggle clockRow dateField #20310402 timeField #0607D setTimeButton");
     QVERIFY(says("ListItem_TimeSet") && ok());
-    touch(
-        "deviceNumberField =C4711D operationCombo item0 readerToggle >readerToggle "
-        "authMethodCombo item4 >visitorCallToggle quickRegistrationToggle");
-    touch(
+    PLAYS(
+        "deviceNumberField #C4711D operationCombo item0 <readerToggle >readerToggle "
+        "authMethodCombo item4 >visitorCallToggle <quickRegistrationToggle");
+    PLAYS(
         ">relayTypeToggle plusButton >exitButtonToggle >tamperToggle alarmCombo item2 "
         "forwardButton");
     QVERIFY(saved());
-    touch(
-        "backButton menuNetworkTile netTcpIpTile addressField =C10.1.2.3D maskField "
-        "=C255.255.0.0D gatewayField =C10.1.0.1D dnsField =C9.9.9.9D forwardButton");
+    PLAYS(
+        "backButton menuNetworkTile netTcpIpTile addressField #C10.1.2.3D maskField "
+        "#C255.255.0.0D gatewayField #C10.1.0.1D dnsField #C9.9.9.9D forwardButton");
     QVERIFY(says("ListItem_AskAddress"));
-    touch("dialogOkButton");
+    PLAYS("dialogOkButton");
     QVERIFY(saved());
-    touch("backButton netDdnsTile useToggle hostField =door.kimD portField =C8080D forwardButton");
+    PLAYS("backButton netDdnsTile <useToggle hostField #door.kimD portField #C8080D forwardButton");
     QVERIFY(saved());
-    touch(
-        "backButton netCloudTile useToggle addressField =C127.0.0.1D portField =C9D "
-        "connectPeriodField =C255D checkPeriodField =C5D forwardButton");
+    PLAYS(
+        "backButton netCloudTile <useToggle addressField #C127.0.0.1D portField #C9D "
+        "connectPeriodField #C255D checkPeriodField #C5D forwardButton");
     QVERIFY(saved());
-    touch("backButton homeButton");
+    PLAYS("backButton homeButton");
     QVERIFY(t->shows("stayWindow"));
     window()->changeWindow(QStringLiteral("zelMenuWindow"));
     QCOMPARE(t->title(), QStringLiteral("InputAdminPassword"));
-    touch(
-        "=2580D menuEnvironmentTile enviSoundTile minusButton alarmSoundRow bellRow backButton "
+    PLAYS(
+        "#2580D menuEnvironmentTile enviSoundTile minusButton alarmSoundRow bellRow backButton "
         "recogFailSoundRow beepsRow backButton forwardButton");
     QVERIFY(saved());
-    touch(
+    PLAYS(
         "backButton enviScreenTile plusButton screenOffCombo item5 stayViewRow pictureRow "
         "backButton >statusLedToggle menuTimeoutCombo item0 >showPicturesToggle forwardButton");
     QVERIFY(saved());
-    touch(
+    PLAYS(
         "backButton enviFaceTile >securityLevel >cameraToggle >saveThumbnailToggle "
-        ">useThumbnailToggle saveRefusedToggle forwardButton");
+        ">useThumbnailToggle <saveRefusedToggle forwardButton");
     QVERIFY(saved() && t->agrees());
     QCOMPARE(window()->menuRecord().commissioned, quint8(1));
     const struct {
@@ -161,23 +139,23 @@ void DeviceSettingsTest::faultsAreSaid() {
         QByteArray steps;
         const char* key;
     } rows[] = {
-        {"setupMenuWindow", "deviceNumberField =CD", "Error_DeviceNumber"},
-        {"setupMenuWindow", "passwordField =123D repeatField =123D", "Error_PasswordLength"},
-        {"setupMenuWindow", "passwordField =1234D repeatField =12345D", "Error_PasswordsDiffer"},
-        {"tcpIpWindow", "addressField =C10.0.0.256D", "Error_IpAddress"},
-        {"tcpIpWindow", "addressField =C0.0.0.0D", "Error_IpZeroOnes"},
-        {"tcpIpWindow", "gatewayField =C1.2D", "Error_Gateway"},
-        {"tcpIpWindow", "dnsField =C1..2.3D", "Error_Dns"},
-        {"ddnsWindow", "useToggle", "Error_Host"},
-        {"ddnsWindow", "portField =C65536D", "Error_Port"},
-        {"cloudWindow", "useToggle addressField =CD", "Error_ServiceAddress"},
-        {"cloudWindow", "connectPeriodField =C4D", "Error_Period"},
-        {"cloudWindow", "checkPeriodField =C256D", "Error_Period"},
+        {"setupMenuWindow", "deviceNumberField #CD", "Error_DeviceNumber"},
+        {"setupMenuWindow", "passwordField #123D repeatField #123D", "Error_PasswordLength"},
+        {"setupMenuWindow", "passwordField #1234D repeatField #12345D", "Error_PasswordsDiffer"},
+        {"tcpIpWindow", "addressField #C10.0.0.256D", "Error_IpAddress"},
+        {"tcpIpWindow", "addressField #C0.0.0.0D", "Error_IpZeroOnes"},
+        {"tcpIpWindow", "gatewayField #C1.2D", "Error_Gateway"},
+        {"tcpIpWindow", "dnsField #C1..2.3D", "Error_Dns"},
+        {"ddnsWindow", "<useToggle", "Error_Host"},
+        {"ddnsWindow", "portField #C65536D", "Error_Port"},
+        {"cloudWindow", "<useToggle addressField #CD", "Error_ServiceAddress"},
+        {"cloudWindow", "connectPeriodField #C4D", "Error_Period"},
+        {"cloudWindow", "checkPeriodField #C256D", "Error_Period"},
     };
     for (const auto& row : rows) {
         init();
         QVERIFY(t->open(row.screen));
-        touch(row.steps + " forwardButton");
+        PLAYS(row.steps + " forwardButton");
         QVERIFY2(says(row.key), row.steps.constData());
         QCOMPARE(sentLine("19[58]"), QString());
         QVERIFY(t->agrees());
@@ -190,13 +168,13 @@ void DeviceSettingsTest::faultsAreSaid() {
 void DeviceSettingsTest::savesEndAlike_data() {
     QTest::addColumn<QByteArray>("steps");
     QTest::addColumn<int>("code");
-    QTest::newRow("setupMenuWindow") << QByteArray("deviceNumberField =C9D") << 1981;
+    QTest::newRow("setupMenuWindow") << QByteArray("deviceNumberField #C9D") << 1981;
     QTest::newRow("enviFaceWindow") << QByteArray(">cameraToggle") << 1950;
     QTest::newRow("enviScreenWindow") << QByteArray(">statusLedToggle") << 1951;
     QTest::newRow("enviSoundWindow") << QByteArray("minusButton") << 1954;
-    QTest::newRow("tcpIpWindow") << QByteArray("addressField =C192.168.0.7D") << 1986;
-    QTest::newRow("ddnsWindow") << QByteArray("hostField =aD") << 1987;
-    QTest::newRow("cloudWindow") << QByteArray("portField =C9D") << 1986;
+    QTest::newRow("tcpIpWindow") << QByteArray("addressField #C192.168.0.7D") << 1986;
+    QTest::newRow("ddnsWindow") << QByteArray("hostField #aD") << 1987;
+    QTest::newRow("cloudWindow") << QByteArray("portField #C9D") << 1986;
 }
 
 void DeviceSettingsTest::savesEndAlike() {
@@ -204,11 +182,11 @@ void DeviceSettingsTest::savesEndAlike() {
     QFETCH(int, code);
     QVERIFY(t->open(QTest::currentDataTag()));
     const _gui_menu_ before = t->sim.settings();
-    touch(steps);
+    PLAYS(steps);
     const auto save = [&] {
-        touch("forwardButton");
+        PLAYS("forwardButton");
         if (steps.startsWith("address") && says("ListItem_AskAddress"))
-            touch("dialogOkButton");
+            PLAYS("dialogOkButton");
     };
     const auto unchanged = [&] {
         return t->agrees() && memcmp(&before, &t->sim.settings(), sizeof before) == 0;
@@ -224,7 +202,7 @@ void DeviceSettingsTest::savesEndAlike() {
     QVERIFY(says("Error_ControllerSilent") && ok() && unchanged());
     word("drop");
     QTRY_VERIFY(!window()->linkUp());
-    touch("forwardButton");
+    PLAYS("forwardButton");
     QVERIFY(says("ListItem_NoController") && ok() && unchanged());
     QVERIFY(t->reconnect());
     save();
@@ -233,14 +211,14 @@ void DeviceSettingsTest::savesEndAlike() {
 
 void DeviceSettingsTest::whatIsTriedGoesBack() {
     QVERIFY(t->open("enviScreenWindow"));
-    touch("plusButton plusButton backButton");
+    PLAYS("plusButton plusButton backButton");
     QCOMPARE(sentLine("1952 "), QStringLiteral("1952 1 8|1952 1 9|1952 1 7"));
     QVERIFY(t->tell("settings sound.recognitionFailSound 200") && t->open("enviSoundWindow"));
     QCOMPARE(value("recogFailSoundRow"), t->text("ListItem_SoundBeeps"));
-    touch("forwardButton");
+    PLAYS("forwardButton");
     QVERIFY(saved() && stored(119, 1) == "\4");
     sent();
-    touch("minusButton alarmSoundRow chimeRow bellRow");
+    PLAYS("minusButton alarmSoundRow chimeRow bellRow");
     QCOMPARE(t->sim.execute(QStringLiteral("shown")),
              QStringLiteral("ok brightness 7 volume 4 sound alarm bell"));
     // Nobody comes back to it.
@@ -255,7 +233,7 @@ void DeviceSettingsTest::theLanguageWaitsForTheAnswer() {
     const auto title = [this] { return t->text("TopDepthTitle_Setup"); };
     const QString english = title();
     word("silent 1981");
-    touch("languageCombo item0 forwardButton");
+    PLAYS("languageCombo item0 forwardButton");
     QVERIFY(t->settle());
     QCOMPARE(title(), english);
     word("frame 2981 0 0");
@@ -263,7 +241,7 @@ void DeviceSettingsTest::theLanguageWaitsForTheAnswer() {
     QVERIFY(title() != english && t->reads(title()));
     const char* const fonts = "/usr/lib/fonts/logotypejp_mp_m_1.1.ttf";
     for (const char* item : {"item2", "item1", "item2", "item0"}) {
-        touch(QByteArray("languageCombo ").append(item).append(" forwardButton"));
+        PLAYS(QByteArray("languageCombo ").append(item).append(" forwardButton"));
         QVERIFY(saved() && t->reads(title()));
         if (qstrcmp(item, "item2") == 0)
             QVERIFY(QFileInfo(t->root.path(fonts)).isSymLink());
@@ -271,7 +249,7 @@ void DeviceSettingsTest::theLanguageWaitsForTheAnswer() {
     QVERIFY(!QFileInfo::exists(t->root.path("/zel1/image/img/fonts/logotypejp_mp_m_1.1.ttf")));
     // Somebody comes to the door before the answer.
     word("delay 1981 1");
-    touch("languageCombo item1 forwardButton");
+    PLAYS("languageCombo item1 forwardButton");
     window()->changeWindow(QStringLiteral("stayWindow"));
     QCOMPARE(title(), english);
     QTRY_VERIFY(t->agrees());
@@ -280,14 +258,14 @@ void DeviceSettingsTest::theLanguageWaitsForTheAnswer() {
 void DeviceSettingsTest::thePasswordIsTheAdministrators() {
     QVERIFY(t->open("setupMenuWindow"));
     QVERIFY(!t->find("removePasswordRow")->isEnabled());
-    touch("passwordField =12345678D repeatField =12345678D forwardButton");
+    PLAYS("passwordField #12345678D repeatField #12345678D forwardButton");
     QVERIFY(saved());
     QCOMPARE(stored(131, 8), QByteArray("12345678"));
     QCOMPARE(t->find<InputField>("passwordField")->text(), QString());
-    touch("removePasswordRow dialogCancelButton removePasswordRow dialogOkButton");
+    PLAYS("removePasswordRow dialogCancelButton removePasswordRow dialogOkButton");
     word("settings sound.volume 2");  // forgets nothing
     QTRY_VERIFY(t->agrees());
-    touch("forwardButton");
+    PLAYS("forwardButton");
     QVERIFY(saved());
     QCOMPARE(stored(131, 8), QByteArray(8, '\0'));
 }
@@ -295,13 +273,13 @@ void DeviceSettingsTest::thePasswordIsTheAdministrators() {
 void DeviceSettingsTest::theClockIsSetAtOnce() {
     QVERIFY(t->open("setupMenuWindow"));
     QVERIFY(!t->find("clockRow")->isEnabled() && !t->find("dateField"));
-    touch(">timeFromServiceToggle clockRow dateField =20310229D setTimeButton");
+    PLAYS(">timeFromServiceToggle clockRow dateField #20310229D setTimeButton");
     QVERIFY(says("ListItem_CheckInputDate") && ok());
-    touch("dateField =20310228 timeField =2400D setTimeButton");
+    PLAYS("dateField #20310228 timeField #2400D setTimeButton");
     QVERIFY(says("ListItem_CheckInputTime") && ok());
     QCOMPARE(sentLine("1953 "), QString());
     word("silent 1953");
-    touch("timeField =2359D setTimeButton");
+    PLAYS("timeField #2359D setTimeButton");
     QCOMPARE(sentLine("1953 "), QStringLiteral("1953 1 0 1f 02 1c 17 3b 00"));
     answerTimer()->start(0);
     QVERIFY(says("Error_TimeNotSet") && ok());
@@ -362,12 +340,12 @@ void DeviceSettingsTest::theAddressIsTheMachines() {
         QTest::ignoreMessage(QtInfoMsg, QRegularExpression(QLatin1String(commands)));
     };
     QVERIFY(t->open("tcpIpWindow"));
-    touch("gatewayField =CD dnsField =C1.1.1.1D addressField =C192.168.0.9D forwardButton");
+    PLAYS("gatewayField #CD dnsField #C1.1.1.1D addressField #C192.168.0.9D forwardButton");
     QVERIFY(says("ListItem_AskAddress"));
-    touch("dialogCancelButton");
+    PLAYS("dialogCancelButton");
     QCOMPARE(sentLine("1986 "), QString());
     word("silent 1986");
-    touch("forwardButton dialogOkButton");
+    PLAYS("forwardButton dialogOkButton");
     QVERIFY(t->settle());
     // Not before the controller has it.
     QCOMPARE(int(window()->menuRecord().network.own.address[3]), 100);
@@ -377,24 +355,24 @@ void DeviceSettingsTest::theAddressIsTheMachines() {
     word("frame 2986 0 0");
     QVERIFY(saved());
     wouldRun("not run here: udhcpc -n -q -i eth0$");
-    touch(">dhcpToggle");
+    PLAYS(">dhcpToggle");
     QVERIFY(!t->find("addressField")->isEnabled());
-    touch("forwardButton dialogOkButton");
+    PLAYS("forwardButton dialogOkButton");
     QVERIFY(saved() && t->agrees());
     // The fixed address is kept for later.
     QCOMPARE(stored(157, 5).toHex(), QByteArray("01c0a80009"));
-    touch("dhcpToggle");
+    PLAYS("<dhcpToggle");
     QCOMPARE(t->find<InputField>("addressField")->text(), QStringLiteral("192.168.0.9"));
 }
 
 void DeviceSettingsTest::linksAreTested() {
     QVERIFY(t->open("networkMenuWindow"));
-    touch("testServerRow");
+    PLAYS("testServerRow");
     QTRY_COMPARE(value("testServerRow"), t->text("ListItem_Reached"));
-    touch("testDdnsRow");
+    PLAYS("testDdnsRow");
     QTRY_COMPARE(value("testDdnsRow"), t->text("ListItem_NotReached"));
     word("silent 1989");
-    touch("testServerRow testDdnsRow");
+    PLAYS("testServerRow testDdnsRow");
     QCOMPARE(sentLine("1989 "), QStringLiteral("1989 1 0|1989 2 0|1989 1 0"));
     QVERIFY(t->tell("frame 2989 0 2") && t->settle());  // of the other test
     QVERIFY(t->find("serverSpinner"));
@@ -405,35 +383,35 @@ void DeviceSettingsTest::linksAreTested() {
 
 void DeviceSettingsTest::resetsAreAskedFor() {
     QVERIFY(t->open("setupDefaultWindow"));
-    touch("logsRow dialogCancelButton");
+    PLAYS("logsRow dialogCancelButton");
     QCOMPARE(sentLine("1957 "), QString());
     word("refuse 1957");
-    touch("logsRow dialogOkButton");
+    PLAYS("logsRow dialogOkButton");
     QVERIFY(says("Error_NotReset") && ok());
     word("silent 1957");
-    touch("settingsRow dialogOkButton");
+    PLAYS("settingsRow dialogOkButton");
     QVERIFY(says("ListItem_Resetting") && t->settle());
     QVERIFY(t->tell("frame 2957 0 0") && t->settle());  // of another reset
     QVERIFY(t->says("ListItem_Resetting"));
     answerTimer()->start(0);
     QVERIFY(says("Error_NoAnswer") && ok());
-    touch("everythingRow");
+    PLAYS("everythingRow");
     const QString users = QString::number(window()->menuRecord().users.all);
     QVERIFY(t->find<QLabel>("dialogSecondText")->text().contains(users));
-    touch("dialogOkButton");
+    PLAYS("dialogOkButton");
     QVERIFY(says("ListItem_AskResetEverything"));  // not so fast
     QTRY_VERIFY(t->find("dialogOkButton")->isEnabled());
-    touch("dialogOkButton");
+    PLAYS("dialogOkButton");
     // The factory's language, and a terminal that has to be set up.
     QTRY_VERIFY(t->says("ListItem_ResetComplete") && t->dialogText().contains(QChar(0xCD08)));
     QCOMPARE(sentLine("1957 2"), QStringLiteral("1957 2 0"));
     QVERIFY(t->agrees() && ok());
     QCOMPARE(window()->menuRecord().users.all, 0U);
-    touch("homeButton");
+    PLAYS("homeButton");
     QCOMPARE(t->title(), QStringLiteral("setupMenuWindow"));
     QVERIFY(!t->find("backButton"));
     QVERIFY(t->tell("settings commissioned 1") && t->open("setupDefaultWindow"));
-    touch("restartRow dialogOkButton");
+    PLAYS("restartRow dialogOkButton");
     QTRY_VERIFY(!window()->linkUp());
     QVERIFY(t->dialogText().isEmpty());
     QVERIFY(t->reconnect());
@@ -444,8 +422,8 @@ void DeviceSettingsTest::theServiceScreenTellsTheContact() {
     const auto state = [this] { return value("stateRow"); };
     QVERIFY(t->open("cloudWindow"));
     QCOMPARE(state(), t->text("ListItem_ServiceOff"));
-    touch("useToggle addressField =C127.0.0.1D portField");
-    touch("=C" + QByteArray::number(service.port()) + "D forwardButton");
+    PLAYS("<useToggle addressField #C127.0.0.1D portField");
+    PLAYS("#C" + QByteArray::number(service.port()) + "D forwardButton");
     QTRY_COMPARE(state(), t->text("ListItem_Reached"));
     QVERIFY(t->find("sinceRow") && ok());
     const struct {
@@ -458,7 +436,7 @@ void DeviceSettingsTest::theServiceScreenTellsTheContact() {
     for (const auto& row : rows) {
         service.execute(QStringLiteral("normal"));
         service.execute(QLatin1String(row.words));
-        touch("forwardButton");
+        PLAYS("forwardButton");
         QTRY_COMPARE(state(), t->text(row.key).replace(QLatin1String("%1"), QLatin1String("2000")));
         QVERIFY(saved());
         QVERIFY(!t->find("sinceRow") && value("lastReachedRow") != t->text("ListItem_NotYet"));

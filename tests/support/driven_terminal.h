@@ -1,12 +1,16 @@
 #pragma once
 
 #include <QApplication>
+#include <QHash>
 #include <QLabel>
+#include <QPointer>
 #include <QtTest>
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 #include "app/main_window.h"
+#include "app/menu_timer.h"
 #include "app/window_form.h"
 #include "link/device_link.h"
 #include "sim/controller/controller_sim.h"
@@ -95,6 +99,13 @@ class DrivenTerminal {
         find<InputField>("passwordField")->setText(QStringLiteral("2468"));
         tap("forwardButton");
     }
+    /// What the terminal has sent since this was last asked, without key clicks.
+    QStringList takeFrames() {
+        if (!settle())
+            return {QStringLiteral("lost")};
+        frames.removeAll(QStringLiteral("5000 0 0"));
+        return std::exchange(frames, {});
+    }
     /// Waits until a frame has been sent that begins like this: code, parameters, payload.
     bool sends(const char* frame) {
         return QTest::qWaitFor([&] { return sent(frame) >= 0; });
@@ -164,9 +175,10 @@ class DrivenTerminal {
     }
     QString text(const char* key) const { return window->getScript(QLatin1String(key)).script; }
     /// Whether @p text can be read on the window.
-    bool reads(const QString& text) const {
-        TextRecorder recorder(window->size());
-        window->render(&recorder);
+    bool reads(const QString& text) const { return reads(text, window.get()); }
+    static bool reads(const QString& text, QWidget* widget) {
+        TextRecorder recorder(widget->size());
+        widget->render(&recorder);
         return recorder.has(text);
     }
     bool readsKey(const char* key) const { return reads(text(key)); }
@@ -182,8 +194,174 @@ class DrivenTerminal {
                dialog->isAncestorOf(window->childAt(window->rect().center()));
     }
 
+    /// Plays the steps of @p script, which have blanks between them; false at the first one that
+    /// fails, of which failure() tells. Within a step "_" stands for a blank; a name of phrases
+    /// stands for its steps.
+    ///
+    ///     name      touches that widget as soon as it is to be seen
+    ///     <name     at its left end, >name at its right end
+    ///     #12BCD    touches keys: B is backspace, C clears, D is done
+    ///     /text     touches the row of the list that has this text
+    ///     :screen   goes there, and forgets what has been sent before
+    ///     !words    are the controller's, once all has arrived; after !drop it stays away
+    ///     *name50   ends the time of the timer of that name (answerTimer without one), which
+    ///               takes so many milliseconds (without a number: any)
+    ///     [a|b]     all frames of these codes since this was last asked
+    ///     @screen   waits until it is up
+    ///     ?key      until a dialog or a guide says this (without a key: anything)
+    ///     ^frame    until one has been sent that begins like this
+    ///     name=text until this, or the text of that key, is read on the widget (or anywhere)
+    ///     +name     until it can be touched
+    ///     ~         until no menu times out
+    ///     -         before one of these, or before a name: it is not so, once all has arrived
+    bool play(const QByteArray& script) {
+        for (const QByteArray& one : spelt(script).split(' ')) {
+            const bool played = one.startsWith('-') ? settled() && !holds(one.mid(1)) : plays(one);
+            if (played)
+                continue;
+            failure_ = QStringLiteral("%1 fails on %2, which says '%3'; sent: %4")
+                           .arg(QString::fromUtf8(one), title(), dialogText(),
+                                frames.join(QLatin1Char('|')));
+            return false;
+        }
+        return true;
+    }
+    /// The words of @p script with those of the phrases in their places.
+    QByteArray spelt(const QByteArray& script) const {
+        QByteArrayList all;
+        for (const QByteArray& one : script.simplified().split(' '))
+            all += phrases.contains(one) ? spelt(phrases[one]) : one;
+        return all.join(' ');
+    }
+    const QString& failure() const { return failure_; }
+
     DeviceRoot root;
     ControllerSim sim;
     QStringList frames;  // from the terminal: "code p1 p2", payload in hexadecimal
     std::unique_ptr<MainWindow> window;
+    QHash<QByteArray, QByteArray> phrases;
+
+ private:
+    static QString spaced(QByteArray step) { return QString::fromUtf8(step.replace('_', ' ')); }
+    bool plays(const QByteArray& step) {
+        const QByteArray rest = step.mid(1);
+        switch (step[0]) {
+            case '<':
+                return touches(rest, 0.2);
+            case '>':
+                return touches(rest, 0.8);
+            case '#':
+                return std::all_of(rest.begin(), rest.end(), [this](char key) {
+                    return touches(key == 'B'   ? "key_backspace"
+                                   : key == 'C' ? "key_clear"
+                                   : key == 'D' ? "key_done"
+                                                : QByteArray("key_") + key);
+                });
+            case '/': {
+                const bool there = QTest::qWaitFor([&] { return row(spaced(rest)).isValid(); });
+                tapRow(row(spaced(rest)));
+                return there;
+            }
+            case '!':
+                return settled() && tell(spaced(rest)) && (rest != "drop" || staysAway());
+            case ':':
+                return settled() && goesTo(rest.constData());
+            case '*':
+                return settled() && runsOut(rest);
+            case '[':
+                return sentOnly(spaced(rest.chopped(1)).split(QLatin1Char('|')));
+            default:
+                return strchr("@?^=+~", step[0]) == nullptr && !step.contains('=')
+                           ? touches(step)
+                           : QTest::qWaitFor([&] { return holds(step); });
+        }
+    }
+    bool holds(const QByteArray& step) const {
+        const QByteArray rest = step.mid(1);
+        const char* const name = rest.constData();
+        switch (step[0]) {
+            case '@':
+                return title() == QLatin1String(name);
+            case '?':
+                return rest.isEmpty() ? !dialogText().isEmpty() : says(name) || guides(name);
+            case '^':
+                return sent(spaced(rest).toLatin1().constData()) >= 0;
+            case '+':
+                return find(name) != nullptr && find(name)->isEnabled();
+            case '~':
+                return !window->findChild<MenuTimer*>()->isRunning();
+            default:
+                return step.contains('=')
+                           ? shows(step.left(step.indexOf('=')), step.mid(step.indexOf('=') + 1))
+                           : find(step.constData()) != nullptr;
+        }
+    }
+    bool goesTo(const char* name) {
+        window->changeWindow(QLatin1String(name));
+        const bool gone = settled();
+        frames.clear();
+        return gone;
+    }
+    bool settled() { return !window->linkUp() || settle(); }
+    /// Has the controller not be found again before reconnect().
+    bool staysAway() {
+        const bool lost = QTest::qWaitFor([this] { return !window->linkUp(); });
+        window->findChild<DeviceLink*>()->open(freePort());
+        return lost;
+    }
+    bool touches(const QByteArray& name, qreal across = 0.5) {
+        const bool there = QTest::qWaitFor([&] { return find(name.constData()) != nullptr; });
+        if (there)
+            tap(name.constData(), across);
+        return there;
+    }
+    /// Whether @p what, a text or its key, can be read on the widget @p name or on the window.
+    bool shows(const QByteArray& name, const QByteArray& what) const {
+        QWidget* widget = name.isEmpty() ? window.get() : find(name.constData());
+        const QString key = text(what.constData());
+        const QString wanted = key.isEmpty() ? spaced(what) : key;
+        if (const auto* field = qobject_cast<InputField*>(widget))
+            return field->text() == wanted;
+        return widget != nullptr && reads(wanted, widget);
+    }
+    /// Whether it is said below what the dialog in front says, or as what the person is to do.
+    bool guides(const char* key) const {
+        const auto* second = find<QLabel>("dialogSecondText");
+        const auto* guide = find("guide");
+        return (second != nullptr && second->text().contains(text(key))) ||
+               (guide != nullptr && guide->property("textKey") == QLatin1String(key));
+    }
+    bool sentOnly(const QStringList& wanted) {
+        QStringList others;
+        for (const QString& frame : takeFrames()) {
+            const QString code = frame.section(QLatin1Char(' '), 0, 0);
+            if (!wanted.filter(QRegularExpression(QLatin1Char('^') + code)).isEmpty())
+                others.append(frame);
+        }
+        frames = others == wanted ? QStringList() : others;
+        return others == wanted;
+    }
+    /// Has the time of a running timer be over, which the menus' time does not forestall.
+    bool runsOut(const QByteArray& which) {
+        const auto digit = std::find_if(which.begin(), which.end(), isdigit);
+        const QByteArray name = which.left(int(digit - which.begin()));
+        const int time = which.mid(name.size()).toInt();
+        auto* menus = window->findChild<MenuTimer*>();
+        for (QPointer<QTimer> timer : window->findChildren<QTimer*>(
+                 QLatin1String(name.isEmpty() ? "answerTimer" : name.constData()))) {
+            const int before = timer->interval();
+            if (!timer->isActive() || (time != 0 && before != time))
+                continue;
+            if (menus->isRunning() && menus->seconds() * 1000 <= before)
+                return false;
+            timer->setInterval(0);
+            QCoreApplication::processEvents();
+            if (timer)
+                timer->setInterval(before);
+            return true;
+        }
+        return false;
+    }
+
+    QString failure_;
 };

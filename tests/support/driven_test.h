@@ -3,9 +3,11 @@
 #include <QtTest>
 #include <initializer_list>
 #include <memory>
-#include <utility>
 
 #include "tests/support/driven_terminal.h"
+
+/// Fails at the first step of @p script that does not go as it is to.
+#define PLAYS(script) QVERIFY2(t->play(script), qPrintable(t->failure()))
 
 /// A test of the whole terminal, which is started once for all of it.
 class DrivenTest : public QObject {
@@ -21,6 +23,13 @@ class DrivenTest : public QObject {
     void cleanupTestCase() { t.reset(); }
 
  protected:
+    /// Begins anew at the standby screen, with a controller that is as it should be.
+    bool begin() {
+        const bool linked = window()->linkUp() || t->reconnect();
+        DialogOverlay::closeAll(window());
+        window()->changeWindow(QStringLiteral("stayWindow"));
+        return linked && t->tell("normal") && t->settle();
+    }
     MainWindow* window() const { return t->window.get(); }
     void word(const char* line) { QVERIFY2(t->tell(line), line); }
     void words(std::initializer_list<const char*> lines) {
@@ -31,12 +40,7 @@ class DrivenTest : public QObject {
         QVERIFY2(t->set({{field, QString::number(value)}}), field);
     }
     /// What the terminal has sent since this was last asked, without key clicks.
-    QStringList sent() {
-        if (!t->settle())
-            return {QStringLiteral("lost")};
-        t->frames.removeAll(QStringLiteral("5000 0 0"));
-        return std::exchange(t->frames, {});
-    }
+    QStringList sent() { return t->takeFrames(); }
     /// The same in one line, only frames whose code begins with @p codes.
     QString sentLine(const char* codes = "") {
         return sent()
