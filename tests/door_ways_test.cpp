@@ -1,6 +1,5 @@
 #include <QImage>
 #include <QtTest>
-#include <functional>
 
 #include "cloud/parameters.h"
 #include "tests/support/door_day.h"
@@ -19,11 +18,6 @@ bool hasGreen(QWidget* widget) {
     return false;
 }
 
-/// Somebody whom the management service speaks of.
-QVariant someUser() {
-    return QVariant::fromValue(FR33_3_Parameter{QStringLiteral("01000000000")});
-}
-
 }  // namespace
 
 /// How the screens at the door come and go, and what lies above them.
@@ -32,56 +26,34 @@ class DoorWaysTest : public DoorDay {
 
  private slots:
     void aDarkScreenLightsUpHoweverItIsLeft() {
-        const struct {
-            const char* screen;
-            std::function<void()> leave;
-        } ways[] = {
-            {"liveWindow", [this] { t->tap("standbyView"); }},
-            {"recognizeWindow", [this] { word("card 10000002"); }},
-            {"liveWindow", [this] { word("card 99999999"); }},
-            {"liveWindow", [this] { word("live"); }},
-            {"liveWindow", [this] { window()->sendCommand_ReceiveNetUserDelete(someUser()); }},
-            {"userEnroll_qualWindow", [this] { window()->startEnrolment(); }},
-            {"upgradingWindow", [this] { word("frame 2990 0 0"); }},
-        };
-        for (const auto& way : ways) {
-            QVERIFY(t->open("stayWindow"));
-            word("sleep");
-            QVERIFY(t->sends("2035 0 0"));
-            way.leave();
-            QVERIFY2(t->shows(way.screen), way.screen);
+        for (const char* way :
+             {"standbyView @liveWindow", "!card_10000002 @recognizeWindow",
+              "!card_99999999 @liveWindow", "!live @liveWindow", "DELETE @liveWindow",
+              "ENROL @userEnroll_qualWindow", "!frame_2990_0_0 @upgradingWindow"}) {
+            PLAYS(":stayWindow !sleep ^2035_0_0");
+            goesBy(way);
             QCOMPARE(sent().count(QStringLiteral("2035 1 0")), 1);
         }
     }
 
     void aFingerOnAHiddenScreenDoesNothing() {
         set("setup.operation", 1);
-        const struct {
-            const char* before;
-            const char* place;
-            const char* happens;
-            const char* after;
-        } touches[] = {
-            {"stayWindow", "standbyView", "card 10000002", "recognizeWindow"},
-            {"liveWindow", "menuButton", "card 10000002", "recognizeWindow"},
-            {"stayWindow", "standbyView", "fault touch", "stayWindow"},
-            {"recognizeWindow", "cancelButton", "live", "liveWindow"},
+        const std::tuple<const char*, const char*, const char*> touches[] = {
+            {":stayWindow", "standbyView", "!card_10000002 @recognizeWindow"},
+            {":liveWindow", "menuButton", "!card_10000002 @recognizeWindow"},
+            {":stayWindow", "standbyView", "!fault_touch @stayWindow ?Popup_ErrCtouch"},
+            {":recognizeWindow !card_10000002", "cancelButton", "!live @liveWindow"},
         };
-        for (const auto& touch : touches) {
-            QVERIFY(t->open(touch.before));
-            if (touch.place == touches[3].place)
-                word("card 10000002");
-            QTRY_VERIFY2(t->find(touch.place), touch.place);
+        for (const auto& [before, place, happens] : touches) {
+            PLAYS(before + QByteArray(" +") + place);
             Finger finger(window());
-            finger.down(t->find(touch.place));
-            word(touch.happens);
-            QVERIFY2(t->shows(touch.after), touch.place);
-            if (touch.before == touch.after)
-                QTRY_VERIFY(t->says("Popup_ErrCtouch"));
+            finger.down(t->find(place));
+            PLAYS(happens);
+            const QString title = t->title();
             sent();
             finger.up();
             QCOMPARE(sent(), QStringList());
-            QCOMPARE(t->title(), QLatin1String(touch.after));
+            QCOMPARE(t->title(), title);
             word("fault none");
         }
 
@@ -99,57 +71,40 @@ class DoorWaysTest : public DoorDay {
     void theLiveViewLooksForFaces() {
         set("setup.authMethod", 4);
         set("resultSeconds", 1);
-        const struct {
-            const char* before;
-            std::function<void()> come;
-            bool startsAnew;
-        } ways[] = {
-            {"stayWindow", [this] { t->tap("standbyView"); }, true},
-            {"stayWindow", [this] { word("card 10000002"); }, true},
-            {"zelMenuWindow", [this] { word("card 10000002"); }, true},
-            {"liveWindow",
-             [this] {
-                 t->tap("keypadButton");
-                 t->tap("backButton");
-             },
-             true},
-            {"liveWindow", [this] { window()->sendCommand_ReceiveNetUserDelete(someUser()); },
-             true},
-            {"liveWindow", [this] { word("face 01023456789"); }, false},
-        };
-        for (const auto& way : ways) {
-            QVERIFY(t->open("stayWindow") && t->open(way.before));
-            way.come();
+        for (const char* way :
+             {":stayWindow standbyView", ":stayWindow !card_10000002",
+              ":zelMenuWindow !card_10000002", ":liveWindow keypadButton backButton",
+              ":liveWindow DELETE", ":liveWindow !face_01023456789"}) {
+            PLAYS(":stayWindow");
+            goesBy(way);
             QVERIFY(t->settle());
-            QVERIFY(t->shows("liveWindow"));
+            PLAYS("@liveWindow");
             const QStringList frames = sent();
+            const int anew = strstr(way, "!face") == nullptr;
             for (const char* frame : {"2011 1 0", "2010 1 0", "2030 0 0"}) {
-                QCOMPARE(frames.count(QLatin1String(frame)), way.startsAnew ? 1 : 0);
+                QCOMPARE(frames.count(QLatin1String(frame)), anew);
                 QVERIFY(frames.lastIndexOf(QStringLiteral("2010 0 0")) <=
                         frames.indexOf(QLatin1String(frame)));
             }
             // Whoever comes now is seen.
-            word("face 01098765432");
-            QVERIFY(t->shows("recognizeWindow"));
+            PLAYS("!face_01098765432 @recognizeWindow");
         }
     }
 
     void nothingMovesWhereScreensMustNotChange() {
         const auto allow = qScopeGuard([this] { window()->setChangeWindowFlag(true); });
-        word("sleep");
-        QVERIFY(t->sends("2035 0 0"));
+        PLAYS("!sleep ^2035_0_0");
         sent();
         window()->setChangeWindowFlag(false);
-        t->tap("standbyView");
+        PLAYS("standbyView");
         // It is light where the finger is, but nobody is looked for.
         QCOMPARE(sentLine(), QStringLiteral("1908 0 0 c9 00|2035 1 0"));
         words({"card 99999999", "card 10000002", "live"});
         QCOMPARE(sentLine("2011"), QString());
         window()->setChangeWindowFlag(true);
-        QVERIFY(t->open("liveWindow"));
+        PLAYS(":liveWindow");
         window()->setChangeWindowFlag(false);
-        t->tap("enrollButton");
-        t->tap("menuButton");
+        PLAYS("enrollButton menuButton");
         QCOMPARE(sent(), QStringList());
     }
 
@@ -158,8 +113,7 @@ class DoorWaysTest : public DoorDay {
         for (const int commissioned : {1, 0}) {
             set("commissioned", commissioned);
             QVERIFY(t->open("bootWindow"));
-            word("card 10000002");
-            QVERIFY(t->shows("recognizeWindow"));
+            PLAYS("!card_10000002 @recognizeWindow");
             const QString frames = sentLine();
             QVERIFY2(frames.contains(QLatin1String("2011 0 0|2003 1 0|2010 0 0|")),
                      qPrintable(frames));
@@ -169,19 +123,16 @@ class DoorWaysTest : public DoorDay {
     }
 
     void dialogsKeepTheLiveView() {
-        set("setup.operation", 2);
-        set("operation.mealCountView", 0);
-        word("status 1");
-        set("liveSeconds", 1);
-        const std::pair<const char*, const char*> dialogs[] = {{"callButton", "dialogOkButton"},
-                                                               {"noti_layer", "mealCountOkButton"}};
-        for (const auto& [opens, closes] : dialogs) {
-            QVERIFY(t->open("liveWindow"));
-            t->tap(opens);
+        PLAYS(
+            "!settings_setup.operation_2 !settings_operation.mealCountView_0 !status_1 "
+            "!settings_liveSeconds_1");
+        for (const auto& [opens, closes] :
+             {std::pair("callButton", "dialogOkButton"), {"noti_layer", "mealCountOkButton"}}) {
+            PLAYS(QByteArray(":liveWindow ") + opens + " +" + closes);
             // A face in front of it does not start the time either.
             frame(command::TrackingBox, TrackedFace{100, 200, 200, 260, 1, 0});
             QVERIFY(t->settle());
-            QVERIFY2(t->find(closes) && !timer()->isActive(), opens);
+            QVERIFY2(!timer()->isActive(), opens);
             t->tap(closes);
             QCOMPARE(t->title(), QStringLiteral("liveWindow"));
             QVERIFY(t->shows("stayWindow"));
@@ -190,10 +141,8 @@ class DoorWaysTest : public DoorDay {
 
     void theSignTellsWhoIsNotReached() {
         for (const char* screen : {"stayWindow", "liveWindow"}) {
-            QVERIFY(t->open(screen));
-            QVERIFY(!t->find("peerSign"));
-            set("network.useManager", 1);
-            QTRY_VERIFY(t->readsKey("Info_ServiceNotReached"));
+            PLAYS(QByteArray(":") + screen +
+                  " -peerSign !settings_network.useManager_1 =Info_ServiceNotReached");
             QVERIFY(t->settle());  // with the sign painted
             PaintCounter paints(window());
             window()->getActivateWindowForm()->peersChanged();
@@ -202,42 +151,36 @@ class DoorWaysTest : public DoorDay {
             window()->updateRestConnectStatus(true);
             QTRY_VERIFY(!t->find("peerSign"));
             window()->updateRestConnectStatus(false);
-            QTRY_VERIFY(t->readsKey("Info_ServiceNotReached"));
-            if (t->title() == QLatin1String("stayWindow")) {
-                word("sleep");
-                QTRY_VERIFY(!t->readsKey("Info_ServiceNotReached"));
-            }
-            set("network.useManager", 0);
-            QTRY_VERIFY(!t->find("peerSign"));
+            PLAYS("=Info_ServiceNotReached");
+            if (t->title() == QLatin1String("stayWindow"))
+                PLAYS("!sleep -=Info_ServiceNotReached");
+            PLAYS("!settings_network.useManager_0 -peerSign");
         }
         word("drop");
-        QTRY_VERIFY(t->readsKey("Info_ControllerNotReached"));
+        PLAYS("=Info_ControllerNotReached");
         QTRY_VERIFY_WITH_TIMEOUT(window()->linkUp(), 30000);
-        QVERIFY(!t->find("peerSign"));
         // The controller may be another one.
-        QVERIFY(t->sends("2030 0 0"));
-        word("face 01098765432");
-        QVERIFY(t->shows("recognizeWindow"));
+        PLAYS("-peerSign ^2030_0_0 !face_01098765432 @recognizeWindow");
     }
 
     void theStripCoversNothing() {
         auto* strip = window()->findChild<NoticeStrip*>();
-        const struct {
-            const char* screen;
-            const char* happens;
-            int operation;
-        } rows[] = {
-            {"stayWindow", "live", 1},          {"liveWindow", "card 99999999", 1},
-            {"liveWindow", "card 10000002", 1}, {"liveWindow", "card 10000002", 2},
-            {"liveWindow", "card 10000006", 0}, {"zelMenuWindow", "track off", 1},
-            {"workMenuWindow", "track off", 1}, {"usbMenuWindow", "track off", 1},
+        const std::pair<const char*, int> rows[] = {
+            {":stayWindow !live", 1},
+            {":liveWindow !card_99999999", 1},
+            {":liveWindow !card_10000002", 1},
+            {":liveWindow !card_10000002", 2},
+            {":liveWindow !card_10000006", 0},
+            {":zelMenuWindow", 1},
+            {":workMenuWindow", 1},
+            {":usbMenuWindow", 1},
         };
         for (const int language : {0, 1, 2}) {
             set("setup.language", language);
-            for (const auto& row : rows) {
-                set("setup.operation", row.operation);
-                QVERIFY(t->open("stayWindow") && t->open(row.screen));
-                word(row.happens);
+            for (const auto& [way, operation] : rows) {
+                set("setup.operation", operation);
+                QVERIFY(t->open("stayWindow"));
+                PLAYS(way);
                 QVERIFY(t->settle());
                 QTRY_VERIFY(strip->isHidden());
                 TextRecorder recorder(window()->size());
@@ -250,7 +193,7 @@ class DoorWaysTest : public DoorDay {
                         accepted ? "Info_AccessEvent" : "Info_AccessRefusedEvent";
                     QTRY_COMPARE(strip->textKey(), QLatin1String(key));
                     QVERIFY(strip->text().startsWith(t->text(key)));
-                    QVERIFY2(!strip->visibleRegion().isEmpty(), row.screen);
+                    QVERIFY2(!strip->visibleRegion().isEmpty(), way);
                     for (const TextRecorder::Text& text : recorder.texts())
                         QVERIFY2(!strip->geometry().intersects(text.ink), qPrintable(text.text));
                     QCOMPARE(hasGreen(strip), accepted);
@@ -258,11 +201,24 @@ class DoorWaysTest : public DoorDay {
                 if (auto* button = t->find("inButton")) {
                     QVERIFY(!strip->geometry().intersects(
                         QRect(button->mapTo(window(), QPoint()), button->size())));
-                    t->tap("inButton");
-                    QVERIFY(t->sends("2020 16 0"));
+                    PLAYS("inButton ^2020_16_0");
                 }
                 strip->hide();
             }
+        }
+    }
+
+ private:
+    /// Plays @p way, in which the management service may DELETE somebody or have them ENROL.
+    void goesBy(const char* way) {
+        for (const QByteArray& step : QByteArray(way).split(' ')) {
+            if (step == "DELETE")
+                window()->sendCommand_ReceiveNetUserDelete(
+                    QVariant::fromValue(FR33_3_Parameter{QStringLiteral("01000000000")}));
+            else if (step == "ENROL")
+                window()->startEnrolment();
+            else
+                PLAYS(step);
         }
     }
 };
