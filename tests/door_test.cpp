@@ -91,6 +91,7 @@ class DoorTest : public DoorDay {
             set("setup.operation", row.operation);
             word(qPrintable(QStringLiteral("status %1").arg(row.status)));
             QVERIFY(t->open("stayWindow") && t->open("liveWindow"));
+            QCOMPARE(window()->getSystemStatus(), row.status);
             QVERIFY2(t->find("noti_layer"), row.text);
             QCOMPARE(banner()->modeText() + QLatin1Char('|') + banner()->rangeText(),
                      QString::fromUtf8(row.text));
@@ -106,7 +107,11 @@ class DoorTest : public DoorDay {
             QCOMPARE(banner()->modeText(), QStringLiteral("Check-out mode"));
         }
         // A terminal that records nothing but coming back says so, all the same.
-        PLAYS("!settings_operation.attendanceMode_5 !status_auto noti_layer=Return_mode");
+        PLAYS(
+            "!settings_operation.attendanceMode_5 !status_auto noti_layer=Return_mode "
+            "!settings_operation.attendanceMode_0 !status_4");
+        QTRY_COMPARE(int(window()->getWorkMode()), 4);
+        PLAYS("!status_5 -noti_layer");
         // With nothing but the door there is nothing to tell, and no place to keep free for it.
         PLAYS("!settings_setup.operation_0 !status_0 -noti_layer");
     }

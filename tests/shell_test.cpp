@@ -340,18 +340,6 @@ class ShellTest : public DrivenTest {
         QVERIFY(!popup->isShown());
     }
 
-    void statusChoosesTheMode() {
-        for (const auto& [operation, status, mode] :
-             {std::tuple(1, 1, 1), std::tuple(1, 4, 4), std::tuple(1, 5, 0), std::tuple(2, 1, 6),
-              std::tuple(2, 4, 9), std::tuple(2, 0, 0)}) {
-            set("setup.operation", operation);
-            word(qPrintable(QStringLiteral("status %1").arg(status)));
-            QTRY_COMPARE(int(window()->getWorkMode()), mode);
-            QCOMPARE(window()->getSystemStatus(), status);
-        }
-        QCOMPARE(t->title(), QStringLiteral("stayWindow"));
-    }
-
     void theServiceIsSought() {
         FakeService service;
         bool refuses = true;

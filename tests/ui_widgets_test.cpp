@@ -3,6 +3,7 @@
 #include <QPainter>
 #include <QPointer>
 #include <QScrollBar>
+#include <QStringListModel>
 #include <QVBoxLayout>
 #include <QtTest>
 #include <functional>
@@ -238,21 +239,12 @@ class UiWidgetsTest : public QObject {
     }
 
     void rowsCostWhatIsSeen() {
-        struct Pages : QAbstractListModel {
-            using QAbstractListModel::beginResetModel;
-            using QAbstractListModel::endResetModel;
-            int rowCount(const QModelIndex&) const override { return rows; }
-            QVariant data(const QModelIndex&, int) const override { return {}; }
-            bool canFetchMore(const QModelIndex&) const override { return rows < all; }
-            void fetchMore(const QModelIndex&) override {
-                beginInsertRows({}, rows, rows + 999);
-                rows += 1000;
-                endInsertRows();
-            }
+        struct Pages : QStringListModel {
+            bool canFetchMore(const QModelIndex&) const override { return rowCount() < all; }
+            void fetchMore(const QModelIndex&) override { insertRows(rowCount(), 1000); }
             Qt::ItemFlags flags(const QModelIndex& index) const override {
                 return index.row() == 1 ? Qt::NoItemFlags : Qt::ItemIsEnabled;
             }
-            int rows = 0;
             int all = 0;
         } model;
         struct Painter : RowPainter {
@@ -292,11 +284,11 @@ class UiWidgetsTest : public QObject {
         QCOMPARE(list->selected().row(), 2);
         QCOMPARE(clicks_, 1);
         QScrollBar* bar = list->verticalScrollBar();
-        while (model.rows < model.all) {
-            const int before = model.rows;
+        while (model.rowCount() < model.all) {
+            const int before = model.rowCount();
             list->doItemsLayout();
             bar->setValue(bar->maximum() - 300);
-            QCOMPARE(model.rows, before + 1000);
+            QCOMPARE(model.rowCount(), before + 1000);
         }
         painter->painted = {-1};
         list->reveal(model.index(5000, 0));
@@ -313,8 +305,7 @@ class UiWidgetsTest : public QObject {
         list->grab();
         QCOMPARE(painter->pressed, -1);
         QCOMPARE(touched.size(), 1);
-        model.beginResetModel();
-        model.endResetModel();
+        model.setStringList({});
         QVERIFY(!list->selected().isValid());
     }
 
