@@ -63,10 +63,11 @@ class DoorDay : public DrivenTest {
         return window()->getActivateWindowForm()->findChild<VisibleTimer*>(
             QString(), Qt::FindDirectChildrenOnly);
     }
+    /// Has the controller send @p record, and waits until it has arrived.
     template <typename Record>
     void frame(quint16 code, const Record& record) {
         const QByteArray bytes(reinterpret_cast<const char*>(&record), sizeof record);
-        QVERIFY(
-            t->tell(QStringLiteral("frame %1 0 0 %2").arg(code).arg(QLatin1String(bytes.toHex()))));
+        const QString hex = QLatin1String(bytes.toHex());
+        QVERIFY(t->tell(QStringLiteral("frame %1 0 0 %2").arg(code).arg(hex)) && t->settle());
     }
 };
