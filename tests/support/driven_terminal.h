@@ -206,7 +206,7 @@ class DrivenTerminal {
     ///     !words    are the controller's, once all has arrived; after !drop it stays away
     ///     *name50   ends the time of the timer of that name (answerTimer without one), which
     ///               takes so many milliseconds (without a number: any)
-    ///     [a|b]     all frames of these codes since this was last asked
+    ///     [a,b]     all frames of these codes since this was last asked ([]: any)
     ///     @screen   waits until it is up
     ///     ?key      until a dialog or a guide says this (without a key: anything)
     ///     ^frame    until one has been sent that begins like this
@@ -239,7 +239,12 @@ class DrivenTerminal {
     ControllerSim sim;
     QStringList frames;  // from the terminal: "code p1 p2", payload in hexadecimal
     std::unique_ptr<MainWindow> window;
-    QHash<QByteArray, QByteArray> phrases;
+    QHash<QByteArray, QByteArray> phrases{
+        {"NEXT", "forwardButton"},
+        {"BACK", "backButton"},
+        {"OK", "dialogOkButton"},
+        {"NO", "dialogCancelButton"},
+        {"SAVED", "?ListItem_ConfigurationComplete dialogOkButton"}};
 
  private:
     static QString spaced(QByteArray step) { return QString::fromUtf8(step.replace('_', ' ')); }
@@ -269,7 +274,8 @@ class DrivenTerminal {
             case '*':
                 return settled() && runsOut(rest);
             case '[':
-                return sentOnly(spaced(rest.chopped(1)).split(QLatin1Char('|')));
+                return sentOnly(
+                    spaced(rest.chopped(1)).split(QLatin1Char(','), Qt::SkipEmptyParts));
             default:
                 return strchr("@?^=+~", step[0]) == nullptr && !step.contains('=')
                            ? touches(step)
@@ -322,6 +328,8 @@ class DrivenTerminal {
         const QString wanted = key.isEmpty() ? spaced(what) : key;
         if (const auto* field = qobject_cast<InputField*>(widget))
             return field->text() == wanted;
+        if (const auto* label = qobject_cast<QLabel*>(widget))
+            return label->text().contains(wanted);
         return widget != nullptr && reads(wanted, widget);
     }
     /// Whether it is said below what the dialog in front says, or as what the person is to do.
@@ -352,7 +360,11 @@ class DrivenTerminal {
             const int before = timer->interval();
             if (!timer->isActive() || (time != 0 && before != time))
                 continue;
-            if (menus->isRunning() && menus->seconds() * 1000 <= before)
+            if (name.isEmpty())
+                emit menus->timedOut(QStringLiteral("stayWindow"));
+            else if (menus->isRunning() && menus->seconds() * 1000 <= before)
+                return false;
+            if (!timer || !timer->isActive())
                 return false;
             timer->setInterval(0);
             QCoreApplication::processEvents();
