@@ -201,7 +201,7 @@ class DrivenTerminal {
     ///     name      touches that widget as soon as it is to be seen
     ///     <name     at its left end, >name at its right end
     ///     #12BCD    touches keys: B is backspace, C clears, D is done
-    ///     /text     touches the row of the list that has this text
+    ///     /text     touches the row of the list that has this text, where "_" stands for itself
     ///     :screen   goes there, and forgets what has been sent before
     ///     !words    are the controller's, once all has arrived; after !drop it stays away
     ///     *name50   ends the time of the timer of that name (answerTimer without one), which
@@ -213,7 +213,8 @@ class DrivenTerminal {
     ///     name=text until this, or the text of that key, is read on the widget (or anywhere)
     ///     +name     until it can be touched
     ///     ~         until no menu times out
-    ///     -         before one of these, or before a name: it is not so, once all has arrived
+    ///     -         before one of these, a name, or *name for "it runs": it is not so, once all
+    ///               has arrived
     bool play(const QByteArray& script) {
         for (const QByteArray& one : spelt(script).split(' ')) {
             const bool played = one.startsWith('-') ? settled() && !holds(one.mid(1)) : plays(one);
@@ -263,8 +264,9 @@ class DrivenTerminal {
                                                 : QByteArray("key_") + key);
                 });
             case '/': {
-                const bool there = QTest::qWaitFor([&] { return row(spaced(rest)).isValid(); });
-                tapRow(row(spaced(rest)));
+                const QString text = QString::fromUtf8(rest);
+                const bool there = QTest::qWaitFor([&] { return row(text).isValid(); });
+                tapRow(row(text));
                 return there;
             }
             case '!':
@@ -294,6 +296,11 @@ class DrivenTerminal {
                 return sent(spaced(rest).toLatin1().constData()) >= 0;
             case '+':
                 return find(name) != nullptr && find(name)->isEnabled();
+            case '*': {
+                const auto timers = window->findChildren<QTimer*>(QLatin1String(name));
+                return std::any_of(timers.begin(), timers.end(),
+                                   [](const QTimer* timer) { return timer->isActive(); });
+            }
             case '~':
                 return !window->findChild<MenuTimer*>()->isRunning();
             default:
