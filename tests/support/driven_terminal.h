@@ -214,11 +214,11 @@ class DrivenTerminal {
     ///     +name     until it can be touched
     ///     ~         until no menu times out
     ///     -         before one of these, a name, or *name for "it runs": it is not so, once all
-    ///               has arrived
+    ///               has arrived (-+name: seen, but not to be touched)
     bool play(const QByteArray& script) {
         for (const QByteArray& one : spelt(script).split(' ')) {
-            const bool played = one.startsWith('-') ? settled() && !holds(one.mid(1)) : plays(one);
-            if (played)
+            const bool seen = !one.startsWith("-+") || holds(one.mid(2));
+            if (one.startsWith('-') ? settled() && !holds(one.mid(1)) && seen : plays(one))
                 continue;
             failure_ = QStringLiteral("%1 fails on %2, which says '%3'; sent: %4")
                            .arg(QString::fromUtf8(one), title(), dialogText(),
@@ -343,7 +343,7 @@ class DrivenTerminal {
     bool guides(const char* key) const {
         const auto* second = find<QLabel>("dialogSecondText");
         const auto* guide = find("guide");
-        return (second != nullptr && second->text().contains(text(key))) ||
+        return (second != nullptr && !text(key).isEmpty() && second->text().contains(text(key))) ||
                (guide != nullptr && guide->property("textKey") == QLatin1String(key));
     }
     bool sentOnly(const QStringList& wanted) {
