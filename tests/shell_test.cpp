@@ -1,10 +1,6 @@
 #include <sys/stat.h>
 
 #include <QDir>
-#include <QFileInfo>
-#include <QSignalSpy>
-#include <QtTest>
-#include <memory>
 
 #include "app/management_link.h"
 #include "app/menu_timer.h"
@@ -17,7 +13,6 @@
 #include "link/command_code.h"
 #include "tests/cloud_test_support.h"
 #include "tests/support/driven_test.h"
-#include "ui/dialog_form.h"
 #include "ui/notice_strip.h"
 
 /// The shell around the screens, as a finger on the panel, the controller and the management
