@@ -6,33 +6,6 @@
 #include "sim/service/service_sim.h"
 #include "tests/support/driven_test.h"
 
-namespace {
-
-// What is done and seen, in the steps of a driven terminal.
-const char kQualified[] = ":userMenuWindow userEnrollTile WAY forwardButton forwardButton ";
-const char kNumbered[] = "@userEnroll_IDWindow #C01055556666 forwardButton ";
-const char kTag[] = "@userEnroll_cardTagWindow ~ !card_30000001 ";
-const char kLook[] = "@userEnroll_FaceWindow ~ !enrol-face_good ";
-const char kAdd[] = "?Dialog_AddFaceToCard dialogOkButton ";
-const char kDone[] = "?Dialog_RegFaceComplete dialogOkButton ";
-
-const char kBegin[] = "1933 1921 1923 ";
-const char kDoor[] = "2003:1 2011:2 2010 2028 1933 1921 ";
-const char kCard[] = "1921 1940 1920 ";
-const char kFace[] =
-    "2010:1:1 2047:1 2030 1908:06 1922 2046:1 2046:2 2046:3 2046:4 1908:05 1920 2029 ";
-const char kCardEnd[] = "1933 2010 2011 2010";
-const char kFaceEnd[] = "1933 2010 2011 2010 2047 2028";
-
-QByteArray steps(std::initializer_list<const char*> parts, const char* way = "") {
-    QByteArray all;
-    for (const char* part : parts)
-        all += part;
-    return all.replace("WAY", way).trimmed();
-}
-
-}  // namespace
-
 /// Enrolments, as a finger on the panel and the controller see them.
 class EnrolmentTest : public DrivenTest {
     Q_OBJECT
@@ -40,7 +13,32 @@ class EnrolmentTest : public DrivenTest {
  private slots:
     void initTestCase() {
         DrivenTest::initTestCase();
-        words({"settings setup.language 1", "enrol-pace 0"});
+        word("enrol-pace 0");
+        const std::pair<const char*, const char*> phrases[] = {
+            {"MENU", ":userMenuWindow userEnrollTile"},
+            {"DOOR", ":liveWindow enrollButton NEXT"},
+            {"NUMBER", "NEXT NEXT @userEnroll_IDWindow"},
+            {"TYPED", "NUMBER #C01055556666 NEXT"},
+            {"CARD", "MENU authCardOnlyRow TYPED"},
+            {"FACE", "MENU authFaceOnlyRow TYPED @userEnroll_FaceWindow"},
+            {"EITHER", "MENU authFaceOrCardRow TYPED"},
+            {"TAG", "@userEnroll_cardTagWindow ~ !card_30000001"},
+            {"LOOK", "@userEnroll_FaceWindow ~ !enrol-face_good"},
+            {"ADD", "?Dialog_AddFaceToCard OK"},
+            {"DONE", "?Dialog_RegFaceComplete OK"},
+            {"NOBODY", "?Dialog_EnrollNoController CLOSED"},
+            {"UNNUMBERED", "!settings_registration.autoId_0"},
+            {"CLOSED", "*autoCloseTimer5000"},
+            // What is sent.
+            {"STARTED", "1933 1921 1923"},
+            {"ATDOOR", "2003:1 2011:2 2010 2028 1933 1921"},
+            {"CARDED", "1921 1940 1920"},
+            {"FACED",
+             "2010:1:1 2047:1 2030 1908:06 1922 2046:1 2046:2 2046:3 2046:4 1908:05 1920 2029"},
+            {"LEFT", "1933 2010 2011 2010"},
+            {"FACELEFT", "LEFT 2047 2028"}};
+        for (const auto& [name, steps] : phrases)
+            t->phrases[name] = steps;
     }
     void init() {
         QVERIFY(begin());
@@ -54,80 +52,48 @@ class EnrolmentTest : public DrivenTest {
     }
 
     void everyWayLeadsToAStoredUser_data() {
-        QTest::addColumn<QByteArray>("played");
-        QTest::addColumn<QByteArray>("frames");
-        QTest::addColumn<int>("method");
-        QTest::addColumn<int>("has");  // 1 a card, 2 a face
-        const auto row = [](const char* name, const QByteArray& played, const QByteArray& frames,
-                            int method,
-                            int has) { QTest::newRow(name) << played << frames << method << has; };
-        const char* const either = "authFaceOrCardRow";
-        const char* const both = "authFaceAndCardRow";
-        row("card", steps({kQualified, kNumbered, kTag, kDone}, "authCardOnlyRow"),
-            steps({kBegin, kCard, kCardEnd}), 0, 1);
-        row("face", steps({kQualified, kNumbered, kLook, kDone}, "authFaceOnlyRow"),
-            steps({kBegin, kFace, kFaceEnd}), 1, 2);
-        row("face or card", steps({kQualified, kNumbered, kTag, kAdd, kLook, kDone}, either),
-            steps({kBegin, kCard, kFace, kFaceEnd}), 2, 3);
-        row("face or card, without a face",
-            steps({kQualified, kNumbered, kTag, "?Dialog_AddFaceToCard dialogCancelButton ", kDone},
-                  either),
-            steps({kBegin, kCard, kCardEnd}), 2, 1);
-        row("face and card",
-            steps({kQualified, kNumbered, kTag, "?Info_FaceNeededToPass ", kAdd, kLook, kDone},
-                  both),
-            steps({kBegin, kCard, kFace, kFaceEnd}), 3, 3);
-        row("face and number", steps({kQualified, kNumbered, kLook, kDone}, "authFaceAndIDRow"),
-            steps({kBegin, kFace, kFaceEnd}), 4, 2);
-        row("number changed while it is checked",
-            steps({kQualified, "!silent_1923 ", kNumbered, "#B !frame_2923_0_0 ", kTag, kDone},
-                  "authCardOnlyRow"),
-            steps({kBegin, kCard, kCardEnd}), 0, 1);
-        row("administrator, back and forth",
-            steps({":userMenuWindow userEnrollTile WAY forwardButton >levelToggle forwardButton "
-                   "@userEnroll_IDWindow backButton forwardButton ",
-                   kNumbered, kTag, kDone},
-                  "authCardOnlyRow"),
-            steps({"1933 1921 1933 1923 ", kCard, kCardEnd}), 0, 1);
-        row("live view",
-            steps({":liveWindow enrollButton forwardButton ", kTag, kAdd, kLook, kDone}),
-            steps({kDoor, "2037:2:2 ", kCard, kFace, kFaceEnd}), 2, 3);
-        row("live view, face",
-            steps({"!settings_registration.authMethod_1 :liveWindow enrollButton forwardButton ",
-                   kLook, kDone}),
-            steps({kDoor, "2037:1:1 ", kFace, kFaceEnd}), 1, 2);
-        row("live view, number offered late",
-            steps({"!settings_registration.authMethod_1 !settings_registration.autoId_0 "
-                   ":liveWindow enrollButton "
-                   "forwardButton @userEnroll_FaceWindow "
-                   "!frame_3030_0_0_3031303930303030303031 ",
-                   kLook, kDone}),
-            steps({kDoor, "2037:1:1 ", kFace, kFaceEnd}), 1, 2);
-        row("live view, visitor",
-            steps({"!settings_registration.userLevel_2 :liveWindow enrollButton forwardButton "
-                   "@InputDestinationForm "
-                   "key_a backButton @userEnroll_qualWindow forwardButton key_a "
-                   "forwardButton ",
-                   kTag, kAdd, kLook, kDone}),
-            steps({kDoor, "1933 2037:2:2 2011 2010 ", kCard, kFace, kFaceEnd}), 2, 3);
+        // Steps, frames, method, what the user has: 1 a card, 2 a face.
+        table(R"(card | CARD TAG DONE | STARTED CARDED LEFT | 0 | 1
+            face | FACE LOOK DONE | STARTED FACED FACELEFT | 1 | 2
+            face or card | EITHER TAG ADD LOOK DONE | STARTED CARDED FACED FACELEFT | 2 | 3
+            face or card, without a face | EITHER TAG ?Dialog_AddFaceToCard NO DONE
+                | STARTED CARDED LEFT | 2 | 1
+            face and card | MENU authFaceAndCardRow TYPED TAG ?Info_FaceNeededToPass ADD LOOK DONE
+                | STARTED CARDED FACED FACELEFT | 3 | 3
+            face and number | MENU authFaceAndIDRow TYPED LOOK DONE | STARTED FACED FACELEFT | 4 | 2
+            number changed while it is checked |
+                MENU authCardOnlyRow !silent_1923 TYPED #B !frame_2923_0_0 TAG DONE
+                | STARTED CARDED LEFT | 0 | 1
+            administrator, back and forth | MENU authCardOnlyRow NEXT >levelToggle NEXT
+                @userEnroll_IDWindow BACK NEXT @userEnroll_IDWindow #C01055556666 NEXT TAG DONE
+                | 1933 1921 1933 1923 CARDED LEFT | 0 | 1
+            live view | DOOR TAG ADD LOOK DONE | ATDOOR 2037:2:2 CARDED FACED FACELEFT | 2 | 3
+            live view, face | !settings_registration.authMethod_1 DOOR LOOK DONE
+                | ATDOOR 2037:1:1 FACED FACELEFT | 1 | 2
+            live view, number offered late |
+                !settings_registration.authMethod_1 !settings_registration.autoId_0 DOOR
+                @userEnroll_FaceWindow !frame_3030_0_0_3031303930303030303031 LOOK DONE
+                | ATDOOR 2037:1:1 FACED FACELEFT | 1 | 2
+            live view, visitor |
+                !settings_registration.userLevel_2 DOOR @InputDestinationForm #a BACK
+                @userEnroll_qualWindow NEXT #a NEXT TAG ADD LOOK DONE
+                | ATDOOR 1933 2037:2:2 2011 2010 CARDED FACED FACELEFT | 2 | 3)");
     }
 
     void everyWayLeadsToAStoredUser() {
-        QFETCH(QByteArray, played);
-        QFETCH(QByteArray, frames);
-        QFETCH(int, method);
-        QFETCH(int, has);
-        const bool door = played.contains(":liveWindow enrollButton");
+        const auto [played, frames, method, holds] = values<4>();
+        const int has = holds.toInt();
+        const bool door = played.contains("DOOR");
         PLAYS(played);
         QCOMPARE(t->title(), QLatin1String(door ? "stayWindow" : "userMenuWindow"));
         QByteArray all = codes();
         if (door)  // the standby screen goes on
             all = all.left(all.indexOf(" 2003 "));
-        QCOMPARE(all, frames);
+        QCOMPARE(all, t->spelt(frames));
         const _gui_user_ user = stored();
         QCOMPARE(fieldText(user.customerId),
                  QString::fromLatin1(door ? "01090000001" : "01055556666"));
-        QCOMPARE(int(user.authMethod), method);
+        QCOMPARE(int(user.authMethod), method.toInt());
         QCOMPARE(int(user.cardPresent + 2 * user.facePresent), has);
         const bool visits = frames.contains("2037:2:2 2011");
         QCOMPARE(fieldText(user.destination), QLatin1String(visits ? "a" : ""));
@@ -145,195 +111,124 @@ class EnrolmentTest : public DrivenTest {
     }
 
     void outcomes_data() {
-        QTest::addColumn<QByteArray>("played");
-        QTest::addColumn<QByteArray>("frames");  // last ones but for the way back
-        QTest::addColumn<QByteArray>("end");
-        const auto row = [](const char* name, const QByteArray& played, const char* frames,
-                            const char* end = "userMenuWindow") {
-            QTest::newRow(name) << played << QByteArray(frames) << QByteArray(end);
-        };
-        const QByteArray number = steps({kQualified}, "authCardOnlyRow") + " @userEnroll_IDWindow ";
-        const QByteArray card = steps({kQualified, kNumbered}, "authCardOnlyRow") + " ";
-        const QByteArray face =
-            steps({kQualified, kNumbered}, "authFaceOnlyRow") + " @userEnroll_FaceWindow ";
-        const QByteArray ok = " dialogOkButton";
-        const auto says = [&ok](const char* key) { return QByteArray(" ?") + key + ok; };
-        const auto ends = [](const char* key) {
-            return QByteArray(" ?") + key + " *autoCloseTimer5000";
-        };
+        // Steps, the last frames but for the way back, and where it ends if not at the menu.
+        table(R"(ten digits |
+                MENU authCardOnlyRow NUMBER #C0105555666 NEXT ?Error_EnterEleven OK #6 NEXT
+                | 1923 1921 | userEnroll_cardTagWindow
+            number in use | MENU authCardOnlyRow NUMBER #C01023456789 NEXT
+                ?Dialog_CustomerNumberIsAlreadyRegistered OK #1 | 1923 1908:cb | userEnroll_IDWindow
+            number offered | MENU authCardOnlyRow NUMBER NEXT @userEnroll_cardTagWindow BACK
+                @userEnroll_IDWindow neutralButton | 1926 2011 2010
+            number without answer | !silent_1923 MENU authCardOnlyRow NUMBER NEXT *5000
+                ?Error_NoResponse OK NEXT | 1923 1921 | userEnroll_cardTagWindow
+            number of other signs | !settings_registration.autoId_0 MENU authCardOnlyRow NUMBER
+                numberEntry= !frame_3030_0_0_d9a030313233343536373839 numberEntry=
+                !frame_3030_0_0_3031303535353536363637f1 numberEntry=
+                !frame_3030_0_0_3031303535353536363638 numberEntry=01055556668
+                !frame_3030_0_0_3031303535353536363637 numberEntry=01055556668
+                BACK @userEnroll_qualWindow BACK @userEnrollMenuWindow neutralButton | 1933 2011
+            number answered twice | MENU authCardOnlyRow NUMBER !frame_2923_0_0 NEXT
+                @userEnroll_cardTagWindow !frame_2923_0_0 | 1923 1921 | userEnroll_cardTagWindow
+            number, nobody there | :userMenuWindow !drop userEnrollTile authCardOnlyRow TYPED
+                NOBODY |
+            card of another | CARD !settings_screen.menuTimeout_0 !card_10000002
+                ?Info_CardAlreadyRegistered *autoCloseTimer10000 | 1940 1926 1908:cb
+            card not read | CARD !frame_2947_1_0_31 ?Error_CardNotRead OK !card_30000001 DONE
+                | 1921 1940 1920 1933 2010
+            card of no number | CARD !frame_2947_0_1_3c623e313c2f623e0000000000000000
+                ?Error_CardNotRead OK | 1908:cb 1921 | userEnroll_cardTagWindow
+            own card | CARD !silent_1940 !card_30000001 ^1940 -backButton !frame_2940_0_0
+                !frame_2921_2_0 ?Dialog_IsAlreadyRegisteredCard OK BACK
+                | 1940 1908:cb 1921 1926 | userEnroll_IDWindow
+            no card | CARD *20000 ?Error_InputTimeout CLOSED | 1926 1908:cb
+            too many | UNNUMBERED !refuse_1921_1 CARD ?Error_MaxUsersExcceeded CLOSED
+                | 1921 1926 1908:cb
+            others enrol | UNNUMBERED !refuse_1921_2 CARD ?Error_EnrollingUsers CLOSED
+                | 1921 1926 1908:cb
+            card, administrators | UNNUMBERED !refuse_1940_3 CARD !card_30000001
+                ?Dialog_RegFaceFailed_UpToAdmin5 CLOSED | 1940 1926 1908:cb
+            card, too many | UNNUMBERED !refuse_1940_4 CARD !card_30000001
+                ?Error_MaxUsersExcceeded CLOSED | 1940 1926 1908:cb
+            card, others enrol | UNNUMBERED !refuse_1920_2 CARD !card_30000001
+                ?Error_EnrollingUsers CLOSED | 1920 1926 1908:cb
+            card, too many stored | UNNUMBERED !refuse_1920_4 CARD !card_30000001
+                ?Error_MaxUsersExcceeded CLOSED | 1920 1926 1908:cb
+            card not stored | !silent_1920 CARD !card_30000001 ^1920 *5000 ?Error_NoResponse CLOSED
+                | 1920 1926 1908:cb
+            card cancelled | CARD @userEnroll_cardTagWindow neutralButton | 1921 1926 2011 2010
+            card cancelled, live view | DOOR @userEnroll_cardTagWindow neutralButton
+                | 1921 1926 2011 2010 | stayWindow
+            face in use | FACE !enrol-face_used ?Dialog_FaceIsAlreadyRegisteredForId OK
+                | 2046:1 1908:08
+            12 | FACE !enrol-face_12 ?Dialog_RegFaceFailed_12 OK | 2046:2 1908:cb
+            13 | FACE !enrol-face_13 ?Dialog_RegFaceFailed_UpToAdmin5 OK | 2046:2 1908:cb
+            14 | FACE !enrol-face_14 ?Dialog_RegFaceFailed_14 OK | 2046:2 1908:cb
+            15 | FACE !enrol-face_15 ?Dialog_CustomerNumberIsAlreadyRegistered OK | 2046:2 1908:cb
+            99 | FACE !enrol-face_99 ?Dialog_RegFaceFailed OK | 2046:2 1908:cb
+            stall | FACE !enrol-face_stall ?Info_PleaseRegisterToNoWearingGlasses ring=40 *20000
+                ?Dialog_RegFaceFailed CLOSED | 2046:1 2031:1 1908:cb 2011 2010 2047 2028
+            stall, live view | !settings_registration.authMethod_1 DOOR @userEnroll_FaceWindow
+                !enrol-face_stall ring=40 *20000 ?Dialog_RegFaceFailed CLOSED
+                | 2046:1 2031:1 1908:cb 2011 2010 2047 2028 | stayWindow
+            slow | FACE !enrol-face_slow ?Info_PleaseTryAgain DONE | 1920 2029 1933 2010
+            face, administrators | !refuse_1920_3 FACE !enrol-face_good
+                ?Dialog_EnrollUpTo5Admin CLOSED | 1920 2029 1908:cb
+            face, too many | !refuse_1920_4 FACE !enrol-face_good
+                ?Error_MaxUsersExcceeded CLOSED | 1920 2029 1908:cb
+            face not stored | !silent_1920 FACE !enrol-face_good ring=100 *5000
+                ?Error_NoResponse CLOSED | 1920 2029 1908:cb
+            face cancelled | FACE !enrol-face_stall ring=40 neutralButton
+                | 2046:1 2031:1 2011 2010 2047 2028
+            face done twice | !silent_1920 FACE !enrol-face_good ring=100 !frame_3001_3_0
+                !frame_2920_0_0 !frame_2920_0_0 DONE | 2046:4 1908:05 1920 2029 1933 2010
+            the last user | !users_9999 CARD TAG DONE userEnrollTile NEXT NEXT
+                ?Error_MaxUsersExcceeded OK | 1908:cb | userEnroll_qualWindow
+            registration off | DOOR @userEnroll_cardTagWindow !settings_registration.on_0
+                ?Dialog_RegistrationOff OK | 1921 1926 | stayWindow
+            1923 | MENU authCardOnlyRow NUMBER !lose-link-at_1923 NEXT NOBODY |
+            1921 | MENU authCardOnlyRow NUMBER !lose-link-at_1921 NEXT NOBODY |
+            1940 | MENU authCardOnlyRow NUMBER !lose-link-at_1940 NEXT TAG NOBODY |
+            1920 | MENU authCardOnlyRow NUMBER !lose-link-at_1920 NEXT TAG NOBODY |
+            link, way | MENU !drop NOBODY |
+            link, qualification | MENU NEXT @userEnroll_qualWindow !drop NOBODY |
+            link, question | EITHER TAG ?Dialog_AddFaceToCard !drop NOBODY |
+            link, card again | :userMenuWindow userSearchTile searchIDRow #01066665555 NEXT
+                @userSearch_InfoWindow cardRow NEXT @userEnroll_reCardTagWindow !drop NOBODY |
+            link, face | FACE !enrol-face_stall ring=40 !drop NOBODY |
+            link, destination | !settings_registration.userLevel_2 DOOR @InputDestinationForm
+                !drop NOBODY | | stayWindow)");
+    }
 
-        row("ten digits",
-            number + "#C0105555666 forwardButton" + says("Error_EnterEleven") + " #6 forwardButton",
-            "1923 1921", "userEnroll_cardTagWindow");
-        row("number in use",
-            number + "#C01023456789 forwardButton" +
-                says("Dialog_CustomerNumberIsAlreadyRegistered") + " #1",
-            "1923 1908:cb", "userEnroll_IDWindow");
-        row("number offered",
-            number +
-                "forwardButton @userEnroll_cardTagWindow backButton"
-                " @userEnroll_IDWindow neutralButton",
-            "1926 2011 2010");
-        row("number without answer",
-            "!silent_1923 " + number + "forwardButton *5000" + says("Error_NoResponse") +
-                " forwardButton",
-            "1923 1921", "userEnroll_cardTagWindow");
-        row("number of other signs",
-            "!settings_registration.autoId_0 " + number +
-                "numberEntry= !frame_3030_0_0_d9a030313233343536373839 numberEntry= "
-                "!frame_3030_0_0_3031303535353536363637f1 "
-                "numberEntry= !frame_3030_0_0_3031303535353536363638 numberEntry=01055556668 "
-                "!frame_3030_0_0_3031303535353536363637 numberEntry=01055556668 backButton "
-                "@userEnroll_qualWindow backButton @userEnrollMenuWindow neutralButton",
-            "1933 2011");
-        row("number answered twice",
-            number +
-                "!frame_2923_0_0 forwardButton "
-                "@userEnroll_cardTagWindow !frame_2923_0_0",
-            "1923 1921", "userEnroll_cardTagWindow");
-
-        row("number, nobody there",
-            ":userMenuWindow !drop userEnrollTile authCardOnlyRow forwardButton forwardButton "
-            "@userEnroll_IDWindow #C01055556666 forwardButton" +
-                ends("Dialog_EnrollNoController"),
-            "");
-
-        row("card of another",
-            card +
-                "!settings_screen.menuTimeout_0 !card_10000002 ?Info_CardAlreadyRegistered "
-                "*autoCloseTimer10000",
-            "1940 1926 1908:cb");
-        row("card not read",
-            card + "!frame_2947_1_0_31" + says("Error_CardNotRead") +
-                " !card_30000001 ?Dialog_RegFaceComplete" + ok,
-            "1921 1940 1920 1933 2010");
-        row("card of no number",
-            card + "!frame_2947_0_1_3c623e313c2f623e0000000000000000" + says("Error_CardNotRead"),
-            "1908:cb 1921", "userEnroll_cardTagWindow");
-        row("own card",
-            card + "!silent_1940 !card_30000001 ^1940 -backButton !frame_2940_0_0 !frame_2921_2_0" +
-                says("Dialog_IsAlreadyRegisteredCard") + " backButton",
-            "1940 1908:cb 1921 1926", "userEnroll_IDWindow");
-        row("no card", card + "*20000" + ends("Error_InputTimeout"), "1926 1908:cb");
-        for (const auto& [refusal, key] : {std::pair("1921_1", "Error_MaxUsersExcceeded"),
-                                           std::pair("1921_2", "Error_EnrollingUsers"),
-                                           std::pair("1940_3", "Dialog_RegFaceFailed_UpToAdmin5"),
-                                           std::pair("1940_4", "Error_MaxUsersExcceeded"),
-                                           std::pair("1920_2", "Error_EnrollingUsers"),
-                                           std::pair("1920_4", "Error_MaxUsersExcceeded")}) {
-            const QByteArray code = QByteArray(refusal).left(4);
-            row(refusal,
-                QByteArray("!settings_registration.autoId_0 !refuse_") + refusal + ' ' + card +
-                    (code == "1921" ? "" : "!card_30000001") + ends(key),
-                (code + " 1926 1908:cb").constData());
-        }
-        row("card not stored",
-            "!silent_1920 " + card + "!card_30000001 ^1920 *5000" + ends("Error_NoResponse"),
-            "1920 1926 1908:cb");
-        row("card cancelled", card + "@userEnroll_cardTagWindow neutralButton",
-            "1921 1926 2011 2010");
-        row("card cancelled, live view",
-            ":liveWindow enrollButton forwardButton @userEnroll_cardTagWindow neutralButton",
-            "1921 1926 2011 2010", "stayWindow");
-
-        row("face in use", face + "!enrol-face_used" + says("Dialog_FaceIsAlreadyRegisteredForId"),
-            "2046:1 1908:08");
-        for (const auto& [result, key] :
-             {std::pair("12", "Dialog_RegFaceFailed_12"),
-              std::pair("13", "Dialog_RegFaceFailed_UpToAdmin5"),
-              std::pair("14", "Dialog_RegFaceFailed_14"),
-              std::pair("15", "Dialog_CustomerNumberIsAlreadyRegistered"),
-              std::pair("99", "Dialog_RegFaceFailed")})
-            row(result, face + QByteArray("!enrol-face_") + result + says(key), "2046:2 1908:cb");
-        row("stall",
-            face +
-                "!enrol-face_stall ?Info_PleaseRegisterToNoWearingGlasses "
-                "ring=40 *20000" +
-                ends("Dialog_RegFaceFailed"),
-            "2046:1 2031:1 1908:cb 2011 2010 2047 2028");
-        row("stall, live view",
-            "!settings_registration.authMethod_1 :liveWindow enrollButton forwardButton "
-            "@userEnroll_FaceWindow "
-            "!enrol-face_stall ring=40 *20000" +
-                ends("Dialog_RegFaceFailed"),
-            "2046:1 2031:1 1908:cb 2011 2010 2047 2028", "stayWindow");
-        row("slow", face + "!enrol-face_slow ?Info_PleaseTryAgain ?Dialog_RegFaceComplete" + ok,
-            "1920 2029 1933 2010");
-        for (const auto& [refusal, key] : {std::pair("1920_3", "Dialog_EnrollUpTo5Admin"),
-                                           std::pair("1920_4", "Error_MaxUsersExcceeded")})
-            row((QByteArray("face, ") + refusal).constData(),
-                QByteArray("!refuse_") + refusal + ' ' + face + "!enrol-face_good" + ends(key),
-                "1920 2029 1908:cb");
-        row("face not stored",
-            "!silent_1920 " + face + "!enrol-face_good ring=100 *5000" + ends("Error_NoResponse"),
-            "1920 2029 1908:cb");
-        row("face cancelled", face + "!enrol-face_stall ring=40 neutralButton",
-            "2046:1 2031:1 2011 2010 2047 2028");
-        row("face done twice",
-            face +
-                "!silent_1920 !enrol-face_good ring=100 !frame_3001_3_0 "
-                "!frame_2920_0_0 !frame_2920_0_0 ?Dialog_RegFaceComplete" +
-                ok,
-            "2046:4 1908:05 1920 2029 1933 2010");
-
-        row("the last user",
-            "!users_9999 " + steps({kQualified, kNumbered, kTag, kDone}, "authCardOnlyRow") +
-                " userEnrollTile forwardButton forwardButton" + says("Error_MaxUsersExcceeded"),
-            "1908:cb", "userEnroll_qualWindow");
-        row("registration off",
-            QByteArray(":liveWindow enrollButton forwardButton @userEnroll_cardTagWindow "
-                       "!settings_registration.on_0") +
-                says("Dialog_RegistrationOff"),
-            "1921 1926", "stayWindow");
-        const QByteArray tag = " @userEnroll_cardTagWindow !card_30000001";
-        for (const auto& [lost, further] :
-             {std::pair("1923", QByteArray()), std::pair("1921", QByteArray()),
-              std::pair("1940", tag), std::pair("1920", tag)})
-            row(lost,
-                number + "!lose-link-at_" + lost + " forwardButton" + further +
-                    ends("Dialog_EnrollNoController"),
-                "");
-        for (const auto& [at, way] :
-             {std::pair("link, way", QByteArray(":userMenuWindow userEnrollTile")),
-              std::pair("link, qualification",
-                        QByteArray(
-                            ":userMenuWindow userEnrollTile forwardButton @userEnroll_qualWindow")),
-              std::pair("link, question",
-                        steps({kQualified, kNumbered, kTag, "?Dialog_AddFaceToCard"},
-                              "authFaceOrCardRow")),
-              std::pair("link, card again",
-                        QByteArray(
-                            ":userMenuWindow userSearchTile searchIDRow #01066665555 forwardButton "
-                            "@userSearch_InfoWindow cardRow forwardButton "
-                            "@userEnroll_reCardTagWindow")),
-              std::pair("link, face", face + "!enrol-face_stall ring=40")})
-            row(at, way + " !drop" + ends("Dialog_EnrollNoController"), "");
-        row("link, destination",
-            "!settings_registration.userLevel_2 :liveWindow enrollButton forwardButton "
-            "@InputDestinationForm !drop" +
-                ends("Dialog_EnrollNoController"),
-            "", "stayWindow");
+    void outcomes() {
+        const auto [steps, frames, end] = values<3>();
+        const QByteArray played = t->spelt(steps);
+        PLAYS(played);
+        QVERIFY2(t->shows(end.isEmpty() ? "userMenuWindow" : end.constData()),
+                 qPrintable(t->title()));
+        const QByteArray all = t->window->linkUp() ? codes() : frames;
+        QVERIFY2(all.contains(frames), all.constData());
+        const bool stores = (played.endsWith("?Dialog_RegFaceComplete dialogOkButton") &&
+                             !played.contains("silent")) ||
+                            played.contains("?Dialog_AddFaceToCard");
+        QCOMPARE(UserStore(t->root.path("/mnt/data")).users().size(),
+                 played.contains("!users_9999") ? 10000 : 7 + int(stores));
     }
 
     void whoIsThereGetsWhatTheyLack_data() {
-        QTest::addColumn<QString>("id");
-        QTest::addColumn<int>("mode");
-        QTest::addColumn<QByteArray>("played");
-        const QByteArray again = steps({kTag}).replace("cardTag", "reCardTag");
-        QTest::newRow("face") << QStringLiteral("01077778888") << 2 << steps({kLook});
-        QTest::newRow("card") << QStringLiteral("01044447777") << 3 << again;
-        QTest::newRow("card anew") << QStringLiteral("01098765432") << 0 << again;
+        table(R"(face | 01077778888 | 2 | LOOK
+            card | 01044447777 | 3 | @userEnroll_reCardTagWindow ~ !card_30000001
+            card anew | 01098765432 | 0 | @userEnroll_reCardTagWindow ~ !card_30000001)");
     }
 
     void whoIsThereGetsWhatTheyLack() {
-        QFETCH(QString, id);
-        QFETCH(int, mode);
-        QFETCH(QByteArray, played);
+        const auto [number, choice, played] = values<3>();
+        const QString id = QString::fromLatin1(number);
+        const int mode = choice.toInt();
         PLAYS(":userMenuWindow !settings_users.all_10000");
         const _gui_user_ before = *UserStore(t->root.path("/mnt/data")).find(id);
         t->window->SetGuiUser(&before);
         t->window->changeWindow(QStringLiteral("userEnroll_qualWindow"), mode);
-        PLAYS("forwardButton " + played + ' ' + kDone + "@userMenuWindow");
+        PLAYS("NEXT " + played + " DONE @userMenuWindow");
         const _gui_user_ after = *UserStore(t->root.path("/mnt/data")).find(id);
         QCOMPARE(int(after.authMethod), mode);
         QVERIFY(after.facePresent == 1 || mode == 0);
@@ -358,25 +253,24 @@ class EnrolmentTest : public DrivenTest {
                         {"network.useManager", QStringLiteral("1")}}));
         QTRY_VERIFY(t->window->serviceReached());
         // An order takes the place of what goes on, whatever that is.
-        PLAYS(steps({kQualified, kNumbered}, "authFaceOnlyRow") +
-              " @userEnroll_FaceWindow !enrol-face_stall ring=40");
+        PLAYS("FACE !enrol-face_stall ring=40");
         sent();
         QCOMPARE(service.execute(QStringLiteral("enrol 12345678 <b>Kim")),
                  QStringLiteral("ok 1000 succeed"));
         QVERIFY(t->shows("userEnroll_qualWindow"));
-        QCOMPARE(codes(), steps({"2003:1 2011:2 2010 2028 2031:1 2047 2028 1933 1921"}));
+        QCOMPARE(codes(), QByteArray("2003:1 2011:2 2010 2028 2031:1 2047 2028 1933 1921"));
         // Registration mode has nothing to do with it.
-        PLAYS("!settings_registration.on_0 forwardButton @userEnroll_cardTagWindow");
+        PLAYS("!settings_registration.on_0 NEXT @userEnroll_cardTagWindow");
         // Those who wait to be reported are all the while.
         QVERIFY(codes().replace(" 2042", "").contains("2037:2:2 1921"));
-        PLAYS(steps({kTag, kAdd, kLook}) + ' ' + kDone + "@stayWindow");
+        PLAYS("TAG ADD LOOK DONE @stayWindow");
         QTRY_COMPARE(reported, 2);
         QVERIFY(t->sends("2042 0 0 31 32 33 34 35 36 37 38 00"));
         QCOMPARE(int(stored().origin), int(UserOrigin::Kiosk));
     }
 
     void manyInARowLeaveNothingBehind() {
-        const QByteArray one = steps({kQualified, kNumbered, kTag, kDone}, "authCardOnlyRow");
+        const QByteArray one = t->spelt("CARD TAG DONE");
         int objects = 0;
         for (int i = 0; i < 20; ++i) {
             PLAYS(QByteArray(one)
@@ -392,21 +286,6 @@ class EnrolmentTest : public DrivenTest {
         QVERIFY(QPixmapCache::find(QStringLiteral("/usr/img/card_hold_1.png"), &picture));
         QPixmapCache::clear();
         QVERIFY(picture.isDetached());
-    }
-
-    void outcomes() {
-        QFETCH(QByteArray, played);
-        QFETCH(QByteArray, frames);
-        QFETCH(QByteArray, end);
-        PLAYS(played);
-        QVERIFY2(t->shows(end.constData()), qPrintable(t->title()));
-        const QByteArray all = t->window->linkUp() ? codes() : frames;
-        QVERIFY2(all.contains(frames), all.constData());
-        const bool stores = (played.endsWith("?Dialog_RegFaceComplete dialogOkButton") &&
-                             !played.contains("silent")) ||
-                            played.contains("?Dialog_AddFaceToCard");
-        QCOMPARE(UserStore(t->root.path("/mnt/data")).users().size(),
-                 played.contains("!users_9999") ? 10000 : 7 + int(stores));
     }
 
  private:

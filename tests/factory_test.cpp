@@ -3,42 +3,27 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
-#include <QRegularExpression>
 #include <QTimer>
 
-#include "link/device_link.h"
 #include "screens/common/factory_test_form.h"
-#include "tests/support/driven_terminal.h"
-#include "ui/label_button.h"
-#include "ui/text_line.h"
+#include "tests/support/driven_test.h"
 
 /// The factory tests, as a finger on the panel and a board on the line meet them.
-class FactoryTest : public QObject {
+class FactoryTest : public DrivenTest {
     Q_OBJECT
 
  private slots:
-    void initTestCase() {
-        t = std::make_unique<DrivenTerminal>();
-        t->root.write("/mnt/data/rebootchkr", {});
-        QVERIFY(t->tell("settings setup.language 1"));
-    }
     /// As after power-on: results are of one run of the terminal.
     void init() {
         TouchShield::setTime(0);
-        QVERIFY(t->tell("factory all ok") && t->tell("normal"));
+        words({"factory all ok", "normal"});
         QVERIFY(t->start());
-        QVERIFY(t->open("zelMenuWindow"));
-        QVERIFY(t->open("factoryMenuWindow"));
+        PLAYS(":zelMenuWindow :factoryMenuWindow");
     }
-    void cleanupTestCase() { t.reset(); }
 
-    void allTests_data() {
-        QTest::addColumn<bool>("passes");
-        QTest::newRow("pass") << true;
-        QTest::newRow("fail") << false;
-    }
+    void allTests_data() { table("pass | x\nfail |"); }
     void allTests() {
-        QFETCH(bool, passes);
+        const bool passes = !values<1>()[0].isEmpty();
         QVERIFY(passes || t->tell("factory all fail"));
         const char* button = passes ? "passButton" : "failButton";
         const Verdict outcome = passes ? Verdict::Pass : Verdict::Fail;
@@ -97,41 +82,19 @@ class FactoryTest : public QObject {
     }
 
     void modeFollowsTheScreens() {
-        const auto modes = [this] {
-            return t->settle() ? t->frames.filter(QRegularExpression(QStringLiteral("^4000 ")))
-                                     .join(QLatin1Char(','))
-                               : QString();
-        };
         // Left from the menu, from a test, and by what happens at the door.
-        for (const char* way : {"backButton", "homeButton", "result"}) {
-            QVERIFY(t->open("zelMenuWindow") && t->open("factoryMenuWindow"));
-            t->tap("factoryPowerRow");
-            if (qstrcmp(way, "result") == 0) {
-                QVERIFY(t->tell("status 1") && t->tell("card 10000001"));
-                QVERIFY(t->shows("recognizeWindow"));
-            } else {
-                t->tap(way);
-                if (qstrcmp(way, "backButton") == 0)
-                    t->tap(way);
-            }
-            QCOMPARE(modes(), QStringLiteral("4000 1 0"));
-            QVERIFY2(t->sent("4008 0 0") >= 0 && t->sent("4008 1 0") > t->sent("4008 0 0"), way);
+        for (const char* way :
+             {"BACK BACK", "homeButton", "!status_1 !card_10000001 @recognizeWindow"}) {
+            PLAYS(QByteArray(":zelMenuWindow :factoryMenuWindow factoryPowerRow ^4008_0_0 ") + way +
+                  " [4008_0_0,4008_1_0,4000_1_0]");
         }
         // The link goes in a test and comes back, before the menu is left and after.
         for (const bool before : {true, false}) {
-            QVERIFY(t->open("zelMenuWindow") && t->open("factoryMenuWindow"));
-            t->tap("factoryPowerRow");
-            QVERIFY(t->sends("4008 0 0") && t->tell("drop"));
-            QTRY_VERIFY(!t->window->linkUp());
-            t->tap("backButton");
-            if (!before)
-                t->tap("backButton");
+            PLAYS(R"(:zelMenuWindow :factoryMenuWindow factoryPowerRow ^4008_0_0 !drop BACK)" +
+                  QByteArray(before ? "" : " BACK"));
             QVERIFY(t->reconnect());
-            if (before)
-                t->tap("backButton");
-            QCOMPARE(modes(),
-                     before ? QStringLiteral("4000 0 0,4000 1 0") : QStringLiteral("4000 1 0"));
-            QCOMPARE(t->frames.count(QStringLiteral("4008 1 0")), 1);
+            PLAYS(before ? "BACK [4008_0_0,4008_1_0,4000_0_0,4000_1_0]"
+                         : "[4008_0_0,4008_1_0,4000_1_0]");
         }
     }
 
@@ -140,9 +103,7 @@ class FactoryTest : public QObject {
         const QPoint row = t->place("factoryPixelRow");
         for (int i = 0; i < 3; ++i)
             t->tap(row);
-        QVERIFY(t->settle());
-        QCOMPARE(t->frames.filter(QStringLiteral("4006 ")),
-                 QStringList{QStringLiteral("4006 0 0")});
+        PLAYS("[4006_0_0]");
         QTRY_VERIFY(t->find("touchShield") == nullptr);
         // A finger that trembles skips no pattern and judges nothing.
         t->tap("showButton");
@@ -155,22 +116,17 @@ class FactoryTest : public QObject {
     }
 
     void lateAnswersCountWhileTheyCanBeSeen() {
-        for (const char* silent : {"factory memory silent", "factory led silent"})
-            QVERIFY(t->tell(silent));
-        t->tap("factoryMemoryRow");
-        QVERIFY(t->settle());
+        PLAYS("!factory_memory_silent !factory_led_silent factoryMemoryRow []");
         timeIsUp();
         QVERIFY(test()->verdict() == Verdict::Fail);
-        QVERIFY(t->tell("frame 4038 0 0"));
+        word("frame 4038 0 0");
         QTRY_VERIFY(test()->verdict() == Verdict::Pass);
-        t->tap("backButton");
-        QVERIFY(t->tell("frame 4038 1 0") && t->settle());
+        PLAYS("BACK !frame_4038_1_0 []");
         QVERIFY(t->find<ListRow>("factoryMemoryRow")->verdict() == Verdict::Pass);
         QCOMPARE(report().value(QStringLiteral("passed")).toInt(), 1);
         // One that was left in the middle has not run, unless a part has failed.
         for (const bool failed : {false, true}) {
-            t->tap("factoryLedRow");
-            QVERIFY(t->settle());
+            PLAYS("factoryLedRow []");
             if (failed)
                 timeIsUp();
             t->tap("backButton");
@@ -180,48 +136,33 @@ class FactoryTest : public QObject {
     }
 
     void troubleIsMet() {
-        const struct {
-            const char* word;
-            const char* row;
-        } rows[] = {{"refuse 4020", "factoryNetRow"},
-                    {"refuse 4034", "factoryRtcRow"},
-                    {"refuse 4036", "factoryMacRow"},
-                    {"refuse 4028", "factoryCardRow"},
-                    {"refuse 4026", "factoryCardRow"},
-                    {"factory mac 01:00:5e:00:00:01", "factoryMacRow"},
-                    {"factory power 9.1 5.0 3.3", "factoryPowerRow"}};
-        for (const auto& row : rows) {
-            QVERIFY2(t->tell("factory all ok") && t->tell(row.word), row.word);
-            t->tap(row.row);
-            QTRY_VERIFY2(test()->verdict() == Verdict::Fail, row.word);
+        for (const char* steps :
+             {"!refuse_4020 factoryNetRow", "!refuse_4034 factoryRtcRow",
+              "!refuse_4036 factoryMacRow", "!refuse_4028 factoryCardRow",
+              "!refuse_4026 factoryCardRow", "!factory_mac_01:00:5e:00:00:01 factoryMacRow",
+              "!factory_power_9.1_5.0_3.3 factoryPowerRow",
+              // What is done out of turn leaves nothing running.
+              "!factory_io_silent factoryIoRow ^4014_0_0 !frame_4015_2_0"}) {
+            word("factory all ok");
+            PLAYS(steps);
+            QTRY_VERIFY2(test()->verdict() == Verdict::Fail, steps);
             t->tap("backButton");
         }
         for (const char* word :
              {"factory power 9.1 5.0", "factory power 66 5 3", "factory nose ok", "factory led 5",
               "factory mac 0102", "refuse 4008", "factory all 3"})
             QVERIFY2(!t->tell(word), word);
-        // What is done out of turn leaves nothing running.
-        QVERIFY(t->tell("factory io silent"));
-        t->tap("factoryIoRow");
-        QVERIFY(t->sends("4014 0 0") && t->tell("frame 4015 2 0"));
-        QTRY_VERIFY(test()->verdict() == Verdict::Fail);
-        t->tap("backButton");
         // A report that is cut short tells nothing, and without the link nothing passes.
-        QVERIFY(t->tell("factory power silent"));
-        t->tap("factoryPowerRow");
-        QVERIFY(t->tell("frame 4009 0 0 e02e8813") && t->settle());
+        PLAYS("!factory_power_silent factoryPowerRow !frame_4009_0_0_e02e8813 []");
         QVERIFY(test()->verdict() == Verdict::Running);
-        QVERIFY(t->tell("drop"));
+        PLAYS("!drop");
         QTRY_VERIFY(test()->verdict() == Verdict::Fail);
+        QVERIFY(t->reconnect());
     }
 
-    void aFullDiskStopsNothing_data() {
-        QTest::addColumn<bool>("readOnly");
-        QTest::newRow("folder in its place") << false;
-        QTest::newRow("read-only folder") << true;
-    }
+    void aFullDiskStopsNothing_data() { table("folder in its place |\nread-only folder | x"); }
     void aFullDiskStopsNothing() {
-        QFETCH(bool, readOnly);
+        const bool readOnly = !values<1>()[0].isEmpty();
         if (readOnly && ::geteuid() == 0)
             QSKIP("nothing is read-only to the administrator");
         const QString path = t->root.path("/mnt/data/factory_report.json");
@@ -229,52 +170,32 @@ class FactoryTest : public QObject {
         QFile::remove(path);
         QVERIFY(readOnly ? QFile::setPermissions(t->root.path("/mnt/data"), kRead)
                          : QDir().mkpath(path));
-        t->tap("factoryMemoryRow");
-        QTRY_VERIFY(t->says("Error_FactoryReport"));
+        PLAYS("factoryMemoryRow ?Error_FactoryReport");
         QVERIFY(test()->verdict() == Verdict::Pass);
-        t->tap("dialogOkButton");
-        t->tap("backButton");
-        QVERIFY(t->readsKey("Error_FactoryReportShort"));
-        t->tap("factoryMacRow");
+        PLAYS("OK BACK =Error_FactoryReportShort factoryMacRow");
         QTRY_VERIFY(test()->verdict() == Verdict::Pass);
         QVERIFY(t->dialogText().isEmpty());
         QVERIFY(readOnly
                     ? QFile::setPermissions(t->root.path("/mnt/data"), kRead | QFile::WriteOwner)
                     : QDir().rmdir(path));
-        t->tap("backButton");
-        QVERIFY(!t->readsKey("Error_FactoryReportShort"));
+        PLAYS("BACK -=Error_FactoryReportShort");
         QCOMPARE(report().value(QStringLiteral("passed")).toInt(), 2);
     }
 
     void whatCannotBeUndoneIsAsked() {
-        const struct {
-            const char* row;
-            const char* button;
-            const char* question;
-            const char* frame;
-        } rows[] = {{"", "restartRow", "Dialog_FactoryRestart", "4043 0 0"},
-                    {"factoryMemoryRow", "resetButton", "Dialog_FactoryReset", "4045 0 0"},
-                    {"factoryVersionRow", "updateButton", "Dialog_FactoryUpdate", "4046 0 0"}};
-        for (const auto& row : rows) {
+        for (const char* steps :
+             {"restartRow ?Dialog_FactoryRestart NO -^4043 restartRow ?Dialog_FactoryRestart "
+              "-^4043 OK "
+              "^4043_0_0",
+              "factoryMemoryRow resetButton ?Dialog_FactoryReset NO -^4045 resetButton "
+              "?Dialog_FactoryReset -^4045 OK ^4045_0_0",
+              "factoryVersionRow updateButton ?Dialog_FactoryUpdate NO -^4046 updateButton "
+              "?Dialog_FactoryUpdate -^4046 OK ^4046_0_0 ?Dialog_FactoryUpdated"}) {
             init();
-            if (*row.row != '\0')
-                t->tap(row.row);
-            for (const char* answer : {"dialogCancelButton", "dialogOkButton"}) {
-                t->tap(row.button);
-                QVERIFY(t->says(row.question));
-                QVERIFY(t->settle() && t->sent(row.frame) < 0);
-                t->tap(answer);
-            }
-            QVERIFY2(t->sends(row.frame), row.frame);
+            PLAYS(steps);
         }
-        QTRY_VERIFY(t->says("Dialog_FactoryUpdated"));
         QCOMPARE(t->find<ListRow>("step3")->note(), QStringLiteral("1.2"));
-        t->tap("dialogOkButton");
-        QVERIFY(t->tell("silent 4046"));
-        t->tap("updateButton");
-        t->tap("dialogOkButton");
-        QVERIFY(t->tell("frame 4032 0 0 31"));
-        QTRY_VERIFY(t->says("Error_FactoryUpdate"));
+        PLAYS("OK !silent_4046 updateButton OK !frame_4032_0_0_31 ?Error_FactoryUpdate");
     }
 
  private:
@@ -320,8 +241,6 @@ class FactoryTest : public QObject {
                    ? QJsonDocument::fromJson(file.readAll()).object()
                    : QJsonObject();
     }
-
-    std::unique_ptr<DrivenTerminal> t;
 };
 
 QTEST_MAIN(FactoryTest)

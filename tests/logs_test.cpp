@@ -15,7 +15,7 @@
 #include "screens/information/peer_card.h"
 #include "screens/logs/log_pages.h"
 #include "sim/common/portrait.h"
-#include "tests/support/driven_terminal.h"
+#include "tests/support/driven_test.h"
 #include "ui/combo.h"
 #include "ui/fact_list.h"
 #include "ui/list_row.h"
@@ -24,24 +24,15 @@
 
 /// Logs, information, ping and the grid of pictures, as a finger on the panel and the controller
 /// see them.
-class LogsTest : public QObject {
+class LogsTest : public DrivenTest {
     Q_OBJECT
 
  private slots:
-    void initTestCase() {
-        t.root.write("/mnt/data/rebootchkr", {});
-        t.tell("settings setup.language 1");
-        t.tell("settings screen.menuTimeout 3");
-        QVERIFY(t.start());
-    }
     void init() {
         Clock::fix(QDateTime(QDate(2026, 3, 9), QTime(8, 52)));
-        t.tell("normal");
-        t.tell("time 2026-03-09 08:52");
-        DialogOverlay::closeAll(t.window.get());
-        QVERIFY(t.open("stayWindow"));
+        QVERIFY(begin());
+        PLAYS("!time_2026-03-09_08:52 !settings_screen.menuTimeout_3 :stayWindow");
     }
-    void cleanupTestCase() { t.window.reset(); }
 
     // --- Logs ------------------------------------------------------------------------------
 
@@ -67,40 +58,30 @@ class LogsTest : public QObject {
     }
 
     void theListGoesOnToTheLastPage_data() {
-        QTest::addColumn<int>("total");
-        QTest::addColumn<QString>("rows");  // before and after each touch of the button
-        QTest::newRow("1") << 1 << QStringLiteral("1 1");
-        QTest::newRow("30") << 30 << QStringLiteral("30 30");
-        QTest::newRow("31") << 31 << QStringLiteral("30 31 31");
-        QTest::newRow("65") << 65 << QStringLiteral("30 65 65");
-        QTest::newRow("10000") << 10000 << QStringLiteral("30 90 150");
+        // How many there are, and the rows before and after each touch of the button.
+        table("1 | 1 1\n30 | 30 30\n31 | 30 31 31\n65 | 30 65 65\n10000 | 30 90 150");
     }
     void theListGoesOnToTheLastPage() {
-        QFETCH(int, total);
-        QFETCH(QString, rows);
+        const auto [rows] = values<1>();
+        const int total = QByteArray(QTest::currentDataTag()).toInt();
         openList(total);
-        for (const QString& count : rows.split(QLatin1Char(' '))) {
+        for (const QByteArray& count : rows.split(' ')) {
             QTRY_COMPARE(logs()->rowCount(), count.toInt());
-            QTRY_COMPARE(t.dialogText(), QString());
-            const QString range =
-                QStringLiteral("1 ~ %1 / %2").arg(count, QLocale(QLocale::English).toString(total));
-            QCOMPARE(t.find<TextLine>("rangeLine")->text(), range);
-            t.tap("lastButton");
-            QVERIFY(t.settle());
+            QTRY_COMPARE(t->dialogText(), QString());
+            const QByteArray all = QLocale(QLocale::English).toString(total).toLatin1();
+            PLAYS("rangeLine=1_~_" + count + "_/_" + all + " lastButton []");
         }
-        const auto* bar = t.find<RowList>("list")->verticalScrollBar();
+        const auto* bar = t->find<RowList>("list")->verticalScrollBar();
         QCOMPARE(bar->value() > 0, total > 6);
         // While a page is on its way it does nothing.
-        QTRY_COMPARE((t.tap("firstButton"), bar->value()), 0);
-        t.tap("backButton");
-        QVERIFY(t.shows("info_logSearchWindow"));
+        QTRY_COMPARE((t->tap("firstButton"), bar->value()), 0);
+        PLAYS("BACK @info_logSearchWindow");
         QCOMPARE(logs()->rowCount(), 0);
     }
 
     void everyFilterCountsWhatItSays() {
-        QVERIFY(t.tell("users 50"));
-        QVERIFY(t.tell("logs 600"));
-        LogStore store(t.root.path("/mnt/data"));
+        words({"users 50", "logs 600"});
+        LogStore store(t->root.path("/mnt/data"));
         const QVector<GUI_LOGDATA> all = store.newest(600);
         const QString id = fieldText(all.at(300).userId);
         const QDate today(2026, 3, 9);
@@ -125,17 +106,16 @@ class LogsTest : public QObject {
             {nullptr, 0, [&](const auto& log) { return fieldText(log.userId) == id; }},
         };
         for (const auto& one : cases) {
-            QVERIFY(t.open("info_logSearchWindow"));
+            QVERIFY(t->open("info_logSearchWindow"));
             if (one.combo != nullptr)
-                t.find<Combo>(one.combo)->setCurrentIndex(one.choice);
+                t->find<Combo>(one.combo)->setCurrentIndex(one.choice);
             else
-                t.find<InputField>("idField")->setText(id);
-            t.tap("forwardButton");
-            QVERIFY(t.shows("info_logListWindow"));
+                t->find<InputField>("idField")->setText(id);
+            PLAYS("NEXT @info_logListWindow");
             const auto expected = std::count_if(all.begin(), all.end(), one.matches);
             QVERIFY(expected > 0);
             const QString total = QStringLiteral(" / %1").arg(expected);
-            QTRY_VERIFY2(t.find<TextLine>("rangeLine")->text().endsWith(total), one.combo);
+            QTRY_VERIFY2(t->find<TextLine>("rangeLine")->text().endsWith(total), one.combo);
             QTRY_COMPARE(logs()->rowCount(), qMin(30, int(expected)));
             // The latest one comes first.
             const auto first = std::find_if(all.begin(), all.end(), one.matches);
@@ -144,136 +124,99 @@ class LogsTest : public QObject {
         }
     }
 
+    void whatCannotBeSearchedIsRefused_data() {
+        table(R"(five digits | idField #12345D NEXT ?ListItem_LogIdLength -^1976
+            twelve | idField #123456789012D NEXT ?ListItem_LogIdLength -^1976
+            no day | periodCombo item4 fromField #C20260230D NEXT ?ListItem_CheckInputDate -^1976
+            the number first | idField #12345D periodCombo item4 fromField #C20260230D NEXT
+                ?ListItem_LogIdLength -^1976
+            half a day | periodCombo item4 toField #C2026031D NEXT ?ListItem_CheckInputDate -^1976
+            in no order | periodCombo item4 fromField #C20260310D toField #C20260309D NEXT
+                ?ListItem_StartDateAfterEndDate -^1976
+            nobody | idField #999999D NEXT ?ListItem_NoLogsFound ^1976
+            nobody at all | idField #99999999999D NEXT ?ListItem_NoLogsFound ^1976)");
+    }
     void whatCannotBeSearchedIsRefused() {
-        const struct {
-            const char* id;
-            const char* from;
-            const char* to;
-            const char* popup;
-        } cases[] = {{"12345", "", "", "ListItem_LogIdLength"},
-                     {"123456789012", "", "", "ListItem_LogIdLength"},
-                     {"12345", "20260230", "", "ListItem_LogIdLength"},
-                     {"", "20260230", "", "ListItem_CheckInputDate"},
-                     {"", "", "2026031", "ListItem_CheckInputDate"},
-                     {"", "20260310", "20260309", "ListItem_StartDateAfterEndDate"},
-                     {"999999", "", "", "ListItem_NoLogsFound"},
-                     {"99999999999", "", "", "ListItem_NoLogsFound"}};
-        for (const auto& one : cases) {
-            QVERIFY(t.open("stayWindow"));
-            QVERIFY(t.open("info_logSearchWindow"));
-            t.find<InputField>("idField")->setText(QLatin1String(one.id));
-            if (*one.from != 0 || *one.to != 0) {
-                t.find<Combo>("periodCombo")->setCurrentIndex(4);
-                if (*one.from != 0)
-                    t.find<InputField>("fromField")->setText(QLatin1String(one.from));
-                if (*one.to != 0)
-                    t.find<InputField>("toField")->setText(QLatin1String(one.to));
-            }
-            t.tap("forwardButton");
-            QTRY_VERIFY2(t.says(one.popup), one.popup);
-            QVERIFY(t.settle());
-            QCOMPARE(t.sent("1976") >= 0, qstrcmp(one.popup, "ListItem_NoLogsFound") == 0);
-            QCOMPARE(t.title(), QStringLiteral("info_logSearchWindow"));
-            DialogOverlay::closeAll(t.window.get());
-        }
-        // The count of one that was given up is not that of the next one.
-        for (int tag = 0, i = 0; i < 2; ++i) {
-            t.tell("silent 1976");
-            t.tap("forwardButton");
-            const int former = std::exchange(tag, tagOf("1976"));
-            if (former != 0)
-                t.tell(QStringLiteral("frame 2976 0 %1 01000000").arg(former));
-            QVERIFY(t.settle() && t.says("ListItem_WaitASecond"));
-            screen()->findChild<QTimer*>(QStringLiteral("answerTimer"))->start(0);
-            QTRY_VERIFY(t.says("Error_NoResponse"));
-            DialogOverlay::closeAll(t.window.get());
-        }
+        const auto [steps] = values<1>();
+        PLAYS(":info_logSearchWindow " + steps + " OK @info_logSearchWindow");
+    }
+
+    void theCountOfOneThatWasGivenUpIsNotThatOfTheNext() {
+        PLAYS(":info_logSearchWindow !silent_1976 NEXT ?ListItem_WaitASecond");
+        const QByteArray former = QByteArray::number(tagOf("1976"));
+        PLAYS("* ?Error_NoResponse OK !silent_1976 NEXT !frame_2976_0_" + former +
+              "_01000000 [] ?ListItem_WaitASecond * ?Error_NoResponse");
     }
 
     void aPageThatDoesNotComeWholeIsToldOf() {
-        t.tell("silent 1975");
+        t->tell("silent 1975");
         openList(31);
-        QVERIFY(t.says("ListItem_WaitASecond"));
+        QVERIFY(t->says("ListItem_WaitASecond"));
         // Three of thirty, and nothing behind them.
         sendLogs(0, 3);
         QTRY_COMPARE(logs()->rowCount(), 3);
-        QVERIFY(t.says("ListItem_WaitASecond"));
-        auto* timer = screen()->findChild<QTimer*>(QStringLiteral("answerTimer"));
-        QVERIFY(timer->isActive());
-        QCOMPARE(timer->interval(), 5000);
-        timer->start(0);
-        QTRY_VERIFY(t.says("ListItem_LogsIncomplete"));
-        QVERIFY(t.reads(QStringLiteral("3 / 30")));
-        DialogOverlay::closeAll(t.window.get());
+        QVERIFY(t->says("ListItem_WaitASecond"));
+        PLAYS("*5000 ?ListItem_LogsIncomplete =3_/_30 OK lastButton");
         // The next page can be had all the same, also by the list itself, which is not full.
-        t.tap("lastButton");
         QTRY_COMPARE(logs()->rowCount(), 4);
 
         // What comes late of it joins the list and does not make the next page whole; what an
         // earlier list has asked for is none of it.
         for (const bool leave : {false, true}) {
-            t.tell("silent 1975");
-            t.tell("silent 1975");
+            words({"silent 1975", "silent 1975"});
             openList(90);
             const int first = tagOf("1975");
             sendLogs(first, 3);
             QTRY_COMPARE(logs()->rowCount(), 3);
-            timer->start(0);
-            QTRY_VERIFY(t.says("ListItem_LogsIncomplete"));
-            DialogOverlay::closeAll(t.window.get());
-            t.tap(leave ? "backButton" : "lastButton");
-            if (leave)
-                t.tap("forwardButton");
-            QTRY_VERIFY(timer->isActive());
+            PLAYS("* ?ListItem_LogsIncomplete OK [] " +
+                  QByteArray(leave ? "BACK NEXT" : "lastButton") + " ^1975");
             const int second = tagOf("1975");
             sendLogs(first, 27);
             sendLogs(second, 29);
-            QVERIFY(t.settle());
+            QVERIFY(t->settle());
             QCOMPARE(logs()->rowCount(), leave ? 29 : 59);
-            QVERIFY(t.says("ListItem_WaitASecond"));
+            QVERIFY(t->says("ListItem_WaitASecond"));
         }
 
-        t.tell("lose-link-at 1975");
+        t->tell("lose-link-at 1975");
         openList(31);
-        QTRY_VERIFY(t.says("ListItem_NoController"));
-        QVERIFY(t.reads(QStringLiteral("0 / 30")));
-        QVERIFY(QTest::qWaitFor([] { return WindowForm::shell()->linkUp(); }, 10000));
+        PLAYS("?ListItem_NoController =0_/_30");
     }
 
     void aLogIsShownWithItsPictures() {
         openList(65);
         QTRY_COMPARE(logs()->rowCount(), 30);
-        LogStore store(t.root.path("/mnt/data"));
+        LogStore store(t->root.path("/mnt/data"));
         const QVector<GUI_LOGDATA> all = store.newest(65);
         int row = 0;
         while (all.at(row).visiblePicture[0] == 0)
             ++row;
         const QString time = logs()->index(row, 0).data().toString();
-        t.tapRow(t.row(time));
-        auto* facts = t.find<FactList>("FactList");
+        t->tapRow(t->row(time));
+        auto* facts = t->find<FactList>("FactList");
         QVERIFY(facts != nullptr);
         QCOMPARE(facts->value(0), QString::number(all.at(row).number));
         QCOMPARE(facts->value(2), fieldText(all.at(row).userId));
-        t.tap(QPoint(240, 400));
-        QTRY_VERIFY(t.find("LogCard") == nullptr);
+        t->tap(QPoint(240, 400));
+        QTRY_VERIFY(t->find("LogCard") == nullptr);
         // Another touch opens it anew, and leaving the screen closes it.
-        t.tapRow(t.row(time));
-        QVERIFY(t.find("LogCard") != nullptr);
-        t.window->changeWindow(QStringLiteral("stayWindow"));
-        QTRY_VERIFY(t.find("LogCard") == nullptr);
+        t->tapRow(t->row(time));
+        QVERIFY(t->find("LogCard") != nullptr);
+        t->window->changeWindow(QStringLiteral("stayWindow"));
+        QTRY_VERIFY(t->find("LogCard") == nullptr);
     }
 
     void picturesAreReadBehindTheScenes() {
         const QString folder = QLatin1String(DeviceFolders::kImages);
         const auto path = [this](const char* name) {
-            return t.root.path(DeviceFolders::kImages) + QLatin1String(name);
+            return t->root.path(DeviceFolders::kImages) + QLatin1String(name);
         };
         QDir().mkpath(path(""));
-        portrait::saveSnapshot(t.root.path("/mnt/data"), QStringLiteral("good"), 1);
-        QVERIFY(QFile::copy(path("good.jpg"), t.root.path("/mnt/data/outside.jpg")));
-        t.root.write("/mnt/data/Images/broken.jpg", "\xff\xd8\xff\xe0 and no more");
+        portrait::saveSnapshot(t->root.path("/mnt/data"), QStringLiteral("good"), 1);
+        QVERIFY(QFile::copy(path("good.jpg"), t->root.path("/mnt/data/outside.jpg")));
+        t->root.write("/mnt/data/Images/broken.jpg", "\xff\xd8\xff\xe0 and no more");
         QVERIFY(QImage(5000, 10, QImage::Format_Mono).save(path("wide.png")));
-        t.root.write("/mnt/data/Images/huge.jpg", QByteArray(9 * 1024 * 1024, 'x'));
+        t->root.write("/mnt/data/Images/huge.jpg", QByteArray(9 * 1024 * 1024, 'x'));
         PictureShelf shelf({68, 68}, 64 * 1024, nullptr);
         QSignalSpy arrived(&shelf, &PictureShelf::arrived);
         const struct {
@@ -308,135 +251,118 @@ class LogsTest : public QObject {
     // --- Information -------------------------------------------------------------------------
 
     void usersAreCounted() {
-        QVERIFY(t.tell("users 50"));
-        QVERIFY(t.open("info_keyDataWindow"));
-        const UserCounts& counts = t.sim.settings().users;
-        QTRY_COMPARE(t.find<CountBar>("allBar")->countText(), QStringLiteral("50 / 9,999"));
-        QCOMPARE(t.find<CountBar>("visitorBar")->countText(),
-                 QStringLiteral("%1 / 9,999").arg(counts.visitor));
-        t.tell("silent 1933");
-        QVERIFY(t.open("stayWindow"));
-        QVERIFY(t.open("info_keyDataWindow"));
-        screen()->findChild<QTimer*>(QStringLiteral("answerTimer"))->start(0);
-        QTRY_VERIFY(t.says("Error_NoResponse"));
+        PLAYS("!users_50 :info_keyDataWindow allBar=50_/_9,999");
+        QCOMPARE(t->find<CountBar>("visitorBar")->countText(),
+                 QStringLiteral("%1 / 9,999").arg(t->sim.settings().users.visitor));
+        PLAYS("!silent_1933 :stayWindow :info_keyDataWindow * ?Error_NoResponse");
     }
 
     void longTextsTakeTheRoomThatTheyNeed() {
-        QVERIFY(t.open("info_readerWindow"));
-        const auto* facts = t.find<FactList>("facts");
+        QVERIFY(t->open("info_readerWindow"));
+        const auto* facts = t->find<FactList>("facts");
         const int height = facts->height();
-        QVERIFY(t.set({{"serial", QString(24, QLatin1Char('W'))}}));
+        QVERIFY(t->set({{"serial", QString(24, QLatin1Char('W'))}}));
         QTRY_COMPARE(facts->value(1), QString(24, QLatin1Char('W')));
         QTRY_VERIFY(facts->height() > height);
-        QVERIFY(t.set({{"serial", QStringLiteral("ZEL01")}}));
+        QVERIFY(t->set({{"serial", QStringLiteral("ZEL01")}}));
         QTRY_COMPARE(facts->height(), height);
     }
 
     void connectionsAreToldAsTheyChange() {
-        QVERIFY(t.open("info_conWindow"));
-        const auto card = [this](const char* name) { return t.find<PeerCard>(name); };
+        QVERIFY(t->open("info_conWindow"));
+        const auto card = [this](const char* name) { return t->find<PeerCard>(name); };
         QCOMPARE(card("controllerCard")->state(), PeerCard::State::Good);
         QCOMPARE(card("serviceCard")->state(), PeerCard::State::Off);
         QTRY_COMPARE(card("accessCard")->state(), PeerCard::State::Good);
-        t.tell("host off");
+        t->tell("host off");
         QTRY_COMPARE(card("accessCard")->state(), PeerCard::State::Bad);
-        t.tell("host 10.1.2.3 4070 Side door");
+        t->tell("host 10.1.2.3 4070 Side door");
         const auto since = [&](const char* time) {
-            return t.text("Info_SinceTime").arg(QLatin1String(time));
+            return t->text("Info_SinceTime").arg(QLatin1String(time));
         };
         QTRY_COMPARE(card("accessCard")->lines(),
                      QStringList({since("2026-03-09 08:52:00"), QStringLiteral("Side door"),
                                   QStringLiteral("10.1.2.3:4070")}));
         // Behind another screen both go on; the cable is looked at.
-        QVERIFY(t.open("stayWindow"));
+        QVERIFY(t->open("stayWindow"));
         Clock::fix(QDateTime(QDate(2026, 3, 9), QTime(9, 30)));
-        t.tell("host on");
-        QVERIFY(t.settle());
-        QDir().mkpath(t.root.path("/sys/class/net/eth0"));
-        t.root.write("/sys/class/net/eth0/carrier", "1\n");
+        t->tell("host on");
+        QVERIFY(t->settle());
+        QDir().mkpath(t->root.path("/sys/class/net/eth0"));
+        t->root.write("/sys/class/net/eth0/carrier", "1\n");
         Clock::fix(QDateTime(QDate(2026, 3, 9), QTime(9, 31)));
-        QVERIFY(t.open("info_conWindow"));
+        QVERIFY(t->open("info_conWindow"));
         QTRY_COMPARE(card("accessCard")->lines().first(), since("2026-03-09 09:30:00"));
         QCOMPARE(card("networkCard")->state(), PeerCard::State::Good);
         QCOMPARE(card("networkCard")->lines().first(), since("2026-03-09 09:31:00"));
 
         // What the service has confirmed, and what still waits for it.
-        QVERIFY(t.set({{"network.own.managerAddress", QStringLiteral("127.0.0.1")},
-                       {"network.own.managerPort", QString::number(freePort())},
-                       {"network.useManager", QStringLiteral("1")}}));
+        set("network.own.managerPort", freePort());
+        words({"settings network.own.managerAddress 127.0.0.1", "settings network.useManager 1"});
         QTRY_COMPARE(card("serviceCard")->state(), PeerCard::State::Bad);
-        t.window->connectService();
+        t->window->connectService();
         QTRY_VERIFY_WITH_TIMEOUT(
-            card("serviceCard")->lines().contains(t.text("Info_ServiceRefused")), 30000);
-        t.tell("frame 3021 0 0");
-        QTRY_VERIFY(card("serviceCard")->lines().contains(t.text("Info_BothWait")));
+            card("serviceCard")->lines().contains(t->text("Info_ServiceRefused")), 30000);
+        t->tell("frame 3021 0 0");
+        QTRY_VERIFY(card("serviceCard")->lines().contains(t->text("Info_BothWait")));
         for (const int command : {RestClass::kUserInOutLog, RestClass::kUserEnroll})
-            t.window->completedRestCommand(
+            t->window->completedRestCommand(
                 QVariant::fromValue(ProcIDX{command, 0, 1000, QVariant()}));
         const auto confirmed = [&](int count) {
-            return card("serviceCard")->lines().contains(t.text("Info_ConfirmedToday").arg(count));
+            return card("serviceCard")->lines().contains(t->text("Info_ConfirmedToday").arg(count));
         };
         QVERIFY(confirmed(2));
-        QVERIFY(card("serviceCard")->lines().contains(t.text("Info_NothingWaits")));
+        QVERIFY(card("serviceCard")->lines().contains(t->text("Info_NothingWaits")));
         Clock::fix(QDateTime(QDate(2026, 3, 10), QTime(0, 1)));
-        t.window->completedRestCommand(
+        t->window->completedRestCommand(
             QVariant::fromValue(ProcIDX{RestClass::kUserInOutLog, 0, 1000, QVariant()}));
         QVERIFY(confirmed(1));
 
         // Nothing goes on behind another screen.
         const QList<QTimer*> timers = screen()->findChildren<QTimer*>();
-        QVERIFY(t.open("stayWindow"));
+        QVERIFY(t->open("stayWindow"));
         for (const QTimer* timer : timers)
             QVERIFY(!timer->isActive());
-        QVERIFY(t.set({{"network.useManager", QStringLiteral("0")}}));
-        QTRY_VERIFY(t.agrees());
+        PLAYS("!settings_network.useManager_0 []");
     }
 
     // --- Ping --------------------------------------------------------------------------------
 
     void pingsAreCountedUntilTheScreenIsLeft() {
-        const QString folder = t.root.path("/tmp");
+        const QString folder = t->root.path("/tmp");
         const QString pidFile = folder + QStringLiteral("/pid");
         QDir().mkpath(folder);
-        t.root.write("/tmp/ping",
-                     "#!/bin/sh\necho $$ > " + QFile::encodeName(pidFile) +
-                         "\necho \"PING $5\"\n"
-                         "echo '64 bytes from 127.0.0.1: icmp_seq=1 ttl=64 time=0.50 ms'\n"
-                         "echo 'no answer yet for icmp_seq=2'\n"
-                         "echo '64 bytes from 127.0.0.1: icmp_seq=3 ttl=64 time=1.50 ms'\n"
-                         "echo '64 bytes from 127.0.0.1: icmp_seq=3 ttl=64 time=9.99 ms (DUP!)'\n"
-                         "echo 'From 127.0.0.1 icmp_seq=4 Destination Host Unreachable'\n"
-                         "exec sleep 600\n");
+        t->root.write("/tmp/ping",
+                      "#!/bin/sh\necho $$ > " + QFile::encodeName(pidFile) +
+                          "\necho \"PING $5\"\n"
+                          "echo '64 bytes from 127.0.0.1: icmp_seq=1 ttl=64 time=0.50 ms'\n"
+                          "echo 'no answer yet for icmp_seq=2'\n"
+                          "echo '64 bytes from 127.0.0.1: icmp_seq=3 ttl=64 time=1.50 ms'\n"
+                          "echo '64 bytes from 127.0.0.1: icmp_seq=3 ttl=64 time=9.99 ms (DUP!)'\n"
+                          "echo 'From 127.0.0.1 icmp_seq=4 Destination Host Unreachable'\n"
+                          "exec sleep 600\n");
         QFile::setPermissions(folder + QStringLiteral("/ping"),
                               QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         const QByteArray path = qgetenv("PATH");
         qputenv("PATH", QFile::encodeName(folder) + ':' + path);
 
-        QVERIFY(t.open("pingWindow"));
+        QVERIFY(t->open("pingWindow"));
         for (const char* address :
              {"", "1.2.3", "1.2.3.256", "0.0.0.0", "224.0.0.1", "1.2.3.4.5"}) {
-            t.find<InputField>("addressField")->setText(QLatin1String(address));
-            t.tap("startButton");
-            QVERIFY2(t.says("ListItem_CheckInputAddress"), address);
-            DialogOverlay::closeAll(t.window.get());
+            t->find<InputField>("addressField")->setText(QLatin1String(address));
+            PLAYS("startButton ?ListItem_CheckInputAddress OK");
             QVERIFY(!QFile::exists(pidFile));
         }
-        t.tap("gatewayButton");
-        QCOMPARE(t.find<InputField>("addressField")->text(), QStringLiteral("192.168.0.1"));
         // With DHCP those of the settings are not in force.
-        QDir().mkpath(t.root.path("/etc"));
-        t.root.write("/etc/resolv.conf", "nameserver 10.9.8.7\n");
-        QVERIFY(t.set({{"network.own.dhcp", QStringLiteral("1")}}));
-        QTRY_VERIFY(t.agrees());
-        t.tap("dnsButton");
-        QCOMPARE(t.find<InputField>("addressField")->text(), QStringLiteral("10.9.8.7"));
-        QVERIFY(t.set({{"network.own.dhcp", QStringLiteral("0")}}));
-        QTRY_VERIFY(t.agrees());
+        QDir().mkpath(t->root.path("/etc"));
+        t->root.write("/etc/resolv.conf", "nameserver 10.9.8.7\n");
+        PLAYS(R"(gatewayButton addressField=192.168.0.1 !settings_network.own.dhcp_1 [] dnsButton
+            addressField=10.9.8.7 !settings_network.own.dhcp_0 [])");
         for (const char* end : {"stopButton", "backButton"}) {
-            t.find<InputField>("addressField")->setText(QStringLiteral("127.0.0.1"));
-            t.tap("startButton");
-            QTRY_COMPARE(t.find<RowList>("list")->model()->rowCount(), 4);
-            const auto* facts = t.find<FactList>("facts");
+            t->find<InputField>("addressField")->setText(QStringLiteral("127.0.0.1"));
+            t->tap("startButton");
+            QTRY_COMPARE(t->find<RowList>("list")->model()->rowCount(), 4);
+            const auto* facts = t->find<FactList>("facts");
             QCOMPARE(facts->value(0), QStringLiteral("2 / 4"));
             QCOMPARE(facts->value(1), QStringLiteral("50 %"));
             QCOMPARE(facts->value(2), QStringLiteral("0.50 ms / 1.00 ms / 1.50 ms"));
@@ -445,92 +371,83 @@ class LogsTest : public QObject {
             const QString process =
                 QStringLiteral("/proc/") + QString::fromLatin1(pid.readAll().trimmed());
             QVERIFY(QFile::exists(process));
-            t.tap(end);
+            t->tap(end);
             QVERIFY2(!QFile::exists(process), end);
         }
-        QVERIFY(t.shows("networkMenuWindow"));
+        QVERIFY(t->shows("networkMenuWindow"));
         // One that ends by itself could not do its work.
-        t.root.write("/tmp/ping", "#!/bin/sh\nexit 2\n");
+        t->root.write("/tmp/ping", "#!/bin/sh\nexit 2\n");
         QFile::setPermissions(folder + QStringLiteral("/ping"),
                               QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        QVERIFY(t.open("pingWindow"));
-        t.tap("startButton");
-        QTRY_VERIFY(t.says("ListItem_PingFailed"));
-        QVERIFY(t.find("startButton")->isEnabled());
+        PLAYS(":pingWindow startButton ?ListItem_PingFailed +startButton");
         qputenv("PATH", path);
     }
 
     // --- Pictures ----------------------------------------------------------------------------
 
     void aPictureIsChosenByTouch() {
-        const QString folder = t.root.path(DeviceFolders::kBackgrounds);
+        const QString folder = t->root.path(DeviceFolders::kBackgrounds);
         QDir().mkpath(folder);
-        QVERIFY(t.open("enviscreen_imageselect"));
-        QVERIFY(t.reads(t.text("Info_NoPictures").section(QLatin1String("<br>"), 0, 0)));
-        QVERIFY(t.open("stayWindow"));
+        QVERIFY(t->open("enviscreen_imageselect"));
+        QVERIFY(t->reads(t->text("Info_NoPictures").section(QLatin1String("<br>"), 0, 0)));
+        QVERIFY(t->open("stayWindow"));
         for (int i = 0; i < 260; ++i)
             QImage(48, 80, QImage::Format_RGB32)
                 .save(QStringLiteral("%1/%2.png").arg(folder).arg(i, 3, 10, QLatin1Char('0')));
-        t.root.write("/usr/img/zel/resources/backgrounds/002.png", "no picture");
-        t.window->changeWindow(QStringLiteral("enviscreen_imageselect"), 1);
-        auto* list = t.find<RowList>("list");
+        t->root.write("/usr/img/zel/resources/backgrounds/002.png", "no picture");
+        t->window->changeWindow(QStringLiteral("enviscreen_imageselect"), 1);
+        auto* list = t->find<RowList>("list");
         auto* shelf = screen()->findChild<PictureShelf*>();
         QCOMPARE(list->model()->rowCount(), 260);
         QCOMPARE(list->selected().row(), 1);
         const auto tap = [&](int row) {
             const QModelIndex index = list->model()->index(row, 0);
             list->reveal(index);
-            t.window->grab();
+            t->window->grab();
             QVERIFY(QTest::qWaitFor([&] { return shelf->isIdle(); }));
-            t.tapRow(index);
+            t->tapRow(index);
         };
         // Two columns, side by side.
         QCOMPARE(list->rowBox(list->model()->index(0, 0)), QRect(24, 0, 212, 353));
         QCOMPARE(list->rowBox(list->model()->index(1, 0)), QRect(244, 0, 212, 353));
         tap(2);
-        QVERIFY(t.says("ListItem_PictureBroken"));
-        DialogOverlay::closeAll(t.window.get());
+        PLAYS("?ListItem_PictureBroken OK");
         tap(256);
-        QVERIFY(t.says("ListItem_PictureTooMany"));
-        DialogOverlay::closeAll(t.window.get());
+        PLAYS("?ListItem_PictureTooMany OK");
         QCOMPARE(list->selected().row(), 1);
         tap(255);
         QCOMPARE(list->selected().row(), 255);
-        t.tap("backButton");
-        QVERIFY(t.shows("enviScreen_StayWindow"));
+        t->tap("backButton");
+        QVERIFY(t->shows("enviScreen_StayWindow"));
         QCOMPARE(shelf->held(), 0);
         QTRY_VERIFY(screen()->findChild<PictureShelf*>()->held() > 0);
         QVERIFY(QDir(folder).removeRecursively());
     }
 
  private:
-    WindowForm* screen() { return t.window->getActivateWindowForm(); }
+    WindowForm* screen() { return t->window->getActivateWindowForm(); }
     QAbstractItemModel* logs() {
-        return t.window->getWindow(QStringLiteral("info_logListWindow"))
+        return t->window->getWindow(QStringLiteral("info_logListWindow"))
             ->findChild<RowList*>()
             ->model();
     }
     /// The tag of the query that was sent last as the request @p code.
     int tagOf(const char* code) {
-        t.settle();
-        const QString frame = t.frames.filter(QRegularExpression(QLatin1String(code))).last();
+        t->settle();
+        const QString frame = t->frames.filter(QRegularExpression(QLatin1String(code))).last();
         return frame.split(QLatin1Char(' ')).at(3 + int(offsetof(GUI_USERLOG, tag))).toInt({}, 16);
     }
     /// The controller answers the query @p tag with @p count logs.
     void sendLogs(int tag, int count) {
         for (; count > 0; count -= 7)
-            t.tell(QStringLiteral("frame 2975 0 %1 ").arg(tag) +
-                   QString(qMin(7, count) * 2 * int(sizeof(GUI_LOGDATA)), QLatin1Char('0')));
+            t->tell(QStringLiteral("frame 2975 0 %1 ").arg(tag) +
+                    QString(qMin(7, count) * 2 * int(sizeof(GUI_LOGDATA)), QLatin1Char('0')));
     }
     /// The list of @p total logs, by touch.
     void openList(int total) {
-        QVERIFY(t.tell(QStringLiteral("logs %1").arg(total)));
-        QVERIFY(t.open("info_logSearchWindow"));
-        t.tap("forwardButton");
-        QVERIFY(t.shows("info_logListWindow"));
+        QVERIFY(t->tell(QStringLiteral("logs %1").arg(total)));
+        PLAYS(":info_logSearchWindow NEXT @info_logListWindow");
     }
-
-    DrivenTerminal t;
 };
 
 QTEST_MAIN(LogsTest)

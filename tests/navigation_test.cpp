@@ -111,11 +111,9 @@ class NavigationTest : public DrivenTest {
         }
         // A password that is set while somebody is at work does not throw them out; one that nobody
         // knows yet lets nobody in, and one that is taken back needs not be entered.
-        QVERIFY(t->tell("settings setup.adminPassword \"\"") && t->settle());
-        window()->changeWindow(QStringLiteral("zelMenuWindow"));
+        PLAYS("!settings_setup.adminPassword_\"\" :zelMenuWindow");
         QVERIFY(t->lock());
-        t->tap("menuUserTile");
-        QCOMPARE(t->title(), QStringLiteral("userMenuWindow"));
+        PLAYS("menuUserTile @userMenuWindow");
         t->window.reset();
         t->window = std::make_unique<MainWindow>();
         window()->show();
@@ -129,18 +127,11 @@ class NavigationTest : public DrivenTest {
         QVERIFY(t->shows("zelMenuWindow"));
     }
 
-    void enrolmentAtTheDoor_data() {
-        QTest::addColumn<bool>("byService");
-        QTest::newRow("the live view's button") << false;
-        QTest::newRow("the service's order") << true;
-    }
+    void enrolmentAtTheDoor_data() { table("the live view's button |\nthe service's order | x"); }
 
     void enrolmentAtTheDoor() {
-        QFETCH(bool, byService);
+        const bool byService = !values<1>()[0].isEmpty();
         QVERIFY(t->lock());
-        const QStringList steps{
-            QStringLiteral("userEnroll_IDWindow"), QStringLiteral("userEnroll_cardTagWindow"),
-            QStringLiteral("userEnroll_reCardTagWindow"), QStringLiteral("userEnroll_FaceWindow")};
         const auto begin = [&] {
             window()->changeWindow(QStringLiteral("liveWindow"));
             if (byService)
@@ -150,38 +141,24 @@ class NavigationTest : public DrivenTest {
             QCOMPARE(t->title(), QStringLiteral("userEnroll_qualWindow"));
         };
         // Wherever it is broken off, it ends where it began.
-        for (const QString& step : steps) {
+        for (const QByteArray& step :
+             QByteArrayList{"userEnroll_IDWindow", "userEnroll_cardTagWindow",
+                            "userEnroll_reCardTagWindow", "userEnroll_FaceWindow"}) {
             begin();
-            QCOMPARE(window()->changeWindow(step), 0);
-            t->tap("neutralButton");
-            QCOMPARE(t->title(), QStringLiteral("stayWindow"));
+            PLAYS(':' + step + " @" + step + " neutralButton @stayWindow");
         }
         begin();
-        QVERIFY(t->find("backButton") == nullptr);
-        t->tap("neutralButton");
-        QCOMPARE(t->title(), QStringLiteral("stayWindow"));
+        PLAYS("-backButton neutralButton @stayWindow");
         begin();
         // Out of the steps the way leads to nothing of the administrator's.
-        window()->changeWindow(QStringLiteral("userEnrollMenuWindow"));
-        QCOMPARE(t->title(), QStringLiteral("InputAdminPassword"));
-        window()->changeWindow(steps.first());
-        QCOMPARE(t->title(), QStringLiteral("InputAdminPassword"));
+        PLAYS(R"(:userEnrollMenuWindow @InputAdminPassword
+            :userEnroll_IDWindow @InputAdminPassword)");
         // An administrator's own leads back to the menu; nobody else's does after it.
         t->enterPassword();
-        QCOMPARE(t->title(), steps.first());
-        sent();
-        t->tap("neutralButton");
-        QCOMPARE(t->title(), QStringLiteral("userMenuWindow"));
-        QVERIFY(t->settle());
-        QCOMPARE(t->frames.mid(t->frames.size() - 2),
-                 QStringList({QStringLiteral("2011 0 0"), QStringLiteral("2010 0 0")}));
-        window()->changeWindow(QStringLiteral("userEnroll_qualWindow"));
-        t->tap("backButton");
-        QCOMPARE(t->title(), QStringLiteral("userEnrollMenuWindow"));
+        PLAYS(R"(@userEnroll_IDWindow [] neutralButton @userMenuWindow [2011_0_0,2010_0_0]
+            :userEnroll_qualWindow BACK @userEnrollMenuWindow)");
         window()->startEnrolment();
-        QCOMPARE(t->title(), QStringLiteral("userEnroll_qualWindow"));
-        window()->changeWindow(QStringLiteral("zelMenuWindow"));
-        QCOMPARE(t->title(), QStringLiteral("InputAdminPassword"));
+        PLAYS("@userEnroll_qualWindow :zelMenuWindow @InputAdminPassword");
     }
 
     void requestsAskForThePassword() {
@@ -190,25 +167,23 @@ class NavigationTest : public DrivenTest {
         window()->asAdministrator(request);
         QCOMPARE(done, 1);
         QVERIFY(t->lock());
-        window()->changeWindow(QStringLiteral("liveWindow"));
-        window()->changeWindow(QStringLiteral("zelMenuWindow"));
+        PLAYS(":liveWindow :zelMenuWindow");
         // It takes the place of what the password was wanted for before.
         window()->asAdministrator(request);
-        QCOMPARE(t->title(), QStringLiteral("InputAdminPassword"));
+        PLAYS("@InputAdminPassword");
         QCOMPARE(done, 1);
         t->enterPassword();
         QCOMPARE(done, 2);
-        QCOMPARE(t->title(), QStringLiteral("stayWindow"));
+        PLAYS("@stayWindow");
         // Who goes away has not agreed.
         window()->asAdministrator(request);
-        t->tap("backButton");
-        window()->changeWindow(QStringLiteral("zelMenuWindow"));
+        PLAYS("BACK :zelMenuWindow");
         t->enterPassword();
-        QCOMPARE(t->title(), QStringLiteral("zelMenuWindow"));
+        PLAYS("@zelMenuWindow");
         QCOMPARE(done, 2);
         window()->asAdministrator(request);
         QCOMPARE(done, 3);
-        QCOMPARE(t->title(), QStringLiteral("zelMenuWindow"));
+        PLAYS("@zelMenuWindow");
     }
 
     void menuTimesOut() {
@@ -227,13 +202,9 @@ class NavigationTest : public DrivenTest {
             QVERIFY(!timer->isRunning());
         }
 
-        word("settings commissioned 1");
-        QVERIFY(t->settle());
-        window()->changeWindow(QStringLiteral("enviSoundWindow"));
-        sent();
+        PLAYS("!settings_commissioned_1 :enviSoundWindow");
         window()->StartMenuTimer(1, QStringLiteral("liveWindow"));
-        QTRY_COMPARE(t->title(), QStringLiteral("liveWindow"));
-        QVERIFY(t->settle());
+        PLAYS("@liveWindow ^1905_1_0");
         QCOMPARE(t->frames.value(0), QStringLiteral("1905 1 0"));
     }
 
@@ -256,32 +227,17 @@ class NavigationTest : public DrivenTest {
 
     void factoryTests() {
         const QPoint titleText(90, 36);
-        word("settings screen.menuTimeout 0");
-        QTRY_COMPARE(int(window()->menuRecord().screen.menuTimeout), 0);
-        window()->changeWindow(QStringLiteral("zelMenuWindow"));
+        PLAYS("!settings_screen.menuTimeout_0 :zelMenuWindow -~");
         for (int i = 0; i < 4; ++i)
             t->tap(titleText);
         QTest::mouseClick(window()->windowHandle(), Qt::LeftButton, {}, QPoint(20, 790));
         QCOMPARE(t->title(), QStringLiteral("zelMenuWindow"));
         // Taps that follow quickly come as double clicks.
         QTest::mouseDClick(window()->windowHandle(), Qt::LeftButton, {}, titleText);
-        QCOMPARE(t->title(), QStringLiteral("factoryMenuWindow"));
-
-        const auto* timer = window()->findChild<MenuTimer*>();
-        QVERIFY(!timer->isRunning());
-        t->tap("factoryLedRow");
-        QCOMPARE(t->title(), QStringLiteral("f_ledTestWindow"));
-        t->tap("homeButton");
-        // From then on no screen times out.
-        window()->changeWindow(QStringLiteral("zelMenuWindow"));
-        QVERIFY(!timer->isRunning());
-
-        // The board tells each step of the I/O test done, and the test goes on to its end.
-        sent();
-        word("frame 4015 0 0");
-        QVERIFY(t->sends("4014 1 0"));
-        QCOMPARE(t->frames, QStringList({QStringLiteral("4014 0 1"), QStringLiteral("4014 0 2"),
-                                         QStringLiteral("4014 1 0")}));
+        // From then on no screen times out. The board tells each step of the I/O test done, and
+        // the test goes on to its end.
+        PLAYS(R"(@factoryMenuWindow ~ factoryLedRow @f_ledTestWindow homeButton :zelMenuWindow ~ []
+            !frame_4015_0_0 ^4014_1_0 [4014_0_1,4014_0_2,4014_1_0])");
     }
 
  private:

@@ -1,23 +1,28 @@
 #include <QPointer>
-#include <QRegularExpression>
-#include <QtTest>
 
 #include "link/command_code.h"
 #include "screens/recognize/input_admin_password.h"
 #include "screens/recognize/meal_count_form.h"
 #include "tests/support/driven_test.h"
-#include "ui/combo.h"
-#include "ui/input_field.h"
 #include "ui/list_row.h"
-#include "ui/plus_minus.h"
 
 /// The settings of attendance and of meals, as a finger on the panel and the controller see them.
 class OperationSettingsTest : public DrivenTest {
     Q_OBJECT
 
  private slots:
+    void initTestCase() {
+        DrivenTest::initTestCase();
+        t->phrases["WORK"] = "!settings_setup.operation_1 :workMenuWindow";
+        t->phrases["FOOD"] = "!settings_setup.operation_2 :foodMenuWindow";
+        // With everything in use.
+        t->phrases["USED"] = R"(!settings_operation.forcedCloseOff_0
+            !settings_operation.saveSimpleAccess_0 !settings_operation.supperOff_0)";
+        t->phrases["REFUSED"] = "-^1983 -^1984 ^1908_0_0_cb_00";
+        t->phrases["TAKEN"] = "SAVED ^1983 ^1984 -^1908_0_0_cb_00";
+    }
     void init() {
-        t->window->changeWindow(QStringLiteral("zelMenuWindow"));
+        QVERIFY(begin());
         words({"settings setup.language 1",
                "settings operation.attendanceMode 0",
                "settings operation.lunchOff 0",
@@ -42,336 +47,194 @@ class OperationSettingsTest : public DrivenTest {
     }
 
     void attendanceIsSaved() {
-        set("operation.lunchOff", 7);  // kept
-        set("operation.supperOff", 8);
-        QVERIFY(t->open("zelMenuWindow"));
-        t->tap("menuWorkTile");
-        pick("doorOpenCombo", "item2");
-        t->tap("plusButton");  // is at its end
-        t->tap("minusButton");
-        t->tap("forcedOpenBox", 0.1);
-        t->tap("forcedCloseBox", 0.1);
-        t->tap("forcedCloseTime");
-        type("120013");
-        QCOMPARE(t->find<InputField>("forcedCloseTime")->text(), QStringLiteral("12:00~13"));
-        type("30D");
-        t->tap("weekdayInTime");
-        type("C07300915");
+        PLAYS(R"(!settings_operation.lunchOff_7 !settings_operation.supperOff_8 :zelMenuWindow
+            menuWorkTile doorOpenCombo item2 plusButton minusButton forcedOpenBox forcedCloseBox
+            forcedCloseTime #120013 forcedCloseTime=12:00~13 #30D weekdayInTime #C07300915
+            saturdayOutTime)");
         // The keypad goes over to the next field, low as it lies, and keeps it in sight.
-        t->tap("saturdayOutTime");
         const QWidget* field = t->find("saturdayOutTime");
-        QVERIFY(field->mapTo(t->window.get(), QPoint(0, field->height())).y() <= 478);
-        type("20002400D");
-        pick("holidayCombo", "item1");
-        t->tap("recogFailToggle", 0.8);
-        verifySaved("00 07 01 08 02 13 01 00 09 00 0c 00 0c 00 0d 1e 00 01",
-                    "07 1e 09 0f 0b 00 0d 00 11 00 13 00 14 00 18 00 01");
+        QVERIFY(field->mapTo(window(), QPoint(0, field->height())).y() <= 478);
+        PLAYS(
+            "#20002400D holidayCombo item1 >recogFailToggle NEXT SAVED "
+            "[1983_1_0_00_07_01_08_02_13_01_00_09_00_0c_00_0c_00_0d_1e_00_01,"
+            "1984_1_0_07_1e_09_0f_0b_00_0d_00_11_00_13_00_14_00_18_00_01]");
+        QVERIFY(t->agrees());
     }
 
     void mealsAreSaved() {
-        set("operation.forcedCloseOff", 6);  // kept
-        set("operation.doorOpenTime", 0);    // never set: the default
-        set("setup.operation", 2);
-        QVERIFY(t->open("zelMenuWindow"));
-        t->tap("menuFoodTile");
-        t->tap("breakfastBox", 0.1);
-        t->tap("dinnerBox", 0.1);
-        t->tap("supperBox", 0.1);
-        t->tap("lunchTime");
-        type("09001700D");
-        pick("duplicateUseCombo", "item1");
-        t->tap("lampConditionToggle", 0.8);
-        t->tap("mealCountViewToggle", 0.2);
-        t->tap("recogFailToggle", 0.8);
-        verifySaved("01 00 00 00 01 03 01 06 09 00 0c 00 00 00 00 00 00 00",
-                    "06 00 09 00 09 00 11 00 11 00 13 00 16 00 02 00 02");
+        // One is kept, and the other has never been set: the default.
+        PLAYS(
+            "!settings_operation.forcedCloseOff_6 !settings_operation.doorOpenTime_0 "
+            "!settings_setup.operation_2 :zelMenuWindow menuFoodTile breakfastBox dinnerBox "
+            "supperBox lunchTime #09001700D duplicateUseCombo item1 >lampConditionToggle "
+            "<mealCountViewToggle >recogFailToggle NEXT SAVED "
+            "[1983_1_0_01_00_00_00_01_03_01_06_09_00_0c_00_00_00_00_00_00_00,"
+            "1984_1_0_06_00_09_00_09_00_11_00_11_00_13_00_16_00_02_00_02]");
+        QVERIFY(t->agrees());
+    }
+
+    void timesAreChecked_data() {
+        table(R"(open | WORK forcedOpenTime #25001200 NEXT ?ListItem_DoorOpentimeExceededInputRange
+            close | WORK forcedCloseTime #25001200 NEXT ?ListItem_DoorClosetimeExceededInputRange
+            in | WORK weekdayInTime #25001200 NEXT ?ListItem_WeekdayWorkTimeExceededInputRange
+            out | WORK weekdayOutTime #25001200 NEXT ?ListItem_WeekdayLeaveTimeExceededInputRange
+            in6 | WORK saturdayInTime #25001200 NEXT ?ListItem_SaturdayworkTimeExceededInputRange
+            out6 | WORK saturdayOutTime #25001200 NEXT ?ListItem_SaturdayLeaveTimeExceededInputRange
+            meal1 | FOOD breakfastTime #25001200 NEXT ?ListItem_BrackfastExceededInputRange
+            meal2 | FOOD lunchTime #25001200 NEXT ?ListItem_LunchExceededInputRange
+            meal3 | FOOD dinnerTime #25001200 NEXT ?ListItem_DinnerExceededInputRange
+            meal4 | FOOD supperTime #25001200 NEXT ?ListItem_SupperExceededInputRange
+            open, short | WORK forcedOpenTime #0900120 NEXT ?ListItem_CheckInputRangeDoorOpenTime
+            close, short | WORK forcedCloseTime #0900120 NEXT ?ListItem_CheckInputRangeDoorCloseTime
+            in, short | WORK weekdayInTime #0900120 NEXT
+                ?ListItem_CheckInputRangeWeekdayWorkingHours
+            out, short | WORK weekdayOutTime #0900120 NEXT ?ListItem_CheckInputRangeWeekdayLeave
+            in6, short | WORK saturdayInTime #0900120 NEXT
+                ?ListItem_CheckInputRangeSaturdayWorkingHours
+            out6, short | WORK saturdayOutTime #0900120 NEXT ?ListItem_CheckInputRangeSaturdayLeave
+            meal1, short | FOOD breakfastTime #0900120 NEXT ?ListItem_BrackfastInputRange
+            meal2, short | FOOD lunchTime #0900120 NEXT ?ListItem_LunchInputRange
+            meal3, short | FOOD dinnerTime #0900120 NEXT ?ListItem_DinnerInputRange
+            meal4, short | FOOD supperTime #0900120 NEXT ?ListItem_SupperInputRange
+            topmost | WORK saturdayOutTime #1 forcedOpenTime #25001200 NEXT
+                ?ListItem_DoorOpentimeExceededInputRange
+            in and out 1 | WORK weekdayOutTime #08590900 NEXT ?ListItem_IntimeOuttimeSame
+            in and out 2 | WORK weekdayInTime #24002400 NEXT ?ListItem_IntimeOuttimeSame
+            in and out 3 | WORK saturdayInTime #02012201 NEXT ?ListItem_IntimeOuttimeSame
+            meals 1 2 | FOOD breakfastTime #06001101 NEXT ?ListItem_MealtimeOverlap
+            meals 1 3 | FOOD breakfastTime #18002000 NEXT ?ListItem_MealtimeOverlap
+            meals 1 4 | FOOD breakfastTime #01590900 NEXT ?ListItem_MealtimeOverlap
+            meals 2 4 | FOOD lunchTime #01000300 NEXT ?ListItem_MealtimeOverlap
+            meals 3 4 | FOOD dinnerTime #17002201 NEXT ?ListItem_MealtimeOverlap
+            meals 2 3 | FOOD dinnerTime #12001900 NEXT ?ListItem_MealtimeOverlap
+            work | WORK forcedCloseTime #00002401 weekdayOutTime #09001800 NEXT TAKEN
+            meals | FOOD breakfastTime #02001100 dinnerTime #13002200 NEXT TAKEN)");
     }
 
     void timesAreChecked() {
-        const char* const work = "workMenuWindow";
-        const char* const food = "foodMenuWindow";
-        const struct {
-            const char* screen;
-            const char* field;
-            const char* tooLarge;
-            const char* incomplete;
-        } fields[] = {
-            {work, "forcedOpen", "DoorOpentimeExceededInputRange", "CheckInputRangeDoorOpenTime"},
-            {work, "forcedClose", "DoorClosetimeExceededInputRange",
-             "CheckInputRangeDoorCloseTime"},
-            {work, "weekdayIn", "WeekdayWorkTimeExceededInputRange",
-             "CheckInputRangeWeekdayWorkingHours"},
-            {work, "weekdayOut", "WeekdayLeaveTimeExceededInputRange",
-             "CheckInputRangeWeekdayLeave"},
-            {work, "saturdayIn", "SaturdayworkTimeExceededInputRange",
-             "CheckInputRangeSaturdayWorkingHours"},
-            {work, "saturdayOut", "SaturdayLeaveTimeExceededInputRange",
-             "CheckInputRangeSaturdayLeave"},
-            {food, "breakfast", "BrackfastExceededInputRange", "BrackfastInputRange"},
-            {food, "lunch", "LunchExceededInputRange", "LunchInputRange"},
-            {food, "dinner", "DinnerExceededInputRange", "DinnerInputRange"},
-            {food, "supper", "SupperExceededInputRange", "SupperInputRange"},
-        };
-        for (const auto& one : fields) {
-            checkTimes(one.screen, QByteArray(one.field) + "=25001200", one.tooLarge);
-            checkTimes(one.screen, QByteArray(one.field) + "=0900120", one.incomplete);
-        }
-        // The topmost fault is named. Every two meals are held against one another, and the times
-        // in and out of a day.
-        checkTimes(work, "saturdayOut=1 forcedOpen=25001200", "DoorOpentimeExceededInputRange");
-        for (const char* typed :
-             {"weekdayOut=08590900", "weekdayIn=24002400", "saturdayIn=02012201"})
-            checkTimes(work, typed, "IntimeOuttimeSame");
-        for (const char* typed : {"breakfast=06001101", "breakfast=18002000", "breakfast=01590900",
-                                  "lunch=01000300", "dinner=17002201", "dinner=12001900"})
-            checkTimes(food, typed, "MealtimeOverlap");
-        // Both are marked, until one of them is changed.
-        const QString below = t->find<QLabel>("dialogSecondText")->text();
-        QVERIFY(below.contains(t->text("ListItem_LunchTime")));
-        QVERIFY(below.contains(t->text("ListItem_DinnerTime")));
-        QVERIFY(marked("lunchRow") && marked("dinnerRow") && !marked("breakfastRow"));
-        QVERIFY(closeDialog());
-        t->tap("lunchTime");
-        type("1");
-        QVERIFY(!marked("lunchRow") && marked("dinnerRow"));
+        const auto [steps] = values<1>();
+        PLAYS("USED " + steps + (steps.endsWith("TAKEN") ? "" : " REFUSED"));
+    }
 
-        checkTimes(work, "forcedClose=00002401 weekdayOut=09001800", "ConfigurationComplete");
-        checkTimes(food, "breakfast=02001100 dinner=13002200", "ConfigurationComplete");
+    void whatOverlapsIsMarkedUntilItIsChanged() {
+        const auto marked = [this](const char* row) { return t->find<ListRow>(row)->isFaulty(); };
+        PLAYS(R"(USED FOOD dinnerTime #12001900 NEXT ?ListItem_MealtimeOverlap ?ListItem_LunchTime
+            ?ListItem_DinnerTime)");
+        QVERIFY(marked("lunchRow") && marked("dinnerRow") && !marked("breakfastRow"));
+        PLAYS("OK lunchTime #1");
+        QVERIFY(!marked("lunchRow") && marked("dinnerRow"));
     }
 
     void whatIsNotUsedCannotBeTyped() {
-        QVERIFY(open("workMenuWindow"));
-        const auto enabled = [this](const char* name) { return t->find(name)->isEnabled(); };
-        t->tap("weekdayInTime");
-        QVERIFY(t->find<InputField>("weekdayInTime")->isEditing());
-        pick("modeCombo", "item2");
-        for (const char* name : {"weekdayInTime", "weekdayOutTime", "saturdayInTime",
-                                 "saturdayOutTime", "holidayCombo"})
-            QVERIFY2(!enabled(name), name);
-        QVERIFY(!t->find<InputField>("weekdayInTime")->isEditing());
-        t->tap("weekdayInTime");
-        QVERIFY(!t->find<InputField>("weekdayInTime")->isEditing());
-        QVERIFY(enabled("forcedOpenTime"));
-        QVERIFY(!enabled("forcedCloseTime"));
-        pick("modeCombo", "item0");
-        QVERIFY(enabled("weekdayInTime"));
-        QVERIFY(enabled("holidayCombo"));
-
-        QVERIFY(open("foodMenuWindow"));
-        QVERIFY(enabled("breakfastTime"));
-        QVERIFY(!enabled("dinnerTime"));
-        t->tap("dinnerBox", 0.5);
-        QVERIFY(enabled("dinnerTime"));
+        PLAYS(R"(WORK weekdayInTime +key_0 modeCombo item2 -+weekdayInTime -+weekdayOutTime
+            -+saturdayInTime -+saturdayOutTime -+holidayCombo -key_0 weekdayInTime -key_0
+            +forcedOpenTime -+forcedCloseTime modeCombo item0 +weekdayInTime +holidayCombo
+            :zelMenuWindow FOOD +breakfastTime -+dinnerTime dinnerBox +dinnerTime)");
     }
 
     void eachShowStartsFromTheRecord() {
-        QVERIFY(t->open("workMenuWindow"));
-        t->tap("weekdayInTime");
-        type("10001100D");
-        t->tap("forcedOpenBox", 0.1);
-        t->tap("plusButton");
-        t->tap("backButton");
-        QCOMPARE(t->title(), QStringLiteral("zelMenuWindow"));
         // Numbers that no choice has are shown as near as it goes.
-        set("operation.attendanceMode", 200);
-        set("operation.doorOpenTime", 99);
-        word("settings operation.weekdayIn 05:00~24:00");
-        set("setup.language", 0);
-        QVERIFY(open("workMenuWindow"));
-        QCOMPARE(t->find<InputField>("weekdayInTime")->text(), QStringLiteral("05:00~24:00"));
-        QVERIFY(t->find("forcedOpenTime")->isEnabled());
-        QCOMPARE(t->find<Combo>("modeCombo")->currentText(), QStringLiteral("복귀 용"));
-        QCOMPARE(t->find<PlusMinus>("doorOpenTime")->value(), 20);
-        QCOMPARE(t->find<ListRow>("doorOpenRow")->text(), QStringLiteral("문열림 설정"));
+        PLAYS(R"(WORK weekdayInTime #10001100D forcedOpenBox plusButton BACK @zelMenuWindow
+            !settings_operation.attendanceMode_200 !settings_operation.doorOpenTime_99
+            !settings_operation.weekdayIn_05:00~24:00 !settings_setup.language_0 WORK
+            weekdayInTime=05:00~24:00 +forcedOpenTime modeCombo=복귀_용 doorOpenTime=20
+            doorOpenRow=문열림_설정)");
     }
 
     void whatArrivesMeanwhileIsTaken() {
-        QVERIFY(open("workMenuWindow"));
-        t->tap("simpleAccessToggle", 0.8);
-        t->tap("weekdayInTime");
-        type("07300915D");
-        t->tap("saturdayInTime");  // open, with nothing typed yet
-        words({"settings sound.volume 9", "settings operation.lunchOff 5",
-               "settings operation.doorOpenTime 7", "settings operation.weekdayIn 05:00~06:00",
-               "settings operation.saturdayIn 16:00~17:00",
-               "settings operation.weekdayOut 12:00~14:00"});
-        QTRY_VERIFY(t->agrees());
-        QCOMPARE(t->find<PlusMinus>("doorOpenTime")->value(), 7);
-        QCOMPARE(field("weekdayInTime"), QStringLiteral("07:30~09:15"));
-        QCOMPARE(field("weekdayOutTime"), QStringLiteral("12:00~14:00"));
-        type("D");
-        QCOMPARE(field("saturdayInTime"), QStringLiteral("16:00~17:00"));
-        verifySaved("00 05 00 01 00 07 00 01 09 00 0c 00 00 00 00 00 01 01",
-                    "07 1e 09 0f 0c 00 0e 00 10 00 11 00 16 00 02 00 02");
-        QCOMPARE(t->window->menuRecord().sound.volume, quint8(9));
+        // One field has been typed in, the next is open with nothing typed yet.
+        PLAYS(
+            "WORK >simpleAccessToggle weekdayInTime #07300915D saturdayInTime "
+            "!settings_sound.volume_9 !settings_operation.lunchOff_5 "
+            "!settings_operation.doorOpenTime_7 !settings_operation.weekdayIn_05:00~06:00 "
+            "!settings_operation.saturdayIn_16:00~17:00 "
+            "!settings_operation.weekdayOut_12:00~14:00 doorOpenTime=7 "
+            "weekdayOutTime=12:00~14:00 weekdayInTime=07:30~09:15 #D saturdayInTime=16:00~17:00 "
+            "NEXT SAVED [1983_1_0_00_05_00_01_00_07_00_01_09_00_0c_00_00_00_00_00_01_01,"
+            "1984_1_0_07_1e_09_0f_0c_00_0e_00_10_00_11_00_16_00_02_00_02]");
+        QVERIFY(t->agrees());
+        QCOMPARE(window()->menuRecord().sound.volume, quint8(9));
     }
 
     void aPartIsChosenElsewhere() {
-        words({"settings sound.volume 5", "settings sound.alarmSound 1",
-               "settings sound.recognitionFailSound 0"});
-        QVERIFY(t->open("enviSoundWindow"));
-        t->tap("plusButton");
-        t->tap("alarmSoundRow");
-        QCOMPARE(t->title(), QStringLiteral("enviSound_Alarm"));
+        PLAYS(R"(!settings_sound.volume_5 !settings_sound.alarmSound_1
+            !settings_sound.recognitionFailSound_0 :enviSoundWindow plusButton alarmSoundRow
+            @enviSound_Alarm)");
         QVERIFY(t->find<ListRow>("bellRow")->isSelected());
-        t->tap("chimeRow");
-        // What arrives meanwhile changes nothing that was touched.
-        words({"settings sound.alarmSound 0", "settings sound.volume 3"});
-        QTRY_VERIFY(t->agrees());
-        t->tap("backButton");
-        QCOMPARE(t->title(), QStringLiteral("enviSoundWindow"));
-        t->tap("forwardButton");
-        QVERIFY(t->sends("1954 1 0 06 03 00"));
-        QTRY_VERIFY(t->says("ListItem_ConfigurationComplete"));
-        // Left in another way nothing of it is kept.
-        QVERIFY(t->open("zelMenuWindow") && t->open("enviSoundWindow"));
-        t->tap("plusButton");
-        t->tap("alarmSoundRow");
-        window()->changeWindow(QStringLiteral("zelMenuWindow"));
-        QVERIFY(t->open("enviSoundWindow"));
-        QCOMPARE(t->find<PlusMinus>("volume")->value(), 6);
-        // A number out of range shows as the nearest.
-        word("settings ddns.port 0");
-        QVERIFY(t->open("ddnsWindow"));
-        QCOMPARE(field("portField"), QStringLiteral("1"));
+        // What arrives meanwhile changes nothing that was touched. Left in another way nothing of
+        // it is kept. A number out of range shows as the nearest.
+        PLAYS(R"(chimeRow !settings_sound.alarmSound_0 !settings_sound.volume_3 -? BACK
+            @enviSoundWindow NEXT ^1954_1_0_06_03_00 SAVED
+            :zelMenuWindow :enviSoundWindow plusButton alarmSoundRow
+            :zelMenuWindow :enviSoundWindow volume=6
+            !settings_ddns.port_0 :ddnsWindow portField=1)");
     }
 
     void aSaveThatFailsChangesNothing_data() {
-        QTest::addColumn<QString>("before");
-        QTest::addColumn<QString>("after");
-        QTest::addColumn<QString>("said");
-        const struct {
-            const char* before;
-            const char* after;
-            const char* said;
-        } rows[] = {{"refuse 1984", "", "Error_SettingsRefused"},
-                    {"silent 1984", "wait", "Error_ControllerSilent"},
-                    {"drop", "", "ListItem_NoController"},
-                    {"silent 1984", "drop", "ListItem_NoController"},
-                    // What arrived on the way is what it goes back to.
-                    {"silent 1984", "settings operation.doorOpenTime 3;frame 2984 1 0",
-                     "Error_SettingsRefused"}};
-        for (const auto& row : rows)
-            QTest::addRow("%s;%s", row.before, row.after)
-                << QString::fromLatin1(row.before) << QString::fromLatin1(row.after)
-                << QString::fromLatin1(row.said);
+        // What arrived on the way is what it goes back to.
+        table(R"(refused | !refuse_1984 NEXT | ?Error_SettingsRefused
+            silent | !silent_1984 NEXT SAVING | * ?Error_ControllerSilent
+            no link | !drop NEXT | ?ListItem_NoController
+            link lost | !silent_1984 NEXT SAVING | !drop ?ListItem_NoController
+            changed | !silent_1984 NEXT SAVING
+                | !settings_operation.doorOpenTime_3 !frame_2984_1_0 ?Error_SettingsRefused)");
     }
 
     void aSaveThatFailsChangesNothing() {
-        QFETCH(QString, before);
-        QFETCH(QString, after);
-        QFETCH(QString, said);
-        QVERIFY(open("workMenuWindow"));
-        t->tap("weekdayInTime");
-        type("07300915D");
-        QVERIFY(t->tell(before));
-        QTRY_COMPARE(t->window->linkUp(), before != QLatin1String("drop"));
-        QTest::mouseClick(t->find("forwardButton"), Qt::LeftButton);
-        if (t->window->linkUp()) {
-            QVERIFY(t->says("ListItem_SavingConfiguring"));
-            QVERIFY(!t->find("forwardButton")->isEnabled());
-            QCOMPARE(t->window->menuRecord().operation.weekdayIn.startHour, quint8(7));
-        }
-        auto* timer =
-            t->window->getActivateWindowForm()->findChild<QTimer*>(QStringLiteral("answerTimer"));
-        for (const QString& one : after.split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
-            if (one == QLatin1String("wait")) {
-                QVERIFY(t->settle());
-                timer->start(0);
-            } else {
-                QVERIFY2(t->tell(one), qPrintable(one));
-            }
-        }
-        QTRY_VERIFY(t->says(said.toLatin1().constData()));
-        QVERIFY(t->find("forwardButton")->isEnabled() && !timer->isActive());
+        const auto [before, after] = values<2>();
+        const auto hour = [this] {
+            return int(window()->menuRecord().operation.weekdayIn.startHour);
+        };
+        t->phrases["SAVING"] = "?ListItem_SavingConfiguring -+forwardButton";
+        PLAYS("WORK weekdayInTime #07300915D " + before);
+        if (before.endsWith("SAVING"))
+            QCOMPARE(hour(), 7);
+        PLAYS(after + " +forwardButton weekdayInTime=07:30~09:15");
+        const auto* screen = window()->getActivateWindowForm();
+        QVERIFY(!screen->findChild<QTimer*>(QStringLiteral("answerTimer"))->isActive());
         QVERIFY(t->agrees());
-        QCOMPARE(field("weekdayInTime"), QStringLiteral("07:30~09:15"));
-        if (said == QLatin1String("Error_ControllerSilent")) {
+        if (after.endsWith("Silent")) {
             // Better late than never: the controller has it after all.
-            word("frame 2984 0 0");
-            QTRY_VERIFY(t->says("ListItem_ConfigurationComplete"));
-            QCOMPARE(t->window->menuRecord().operation.weekdayIn.startHour, quint8(7));
+            PLAYS("!frame_2984_0_0 ?ListItem_ConfigurationComplete");
+            QCOMPARE(hour(), 7);
         }
         QVERIFY(t->reconnect());
-        QVERIFY(closeDialog());
-        word("normal");
-        t->tap("forwardButton");
-        QTRY_VERIFY(t->says("ListItem_ConfigurationComplete"));
+        PLAYS("OK !normal NEXT SAVED");
         QVERIFY(t->agrees());
     }
 
     void onlyTheOperationInForceCanBeSet() {
-        const struct {
-            int operation;
-            bool attendance;
-            bool meals;
-        } rows[] = {{0, true, false}, {1, true, false}, {2, false, true}};
-        for (const auto& row : rows) {
-            set("setup.operation", row.operation);
-            QTRY_COMPARE(t->find("menuWorkTile")->isEnabled(), row.attendance);
-            QCOMPARE(t->find("menuFoodTile")->isEnabled(), row.meals);
-            for (const auto& [screen, allowed] :
-                 {std::pair("workMenuWindow", row.attendance), {"foodMenuWindow", row.meals}}) {
-                t->window->changeWindow(QLatin1String(screen));
-                QCOMPARE(t->title(), QLatin1String(allowed ? screen : "zelMenuWindow"));
-                QCOMPARE(t->says("Info_OtherOperation"), !allowed);
-                QVERIFY(closeDialog());
-                QVERIFY(t->open("zelMenuWindow"));
-            }
-        }
+        t->phrases["OTHER"] = "@zelMenuWindow ?Info_OtherOperation OK";
+        for (const char* operation : {"0", "1"})
+            PLAYS(QByteArray("!settings_setup.operation_") + operation + R"( +menuWorkTile
+                -+menuFoodTile :workMenuWindow @workMenuWindow -? :zelMenuWindow
+                :foodMenuWindow OTHER)");
         // It changes while one is at it.
-        QVERIFY(t->open("foodMenuWindow"));
-        set("setup.operation", 1);
-        QTRY_COMPARE(t->title(), QStringLiteral("zelMenuWindow"));
-        QVERIFY(t->says("Info_OtherOperation"));
-        QVERIFY(closeDialog());
+        PLAYS(R"(!settings_setup.operation_2 -+menuWorkTile +menuFoodTile :workMenuWindow OTHER
+            :foodMenuWindow @foodMenuWindow -? !settings_setup.operation_1 OTHER)");
     }
 
     void aWrongPasswordLocksTheEntry() {
-        set("setup.adminPassword", 12345678);
-        QVERIFY(t->open("liveWindow"));
-        t->tap("menuButton");
-        auto* screen = qobject_cast<InputAdminPassword*>(t->window->getActivateWindowForm());
-        QVERIFY(screen);
-        auto* field = t->find<InputField>("passwordField");
-        const auto message = [this] { return t->find<QLabel>("messageLabel")->text(); };
-        const auto enter = [&](const QByteArray& digits) {
-            type(digits);
-            t->tap("forwardButton");
-        };
-        enter("");
-        QVERIFY(!t->find("messageLabel"));
-        enter("1234567");
-        QVERIFY(message().contains(t->text("Info_WrongPassword")));
-        QCOMPARE(field->text(), QString());
-        type("87654321");
-        t->tap("key_done");
-        QVERIFY(message().contains(t->text("Info_WrongPassword")) && field->isEditing());
+        PLAYS("!settings_setup.adminPassword_12345678 :liveWindow menuButton @InputAdminPassword");
+        auto* screen = qobject_cast<InputAdminPassword*>(window()->getActivateWindowForm());
         // Neither leaving nor coming back makes a fresh start.
-        t->tap("backButton");
-        QVERIFY(t->open("InputAdminPassword"));
+        PLAYS(R"(NEXT -messageLabel #1234567 NEXT messageLabel=Info_WrongPassword passwordField=
+            #87654321D messageLabel=Info_WrongPassword +key_0 BACK :InputAdminPassword)");
         screen->setLockTime(3000);
-        enter("1");
-        QVERIFY(message().contains(QLatin1String("Try again in")));
-        QVERIFY(t->sends("1908 0 0 cb 00"));
-        QVERIFY(t->open("stayWindow"));
-        QVERIFY(t->open("InputAdminPassword"));
-        QVERIFY(!field->isEnabled() && !field->isEditing());
-        QVERIFY(!t->find("forwardButton")->isEnabled());
-        QTRY_VERIFY(field->isEditing());
-        QVERIFY(!t->find("messageLabel"));
-        enter("12345678");
-        QCOMPARE(t->title(), QStringLiteral("zelMenuWindow"));
-        QCOMPARE(field->text(), QString());
+        PLAYS(R"(#1 NEXT messageLabel=Try_again_in ^1908_0_0_cb_00 :stayWindow :InputAdminPassword
+            -key_0 -+passwordField -+forwardButton +key_0 -messageLabel #12345678 NEXT
+            @zelMenuWindow)");
+        QCOMPARE(screen->findChild<InputField*>(QStringLiteral("passwordField"))->text(),
+                 QString());
     }
 
     void mealCountsAreShown() {
         StatusReport report{};
         report.meals = {128, 4294967295U, 7, 56};
         QVERIFY(t->open("liveWindow"));
-        t->window->sendTestPacket(command::SystemStatus, sizeof report,
-                                  reinterpret_cast<const char*>(&report));
-        MealCountForm::open(t->window->getActivateWindowForm());
+        window()->sendTestPacket(command::SystemStatus, sizeof report,
+                                 reinterpret_cast<const char*>(&report));
+        MealCountForm::open(window()->getActivateWindowForm());
         TextRecorder recorder(window()->size());
         window()->render(&recorder);
         QStringList read;
@@ -386,71 +249,10 @@ class OperationSettingsTest : public DrivenTest {
         QPointer<QWidget> popup = t->find("mealCountForm");
         t->tap("mealCountOkButton");
         QTRY_VERIFY(!popup);
-        MealCountForm::open(t->window->getActivateWindowForm());
+        MealCountForm::open(window()->getActivateWindowForm());
         popup = t->find("mealCountForm");
-        t->window->changeWindow(QStringLiteral("stayWindow"));
+        window()->changeWindow(QStringLiteral("stayWindow"));
         QTRY_VERIFY(!popup);
-    }
-
- private:
-    /// Touches keys of the keypad: digits, C for clear and D for done.
-    void type(const QByteArray& keys) {
-        for (const char key : keys) {
-            const QByteArray name = key == 'C'   ? "key_clear"
-                                    : key == 'D' ? "key_done"
-                                                 : QByteArray("key_") + key;
-            t->tap(name.constData());
-        }
-    }
-    void pick(const char* combo, const char* item) {
-        t->tap(combo);
-        t->tap(item);
-    }
-    /// Goes to the screen on a terminal that is run so.
-    bool open(const char* screen) {
-        t->window->changeWindow(QStringLiteral("zelMenuWindow"));
-        set("setup.operation", qstrcmp(screen, "foodMenuWindow") == 0 ? 2 : 1);
-        return t->open(screen);
-    }
-    bool closeDialog() {
-        return QTest::qWaitFor([this] {
-            if (t->find("dialogOkButton"))
-                t->tap("dialogOkButton");
-            return t->find("dialogOkButton") == nullptr;
-        });
-    }
-    QString field(const char* name) const { return t->find<InputField>(name)->text(); }
-    bool marked(const char* row) const { return t->find<ListRow>(row)->isFaulty(); }
-    /// Types field=digits on the screen with everything in use, and saves.
-    void checkTimes(const char* screen, const QByteArray& typed, const char* said) {
-        init();
-        for (const char* off :
-             {"operation.forcedCloseOff", "operation.saveSimpleAccess", "operation.supperOff"})
-            set(off, 0);
-        QVERIFY(open(screen));
-        for (const QByteArray& one : typed.split(' ')) {
-            t->tap((one.left(one.indexOf('=')) + "Time").constData());
-            type(one.mid(one.indexOf('=') + 1));
-        }
-        t->tap("forwardButton");
-        const QByteArray key = QByteArray("ListItem_") + said;
-        QTRY_VERIFY2(t->says(key.constData()), typed.constData());
-        const bool saved = key.endsWith("Complete");
-        QVERIFY2(t->settle() && saves().size() == (saved ? 2 : 0), typed.constData());
-        QVERIFY2((t->sent("1908 0 0 cb 00") >= 0) != saved, typed.constData());
-    }
-    QStringList saves() const {
-        return t->frames.filter(QRegularExpression(QStringLiteral("^198[34] ")));
-    }
-    /// Whether the save was sent with these payloads, confirmed, and the same is kept by both.
-    void verifySaved(const char* settings, const char* times) {
-        // Touched without the event loop, which may bring the answer at once.
-        QTest::mouseClick(t->find("forwardButton"), Qt::LeftButton);
-        QVERIFY(t->says("ListItem_SavingConfiguring"));
-        QTRY_VERIFY(t->says("ListItem_ConfigurationComplete"));
-        QCOMPARE(saves(), QStringList({QLatin1String("1983 1 0 ") + QLatin1String(settings),
-                                       QLatin1String("1984 1 0 ") + QLatin1String(times)}));
-        QVERIFY(t->agrees());
     }
 };
 

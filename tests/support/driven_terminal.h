@@ -201,23 +201,24 @@ class DrivenTerminal {
     ///     name      touches that widget as soon as it is to be seen
     ///     <name     at its left end, >name at its right end
     ///     #12BCD    touches keys: B is backspace, C clears, D is done
-    ///     /text     touches the row of the list that has this text
+    ///     /text     touches the row of the list that has this text, where "_" stands for itself
     ///     :screen   goes there, and forgets what has been sent before
     ///     !words    are the controller's, once all has arrived; after !drop it stays away
     ///     *name50   ends the time of the timer of that name (answerTimer without one), which
     ///               takes so many milliseconds (without a number: any)
-    ///     [a|b]     all frames of these codes since this was last asked
+    ///     [a,b]     all frames of these codes since this was last asked ([]: any)
     ///     @screen   waits until it is up
     ///     ?key      until a dialog or a guide says this (without a key: anything)
     ///     ^frame    until one has been sent that begins like this
     ///     name=text until this, or the text of that key, is read on the widget (or anywhere)
     ///     +name     until it can be touched
     ///     ~         until no menu times out
-    ///     -         before one of these, or before a name: it is not so, once all has arrived
+    ///     -         before one of these, a name, or *name for "it runs": it is not so, once all
+    ///               has arrived (-+name: seen, but not to be touched)
     bool play(const QByteArray& script) {
         for (const QByteArray& one : spelt(script).split(' ')) {
-            const bool played = one.startsWith('-') ? settled() && !holds(one.mid(1)) : plays(one);
-            if (played)
+            const bool seen = !one.startsWith("-+") || holds(one.mid(2));
+            if (one.startsWith('-') ? settled() && !holds(one.mid(1)) && seen : plays(one))
                 continue;
             failure_ = QStringLiteral("%1 fails on %2, which says '%3'; sent: %4")
                            .arg(QString::fromUtf8(one), title(), dialogText(),
@@ -239,7 +240,12 @@ class DrivenTerminal {
     ControllerSim sim;
     QStringList frames;  // from the terminal: "code p1 p2", payload in hexadecimal
     std::unique_ptr<MainWindow> window;
-    QHash<QByteArray, QByteArray> phrases;
+    QHash<QByteArray, QByteArray> phrases{
+        {"NEXT", "forwardButton"},
+        {"BACK", "backButton"},
+        {"OK", "dialogOkButton"},
+        {"NO", "dialogCancelButton"},
+        {"SAVED", "?ListItem_ConfigurationComplete dialogOkButton"}};
 
  private:
     static QString spaced(QByteArray step) { return QString::fromUtf8(step.replace('_', ' ')); }
@@ -258,8 +264,9 @@ class DrivenTerminal {
                                                 : QByteArray("key_") + key);
                 });
             case '/': {
-                const bool there = QTest::qWaitFor([&] { return row(spaced(rest)).isValid(); });
-                tapRow(row(spaced(rest)));
+                const QString text = QString::fromUtf8(rest);
+                const bool there = QTest::qWaitFor([&] { return row(text).isValid(); });
+                tapRow(row(text));
                 return there;
             }
             case '!':
@@ -269,7 +276,8 @@ class DrivenTerminal {
             case '*':
                 return settled() && runsOut(rest);
             case '[':
-                return sentOnly(spaced(rest.chopped(1)).split(QLatin1Char('|')));
+                return sentOnly(
+                    spaced(rest.chopped(1)).split(QLatin1Char(','), Qt::SkipEmptyParts));
             default:
                 return strchr("@?^=+~", step[0]) == nullptr && !step.contains('=')
                            ? touches(step)
@@ -288,6 +296,11 @@ class DrivenTerminal {
                 return sent(spaced(rest).toLatin1().constData()) >= 0;
             case '+':
                 return find(name) != nullptr && find(name)->isEnabled();
+            case '*': {
+                const auto timers = window->findChildren<QTimer*>(QLatin1String(name));
+                return std::any_of(timers.begin(), timers.end(),
+                                   [](const QTimer* timer) { return timer->isActive(); });
+            }
             case '~':
                 return !window->findChild<MenuTimer*>()->isRunning();
             default:
@@ -322,13 +335,15 @@ class DrivenTerminal {
         const QString wanted = key.isEmpty() ? spaced(what) : key;
         if (const auto* field = qobject_cast<InputField*>(widget))
             return field->text() == wanted;
+        if (const auto* label = qobject_cast<QLabel*>(widget))
+            return label->text().contains(wanted);
         return widget != nullptr && reads(wanted, widget);
     }
     /// Whether it is said below what the dialog in front says, or as what the person is to do.
     bool guides(const char* key) const {
         const auto* second = find<QLabel>("dialogSecondText");
         const auto* guide = find("guide");
-        return (second != nullptr && second->text().contains(text(key))) ||
+        return (second != nullptr && !text(key).isEmpty() && second->text().contains(text(key))) ||
                (guide != nullptr && guide->property("textKey") == QLatin1String(key));
     }
     bool sentOnly(const QStringList& wanted) {
@@ -352,7 +367,11 @@ class DrivenTerminal {
             const int before = timer->interval();
             if (!timer->isActive() || (time != 0 && before != time))
                 continue;
-            if (menus->isRunning() && menus->seconds() * 1000 <= before)
+            if (name.isEmpty())
+                emit menus->timedOut(QStringLiteral("stayWindow"));
+            else if (menus->isRunning() && menus->seconds() * 1000 <= before)
+                return false;
+            if (!timer || !timer->isActive())
                 return false;
             timer->setInterval(0);
             QCoreApplication::processEvents();

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QtTest>
+#include <algorithm>
+#include <array>
 #include <initializer_list>
 #include <memory>
 
@@ -18,7 +20,7 @@ class DrivenTest : public QObject {
         t = std::make_unique<DrivenTerminal>();
         // Started anew rather than powered on, it comes up at the standby screen.
         t->root.write("/mnt/data/rebootchkr", {});
-        QVERIFY(t->start());
+        QVERIFY(t->tell("settings setup.language 1") && t->start());
     }
     void cleanupTestCase() { t.reset(); }
 
@@ -46,6 +48,34 @@ class DrivenTest : public QObject {
         return sent()
             .filter(QRegularExpression(QLatin1Char('^') + QLatin1String(codes)))
             .join(QLatin1Char('|'));
+    }
+
+    /// Gives a test its rows, a line each: the name and values, with bars between them. A line that
+    /// is indented by 16 goes on with the row before.
+    static void table(const char* text) {
+        QTest::addColumn<QByteArrayList>("cells");
+        QByteArrayList rows;
+        for (const QByteArray& line : QByteArray(text).split('\n')) {
+            if (line.startsWith(QByteArray(16, ' ')))
+                rows.last() += line;
+            else
+                rows.append(line);
+        }
+        for (const QByteArray& row : qAsConst(rows)) {
+            QByteArrayList cells;
+            for (const QByteArray& cell : row.split('|'))
+                cells.append(cell.simplified());
+            const QByteArray name = cells.takeFirst();
+            QTest::newRow(name.constData()) << cells;
+        }
+    }
+    /// The values of the present row; those that it does not have are empty.
+    template <std::size_t count>
+    static std::array<QByteArray, count> values() {
+        QFETCH(QByteArrayList, cells);
+        std::array<QByteArray, count> values;
+        std::copy_n(cells.begin(), qMin(cells.size(), int(count)), values.begin());
+        return values;
     }
 
     std::unique_ptr<DrivenTerminal> t;

@@ -6,6 +6,8 @@ starts it), in a mount namespace of its own, with copies of the programs, in fol
 """
 
 import argparse
+import contextlib
+import ctypes
 import os
 import pathlib
 import shutil
@@ -20,6 +22,9 @@ import trials  # noqa: E402
 HERE = pathlib.Path(__file__).resolve().parent
 INSIDE = "ZEL_TORTURE_INSIDE"
 PYTHON = "/usr/bin/python3"  # which everybody may run
+NEEDS = {"disk": "mounts", "power": "disks"}
+DISK = 64  # megabytes of a disk that loses its power
+CLONE_NEWNS = 0x20000
 PROGRAMS = ("zel-terminal", "zel-controller-sim", "zel-device-clock.so")
 
 
@@ -36,9 +41,36 @@ def options():
     return arguments.parse_args()
 
 
+@contextlib.contextmanager
+def disks(folder, lanes):
+    """Files in a folder that are disks, each mounted beside itself where nobody else sees it. Gives
+    whether they are there: only root may have them, and not everywhere."""
+    folder.mkdir()
+    mounted = []
+    try:
+        # A mount namespace of this process and its children.
+        if os.geteuid() == 0 and ctypes.CDLL(None).unshare(CLONE_NEWNS) == 0:
+            subprocess.run(["mount", "--make-rprivate", "/"], check=True)
+            for lane in range(lanes):
+                image, place = folder / f"{lane}.img", folder / str(lane)
+                image.touch()
+                os.truncate(image, DISK << 20)
+                place.mkdir()
+                subprocess.run(["mkfs.ext4", "-q", "-E", "root_owner=65534:65534", image],
+                               check=True)
+                if subprocess.run(["mount", "-o", "loop", image, place], check=False).returncode:
+                    break
+                mounted.append(place)
+        yield len(mounted) == lanes
+    finally:
+        for place in mounted:
+            subprocess.run(["umount", "--lazy", place], check=True)
+
+
 def run_inside(given):
     """Begins anew as nobody in particular, who may mount where nobody else sees it."""
-    with tempfile.TemporaryDirectory(prefix="torture-") as folder:
+    with tempfile.TemporaryDirectory(prefix="torture-") as folder, \
+            disks(pathlib.Path(folder, "disks"), given.lanes) as have_disks:
         copy = pathlib.Path(folder)
         (copy / "bin").mkdir()
         for program in PROGRAMS:
@@ -50,10 +82,11 @@ def run_inside(given):
         inside = user if os.geteuid() == 0 else []
         namespace = [*inside, "unshare", "--user", "--map-root-user", "--mount"]
         mounts = subprocess.run([*namespace, "true"], check=False).returncode == 0
+        able = ["mounts"] * mounts + ["disks"] * (mounts and have_disks)
         return subprocess.run(
             [*(namespace if mounts else inside), PYTHON, copy / "torture", *sys.argv[1:], "--build",
              folder], cwd="/", check=False,
-            env=os.environ | {INSIDE: "mounts" if mounts else "no mounts"}).returncode
+            env=os.environ | {INSIDE: " ".join(able)}).returncode
 
 
 def main():
@@ -63,8 +96,8 @@ def main():
     print("seed", given.seed, flush=True)
     good = True
     for name in given.trials or trials.TRIALS:
-        if name == "disk" and os.environ[INSIDE] != "mounts":
-            print("disk: not tried, since nothing can be mounted here", flush=True)
+        if NEEDS.get(name, "") not in os.environ[INSIDE]:
+            print(f"{name}: not tried, since this cannot have {NEEDS[name]} here", flush=True)
             continue
         good &= trials.run(name, given)
     return 0 if good else 1

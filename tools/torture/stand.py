@@ -18,9 +18,10 @@ from relay import Relay
 
 COMMAND = re.compile(r"[0-9]{15}_(add|del)_([A-Za-z0-9]{1,16})\Z")
 NAME_LINE = 6  # of a command's ".info" file
-# An order may be told again when its connection has ended so soon after it, in seconds: the two of
-# the terminal's promise, and what a busy machine takes to remove it.
-UNSETTLED = 2 + 6
+# An order is kept until its connection has stood for so many seconds after it, and may be told again
+# when that has ended before; a busy machine takes more to remove it.
+PROMISE = 2
+UNSETTLED = PROMISE + 6
 PATIENCE = 60
 
 
@@ -142,10 +143,14 @@ class Stand:
         for client in self.clients:
             client.hold()
 
-    def waiting(self):
+    def taken(self):
+        """The orders that were answered with success."""
+        return [order.key for client in self.clients for order in client.orders if order.taken()]
+
+    def waiting(self, images=None):
         """The orders on the disk. A client's orders are known by what they say."""
         found = set()
-        for folder in os.scandir(self.images):
+        for folder in os.scandir(images or self.images):
             match = COMMAND.match(folder.name)
             if not match:
                 continue
@@ -163,12 +168,23 @@ class Stand:
     def check_kept(self):
         """Whatever was answered with success has been told, or lies on the disk."""
         # In this order, since they go on meanwhile.
-        taken = [order.key for client in self.clients for order in client.orders if order.taken()]
+        taken = self.taken()
         disk = self.waiting()
         told = {order for connection in self.relay.connections for order, _ in connection.told}
         for key in taken:
             if key not in told and key not in disk:
                 self.loss(f"{key} was answered with success and is gone")
+
+    def check_disk(self, taken, images, at):
+        """Whatever had been answered with success at a time lies in a folder, unless it had been
+        told so long before that it could be removed; half as long, since a busy machine passes on
+        late what was sent in time."""
+        disk = self.waiting(images)
+        settled = {order for connection in self.relay.connections
+                   for order, told in connection.told if told < at - PROMISE / 2}
+        for key in taken:
+            if key not in settled and key not in disk:
+                self.loss(f"{key} was answered with success and is not on the disk")
 
     def check_told(self, settle=True):
         """Nothing comes twice over one connection, or overtakes what was ordered before it; and

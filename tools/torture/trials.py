@@ -3,9 +3,13 @@
 import contextlib
 import ctypes
 import os
+import pathlib
 import random
+import shutil
 import signal
 import socket
+import subprocess
+import tempfile
 import threading
 import time
 
@@ -14,7 +18,9 @@ from service import FIRMWARE, MOODS, Service, firmware as firmware_at
 from stand import Stand, until
 
 RECONNECTED = 20  # seconds; the terminal tries every five
-MOUNT_READ_ONLY, MOUNT_REMOUNT = 1, 32
+MOUNT_READ_ONLY, MOUNT_REMOUNT, MOUNT_BIND = 1, 32, 4096
+# Folders of a device that the controller writes, too.
+OTHERS = ("db_user2", "sim", "user", "thumb")
 NOISE = bytes.fromhex("c500c5c50102c502c1070000fffffe") + b"noise" * 100
 
 
@@ -198,14 +204,14 @@ def small_disk(root):
     """Gives the terminal a disk that is full soon, and the simulated controller another one."""
     data = root / "mnt/data"
     mount(b"small", data, b"tmpfs", 0, b"size=8m,nr_inodes=4000")
-    for folder in ("db_user2", "sim", "user", "thumb"):
+    for folder in OTHERS:
         (data / folder).mkdir()
         mount(b"large", data / folder, b"tmpfs", 0, b"size=64m")
 
 
 def unmount(root):
     libc = ctypes.CDLL(None)
-    for folder in ("db_user2", "sim", "user", "thumb", ""):
+    for folder in (*OTHERS, ""):
         libc.umount2(os.fsencode(root / "mnt/data" / folder), 2)
 
 
@@ -274,6 +280,72 @@ def disk(trial):
         stand.answers(60)
         time.sleep(5)
         stand.check_store()
+        unmount(stand.root)
+
+
+def cut(stand, image):
+    """Ends the terminal as a power cut does: what the disk holds of its data at that moment takes
+    the place of what the kernel would have written later."""
+    stand.terminal.send_signal(signal.SIGSTOP)
+    taken, at = stand.taken(), time.monotonic()
+    # What the kernel writes by itself meanwhile would tear the copy.
+    while (disk := image.read_bytes()) != image.read_bytes():
+        pass
+    stand.kill()
+    stand.hold()
+    with tempfile.TemporaryDirectory(prefix="torture-disk-") as folder:
+        copy, kept = pathlib.Path(folder, "disk"), pathlib.Path(folder, "kept")
+        copy.write_bytes(disk)
+        kept.mkdir()
+        # What the kernel does when it mounts it again; 1 says that there was something to do.
+        checked = subprocess.run(["/sbin/e2fsck", "-p", copy], stdout=stand.log, stderr=stand.log,
+                                 check=False).returncode
+        if checked > 1:
+            stand.loss(f"the disk is broken: {checked}")
+        subprocess.run(["/sbin/debugfs", "-R", f"rdump /data {kept}", copy], stdout=stand.log,
+                       stderr=stand.log, check=True)
+        stand.check_disk(taken, kept / "data/Images", at)
+        data = stand.root / "mnt/data"
+        for each in data.iterdir():
+            if each.is_dir() and each.name not in OTHERS:
+                shutil.rmtree(each)
+            elif each.is_file():
+                each.unlink()
+        shutil.copytree(kept / "data", data, dirs_exist_ok=True)
+    # What survived the cut is not lost by the next one.
+    handle = os.open(data, os.O_RDONLY)
+    ctypes.CDLL(None).syncfs(handle)
+    os.close(handle)
+
+
+def power(trial):
+    """Power cuts: what the kernel has not written to the disk yet is lost as well."""
+    image = trial.build / "disks" / f"{trial.lane}.img"
+
+    def own_disk(root):
+        data = root / "mnt/data"
+        place = trial.build / "disks" / str(trial.lane) / "data"
+        place.mkdir()
+        mount(os.fsencode(place), data, b"", MOUNT_BIND, None)
+        # The simulated controller's store does not claim to outlive this.
+        for folder in OTHERS:
+            (data / folder).mkdir()
+            mount(b"other", data / folder, b"tmpfs", 0, b"size=64m")
+
+    with trial.stand(prepare=own_disk) as stand:
+        stand.go()
+        for _ in trial.rounds(stand):
+            stand.start_terminal()
+            if trial.done % 2:
+                trial.moment((0.1, 2), (2, 9))
+            else:
+                # The worst moment: right behind an answer.
+                taken = stand.orders() + trial.random.randrange(1, 30)
+                until(lambda: stand.orders() >= taken)
+            cut(stand, image)
+            stand.go()
+        # What had been removed when the power went may come again, with all behind it.
+        stand.finish(settle=False)
         unmount(stand.root)
 
 
@@ -356,6 +428,7 @@ TRIALS = {
     "link": (link, 105, 7),
     "service": (service, 45, 4),
     "disk": (disk, 60, 4),
+    "power": (power, 200, 6),
     "clock": (clock, 100, 6),
     "descriptors": (descriptors, 20, 1),
     "stop": (stop, 4, 1),
