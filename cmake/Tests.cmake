@@ -2,6 +2,9 @@ find_package(Qt5 5.15 REQUIRED COMPONENTS Test)
 
 set(zel_test_environment "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TZ=Asia/Seoul;QT_LOGGING_RULES=zel.*.debug=false;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0")
 
+# What runs a test, and whom as.
+set(ZEL_TEST_RUNNER ${PROJECT_SOURCE_DIR}/tests/support/unprivileged.sh)
+
 # Tests of what comes from outside (frames, requests, files), marked SANITIZE, also run under the
 # sanitizers; this target builds just those.
 add_custom_target(zel_sanitized_tests)
@@ -28,7 +31,7 @@ function(zel_add_test name)
     target_compile_definitions(${name} PRIVATE ZEL_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
         ZEL_BINARY_DIR="${CMAKE_BINARY_DIR}" ZEL_STAGED_ROOT="${ZEL_STAGED_ROOT}")
     add_dependencies(${name} zel_data)
-    add_test(NAME ${name} COMMAND ${name})
+    add_test(NAME ${name} COMMAND ${ZEL_TEST_RUNNER} $<TARGET_FILE:${name}>)
     set_tests_properties(${name} PROPERTIES TIMEOUT 120
         ENVIRONMENT "${zel_test_environment}")
     if(ARG_SANITIZE)
@@ -43,20 +46,19 @@ endfunction()
 add_custom_target(zel_fuzz_targets)
 function(zel_add_fuzz_target name)
     cmake_parse_arguments(ARG "TERMINAL" "MADE_UP" "LIBRARIES" ${ARGN})
-    add_executable(${name} fuzz/${name}.cpp)
+    add_executable(${name} fuzz/${name}.cpp fuzz/fuzz_input.cpp)
     target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES})
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
     add_dependencies(${name} zel_data)
     add_dependencies(zel_fuzz_targets ${name})
     if(ZEL_FUZZ)
-        target_sources(${name} PRIVATE fuzz/fuzz_count.cpp)
         target_compile_options(${name} PRIVATE -fsanitize=fuzzer)
-        target_link_options(${name} PRIVATE -fsanitize=fuzzer -Wl,--wrap=LLVMFuzzerTestOneInput)
+        target_link_options(${name} PRIVATE -fsanitize=fuzzer)
         return()
     endif()
     target_sources(${name} PRIVATE fuzz/fuzz_driver.cpp)
     add_test(NAME ${name} COMMAND
-        ${name} ${ARG_MADE_UP} ${CMAKE_CURRENT_SOURCE_DIR}/fuzz/corpus/${name})
+        ${ZEL_TEST_RUNNER} $<TARGET_FILE:${name}> ${ARG_MADE_UP} ${CMAKE_CURRENT_SOURCE_DIR}/fuzz/corpus/${name})
     set_tests_properties(${name} PROPERTIES TIMEOUT 120 ENVIRONMENT "${zel_test_environment}")
     if(NOT ARG_TERMINAL)
         set_tests_properties(${name} PROPERTIES LABELS sanitize)

@@ -1,9 +1,5 @@
 #include <sys/resource.h>
 
-#include <QDir>
-#include <QFile>
-#include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QtTest>
 #include <csignal>
 #include <limits>
@@ -16,37 +12,27 @@ class CloudDownloadTest : public QObject {
     Q_OBJECT
 
  private:
-    QTemporaryDir root_;
+    TestRoot root_;
     std::unique_ptr<FakeService> service_;
     std::unique_ptr<DownloadManager> manager_;
-    QByteArray content_ = QByteArray(200000, 'z');
+    const QByteArray content_ = QByteArray(200000, 'z');
 
-    QUrl url(const QString& path) const {
-        return QUrl(QStringLiteral("http://127.0.0.1:%1%2").arg(service_->serverPort()).arg(path));
+    QStringList files() const { return root_.namesIn(manager_->getBasePath()); }
+    void put(const char* name) const {
+        root_.write(manager_->getBasePath() + QLatin1String(name), "old");
     }
-    QStringList files() const {
-        return QDir(manager_->getBasePath()).entryList(QDir::Files | QDir::Hidden, QDir::Name);
-    }
-    void put(const QString& name) const {
-        QDir().mkpath(manager_->getBasePath());
-        QFile file(manager_->getBasePath() + name);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("old");
-    }
+    void append(const char* path) { manager_->append(service_->url(QLatin1String(path))); }
     /// Fetches @p path; tells whether the queue ran empty.
-    bool fetch(const QString& path) {
+    bool fetch(const char* path = "fw.bin") {
         QSignalSpy finished(manager_.get(), QOverload<>::of(&DownloadManager::finished));
-        manager_->append(url(path));
+        append(path);
         return finished.wait();
     }
 
  private slots:
-    void initTestCase() { qputenv("ZEL_ROOT", root_.path().toLocal8Bit()); }
     void init() {
         service_ = std::make_unique<FakeService>();
-        service_->answer = [this](const FakeService::Request&) {
-            return FakeService::json(content_);
-        };
+        service_->answerWith(content_);
         manager_ = std::make_unique<DownloadManager>();
         QDir(manager_->getBasePath()).removeRecursively();
     }
@@ -54,34 +40,31 @@ class CloudDownloadTest : public QObject {
 
     void filesAreSavedUnderTheirOwnNames() {
         const std::pair<const char*, const char*> cases[] = {
-            {"/fw/new.bin?x=1", "new.bin"}, {"/fw/", "download"},
-            {"/fw/%2e%2e", "download"},     {"/..%2F..%2Fpasswd", "passwd"},
-            {"/taken", "taken.1"},          {"/zel01.tar.bz2", "zel01.tar.bz2.1"}};
+            {"fw/new.bin?x=1", "new.bin"}, {"fw/", "download"},
+            {"fw/%2e%2e", "download"},     {"..%2F..%2Fpasswd", "passwd"},
+            {"taken", "taken.1"},          {"zel01.tar.bz2", "zel01.tar.bz2.1"}};
         for (const auto& [path, name] : cases) {
             init();
-            put(QStringLiteral("taken"));
+            put("taken");
             QSignalSpy begun(manager_.get(), &DownloadManager::emitFilePath);
-            QVERIFY(fetch(QLatin1String(path)));
+            QVERIFY(fetch(path));
             QCOMPARE(manager_->getFileName(), QLatin1String(name));
             QCOMPARE(begun.first().first().toString(), manager_->getFilePath());
-            QCOMPARE(manager_->getFilePath(),
-                     root_.path() + QStringLiteral("/mnt/data/input/") + QLatin1String(name));
-            QFile file(manager_->getFilePath());
-            QVERIFY(file.open(QIODevice::ReadOnly));
-            QCOMPARE(file.readAll(), content_);
+            QCOMPARE(manager_->getFilePath(), root_.path("/mnt/data/input/") + QLatin1String(name));
+            QCOMPARE(root_.read(manager_->getFilePath()), content_);
         }
     }
 
     void addressesWaitTheirTurnAndLeaveOneFile() {
-        put(QStringLiteral("zel01.tar.bz2"));
-        put(QStringLiteral("b.7"));
+        put("zel01.tar.bz2");
+        put("b.7");
         QSignalSpy finished(manager_.get(), QOverload<>::of(&DownloadManager::finished));
         QSignalSpy whole(manager_.get(), QOverload<const QString&>::of(&DownloadManager::finished));
-        manager_->append(url(QStringLiteral("/a")));
-        manager_->append(url(QStringLiteral("/b")));
+        append("a");
+        append("b");
         QVERIFY(QSignalSpy(manager_.get(), &DownloadManager::emitFilePath).wait());
         for (int i = 0; i < 2 * DownloadManager::kMaxWaiting; ++i)
-            manager_->append(url(QStringLiteral("/b")));
+            append("b");
         QVERIFY(finished.wait());
         QCOMPARE(service_->requests.size(), DownloadManager::kMaxWaiting + 1);
         QCOMPARE(whole.size(), service_->requests.size());
@@ -104,9 +87,9 @@ class CloudDownloadTest : public QObject {
             DownloadManager::Limits limits;
             limits.silence = stops ? 200 : limits.silence;
             manager_->setLimits(limits);
-            service_->answer = [&answer](const FakeService::Request&) { return answer; };
-            put(QStringLiteral("zel01.tar.bz2"));
-            QVERIFY(fetch(QStringLiteral("/fw.bin")));
+            service_->says(answer);
+            put("zel01.tar.bz2");
+            QVERIFY(fetch());
             QCOMPARE(files(), QStringList());
             for (const FakeService::Request& request : service_->requests)
                 QCOMPARE(request.line, QByteArray("GET /fw.bin HTTP/1.1"));
@@ -115,31 +98,23 @@ class CloudDownloadTest : public QObject {
 
     /// The service goes on sending, a little at a time, until it is cut off.
     void limitsEndADownload() {
-        const QByteArray open("HTTP/1.1 200 OK\r\n\r\n");
-        const DownloadManager::Limits standard;
-        DownloadManager::Limits small;
-        small.size = 1000;
-        DownloadManager::Limits spare;
-        spare.spareSpace = std::numeric_limits<qint64>::max() / 2;
-        DownloadManager::Limits fast;
-        fast.window = 600;
-        fast.bytesPerWindow = 1000;
-        const std::tuple<DownloadManager::Limits, QByteArray, int> cases[] = {
-            {standard, "HTTP/1.1 200 OK\r\nContent-Length: 999999999999\r\n\r\n", 300},
-            {small, open, 300},
-            {spare, open, 300},
-            {fast, open, 2}};
-        for (const auto& each : cases) {
+        DownloadManager::Limits limits[4];
+        limits[1].size = 1000;
+        limits[2].spareSpace = std::numeric_limits<qint64>::max() / 2;
+        limits[3].window = 600;
+        limits[3].bytesPerWindow = 1000;
+        for (int i = 0; i < 4; ++i) {
             init();
-            manager_->setLimits(std::get<0>(each));
-            service_->answer = [&each](const FakeService::Request&) { return std::get<1>(each); };
+            manager_->setLimits(limits[i]);
+            service_->says(i > 0 ? "HTTP/1.1 200 OK\r\n\r\n"
+                                 : "HTTP/1.1 200 OK\r\nContent-Length: 999999999999\r\n\r\n");
             QTimer trickle;
             connect(&trickle, &QTimer::timeout, this, [&] {
                 if (service_->last)
-                    service_->last->write(QByteArray(std::get<2>(each), 'x'));
+                    service_->last->write(QByteArray(i < 3 ? 300 : 2, 'x'));
             });
             trickle.start(20);
-            QVERIFY(fetch(QStringLiteral("/fw.bin")));
+            QVERIFY(fetch());
             QCOMPARE(files(), QStringList());
         }
     }
@@ -147,11 +122,9 @@ class CloudDownloadTest : public QObject {
     /// What is packed stays packed: unpacked, a few bytes can be a full disk.
     void filesAreSavedAsTheyCome() {
         const QByteArray packed = qCompress(QByteArray(1000000, 'z')).mid(4);
-        service_->answer = [packed](const FakeService::Request&) {
-            return "HTTP/1.1 200 OK\r\nContent-Encoding: deflate\r\nContent-Length: " +
-                   QByteArray::number(packed.size()) + "\r\n\r\n" + packed;
-        };
-        QVERIFY(fetch(QStringLiteral("/fw.bin")));
+        service_->says("HTTP/1.1 200 OK\r\nContent-Encoding: deflate\r\nContent-Length: " +
+                       QByteArray::number(packed.size()) + "\r\n\r\n" + packed);
+        QVERIFY(fetch());
         QCOMPARE(service_->requests[0].header("Accept-Encoding"), QByteArray("identity"));
         QCOMPARE(QFileInfo(manager_->getFilePath()).size(), qint64{packed.size()});
     }
@@ -163,7 +136,7 @@ class CloudDownloadTest : public QObject {
         rlimit tight = before;
         tight.rlim_cur = 100000;
         QCOMPARE(setrlimit(RLIMIT_FSIZE, &tight), 0);
-        const bool done = fetch(QStringLiteral("/fw.bin"));
+        const bool done = fetch();
         setrlimit(RLIMIT_FSIZE, &before);
         std::signal(SIGXFSZ, handler);
         QVERIFY(done);
@@ -171,21 +144,19 @@ class CloudDownloadTest : public QObject {
     }
 
     void anUnusableFolderOnlyCostsTheDownload() {
-        QDir().mkpath(root_.path() + QStringLiteral("/mnt/data"));
-        QFile inTheWay(root_.path() + QStringLiteral("/mnt/data/input"));
-        QVERIFY(inTheWay.open(QIODevice::WriteOnly));
-        QVERIFY(fetch(QStringLiteral("/fw.bin")));
+        root_.write(root_.path("/mnt/data/input"), {});
+        QVERIFY(fetch());
         QVERIFY(service_->requests.isEmpty());
-        inTheWay.remove();
-        QVERIFY(fetch(QStringLiteral("/fw.bin")));
+        QFile::remove(root_.path("/mnt/data/input"));
+        QVERIFY(fetch());
         QCOMPARE(files().size(), 1);
     }
 
     void theManagerMayGoAtAnyMoment() {
+        service_->answerWith(QByteArray(2000000, 'z'));
         for (int round = 0; round < 30; ++round) {
             manager_ = std::make_unique<DownloadManager>();
-            content_ = QByteArray(2000000, 'z');
-            manager_->append(url(QStringLiteral("/big")));
+            append("big");
             const qint64 before = service_->written;
             QTRY_VERIFY(service_->written - before >= round * 60000);
             manager_.reset();

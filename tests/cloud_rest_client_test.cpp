@@ -1,6 +1,3 @@
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QUuid>
 #include <QtTest>
 #include <memory>
 
@@ -18,8 +15,21 @@ class CloudRestClientTest : public QObject {
     std::unique_ptr<FakeService> service_;
     std::unique_ptr<RestClass> client_;
 
-    void answerWith(const QByteArray& json) {
-        service_->answer = [json](const FakeService::Request&) { return FakeService::json(json); };
+    /// The client's settings, as @p change leaves them.
+    template <typename Change>
+    void set(Change change) {
+        _gui_menu_ menu = host_->settings();
+        change(menu);
+        host_->setSettings(menu);
+    }
+    void send(int command, const QVariant& data = {}) {
+        QCOMPARE(client_->SendCommand(command, data), 0);
+    }
+    /// Sends it, and waits until it is done.
+    void complete(int command, const QVariant& data = {}) {
+        const int before = host_->completed.size();
+        send(command, data);
+        QTRY_COMPARE(host_->completed.size(), before + 1);
     }
     ProcIDX lastCompleted() const { return host_->completed.last().value<ProcIDX>(); }
 
@@ -28,23 +38,17 @@ class CloudRestClientTest : public QObject {
         host_ = std::make_unique<FakeHost>();
         service_ = std::make_unique<FakeService>();
         client_ = std::make_unique<RestClass>(*host_, nullptr);
-        _gui_menu_ menu{};
-        menu.network.own.managerAddress[0] = 127;
-        menu.network.own.managerAddress[3] = 1;
-        menu.network.own.managerPort = service_->serverPort();
-        menu.setup.deviceNumber = 4711;
-        setFieldText(menu.serial, QStringLiteral("SERIAL12345"));
-        setFieldText(menu.customerId, QStringLiteral("cust\r\nX: y"));
-        host_->setSettings(menu);
+        host_->setSettings(service_->settings());
+        set([](_gui_menu_& menu) {
+            menu.setup.deviceNumber = 4711;
+            setFieldText(menu.serial, QStringLiteral("SERIAL12345"));
+            setFieldText(menu.customerId, QStringLiteral("cust\r\nX: y"));
+        });
     }
-    void cleanup() {
-        client_.reset();
-        service_.reset();
-        host_.reset();
-    }
+    void cleanup() { client_.reset(); }
 
     void connectingExchangesTokensAndSetsTheClock() {
-        answerWith(
+        service_->answerWith(
             R"({"resultCode":"1000","access_token":"tok\r\nen","system_time":"2031-12-24 23:59:58"})");
         QCOMPARE(client_->SendCommand(RestClass::kConnect, {}), 0);
         QCOMPARE(client_->SendCommand(RestClass::kConnect, {}), 2);
@@ -59,13 +63,10 @@ class CloudRestClientTest : public QObject {
         QVERIFY(!QUuid(QString::fromLatin1(token)).isNull() && token.startsWith('{'));
 
         const auto commands = host_->takeCommands();
-        QCOMPARE(commands.size(), 1);
-        QCOMPARE(commands[0].first, 18);
+        QVERIFY(commands.size() == 1 && commands[0].first == 18);
         const auto time = commands[0].second.value<FR01_Parameter>();
-        QCOMPARE(time.date, QStringLiteral("2031-12-24"));
-        QCOMPARE(time.time, QStringLiteral("23:59:58"));
-        QCOMPARE(lastCompleted().resultCode, 1000);
-        QCOMPARE(lastCompleted().extra, 0);
+        QCOMPARE(time.date + time.time, QStringLiteral("2031-12-2423:59:58"));
+        QVERIFY(lastCompleted().resultCode == 1000 && lastCompleted().extra == 0);
 
         // Later requests carry the service's token.
         QCOMPARE(client_->SendCommand(RestClass::kConnectionCheck, {}, 5), 0);
@@ -76,21 +77,18 @@ class CloudRestClientTest : public QObject {
 
     /// Eight headers in their order, also those that have nothing to say.
     void everyRequestCarriesAllHeaders() {
-        _gui_menu_ menu = host_->settings();
-        menu.customerId[0] = '\0';
-        host_->setSettings(menu);
-        client_->SendCommand(RestClass::kConnectionCheck, {});
+        set([](_gui_menu_& menu) { menu.customerId[0] = '\0'; });
+        send(RestClass::kConnectionCheck);
         client_->runFR51({});
         QTRY_COMPARE(service_->requests.size(), 2);
+        const QRegularExpression all(
+            QStringLiteral("\r\nContent-Type: application/json; charset=utf-8\r\n.*"
+                           "Packet-Version: 1\\.0\r\n.*EncoderKey-Version: 0\r\n.*"
+                           "reader_id: 4711\r\n.*serial: SERIAL12345\r\n.*cust_id: ?\r\n.*"
+                           "reader_ipport: .*\r\naccess_token:"),
+            QRegularExpression::DotMatchesEverythingOption);
         for (const FakeService::Request& request : service_->requests) {
-            int at = 0;
-            for (const char* name :
-                 {"Content-Type: application/json; charset=utf-8", "Packet-Version: 1.0",
-                  "EncoderKey-Version: 0", "reader_id: 4711", "serial: SERIAL12345",
-                  "cust_id:", "reader_ipport: ", "access_token:"}) {
-                at = request.head.indexOf(QByteArray("\r\n") + name, at);
-                QVERIFY2(at > 0, name);
-            }
+            QVERIFY2(QString::fromLatin1(request.head).contains(all), request.head.constData());
             QCOMPARE(request.header("Accept-Encoding"), QByteArray("identity"));
         }
     }
@@ -100,30 +98,27 @@ class CloudRestClientTest : public QObject {
     void anotherServiceStartsAnew() {
         const QByteArray good(
             R"({"resultCode":"1000","access_token":"old","system_time":"2031-12-24 23:59:58"})");
-        answerWith(good);
-        client_->SendCommand(RestClass::kConnect, {});
+        service_->answerWith(good);
+        send(RestClass::kConnect);
         QTRY_VERIFY(host_->link);
         host_->takeCommands();
         service_->answer = nullptr;
-        client_->SendCommand(RestClass::kConnect, {});
+        send(RestClass::kConnect);
         QTRY_COMPARE(service_->requests.size(), 2);
 
         FakeService other;
-        _gui_menu_ menu = host_->settings();
-        menu.network.own.managerPort = other.serverPort();
-        host_->setSettings(menu);
+        host_->setSettings(other.settings());
         service_->last->write(FakeService::json(good));
         QTRY_COMPARE(host_->completed.size(), 2);
         QVERIFY(!host_->link && host_->takeCommands().isEmpty());
-        client_->SendCommand(RestClass::kConnectionCheck, {});
+        send(RestClass::kConnectionCheck);
         QTRY_COMPARE(other.requests.size(), 1);
         QCOMPARE(other.requests[0].header("access_token"), QByteArray());
         // What is under way ends with the address.
-        menu.network.own.managerPort = service_->serverPort();
-        host_->setSettings(menu);
+        host_->setSettings(service_->settings());
         client_->takeSettings();
         QCOMPARE(host_->completed.size(), 3);
-        QCOMPARE(client_->SendCommand(RestClass::kConnectionCheck, {}), 0);
+        send(RestClass::kConnectionCheck);
     }
 
     void aFaultIsLoggedOnce() {
@@ -131,31 +126,22 @@ class CloudRestClientTest : public QObject {
         lines.clear();
         const auto before = qInstallMessageHandler(
             [](QtMsgType, const QMessageLogContext&, const QString& line) { lines << line; });
-        const auto connectWith = [this](const QByteArray& answer) {
-            service_->answer = [answer](const FakeService::Request&) { return answer; };
-            service_->closeAfterAnswer = true;
-            const int done = host_->completed.size() + 1;
-            client_->SendCommand(RestClass::kConnect, {});
-            return QTest::qWaitFor([&] { return host_->completed.size() == done; });
-        };
-        bool done = true;
-        for (int i = 0; i < 3; ++i)
-            done = done && connectWith({});
-        for (int i = 0; i < 3; ++i)
-            done = done && connectWith(FakeService::json(R"({"resultCode":"9999"})"));
-        done = done && connectWith(FakeService::json(R"({"resultCode":"1000"})")) &&
-               connectWith(FakeService::json(R"({"resultCode":"9999"})"));
+        service_->closeAfterAnswer = true;
+        const QByteArray refusal = FakeService::json(R"({"resultCode":"9999"})");
+        const QByteArray consent = FakeService::json(R"({"resultCode":"1000"})");
+        for (const QByteArray& answer : {QByteArray(), QByteArray(), QByteArray(), refusal, refusal,
+                                         refusal, consent, refusal}) {
+            service_->says(answer);
+            complete(RestClass::kConnect);
+        }
         qInstallMessageHandler(before);
-        QVERIFY(done);
         QCOMPARE(lines.filter(QStringLiteral("connect.do failed: ")).size(), 3);
         QCOMPARE(lines.filter(QStringLiteral("answered 9999")).size(), 2);
     }
 
     void aShortSerialIsReplacedByTheHardwareAddress() {
-        _gui_menu_ menu = host_->settings();
-        setFieldText(menu.serial, QStringLiteral("SERIAL1234"));
-        host_->setSettings(menu);
-        client_->SendCommand(RestClass::kConnectionCheck, {});
+        set([](_gui_menu_& menu) { setFieldText(menu.serial, QStringLiteral("SERIAL1234")); });
+        send(RestClass::kConnectionCheck);
         QTRY_COMPARE(service_->requests.size(), 1);
         QCOMPARE(service_->requests[0].header("serial"),
                  "KD_5500_" + NetworkHelper::getMacAddress(QStringLiteral("eth0")).toLatin1());
@@ -196,50 +182,39 @@ class CloudRestClientTest : public QObject {
             cleanup();
             init();
             service_->closeAfterAnswer = true;
-            service_->answer = [&row](const FakeService::Request&) { return row.answer; };
+            service_->says(row.answer);
             host_->link = true;
-            QCOMPARE(client_->SendCommand(row.command, {}), 0);
-            QTRY_COMPARE(host_->completed.size(), 1);
+            complete(row.command);
             QVERIFY2(host_->link == row.up, row.answer.left(60).constData());
             QVERIFY2(service_->written < 20000000, "read although it is too much");
-            QCOMPARE(client_->SendCommand(row.command, {}), 0);
-            QTRY_COMPARE(host_->completed.size(), 2);
+            complete(row.command);
         }
     }
 
     void faultsAndDeletedUsersAreReported() {
-        answerWith(R"({"resultCode":"1000"})");
-        const auto bodyOf = [this](const char* key) {
-            const QByteArray body = service_->requests.last().body;
-            return QJsonDocument::fromJson(body).object().value(QLatin1String(key)).toObject();
+        service_->answerWith(R"({"resultCode":"1000"})");
+        const auto sent = [this](const char* part) {
+            const auto body = QJsonDocument::fromJson(service_->requests.last().body);
+            return body.toJson(QJsonDocument::Compact).contains(part);
         };
         host_->selfCheck = SelfCheckFault::kTamper | SelfCheckFault::kCamera;
-        client_->SendCommand(RestClass::kConnectionCheck, {});
-        QTRY_COMPARE(host_->completed.size(), 1);
-        QCOMPARE(bodyOf("deviceInfo"),
-                 (QJsonObject{{QStringLiteral("checkCamera"), QStringLiteral("BAD")},
-                              {QStringLiteral("checkCard"), QStringLiteral("GOOD")},
-                              {QStringLiteral("coverOpen"), QStringLiteral("OPEN")},
-                              {QStringLiteral("checkMemory"), QStringLiteral("GOOD")}}));
+        complete(RestClass::kConnectionCheck);
+        QVERIFY(sent(R"("deviceInfo":{"checkCamera":"BAD","checkCard":"GOOD",)"
+                     R"("checkMemory":"GOOD","coverOpen":"OPEN"})"));
         const FR36_Parameter deleted{QStringLiteral("5"), QStringLiteral("A1")};
-        client_->SendCommand(RestClass::kUserDeleted, QVariant::fromValue(deleted));
-        QTRY_COMPARE(host_->completed.size(), 2);
+        complete(RestClass::kUserDeleted, QVariant::fromValue(deleted));
         QVERIFY(service_->requests.last().line.contains("/user-deleted.do "));
-        const QJsonObject card{{QStringLiteral("cardNo"), deleted.cardNo}};
-        QCOMPARE(bodyOf("userInfo"),
-                 (QJsonObject{{QStringLiteral("deleteType"), deleted.deleteType},
-                              {QStringLiteral("cardInfo"), card}}));
+        QVERIFY(sent(R"("userInfo":{"cardInfo":{"cardNo":"A1"},"deleteType":"5"})"));
         QCOMPARE(lastCompleted().data.value<FR36_Parameter>().cardNo, deleted.cardNo);
     }
 
     void aSilentServiceIsGivenUp() {
         client_->setTransferTimeout(150);
         host_->link = true;
-        client_->SendCommand(RestClass::kConnectionCheck, {});
-        QTRY_COMPARE_WITH_TIMEOUT(host_->completed.size(), 1, 2000);
+        complete(RestClass::kConnectionCheck);
         QVERIFY(!host_->link);
         QCOMPARE(lastCompleted().resultCode, 0);
-        QCOMPARE(client_->SendCommand(RestClass::kConnectionCheck, {}), 0);
+        send(RestClass::kConnectionCheck);
     }
 
     void addressesAreTheKernels() {
@@ -261,14 +236,12 @@ class CloudRestClientTest : public QObject {
 
     /// Nothing of a finished request stays, and ending with requests under way is silent.
     void requestsLeaveNothingBehind() {
-        answerWith(R"({"resultCode":"1000"})");
-        for (int i = 1; i <= 20; ++i) {
-            client_->SendCommand(RestClass::kConnectionCheck, {});
-            QTRY_COMPARE(host_->completed.size(), i);
-        }
+        service_->answerWith(R"({"resultCode":"1000"})");
+        for (int i = 0; i < 20; ++i)
+            complete(RestClass::kConnectionCheck);
         QTRY_VERIFY(client_->children().isEmpty());
         service_->answer = nullptr;
-        client_->SendCommand(RestClass::kConnect, {});
+        send(RestClass::kConnect);
         client_->runFR51({});
         QTRY_COMPARE(service_->requests.size(), 22);
         client_.reset();

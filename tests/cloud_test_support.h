@@ -9,6 +9,7 @@
 #include <QPointer>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <QUrl>
 #include <atomic>
 #include <functional>
 #include <utility>
@@ -16,6 +17,7 @@
 #include "cloud/cloud_host.h"
 #include "cloud/management_host.h"
 #include "tests/support/free_port.h"
+#include "tests/support/test_root.h"
 
 /// The terminal around the cloud link, as far as the link sees it.
 class FakeHost final : public CloudHost {
@@ -134,6 +136,23 @@ class FakeService : public QTcpServer {
                "\r\n\r\n" + body;
     }
 
+    QUrl url(const QString& path = {}) const {
+        return QUrl(QStringLiteral("http://127.0.0.1:%1/").arg(serverPort()) + path);
+    }
+    /// Settings of a terminal that this is the management service of.
+    _gui_menu_ settings() const {
+        _gui_menu_ menu{};
+        menu.network.own.managerAddress[0] = 127;
+        menu.network.own.managerAddress[3] = 1;
+        menu.network.own.managerPort = serverPort();
+        return menu;
+    }
+    /// Answers every request with these bytes, or this body, from now on.
+    void says(const QByteArray& bytes) {
+        answer = [bytes](const Request&) { return bytes; };
+    }
+    void answerWith(const QByteArray& body) { says(json(body)); }
+
     QList<Request> requests;
     std::function<QByteArray(const Request&)> answer;
     bool closeAfterAnswer = false;
@@ -163,26 +182,3 @@ class FakeService : public QTcpServer {
 
     QHash<QTcpSocket*, QByteArray> pending_;
 };
-
-/// Connects to @p port, sends @p bytes and returns what comes back until a whole answer is there,
-/// the peer closes or @p milliseconds pass without a byte.
-inline QByteArray exchange(quint16 port, const QByteArray& bytes, int milliseconds = 3000) {
-    QTcpSocket socket;
-    socket.connectToHost(QHostAddress(QHostAddress::LocalHost), port);
-    if (!socket.waitForConnected(milliseconds))
-        return {};
-    socket.write(bytes);
-    QByteArray answer;
-    for (;;) {
-        const int end = answer.indexOf("\r\n\r\n");
-        const int at = answer.indexOf("Content-Length: ");
-        if (end > 0 && at > 0 && at < end) {
-            const int length = answer.mid(at + 16, answer.indexOf('\r', at) - at - 16).toInt();
-            if (answer.size() >= end + 4 + length)
-                return answer;
-        }
-        if (!socket.waitForReadyRead(milliseconds))
-            return answer;
-        answer += socket.readAll();
-    }
-}

@@ -1,14 +1,9 @@
 #include <fcntl.h>
-#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <QElapsedTimer>
-#include <QFileInfo>
 #include <QLibraryInfo>
-#include <QProcess>
 #include <QStandardPaths>
-#include <QTcpServer>
 #include <QTcpSocket>
 #include <QtTest>
 #include <memory>
@@ -17,113 +12,81 @@
 #include "link/command_code.h"
 #include "link/device_records.h"
 #include "link/frame.h"
-#include "sim/device_root.h"
-#include "tests/support/free_port.h"
+#include "tests/support/program.h"
 
 namespace {
 
-/// The real program, in a root of its own, talking to a controller that the test plays.
-class Terminal {
+/// The program, talking to a controller that the test plays.
+class Terminal : public Program {
  public:
-    explicit Terminal(const QStringList& arguments = {QStringLiteral("-platform"),
-                                                      QStringLiteral("offscreen")}) {
+    Terminal() {
         controller.listen(QHostAddress::LocalHost);
-        restPort = freePort();
         qputenv("ZEL_LINK_PORT", QByteArray::number(controller.serverPort()));
-        qputenv("ZEL_REST_PORT", QByteArray::number(restPort));
-        qputenv("XDG_RUNTIME_DIR", qgetenv("ZEL_ROOT"));
-        process.setArguments(arguments);
-        process.setProgram(QStringLiteral(ZEL_BINARY_DIR "/bin/zel-terminal"));
-    }
-    ~Terminal() {
-        process.kill();
-        process.waitForFinished();
     }
 
-    void start() { process.start(); }
-    /// Has the process live with @p number files and connections.
-    void limitDescriptors(int number) {
-        const QString shell = QStringLiteral("ulimit -n %1; exec \"$0\" \"$@\"").arg(number);
-        process.setArguments(QStringList{QStringLiteral("-c"), shell, process.program()} +
-                             process.arguments());
-        process.setProgram(QStringLiteral("/bin/sh"));
-    }
     /// Whether the greeting has come.
     bool greeted() {
-        if (socket == nullptr) {
-            if (!controller.waitForNewConnection(10000))
-                return false;
+        if (socket == nullptr && controller.waitForNewConnection(10000))
             socket = controller.nextPendingConnection();
-        }
-        return QTest::qWaitFor([this] { return read().startsWith(greeting); }, 5000);
+        const QByteArray greeting = Frame::build(command::Greeting, 0, 0);
+        return socket != nullptr &&
+               QTest::qWaitFor([&] { return received().startsWith(greeting); }, 5000);
     }
-    QByteArray read() {
-        received += socket->readAll();
-        return received;
+    const QByteArray& received() { return received_ += socket->readAll(); }
+    void say(const QByteArray& bytes) {
+        socket->write(bytes);
+        socket->flush();
     }
-    /// Whether the HTTP port takes connections.
-    bool serves() {
-        return QTest::qWaitFor(
-            [this] {
-                QTcpSocket probe;
-                probe.connectToHost(QHostAddress::LocalHost, restPort);
-                return probe.waitForConnected(100);
-            },
-            5000);
+    /// A connection of the HTTP port.
+    std::unique_ptr<QTcpSocket> client() const {
+        auto client = std::make_unique<QTcpSocket>();
+        const bool served = QTest::qWaitFor([&] {
+            client->connectToHost(QHostAddress::LocalHost, restPort);
+            return client->waitForConnected(100);
+        });
+        if (!served)
+            qFatal("nobody is served");
+        return client;
+    }
+    QByteArray fromKernel(const char* name) const {
+        QFile file(QStringLiteral("/proc/%1/%2").arg(processId()).arg(QLatin1String(name)));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
     /// Whether main() has begun: from then on a signal is kept until it can be served.
-    bool holdsSignals() {
+    bool holdsSignals() const {
         return QTest::qWaitFor([this] {
-            QFile status(QStringLiteral("/proc/%1/status").arg(process.processId()));
-            if (!status.open(QIODevice::ReadOnly))
-                return false;
-            const QByteArray text = status.readAll();
+            const QByteArray text = fromKernel("status");
             const QByteArray mask = text.mid(text.indexOf("SigBlk:") + 7, 17).trimmed();
             return (mask.toULongLong(nullptr, 16) >> (SIGTERM - 1) & 1) != 0;
         });
     }
     /// Whether its first thread has had the processor for @p milliseconds, or has come as far as
     /// the connection.
-    bool hasWorked(qint64 milliseconds) {
+    bool hasWorked(qint64 milliseconds) const {
         return QTest::qWaitFor([&] {
-            QFile time(QStringLiteral("/proc/%1/schedstat").arg(process.processId()));
-            return (time.open(QIODevice::ReadOnly) &&
-                    time.readAll().split(' ').first().toLongLong() >= milliseconds * 1000000) ||
+            return fromKernel("schedstat").split(' ')[0].toLongLong() >= milliseconds * 1000000 ||
                    controller.hasPendingConnections();
         });
     }
-    void signal(int number) { ::kill(static_cast<pid_t>(process.processId()), number); }
-    /// Milliseconds until the process has ended by itself with status 0, or -1.
-    qint64 endsOrderly() {
-        QElapsedTimer time;
-        time.start();
-        if (!process.waitForFinished(20000) || process.exitStatus() != QProcess::NormalExit ||
-            process.exitCode() != 0)
-            return -1;
-        output = process.readAllStandardOutput();
-        errors = process.readAllStandardError();
-        return time.elapsed();
-    }
-    /// What the log says that is neither the project's own nor a missing link's.
-    QByteArray foreignLines() const {
-        QByteArray foreign;
-        for (const QByteArray& line : errors.split('\n')) {
-            if (!line.isEmpty() && !line.startsWith("zel.") && !line.startsWith("rm: ") &&
-                !line.startsWith("ln: "))
-                foreign += line + '\n';
-        }
-        return foreign;
+    /// Whether it has ended by itself with status 0, and @p quietly: without a word in its log that
+    /// is neither the project's own nor a missing link's.
+    bool endsOrderly(bool quietly = true) {
+        const bool ended =
+            waitForFinished(20000) && exitStatus() == QProcess::NormalExit && exitCode() == 0;
+        output = readAllStandardOutput();
+        errors = readAllStandardError();
+        const QRegularExpression ours(QStringLiteral("^(zel\\.|rm: |ln: |$)"));
+        const QStringList lines = QString::fromUtf8(errors).split(QLatin1Char('\n'));
+        return ended && (!quietly || lines.filter(ours) == lines);
     }
 
-    const QByteArray greeting = Frame::build(command::Greeting, 0, 0);
-    DeviceRoot root;
-    QProcess process;
     QTcpServer controller;
     QTcpSocket* socket = nullptr;
-    quint16 restPort = 0;
-    QByteArray received;
     QByteArray output;
     QByteArray errors;
+
+ private:
+    QByteArray received_;
 };
 
 /// An orderly end takes less than this, in milliseconds.
@@ -135,38 +98,30 @@ class ProcessTest : public QObject {
     Q_OBJECT
 
  private slots:
-    void endsOnEverySignal_data() {
-        QTest::addColumn<int>("number");
-        QTest::addColumn<int>("delay");  // milliseconds of work into the start; -1: when it is up
-        for (const int number : {SIGQUIT, SIGINT, SIGTERM, SIGHUP})
-            QTest::addRow("%d", number) << number << -1;
-        for (const int delay : {0, 10, 20, 30, 45, 60})
-            QTest::addRow("early %d", delay) << SIGTERM << delay;
-        for (const int delay : {0, 15, 40})
-            QTest::addRow("early interrupt %d", delay) << SIGINT << delay;
-    }
-
     void endsOnEverySignal() {
-        QFETCH(int, number);
-        QFETCH(int, delay);
-        Terminal terminal;
-        terminal.start();
-        QVERIFY(terminal.process.waitForStarted());
-        if (delay < 0) {
-            QVERIFY(terminal.greeted());
-            QVERIFY(terminal.serves());
-        } else {
-            QVERIFY(terminal.holdsSignals());
-            QVERIFY(terminal.hasWorked(delay));
+        // So many milliseconds of work into the start, or -1: when it is up.
+        const std::pair<int, int> rows[] = {
+            {SIGQUIT, -1}, {SIGINT, -1},  {SIGTERM, -1}, {SIGHUP, -1},  {SIGTERM, 0},
+            {SIGTERM, 10}, {SIGTERM, 20}, {SIGTERM, 30}, {SIGTERM, 45}, {SIGTERM, 60},
+            {SIGINT, 0},   {SIGINT, 15},  {SIGINT, 40}};
+        for (const auto& [number, delay] : rows) {
+            Terminal terminal;
+            terminal.start();
+            QVERIFY(terminal.waitForStarted());
+            if (delay < 0)
+                QVERIFY(terminal.greeted() && terminal.client());
+            else
+                QVERIFY(terminal.holdsSignals() && terminal.hasWorked(delay));
+            QElapsedTimer time;
+            time.start();
+            terminal.signal(number);
+            QVERIFY2(terminal.endsOrderly(), terminal.errors.constData());
+            // An early one waits for the start to be over, which takes as long as the machine
+            // takes.
+            QVERIFY(delay >= 0 || time.elapsed() < kPrompt);
+            QCOMPARE(terminal.output,
+                     "\nquit the application by signal(" + QByteArray::number(number) + ").\n");
         }
-        terminal.signal(number);
-        const qint64 time = terminal.endsOrderly();
-        QVERIFY2(time >= 0, terminal.errors.constData());
-        // An early one waits for the start to be over, which takes as long as the machine takes.
-        QVERIFY2(delay >= 0 || time < kPrompt, QByteArray::number(time).constData());
-        QCOMPARE(terminal.output,
-                 "\nquit the application by signal(" + QByteArray::number(number) + ").\n");
-        QCOMPARE(terminal.foreignLines(), QByteArray());
     }
 
     // The acknowledgement is on the wire before the process is gone, also when the order is the
@@ -176,21 +131,20 @@ class ProcessTest : public QObject {
             Terminal terminal;
             terminal.start();
             QVERIFY(terminal.greeted());
-            QTcpSocket slowClient;
+            std::unique_ptr<QTcpSocket> slowClient;
             if (!early) {
-                QVERIFY(terminal.serves());
-                slowClient.connectToHost(QHostAddress::LocalHost, terminal.restPort);
-                QVERIFY(slowClient.waitForConnected());
-                slowClient.write(
+                slowClient = terminal.client();
+                slowClient->write(
                     "POST /cloud-service/rest-api/door-open.do HTTP/1.1\r\nContent-Le");
-                slowClient.flush();
+                QVERIFY(slowClient->flush());
             }
-            terminal.socket->write(Frame::build(command::Quit, 0, 0));
-            terminal.socket->flush();
-            const qint64 time = terminal.endsOrderly();
-            QVERIFY2(time >= 0 && time < kPrompt, QByteArray::number(time).constData());
-            QTRY_VERIFY(terminal.read().endsWith(Frame::build(command::QuitAcknowledged, 0, 0)));
-            QCOMPARE(terminal.foreignLines(), QByteArray());
+            QElapsedTimer time;
+            time.start();
+            terminal.say(Frame::build(command::Quit, 0, 0));
+            QVERIFY2(terminal.endsOrderly(), terminal.errors.constData());
+            QVERIFY(time.elapsed() < kPrompt);
+            QTRY_VERIFY(
+                terminal.received().endsWith(Frame::build(command::QuitAcknowledged, 0, 0)));
         }
     }
 
@@ -201,7 +155,7 @@ class ProcessTest : public QObject {
             const QByteArray pipe = QFile::encodeName(terminal.root.path("/output"));
             QCOMPARE(::mkfifo(pipe.constData(), 0600), 0);
             const int reader = ::open(pipe.constData(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
-            terminal.process.setStandardOutputFile(QFile::decodeName(pipe));
+            terminal.setStandardOutputFile(QFile::decodeName(pipe));
             terminal.start();
             QVERIFY(terminal.greeted());
             while (full && ::write(reader, "full", 4) > 0) {
@@ -209,7 +163,7 @@ class ProcessTest : public QObject {
             if (!full)
                 ::close(reader);
             terminal.signal(SIGTERM);
-            QVERIFY(terminal.endsOrderly() >= 0);
+            QVERIFY2(terminal.endsOrderly(), terminal.errors.constData());
             if (full)
                 ::close(reader);
         }
@@ -218,34 +172,33 @@ class ProcessTest : public QObject {
     // With few files to be had it serves fewer clients, and does not give up.
     void livesWithFewDescriptors() {
         Terminal terminal;
-        terminal.limitDescriptors(64);
+        const QStringList program = QStringList(terminal.program()) + terminal.arguments();
+        terminal.setProgram(QStringLiteral("/bin/sh"));
+        terminal.setArguments(
+            QStringList{QStringLiteral("-c"), QStringLiteral("ulimit -n 64; exec \"$0\" \"$@\"")} +
+            program);
         terminal.start();
         QVERIFY(terminal.greeted());
-        QVERIFY(terminal.serves());
         std::vector<std::unique_ptr<QTcpSocket>> clients;
         for (int i = 0; i < 100; ++i) {
-            clients.push_back(std::make_unique<QTcpSocket>());
-            clients.back()->connectToHost(QHostAddress::LocalHost, terminal.restPort);
-            QVERIFY(clients.back()->waitForConnected());
+            clients.push_back(terminal.client());
             clients.back()->write("POST /");
-            clients.back()->flush();
+            QVERIFY(clients.back()->flush());
         }
-        QTcpSocket last;
-        last.connectToHost(QHostAddress::LocalHost, terminal.restPort);
-        last.write("POST /x HTTP/1.1\r\n\r\n");
-        QVERIFY(last.waitForReadyRead(5000));
-        QVERIFY(last.readAll().startsWith("HTTP/1.1 404"));
+        const auto last = terminal.client();
+        last->write("POST /x HTTP/1.1\r\n\r\n");
+        QVERIFY(last->waitForReadyRead(5000));
+        QVERIFY(last->readAll().startsWith("HTTP/1.1 404"));
         terminal.signal(SIGTERM);
-        QVERIFY(terminal.endsOrderly() >= 0);
+        QVERIFY2(terminal.endsOrderly(), terminal.errors.constData());
     }
 
     // Without fonts, pictures and scripts, with a root that cannot be written, with the HTTP port
     // taken and garbage on the link: it lives, and still ends in order.
     void livesThroughABadMorning() {
         Terminal terminal;
-        QProcess::execute(QStringLiteral("rm"),
-                          {QStringLiteral("-r"), terminal.root.path("/zel1"),
-                           terminal.root.path("/usr/img"), terminal.root.path("/usr/lib/fonts")});
+        for (const char* folder : {"/zel1", "/usr/img", "/usr/lib/fonts"})
+            QVERIFY(QDir(terminal.root.path(folder)).removeRecursively());
         // A file where a folder should be cannot be written into by anybody, root included.
         terminal.root.write("/usr/img", "");
         QTcpServer occupant;
@@ -255,46 +208,36 @@ class ProcessTest : public QObject {
         QByteArray garbage(100000, '\xC5');
         for (int i = 0; i < garbage.size(); i += 3)
             garbage[i] = static_cast<char>(i);
-        terminal.socket->write(garbage);
-        terminal.socket->write(Frame::build(command::Settings, 0, 0, 3, "abc"));
-        terminal.socket->write(Frame::build(command::SelfCheck, 0, 0, 1, "a"));
-        terminal.socket->write(QByteArray(2200, '\0') +
-                               Frame::build(command::FullLogsDeleted, 0, 0));
-        terminal.socket->flush();
-        QTRY_VERIFY(terminal.read().endsWith(Frame::build(command::AskUnsentLogs, 0, 0)));
+        terminal.say(garbage + Frame::build(command::Settings, 0, 0, 3, "abc") +
+                     Frame::build(command::SelfCheck, 0, 0, 1, "a") + QByteArray(2200, '\0') +
+                     Frame::build(command::FullLogsDeleted, 0, 0));
+        QTRY_VERIFY(terminal.received().endsWith(Frame::build(command::AskUnsentLogs, 0, 0)));
         terminal.signal(SIGTERM);
-        QVERIFY(terminal.endsOrderly() >= 0);
-        QVERIFY2(terminal.errors.contains("script_list.json"), terminal.errors.constData());
-        QVERIFY2(terminal.errors.contains(QByteArray::number(terminal.restPort)),
+        QVERIFY2(terminal.endsOrderly() && terminal.errors.contains("script_list.json") &&
+                     terminal.errors.contains(QByteArray::number(terminal.restPort)),
                  terminal.errors.constData());
-        QCOMPARE(terminal.foreignLines(), QByteArray());
     }
 
     // The panel's own full-screen path, on a virtual screen where its plug-in can be had.
     void runsFullScreen() {
-        const QString plugin =
-            QLibraryInfo::location(QLibraryInfo::PluginsPath) +
-            QStringLiteral("/egldeviceintegrations/libqeglfs-x11-integration.so");
-        const QString xvfb = QStandardPaths::findExecutable(QStringLiteral("Xvfb"));
-        if (!QFileInfo::exists(plugin) || xvfb.isEmpty())
+        if (!QFileInfo::exists(
+                QLibraryInfo::location(QLibraryInfo::PluginsPath) +
+                QStringLiteral("/egldeviceintegrations/libqeglfs-x11-integration.so")) ||
+            QStandardPaths::findExecutable(QStringLiteral("Xvfb")).isEmpty())
             QSKIP("no virtual screen for the panel's plug-in");
         QProcess screen;
-        screen.start(
-            xvfb, {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
-                   QStringLiteral("0"), QStringLiteral("480x800x24"), QStringLiteral("-nolisten"),
-                   QStringLiteral("tcp")});
+        screen.start(QStringLiteral("/bin/sh"),
+                     {QStringLiteral("-c"),
+                      QStringLiteral("exec Xvfb -displayfd 1 -screen 0 480x800x24 -nolisten tcp")});
         QVERIFY(screen.waitForReadyRead(10000));
-        Terminal terminal(QStringList{});
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(
-            QStringLiteral("DISPLAY"),
-            QLatin1Char(':') + QString::fromLatin1(screen.readAllStandardOutput()).trimmed());
-        environment.insert(QStringLiteral("QT_QPA_EGLFS_INTEGRATION"), QStringLiteral("eglfs_x11"));
-        terminal.process.setProcessEnvironment(environment);
+        qputenv("DISPLAY", ':' + screen.readAllStandardOutput().trimmed());
+        qputenv("QT_QPA_EGLFS_INTEGRATION", "eglfs_x11");
+        Terminal terminal;
+        terminal.setArguments({});
         terminal.start();
         QVERIFY(terminal.greeted());
         terminal.signal(SIGTERM);
-        QVERIFY2(terminal.endsOrderly() >= 0, terminal.process.readAllStandardError().constData());
+        QVERIFY2(terminal.endsOrderly(false), terminal.errors.constData());
         screen.terminate();
         screen.waitForFinished();
     }

@@ -1,8 +1,7 @@
-#include <QFile>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QRegularExpression>
+#include <sqlite3.h>
+
 #include <QtTest>
+#include <set>
 
 #include "base/version.h"
 #include "cloud/command_folder.h"
@@ -11,13 +10,14 @@
 #include "cloud/rest_client.h"
 #include "cloud/terminal_routes.h"
 #include "cloud/user_routes.h"
+#include "cloud/user_table.h"
 #include "link/command_code.h"
 #include "link/device_message.h"
 #include "link/device_records.h"
 #include "tests/cloud_test_support.h"
 
 // What docs/device-link.md says about codes and records is what the program does, and what goes
-// from one record to another arrives where it belongs.
+// from one record to another, or comes from the service, arrives where it belongs.
 
 namespace {
 
@@ -105,60 +105,64 @@ QJsonObject json(QByteArray text) {
     return QJsonDocument::fromJson(text.replace('\'', '"')).object();
 }
 
+QByteArray device(const QByteArray& content) {
+    return "{\"DeviceSettings\":{" + content + "}}";
+}
+
+_gui_menu_ managedBy(std::uint8_t last) {
+    _gui_menu_ settings{};
+    const std::uint8_t address[] = {10, 0, 0, last};
+    memcpy(settings.network.own.managerAddress, address, sizeof address);
+    settings.network.own.managerPort = 8080;
+    return settings;
+}
+
 }  // namespace
 
 class RecordsTest : public QObject {
     Q_OBJECT
 
  private slots:
-    void initTestCase() { qputenv("ZEL_ROOT", root_.path().toLocal8Bit()); }
+    void init() { root_.clear("/mnt"); }
 
     void everyCommandIsListedUnderItsDirection() {
-        QFile file(QStringLiteral(ZEL_SOURCE_DIR "/docs/device-link.md"));
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        const QRegularExpression row(QStringLiteral("^\\| (\\d+) \\| `(\\w+)` \\|"));
+        const QString text = QString::fromUtf8(
+            TestRoot::read(QStringLiteral(ZEL_SOURCE_DIR "/docs/device-link.md")));
+        const QRegularExpression row(QStringLiteral("\n\\| (\\d+) \\| `(\\w+)` \\|"));
         QStringList documented;
-        QChar direction;
-        const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
-        for (const QString& line : lines) {
-            if (line == QLatin1String("## From the terminal to the controller"))
-                direction = QLatin1Char('>');
-            else if (line == QLatin1String("## From the controller to the terminal"))
-                direction = QLatin1Char('<');
-            else if (line.startsWith(QLatin1String("## ")))
-                direction = QChar();
-            const QRegularExpressionMatch match = row.match(line);
-            if (!direction.isNull() && match.hasMatch())
-                documented += direction + match.captured(1) + match.captured(2);
+        for (const char* title :
+             {"## From the terminal to the controller", "## From the controller to the terminal"}) {
+            auto rows = row.globalMatch(
+                text.section(QLatin1String(title), 1).section(QLatin1String("\n## "), 0, 0));
+            while (rows.hasNext())
+                documented +=
+                    QLatin1Char(title[12]) + rows.next().capturedTexts().mid(1).join(QString());
         }
         QStringList known;
-        QSet<QString> codes;
+        std::set<std::pair<command::Direction, quint16>> codes;
         for (std::size_t i = 0; i < command::count(); ++i) {
             const command::Description& code = command::all()[i];
-            const QString number =
-                QLatin1Char(code.direction == command::Direction::ToController ? '>' : '<') +
-                QString::number(code.code);
-            known += number + QLatin1String(code.name);
-            codes.insert(number);
+            const bool up = code.direction == command::Direction::ToController;
+            known += (up ? QLatin1Char('t') : QLatin1Char('c')) + QString::number(code.code) +
+                     QLatin1String(code.name);
+            codes.insert({code.direction, code.code});
         }
         QCOMPARE(documented, known);
-        QCOMPARE(codes.size(), known.size());
+        QCOMPARE(int(codes.size()), known.size());
     }
 
     void everyRecordIsDescribedToTheLastByte() {
         std::size_t described = 0;
         for (std::size_t i = 0; i < std::size(kRows); ++i) {
             const Row& row = kRows[i];
-            const QString name =
-                QLatin1String(row.record) + QLatin1Char('.') + QLatin1String(row.field);
-            QVERIFY2(row.offset == row.documentedOffset, qPrintable(name));
-            QVERIFY2(row.size == row.documentedSize, qPrintable(name));
-            QVERIFY2(row.offset == described,
-                     qPrintable(QStringLiteral("nothing is said before ") + name));
+            const QByteArray name = QByteArray(row.record) + '.' + row.field;
+            QVERIFY2(row.offset == row.documentedOffset && row.size == row.documentedSize,
+                     name.constData());
+            QVERIFY2(row.offset == described, ("nothing is said before " + name).constData());
             described += row.size;
             if (i + 1 == std::size(kRows) || qstrcmp(kRows[i + 1].record, row.record) != 0) {
                 QVERIFY2(described == row.recordSize,
-                         qPrintable(QStringLiteral("nothing is said behind ") + name));
+                         ("nothing is said behind " + name).constData());
                 described = 0;
             }
         }
@@ -167,7 +171,8 @@ class RecordsTest : public QObject {
     void whatTheServiceSetsIsSavedInBlocks() {
         const Bytes menu = distinct("_gui_menu_");
         terminal_.menu = as<_gui_menu_>(menu.bytes);
-        commands_.setDevice(QVariant::fromValue(Device_Setup_Parameter{}));
+        Device_Setup_Parameter setup;
+        commands_.setDevice(QVariant::fromValue(setup));
         QCOMPARE(terminal_.takeLog(), QStringLiteral("1981(2,0)27 1982(1,0)7 1950(1,0)5 "
                                                      "1951(1,0)7 1954(1,0)3 ip 1986(4,0)23 menu "
                                                      "timers"));
@@ -179,6 +184,100 @@ class RecordsTest : public QObject {
             QCOMPARE(block, menu.bytes.mid(at, block.size()));
         }
         verifyCarried({"ServiceNetwork", terminal_.payloads[5]}, menu);
+
+        setup.time = QStringLiteral("2031-12-24 23:59:58");
+        setup.managerPort = 8081;
+        setup.bytes.push_back({offsetof(_gui_menu_, screen.brightness), 9});
+        terminal_.payloads.clear();
+        commands_.setDevice(QVariant::fromValue(setup));
+        QVERIFY(
+            terminal_.takeLog().startsWith(QStringLiteral("1981(2,0)27 1953(1,0)6 1982(1,0)7")));
+        QCOMPARE(int(as<ServiceNetwork>(terminal_.payloads[6]).managerPort), 8081);
+        _gui_menu_ changed = as<_gui_menu_>(menu.bytes);
+        changed.screen.brightness = 9;
+        changed.network.own.managerPort = 8081;
+        QCOMPARE(bytesOf(terminal_.menu), bytesOf(changed));
+    }
+
+    void theClockIsSetFromAnyPlausibleTime() {
+        for (const char* row : {"2031-12-24 23:59:58 1f0c18173b3a", "2024-2-9 1:2:3 180209010203",
+                                "2031-2-30 23:59:58 ", "2031-12-x 23:59:58 ", "2031-12-24 23:x:58 ",
+                                "2031-12-24  ", "2031-12-24 23:59:60 ", "24-12-2031 23:59:58 "}) {
+            const QStringList words = QString::fromLatin1(row).split(QLatin1Char(' '));
+            terminal_.payloads.clear();
+            commands_.setTime(QVariant::fromValue(FR01_Parameter{words[0], words[1]}));
+            QCOMPARE(terminal_.takeLog(),
+                     words[2].isEmpty() ? QString() : QStringLiteral("1953(1,0)6"));
+            QCOMPARE(QString::fromLatin1(terminal_.payloads.value(0).toHex()), words[2]);
+        }
+    }
+
+    void systemActionsSendTheirCommands() {
+        for (const char* row :
+             {"rebootDevice 1958(0,0)0", "deleteLogData 1957(0,0)0", "deleteSettingData 1957(1,0)0",
+              "deleteAllData 1957(2,0)0", "deleteAllUsers ListItem_Synchronizing 1932(3,1)0",
+              "deleteGeneralUsers ListItem_Synchronizing 1932(0,1)0",
+              "deleteFaceonlyUsers ListItem_Synchronizing 1932(4,1)0",
+              "deleteAdmin ListItem_Synchronizing 1932(1,1)0"}) {
+            const QString text = QLatin1String(row);
+            const QString word = text.section(QLatin1Char(' '), 0, 0);
+            commands_.setSystem(QVariant::fromValue(SystemEvent_Parameter{word}));
+            QCOMPARE(
+                terminal_.takeLog(),
+                QStringLiteral("stayWindow %1 liveWindow").arg(text.section(QLatin1Char(' '), 1)));
+        }
+    }
+
+    void usersAreAskedForDeletedStoredAndEnrolled() {
+        const auto card = QVariant::fromValue(FR33_3_Parameter{QStringLiteral("1234567")});
+        DoReceiveUserData user;
+        user.cardNo = QStringLiteral("1234567");
+        user.name = QString(60, QChar(0xAC00));
+        user.authType = QStringLiteral("300");
+        terminal_.payloads.clear();
+        commands_.openDoor();
+        commands_.getUser(card);
+        commands_.deleteUser(card);
+        commands_.enrolUser(QVariant::fromValue(user));
+        commands_.runKioskEnrolMode(QVariant::fromValue(user));
+        QCOMPARE(terminal_.takeLog(),
+                 QStringLiteral("2036(0,0)0 2026(0,0)16 stayWindow ListItem_Synchronizing "
+                                "1931(1,0)16 liveWindow 1927(0,0)486 user menu enrol"));
+        QCOMPARE(terminal_.payloads[1], QByteArray("1234567") + QByteArray(9, '\0'));
+        const auto record = as<_gui_user_>(terminal_.payloads[3]);
+        QCOMPARE(fieldText(record.name), QString(33, QChar(0xAC00)));
+        QCOMPARE(record.authMethod, 2);  // there is no 300
+        QCOMPARE(terminal_.user.origin, 2);
+
+        for (const auto slot : {&ManagementCommands::getUser, &ManagementCommands::deleteUser,
+                                &ManagementCommands::enrolUser, &ManagementCommands::setDevice,
+                                &ManagementCommands::setSystem, &ManagementCommands::setTime})
+            (commands_.*slot)(QVariant(QStringLiteral("nothing")));
+        QCOMPARE(terminal_.takeLog(), QString());
+    }
+
+    void confirmedReportsGoBackToTheController() {
+        root_.write(CommandFolder::directory() + QStringLiteral("face.jpg"), "abc");
+        GUI_LOGDATA event{};
+        event.year = 31;
+        event.month = event.day = 2;
+        setFieldText(event.visiblePicture, QStringLiteral("face.jpg"));
+        setFieldText(event.infraredPicture, QStringLiteral("../Images/face.jpg"));
+        const FR21_Parameter report = event_reports::accessEvent(event);
+        QCOMPARE(report.visImg + report.infImg, QStringLiteral("YWJj"));
+        QCOMPARE(report.authTime, QStringLiteral("2031-02-02 00:00:00"));
+
+        const auto complete = [this](int command, int code, const QVariant& data) {
+            commands_.completed(QVariant::fromValue(ProcIDX{command, 0, code, data}));
+        };
+        complete(RestClass::kUserInOutLog, 9999, QVariant::fromValue(report));
+        complete(RestClass::kUserDeleted, 1000, QVariant::fromValue(FR36_Parameter{}));
+        complete(RestClass::kUserEnroll, 1000, QVariant());
+        QCOMPARE(terminal_.takeLog(), QString());
+        complete(RestClass::kUserInOutLog, 1000, QVariant::fromValue(report));
+        complete(RestClass::kUserEnroll, 2000, QVariant::fromValue(Parameter_UserData{}));
+        QCOMPARE(terminal_.takeLog(), QStringLiteral("2044(0,0)68 2042(0,0)140"));
+        QCOMPARE(int(as<UserReported>(terminal_.payloads.last()).resultCode), 2000);
     }
 
     void theServiceReadsWhatIsSet() {
@@ -249,15 +348,14 @@ class RecordsTest : public QObject {
     /// From the request by way of the disk to the controller, with texts that have to be wrapped.
     void aSentUserArrivesWhole() {
         auto sent = user_routes::decodeUserDataSend(
-            R"({"userInfo":{"registTime":"2031-01-02 03:04:05","authType":"4","userLevel":"0",)"
+            R"({"userInfo":{"registTime":"2031-01-02 03:04:05","authType":4,"userLevel":"0",)"
             R"("sensivity":"3","timeSchedule":"a\\n\n\r\\홍\t\\","restrictTime":"\n",)"
             R"("templateFile":"x\u0000y","user":{"name":"길동"},"cardInfo":{"cardNo":"123456",)"
             R"("cardTemplate":"template","cardType":"7","nationCd":"kr","reissueNo":"8"}}})");
         QCOMPARE(sent.code, 1000);
         QVERIFY(CommandFolder().writeAdd(sent.value.user, "jpg"));
-        const QStringList folders =
-            QDir(CommandFolder::directory()).entryList({QStringLiteral("2*_add_123456")});
-        const auto command = CommandFolder::named(folders.value(0));
+        const auto command =
+            CommandFolder::named(TestRoot::namesIn(CommandFolder::directory()).value(0));
         QVERIFY(command && command->kind == CommandFolder::Kind::Add);
         const auto taken = CommandFolder::takeUser(*command);
         QVERIFY(taken.has_value());
@@ -285,6 +383,99 @@ class RecordsTest : public QObject {
         QCOMPARE(terminal_.payloads.last().toHex(), bytesOf(user).toHex());
     }
 
+    void deviceSettingsChangeOnlyWhatIsGiven() {
+        _gui_menu_ before = managedBy(5);
+        before.screen.brightness = 7;
+        const auto setup = terminal_routes::decodeDeviceSet(
+            device(R"("DoorOpenDuration":"20","DeviceNo":4294967295,"AdminPassword":"00001234",)"
+                   R"("QuickRegistration":{"UseQuickRegistraion":1},"Environment":)"
+                   R"({"ScreenSettings":{"MenuTimeout":0,"SleepMode":"180"}},)"
+                   R"("CommType":{"IPAddress":"10.0.0.9"})"));
+        QCOMPARE(setup.code, 1000);
+        _gui_menu_ after = before;
+        setup.value.applyTo(after);
+        _gui_menu_ expected = managedBy(9);
+        expected.screen.brightness = 7;
+        expected.setup.doorOpenDuration = 20;
+        expected.setup.deviceNumber = 0xFFFFFFFF;
+        memcpy(expected.setup.adminPassword, "00001234", 8);
+        expected.setup.quickRegistration = expected.registration.on = 1;
+        expected.screen.menuTimeout = expected.screen.sleepMode = 3;
+        QVERIFY(memcmp(&after, &expected, sizeof after) == 0);
+
+        after = before;
+        terminal_routes::decodeDeviceSet(device("")).value.applyTo(after);
+        QVERIFY(memcmp(&after, &before, sizeof after) == 0);
+    }
+
+    /// What the status route answers can be sent back to the settings route, but for what is
+    /// secret.
+    void statusAndSettingsSpeakTheSameLanguage() {
+        _gui_menu_ settings = managedBy(5);
+        setFieldText(settings.setup.adminPassword, QStringLiteral("4321"));
+        settings.setup.doorOpenDuration = 5;
+        settings.registration.authMethod = settings.registration.userLevel = 1;
+        settings.face.securityLevel = settings.screen.brightness = 4;
+        settings.screen.sleepMode = 5;
+        const QByteArray json =
+            QJsonDocument(terminal_routes::deviceStatus(settings, QDateTime::currentDateTime()))
+                .toJson();
+        QVERIFY(json.contains("\"600\"") && !json.contains("4321"));
+        const auto back = terminal_routes::decodeDeviceSet(json);
+        QCOMPARE(back.code, 1000);
+        _gui_menu_ changed{};
+        setFieldText(changed.setup.adminPassword, QStringLiteral("4321"));
+        back.value.applyTo(changed);
+        QVERIFY(memcmp(&changed, &settings, sizeof changed) == 0);
+    }
+
+    void firmwareComesFromTheManager() {
+        const auto address = [](const char* file) {
+            const QByteArray body = QByteArray(R"({"firmFile":")") + file + "\"}";
+            return terminal_routes::decodeFirmwareUpdate(body, QStringLiteral("10.0.0.5"))
+                .value.address;
+        };
+        QCOMPARE(address(":8080/fw/zel01.tar.bz2"),
+                 QStringLiteral("http://10.0.0.5:8080/fw/zel01.tar.bz2"));
+        QCOMPARE(address("/fw.bin"), QStringLiteral("http://10.0.0.5/fw.bin"));
+        QCOMPARE(QUrl(address("/@evil.com/x")).host(), QStringLiteral("10.0.0.5"));
+    }
+
+    void timesAreGivenInNumbers() {
+        const auto code = [](const QByteArray& date, const QByteArray& time) {
+            return terminal_routes::decodeTimeSet(R"({"TimeSettings":{"Date":")" + date +
+                                                  R"(","Time":")" + time + R"("}})")
+                .code;
+        };
+        QCOMPARE(code("2024-2-9", "1:2:3"), 1000);
+        QCOMPARE(code("2024-02-29", "01:02:03"), 1000);
+        for (const char* const date : {"2023-2-29", "1999-2-9", "2024-13-1", "2024-2", "2024-2-x"})
+            QCOMPARE(code(date, "1:2:3"), 9999);
+        for (const char* const time : {"24:0:0", "1:2", "1:2:60", "1:2:3.5", "1:2:", "-1:2:3"})
+            QCOMPARE(code("2024-2-9", time), 9999);
+    }
+
+    /// A table that cannot be read, or not now, is an empty one.
+    void usersPresentAreListed() {
+        QCOMPARE(users(), QByteArray("0 "));
+        QVERIFY(!QFile::exists(root_.path("/mnt/data")));
+        for (const QByteArray& content : {QByteArray(), QByteArray(9000, 'x'),
+                                          QByteArray("SQLite format 3\0\x10\0\1\1\0@", 22)}) {
+            root_.write(table(), content);
+            QCOMPARE(users(), QByteArray("0 "));
+        }
+        root_.write(table(), {});
+        sqlite3_close(sql("CREATE TABLE OTHER (A);"));
+        QCOMPARE(users(), QByteArray("0 "));
+        sqlite3* const writer =
+            sql("CREATE TABLE USER_T (N INTEGER, ID TEXT, MARK INTEGER);"
+                "INSERT INTO USER_T VALUES (1,'a1',0),(2,'b2',159),(3,'gone',160),(4,'c3',-1);"
+                "BEGIN EXCLUSIVE");
+        QCOMPARE(users(), QByteArray("0 "));
+        sqlite3_close(writer);
+        QCOMPARE(users(), QByteArray("3 a1,b2,c3"));
+    }
+
     void recordsOneBehindTheOther() {
         const QByteArray bytes("\1\2\3\4\5\6\7", 7);
         const auto ranges = [&bytes](int length) {
@@ -298,21 +489,34 @@ class RecordsTest : public QObject {
     }
 
  private:
+    QString table() const { return root_.path("/mnt/data/db_user2/DB_userT.bin"); }
+    /// Opens the table's file and has @p text carried out.
+    sqlite3* sql(const char* text) const {
+        sqlite3* db = nullptr;
+        [&] {
+            QCOMPARE(sqlite3_open(qPrintable(table()), &db), SQLITE_OK);
+            QCOMPARE(sqlite3_exec(db, text, nullptr, nullptr, nullptr), SQLITE_OK);
+        }();
+        return db;
+    }
+    /// How many users there are, and who.
+    static QByteArray users() {
+        UserTable table;
+        table.sqlOpen_ex();
+        const UserTable::Ids ids = table.sqlGetUserId();
+        return QByteArray::number(ids.count) + ' ' + ids.joined;
+    }
     /// What the service gets with a command.
     QJsonObject told(int command, const QVariant& data) {
         RestClass client(cloud_, nullptr);
         FakeService service;
-        _gui_menu_ menu{};
-        menu.network.own.managerAddress[0] = 127;
-        menu.network.own.managerAddress[3] = 1;
-        menu.network.own.managerPort = service.serverPort();
-        cloud_.setSettings(menu);
+        cloud_.setSettings(service.settings());
         client.SendCommand(command, data);
         [&] { QTRY_COMPARE(service.requests.size(), 1); }();
         return QJsonDocument::fromJson(service.requests.value(0).body).object();
     }
 
-    QTemporaryDir root_;
+    TestRoot root_;
     FakeHost cloud_;
     FakeTerminal terminal_;
     ManagementCommands commands_{cloud_, terminal_};

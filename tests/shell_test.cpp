@@ -39,25 +39,18 @@ class ShellTest : public DrivenTest {
     }
 
     void firstScreen() {
-        const struct {
-            bool rebooted;
-            const char* commissioned;
-            const char* last;
-        } rows[] = {{true, "settings commissioned 0", "stayWindow"},
-                    {false, "settings commissioned 1", "stayWindow"},
-                    {false, "settings commissioned 0", "setupMenuWindow"}};
-        for (const auto& row : rows) {
-            if (row.rebooted)
-                t->root.write("/mnt/data/rebootchkr", {});
-            else
+        const std::tuple<bool, int, const char*> rows[] = {
+            {true, 0, "stayWindow"}, {false, 1, "stayWindow"}, {false, 0, "setupMenuWindow"}};
+        for (const auto& [rebooted, commissioned, last] : rows) {
+            if (!rebooted)
                 QFile::remove(t->root.path("/mnt/data/rebootchkr"));
-            word(row.commissioned);
+            set("commissioned", commissioned);
             QVERIFY(t->start());
-            QCOMPARE(t->title(), QLatin1String(row.rebooted ? "stayWindow" : "bootWindow"));
+            QCOMPARE(t->title(), QLatin1String(rebooted ? "stayWindow" : "bootWindow"));
             sent();
-            QVERIFY(t->shows(row.last));
+            QVERIFY(t->shows(last));
             const QString frames = sentLine();
-            QVERIFY2(row.rebooted || frames.startsWith(QLatin1String("2011 0 0|2003 1 0|2010 0 0")),
+            QVERIFY2(rebooted || frames.startsWith(QLatin1String("2011 0 0|2003 1 0|2010 0 0")),
                      qPrintable(frames));
             QVERIFY(!window()->findChild<MenuTimer*>()->isRunning());
         }
@@ -80,118 +73,106 @@ class ShellTest : public DrivenTest {
 
     void linksAreRenewed() {
         const QDir links(t->root.path("/usr/img"));
-        const QDir pictures(t->root.path("/zel1/image/img"));
-        const QFileInfoList there = pictures.entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot);
-        QVERIFY(there.size() > 20);
-        const QString kept = links.filePath(there.at(0).fileName());
-        struct stat before {};
-        QCOMPARE(::lstat(QFile::encodeName(kept).constData(), &before), 0);
-        t->root.write("/elsewhere", "x");
+        const QFileInfoList pictures = QDir(t->root.path("/zel1/image/img"))
+                                           .entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot);
+        QVERIFY(pictures.size() > 20);
+        const auto link = [&](int number) {
+            return links.filePath(pictures.at(number).fileName());
+        };
+        const auto inode = [&] {
+            struct stat is {};
+            ::lstat(QFile::encodeName(link(0)).constData(), &is);
+            return is.st_ino;
+        };
+        const auto before = inode();
         const QString elsewhere = t->root.path("/elsewhere");
-        for (int wrong : {1, 2}) {
-            QVERIFY(QFile::remove(links.filePath(there.at(wrong).fileName())));
-            QVERIFY(wrong == 2 || QFile::link(elsewhere, links.filePath(there.at(1).fileName())));
-        }
-        t->root.write("/usr/img/stale.png", "x");
-        t->root.write("/usr/lib/fonts/stale.otf", "x");
-        t->root.write("/usr/img/.hidden", "x");
-        QVERIFY(
-            QFile::link(t->root.path("/nowhere"), links.filePath(QStringLiteral("nowhere.png"))));
+        for (const char* own :
+             {"/elsewhere", "/usr/img/.hidden", "/usr/img/stale.png", "/usr/lib/fonts/stale.otf"})
+            t->root.write(own, "x");
+        QVERIFY(QFile::remove(link(1)) && QFile::link(elsewhere, link(1)) &&
+                QFile::remove(link(2)));
+        QVERIFY(QFile::link(t->root.path("/nowhere"), t->root.path("/usr/img/nowhere.png")));
         QVERIFY(QFile::link(elsewhere, t->root.path("/usr/lib/fonts/NotoSerif-Bold.ttf.old")));
         QVERIFY(links.mkpath(QStringLiteral("folder/below")));
 
         QVERIFY(t->start());
-        QStringList wanted;
-        for (const QFileInfo& picture : there) {
-            wanted.append(picture.fileName());
-            QCOMPARE(QFileInfo(links.filePath(picture.fileName())).symLinkTarget(),
-                     picture.filePath());
+        QStringList wanted{QStringLiteral(".hidden")};
+        for (int number = 0; number < pictures.size(); ++number) {
+            wanted.append(pictures.at(number).fileName());
+            QCOMPARE(QFileInfo(link(number)).symLinkTarget(), pictures.at(number).filePath());
         }
-        QStringList found = links.entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot);
-        found.removeOne(QStringLiteral("folder"));
+        QStringList found =
+            links.entryList(QDir::AllEntries | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot);
+        QVERIFY(found.removeOne(QStringLiteral("folder")));
         QCOMPARE(found, wanted);
-        QVERIFY(links.exists(QStringLiteral(".hidden")) &&
-                links.exists(QStringLiteral("folder/below")));
-        QVERIFY(QFile::exists(elsewhere));
+        QVERIFY(links.exists(QStringLiteral("folder/below")) && QFile::exists(elsewhere));
         QCOMPARE(QDir(t->root.path("/usr/lib/fonts")).entryList(QDir::Files | QDir::System).size(),
                  5);
         // What was right has not been written once more.
-        struct stat after {};
-        QCOMPARE(::lstat(QFile::encodeName(kept).constData(), &after), 0);
-        QCOMPARE(after.st_ino, before.st_ino);
+        QCOMPARE(inode(), before);
     }
 
     /// By the controller, a screen and the management service.
-    void everyChangeOfSettingsCounts_data() {
-        QTest::addColumn<int>("by");
-        for (const int by : {0, 1, 2})
-            QTest::addRow("%d", by) << by;
-    }
-
     void everyChangeOfSettingsCounts() {
-        QFETCH(int, by);
-        words({"status 2", "settings screen.menuTimeout 0"});
-        QTRY_COMPARE(int(window()->getWorkMode()), 2);
-        QVERIFY(t->settle());
-        auto* service = window()->managementLink();
-        service->setConnected(true);
-        window()->changeWindow(QStringLiteral("liveWindow"));
-        QVERIFY(t->find("enrollButton") != nullptr);
-        window()->StartMenuTimer();
+        for (const int by : {0, 1, 2}) {
+            init();
+            words({"status 2", "settings screen.menuTimeout 0"});
+            QTRY_COMPARE(int(window()->getWorkMode()), 2);
+            QVERIFY(t->settle());
+            auto* service = window()->managementLink();
+            service->setConnected(true);
+            PLAYS(":liveWindow +enrollButton");
+            window()->StartMenuTimer();
 
-        _gui_menu_ record = window()->menuRecord();
-        record.setup.operation = Operation::Meals;
-        record.setup.readerMode = 1;
-        record.setup.serviceMode = 1;
-        record.setup.alarmMode = 2;
-        record.setup.language = 1;
-        record.registration.on = 0;
-        record.network.checkPeriod = 77;
-        record.screen.menuTimeout = 1;
-        if (by == 0) {
-            window()->sendTestPacket(command::SettingsChanged, sizeof record,
-                                     reinterpret_cast<const char*>(&record));
-        } else if (by == 1) {
-            window()->SetGuiMenu(&record);
-        } else {
-            const _gui_menu_ before = window()->menuRecord();
+            _gui_menu_ record = window()->menuRecord();
+            record.setup.operation = Operation::Meals;
+            record.setup.readerMode = 1;
+            record.setup.serviceMode = 1;
+            record.setup.alarmMode = 2;
+            record.setup.language = 1;
+            record.registration.on = 0;
+            record.network.checkPeriod = 77;
+            record.screen.menuTimeout = 1;
+            const auto* bytes = reinterpret_cast<const char*>(&record);
+            const auto receive = [&] {
+                window()->sendTestPacket(command::SettingsChanged, sizeof record, bytes);
+            };
             Device_Setup_Parameter order;
-            for (std::size_t i = 0; i < sizeof record; ++i) {
-                const auto byte = reinterpret_cast<const std::uint8_t*>(&record)[i];
-                if (byte != reinterpret_cast<const std::uint8_t*>(&before)[i])
-                    order.bytes.push_back({i, byte});
-            }
-            window()->sendCommand_ReceiveNetDeviceSetting(QVariant::fromValue(order));
+            for (std::size_t i = 0; i < sizeof record; ++i)
+                order.bytes.push_back({i, static_cast<std::uint8_t>(bytes[i])});
+            if (by == 0)
+                receive();
+            else if (by == 1)
+                window()->SetGuiMenu(&record);
+            else
+                window()->sendCommand_ReceiveNetDeviceSetting(QVariant::fromValue(order));
+            const _gui_menu_ now = window()->menuRecord();
+            QCOMPARE(memcmp(&now, &record, sizeof now), 0);
+            QCOMPARE(window()->getWorkMode(), WorkMode::Lunch);
+            QCOMPARE(window()->getReaderMode(), ReaderMode::Out);
+            QCOMPARE(window()->getServiceMode(), ServiceMode::OutOfService);
+            QCOMPARE(window()->getAlarmMode(), AlarmMode::Disarm);
+            QVERIFY(!service->connected());
+            QCOMPARE(window()->findChild<MenuTimer*>()->seconds(), 20);
+            PLAYS("-enrollButton =Lunch");
+            // The same record once more changes nothing: neither does what was set by hand since.
+            window()->setAlarmMode(AlarmMode::Arm);
+            service->setConnected(true);
+            receive();
+            QCOMPARE(window()->getAlarmMode(), AlarmMode::Arm);
+            QVERIFY(service->connected());
         }
-        const _gui_menu_ now = window()->menuRecord();
-        QCOMPARE(memcmp(&now, &record, sizeof now), 0);
-        QCOMPARE(window()->getWorkMode(), WorkMode::Lunch);
-        QCOMPARE(window()->getReaderMode(), ReaderMode::Out);
-        QCOMPARE(window()->getServiceMode(), ServiceMode::OutOfService);
-        QCOMPARE(window()->getAlarmMode(), AlarmMode::Disarm);
-        QVERIFY(!service->connected());
-        QCOMPARE(window()->findChild<MenuTimer*>()->seconds(), 20);
-        QVERIFY(t->find("enrollButton") == nullptr);
-        QVERIFY(t->reads(QStringLiteral("Lunch")));
-        // The same record once more changes nothing: neither does what was set by hand since.
-        window()->setAlarmMode(AlarmMode::Arm);
-        service->setConnected(true);
-        window()->sendTestPacket(command::SettingsChanged, sizeof record,
-                                 reinterpret_cast<const char*>(&record));
-        QCOMPARE(window()->getAlarmMode(), AlarmMode::Arm);
-        QVERIFY(service->connected());
     }
 
     void settingsCountOnce() {
         RecordStore records;
         SettingsEntrance settings(records, nullptr);
-        int changes = 0;
+        QByteArray changes;
         connect(&settings, &SettingsEntrance::changed, this, [&](const SettingsChange& change) {
-            ++changes;
-            QVERIFY(change.in(&_gui_menu_::sound));
-            QCOMPARE(change.first, changes == 1);
-            QCOMPARE(change.in(&_gui_menu_::screen), change.first);
-            QCOMPARE(change.in(&_gui_menu_::setup, &SetupBlock::operation), change.first);
+            for (const bool is :
+                 {change.first, change.in(&_gui_menu_::sound), change.in(&_gui_menu_::screen),
+                  change.in(&_gui_menu_::setup, &SetupBlock::operation)})
+                changes.append(is ? '1' : '0');
         });
         _gui_menu_ record{};
         QVERIFY(!settings.arrived());
@@ -199,198 +180,130 @@ class ShellTest : public DrivenTest {
         settings.receive(record);
         QVERIFY(settings.arrived());
         settings.receive(record);
-        QCOMPARE(changes, 1);
         record.sound.volume = 3;
         settings.store(record);
         settings.receive(record);
-        QCOMPARE(changes, 2);
+        QCOMPARE(changes, QByteArray("11110100"));
         QCOMPARE(int(records.menu().sound.volume), 3);
     }
 
     void languageOfTheSettings() {
         // A screen that is there already takes the new texts when it comes up next.
-        window()->changeWindow(QStringLiteral("enviWindow"));
-        QVERIFY(t->reads(QStringLiteral("환경 설정")));
-        window()->changeWindow(QStringLiteral("stayWindow"));
-        for (const auto& [number, text] :
-             {std::pair(1, "Environment"), std::pair(2, "環境設定"), std::pair(0, "환경 설정")}) {
-            QVERIFY(t->tell(QStringLiteral("settings setup.language %1").arg(number)));
-            QTRY_COMPARE(int(window()->menuRecord().setup.language), number);
-            window()->changeWindow(QStringLiteral("enviWindow"));
-            QVERIFY2(t->reads(QString::fromUtf8(text)), text);
-            window()->changeWindow(QStringLiteral("stayWindow"));
-        }
+        PLAYS(
+            ":enviWindow =환경_설정 :stayWindow !settings_setup.language_1 "
+            ":enviWindow =Environment :stayWindow !settings_setup.language_2 "
+            ":enviWindow =環境設定 :stayWindow !settings_setup.language_0 :enviWindow =환경_설정");
         // A number that the list does not have leaves the language as it is.
         word("settings setup.language 200");
         QTRY_COMPARE(int(window()->menuRecord().setup.language), 200);
-        QCOMPARE(window()->getScript(QStringLiteral("TopMenu_OK")).script, QStringLiteral("확인"));
+        QCOMPARE(t->text("TopMenu_OK"), QStringLiteral("확인"));
         // Nothing that the language may need later has been removed meanwhile.
         QVERIFY(QFile::exists(t->root.path("/zel1/image/img/fonts/logotypejp_mp_m_1.1.ttf")));
     }
 
     void languageAtTheUsersWish() {
-        const auto link = [this](const char* name) {
-            return QFileInfo(t->root.path("/usr/lib/fonts/") + QLatin1String(name));
+        const QString folder = t->root.path("/zel1/image/img/fonts/");
+        const QString medium = QStringLiteral("logotypejp_mp_m_1.1.ttf");
+        const auto fonts = [&] {
+            QString all;
+            for (const QString& font : {medium, QStringLiteral("logotypejp_mp_b_1.1.ttf")}) {
+                const QFileInfo link(t->root.path("/usr/lib/fonts/") + font);
+                all += QLatin1String(link.symLinkTarget() == folder + font ? "link " : "- ");
+                all += QLatin1String(QFile::exists(folder + font) ? "file " : "- ");
+            }
+            return all;
         };
-        const auto file = [this](const char* name) {
-            return QFileInfo(t->root.path("/zel1/image/img/fonts/") + QLatin1String(name));
-        };
-        constexpr char kMedium[] = "logotypejp_mp_m_1.1.ttf";
-        constexpr char kBold[] = "logotypejp_mp_b_1.1.ttf";
-        QVERIFY(!link(kMedium).isSymLink());
-
+        QCOMPARE(fonts(), QStringLiteral("- file - file "));
         window()->changeLanguage(3);
         window()->changeLanguage(-1);
         QCOMPARE(window()->getScriptFontFamily(), QStringLiteral("Noto Sans CJK KR"));
         window()->changeLanguage(2);
         QCOMPARE(window()->getScriptFontFamily(), QStringLiteral("Noto Sans CJK JP"));
-        for (const char* name : {kMedium, kBold})
-            QCOMPARE(link(name).symLinkTarget(), file(name).filePath());
-        QVERIFY(file(kMedium).exists() && file(kBold).exists());
+        QCOMPARE(fonts(), QStringLiteral("link file link file "));
 
         // The files go, not the links, and only while the medium one is there.
-        QVERIFY(QFile::rename(file(kMedium).filePath(), t->root.path("/kept")));
+        QVERIFY(QFile::rename(folder + medium, t->root.path("/kept")));
         window()->changeLanguage(1);
-        QVERIFY(file(kBold).exists());
-        QVERIFY(QFile::rename(t->root.path("/kept"), file(kMedium).filePath()));
+        QCOMPARE(fonts(), QStringLiteral("link - link file "));
+        QVERIFY(QFile::rename(t->root.path("/kept"), folder + medium));
         window()->changeLanguage(0);
-        QVERIFY(!file(kMedium).exists() && !file(kBold).exists());
-        QVERIFY(link(kMedium).isSymLink() && link(kBold).isSymLink());
-        QCOMPARE(window()->getScript(QStringLiteral("TopMenu_OK")).script, QStringLiteral("확인"));
-        window()->changeWindow(QStringLiteral("enviWindow"));
-        QVERIFY(t->reads(QStringLiteral("환경 설정")));
+        QCOMPARE(fonts(), QStringLiteral("link - link - "));
+        PLAYS(":enviWindow =환경_설정");
     }
 
     void faultsCome() {
-        word("fault tamper touch network");
-        QTRY_VERIFY(t->says("Popup_ErrTamper"));
-        const QString text = t->dialogText();
+        PLAYS("!fault_tamper_touch_network ?Popup_ErrTamper +dialogOkButton -dialogCancelButton");
         int last = -1;
         for (const char* key : {"Popup_ErrCtouch", "Popup_ErrNetwork", "Popup_ErrTamper"}) {
-            const int at = text.indexOf(window()->getScript(QLatin1String(key)).script);
+            const int at = t->dialogText().indexOf(t->text(key));
             QVERIFY2(at > last, key);
             last = at;
         }
-        QVERIFY(t->find("dialogOkButton") != nullptr);
-        QVERIFY(t->find("dialogCancelButton") == nullptr);
-        word("fault network");
-        QTRY_VERIFY(t->says("Popup_ErrNetwork") && !t->says("Popup_ErrTamper"));
-        word("fault none");
-        QTRY_COMPARE(t->dialogText(), QString());
+        PLAYS("!fault_network -?Popup_ErrTamper ?Popup_ErrNetwork !fault_none -?");
 
         // It stays until somebody has seen it, whatever comes up; only a result at the door lies
         // above it.
-        word("fault tamper");
-        QTRY_VERIFY(t->says("Popup_ErrTamper"));
-        for (const char* screen :
-             {"bootWindow", "recognizeWindow", "usbMenuWindow", "liveWindow"}) {
-            window()->changeWindow(QLatin1String(screen));
-            QCOMPARE(t->says("Popup_ErrTamper"), qstrcmp(screen, "recognizeWindow") != 0);
-        }
+        PLAYS(
+            "!fault_tamper ?Popup_ErrTamper :bootWindow ?Popup_ErrTamper "
+            ":recognizeWindow -?Popup_ErrTamper :usbMenuWindow ?Popup_ErrTamper "
+            ":liveWindow ?Popup_ErrTamper");
         window()->ShowPopup(2, 5);
         window()->StartMenuTimer(1, QStringLiteral("stayWindow"));
-        QVERIFY(t->shows("stayWindow"));
-        QVERIFY(t->says("Popup_ErrTamper"));
-        word("settings setup.language 2");
-        QTRY_COMPARE(int(window()->menuRecord().setup.language), 2);
-        QVERIFY(t->says("Popup_ErrTamper"));
-        t->tap("dialogOkButton");
-        QVERIFY(t->says("ListItem_NetworkConfigurationFailed"));
-        t->tap("dialogOkButton");
-        QCOMPARE(t->dialogText(), QString());
-        QCOMPARE(t->title(), QStringLiteral("stayWindow"));
+        PLAYS(
+            "@stayWindow ?Popup_ErrTamper !settings_setup.language_2 ?Popup_ErrTamper "
+            "dialogOkButton ?ListItem_NetworkConfigurationFailed dialogOkButton -? @stayWindow");
+        QCOMPARE(int(window()->menuRecord().setup.language), 2);
     }
 
     void reportsComeUp() {
-        const struct {
-            const char* frame;
-            const char* key;
-            bool isError;
-            const char* screen = "enviWindow";
-        } reports[] = {
-            {"frame 2924 1 0", "Error_MaxUsersExcceeded", true},
-            {"frame 2924 2 0", "Error_EnrollingUsers", true},
-            {"frame 2924 9 0", "Error_NoResponse", true},
-            {"frame 2931 0 0", "ListItem_UserDeleted", false},
-            {"frame 2931 1 0", "ListItem_FailedDeleted", true},
-            {"frame 3039 0 0", "ListItem_LogStoreEmptied", false},
-            {"frame 3039 1 0", "ListItem_LogStoreNearlyFull", false},
-            {"frame 3039 7 0", "ListItem_LogStoreNearlyFull", false},
-            {"frame 2990 0 0", "ListItem_FwRestart", false, "upgradingWindow"},
-            {"frame 2990 1 0", "ListItem_FwUpgradeFailed", true, "stayWindow"},
+        const std::pair<const char*, const char*> reports[] = {
+            {"!frame_2924_1_0 @enviWindow ?Error_MaxUsersExcceeded", "1908 0 0 cb 00"},
+            {"!frame_2924_2_0 @enviWindow ?Error_EnrollingUsers", "1908 0 0 cb 00"},
+            {"!frame_2924_9_0 @enviWindow ?Error_NoResponse", "1908 0 0 cb 00"},
+            {"!frame_2931_0_0 @enviWindow ?ListItem_UserDeleted", ""},
+            {"!frame_2931_1_0 @enviWindow ?ListItem_FailedDeleted", "1908 0 0 cb 00"},
+            {"!frame_3039_0_0 @enviWindow ?ListItem_LogStoreEmptied", ""},
+            {"!frame_3039_1_0 @enviWindow ?ListItem_LogStoreNearlyFull", "2032 0 0"},
+            {"!frame_3039_7_0 @enviWindow ?ListItem_LogStoreNearlyFull", "2032 0 0"},
+            {"!frame_2990_0_0 @upgradingWindow ?ListItem_FwRestart", ""},
+            {"!frame_2990_1_0 @stayWindow ?ListItem_FwUpgradeFailed", "1908 0 0 cb 00"},
         };
-        for (const auto& report : reports) {
-            window()->changeWindow(QStringLiteral("enviWindow"));
-            sent();
-            word(report.frame);
-            QTRY_VERIFY2(t->says(report.key), report.key);
-            QCOMPARE(t->title(), QLatin1String(report.screen));
-            QVERIFY(t->settle());
-            QCOMPARE(t->sent("1908 0 0 cb 00") >= 0, report.isError);
-            t->tap("dialogOkButton");
-            QVERIFY(!t->says(report.key));
-            QVERIFY(t->settle());
-            QCOMPARE(t->sent("2032 0 0") >= 0,
-                     report.key == QByteArray("ListItem_LogStoreNearlyFull"));
+        for (const auto& [report, frames] : reports) {
+            PLAYS(QByteArray(":enviWindow ") + report + " -^2032 dialogOkButton -" +
+                  strchr(report, '?'));
+            QCOMPARE(sentLine("(1908 0 0 cb|2032)"), QLatin1String(frames));
         }
         // Emptied meanwhile, there is nothing left to ask for.
-        DialogOverlay::closeAll(window());
-        word("frame 3039 1 0");
-        QTRY_VERIFY(t->says("ListItem_LogStoreNearlyFull"));
-        word("frame 3039 0 0");
-        QTRY_VERIFY(t->says("ListItem_LogStoreEmptied"));
-        t->tap("dialogOkButton");
-        QCOMPARE(t->dialogText(), QString());
+        PLAYS(
+            "!frame_3039_1_0 ?ListItem_LogStoreNearlyFull !frame_3039_0_0 "
+            "?ListItem_LogStoreEmptied dialogOkButton -?");
     }
 
     void oldLogsGoAtTheAdministratorsWord() {
         QVERIFY(t->lock());
-        const auto agree = [this] {
-            t->frames.clear();
-            return t->tell("frame 3039 1 0") &&
-                   QTest::qWaitFor([this] { return t->says("ListItem_LogStoreNearlyFull"); }) &&
-                   (t->tap("dialogOkButton"), t->settle());
-        };
-        window()->changeWindow(QStringLiteral("liveWindow"));
-        QVERIFY(agree());
-        QCOMPARE(t->title(), QStringLiteral("InputAdminPassword"));
-        QVERIFY(t->sent("2011 0 0") >= 0 && t->sent("2010 0 0") >= 0);
-        t->tap("backButton");
-        QVERIFY(agree());
-        QCOMPARE(t->sent("2032 0 0"), -1);
+        t->phrases["AGREE"] = "!frame_3039_1_0 ?ListItem_LogStoreNearlyFull dialogOkButton";
+        PLAYS(":liveWindow AGREE @InputAdminPassword ^2011_0_0 ^2010_0_0 backButton AGREE -^2032");
         t->enterPassword();
-        QVERIFY(t->sends("2032 0 0"));
-        QCOMPARE(t->title(), QStringLiteral("stayWindow"));
+        PLAYS("^2032_0_0 @stayWindow :zelMenuWindow");
         // Who has entered it is not asked again.
-        window()->changeWindow(QStringLiteral("zelMenuWindow"));
         t->enterPassword();
-        QVERIFY(agree());
-        QVERIFY(t->sends("2032 0 0"));
-        QCOMPARE(t->title(), QStringLiteral("zelMenuWindow"));
+        PLAYS("AGREE ^2032_0_0 @zelMenuWindow");
     }
 
     void anUpgradeIsNotLeftAlone() {
         word("settings screen.menuTimeout 0");
         QVERIFY(t->settle());
-        const auto* timer = window()->findChild<MenuTimer*>();
         for (int download = 0; download < 2; ++download) {
             window()->fwFileDownloadStart(QStringLiteral("archive"));
-            QCOMPARE(t->title(), QStringLiteral("upgradingWindow"));
-            QVERIFY(t->find("downloadText") && !t->find("restartText"));
-            QVERIFY(!timer->isRunning());
-            word("frame 2990 0 0");
-            QTRY_VERIFY(t->says("ListItem_FwRestart"));
-            QVERIFY(t->find("restartText") && !t->find("downloadText"));
-            QVERIFY(!timer->isRunning());
-            t->tap("dialogOkButton");
+            PLAYS(
+                "@upgradingWindow +downloadText -restartText ~ "
+                "!frame_2990_0_0 ?ListItem_FwRestart +restartText -downloadText ~ dialogOkButton");
         }
         // Without the controller nothing comes after a download.
         window()->fwFileDownloadStart(QStringLiteral("archive"));
-        word("drop");
-        QTRY_VERIFY(!window()->linkUp());
-        QVERIFY(!timer->isRunning());
+        PLAYS("!drop ~");
         emit window()->downloads().finished();
-        QVERIFY(timer->isRunning());
+        PLAYS("-~");
     }
 
     void recordedAccessLeavesTheScreenFree() {
@@ -408,15 +321,12 @@ class ShellTest : public DrivenTest {
     void statusPopupsClose() {
         const auto* popup = window()->findChild<StatusPopup*>();
         window()->ShowPopup(1, 1);
-        QVERIFY(t->says("Info_DownloadingSettingsManager"));
         // It stays above a screen that comes up meanwhile.
-        window()->changeWindow(QStringLiteral("enviWindow"));
-        QVERIFY(t->says("Info_DownloadingSettingsManager"));
-        QVERIFY(popup->isShown());
+        PLAYS("?Info_DownloadingSettingsManager :enviWindow ?Info_DownloadingSettingsManager");
         QTRY_VERIFY(!popup->isShown());
         QCOMPARE(popup->key(), 0);
         window()->ShowPopup(2, 0);
-        QVERIFY(t->says("ListItem_NetworkConfigurationFailed"));
+        PLAYS("?ListItem_NetworkConfigurationFailed");
         QCOMPARE(popup->key(), 2);
         window()->ClosePopup();
         QVERIFY(!popup->isShown());
@@ -424,30 +334,17 @@ class ShellTest : public DrivenTest {
         QVERIFY(!popup->isShown());
     }
 
-    void statusChoosesTheMode() {
-        for (const auto& [operation, status, mode] :
-             {std::tuple(1, 1, 1), std::tuple(1, 4, 4), std::tuple(1, 5, 0), std::tuple(2, 1, 6),
-              std::tuple(2, 4, 9), std::tuple(2, 0, 0)}) {
-            QVERIFY(t->tell(QStringLiteral("settings setup.operation %1").arg(operation)));
-            QVERIFY(t->tell(QStringLiteral("status %1").arg(status)));
-            QTRY_COMPARE(int(window()->getWorkMode()), mode);
-            QCOMPARE(window()->getSystemStatus(), status);
-        }
-        QCOMPARE(t->title(), QStringLiteral("stayWindow"));
-    }
-
     void theServiceIsSought() {
         FakeService service;
         bool refuses = true;
-        service.answer = [&refuses](const FakeService::Request&) {
+        QByteArray asked;
+        service.answer = [&](const FakeService::Request& request) {
+            for (const char* what : {"connect", "connection-check"}) {
+                if (request.line.contains(QByteArray("/") + what + ".do"))
+                    asked += QByteArray(what) + ' ';
+            }
             return FakeService::json(refuses ? R"({"resultCode":"9999"})"
                                              : R"({"resultCode":"1000"})");
-        };
-        const auto asked = [&service](const char* what) {
-            int count = 0;
-            for (const FakeService::Request& request : qAsConst(service.requests))
-                count += request.line.contains(what);
-            return count;
         };
         // A self-check means nothing to a service that is not in use.
         set("network.own.managerPort", service.serverPort());
@@ -458,36 +355,29 @@ class ShellTest : public DrivenTest {
         QCOMPARE(service.requests.size(), 0);
 
         words({"settings network.useManager 1", "fault tamper"});
-        QTRY_COMPARE(asked("/connect.do"), 1);
-        QTRY_VERIFY(t->says("Popup_ErrTamper"));
-        t->tap("dialogOkButton");
-        QCOMPARE(t->dialogText(), QString());
+        QTRY_COMPARE(asked, QByteArray("connect "));
+        PLAYS("?Popup_ErrTamper dialogOkButton -?");
         // Again by itself until it is reached, without the fault that somebody has seen; then the
         // connection is checked, and no more sought.
         refuses = false;
-        QTRY_COMPARE_WITH_TIMEOUT(asked("/connect.do"), 2, SystemStatus::kRetryInterval + 3000);
-        QCOMPARE(asked("/connection-check.do"), 0);
+        QTRY_COMPARE_WITH_TIMEOUT(asked, QByteArray("connect connect "),
+                                  SystemStatus::kRetryInterval + 3000);
         QTRY_VERIFY(window()->managementLink()->connected());
-        QVERIFY(t->sends("2039 0 0"));
-        QCOMPARE(t->dialogText(), QString());
+        PLAYS("^2039_0_0 -?");
         sent();
         word("fault none");
-        QTRY_COMPARE(asked("/connection-check.do"), 1);
-        QVERIFY(t->sends("2039 0 0"));
-        QVERIFY(t->sent("2040 0 0") >= 0 && t->sent("2040 0 0") < t->sent("2039 0 0"));
-        QCOMPARE(asked("/connect.do"), 2);
+        QTRY_COMPARE(asked, QByteArray("connect connect connection-check "));
+        PLAYS("^2039_0_0");
+        QCOMPARE(sentLine("20(39|40)"), QStringLiteral("2040 0 0|2039 0 0"));
     }
 
     void asksForWhatIsUnsent() {
-        const std::pair<const char*, const char*> answers[] = {
-            {"frame 3021 0 0", "2040 0 0|2039 0 0"},
-            {"frame 3038 1 2 00", "2040 0 0|2039 0 0"},
-            {"frame 3032 0 0", "2039 0 0"},
-            {"frame 3033 0 0", "2033 0 0"}};
-        for (const char* screen : {"stayWindow", "f_ledTestWindow", "userEnroll_FaceWindow"}) {
-            window()->changeWindow(QLatin1String(screen));
-            sent();
-            for (const auto& [frame, answer] : answers) {
+        for (const char* screen : {":stayWindow", ":f_ledTestWindow", ":userEnroll_FaceWindow"}) {
+            PLAYS(screen);
+            for (const auto& [frame, answer] : {std::pair("frame 3021 0 0", "2040 0 0|2039 0 0"),
+                                                {"frame 3038 1 2 00", "2040 0 0|2039 0 0"},
+                                                {"frame 3032 0 0", "2039 0 0"},
+                                                {"frame 3033 0 0", "2033 0 0"}}) {
                 word(frame);
                 QVERIFY(t->settle());
                 QCOMPARE(sentLine(), QLatin1String(answer));
@@ -496,7 +386,7 @@ class ShellTest : public DrivenTest {
         window()->EnrollPlaySoundTts(261, "text");
         QVERIFY(sentLine().startsWith(QLatin1String("2033 0 5 74 65 78 74 00")));
         // So is what stayed behind while the service or the controller was away.
-        const QStringList both{QStringLiteral("2040 0 0"), QStringLiteral("2039 0 0")};
+        const QString both = QStringLiteral("2040 0 0|2039 0 0");
         auto* service = window()->managementLink();
         FakeService silent;  // what the controller has for it is neither confirmed nor refused
         word("settings network.own.managerAddress 127.0.0.1");
@@ -508,8 +398,7 @@ class ShellTest : public DrivenTest {
             service->setConnected(false);
             service->setConnected(true);
             service->setConnected(true);
-            QVERIFY(t->settle());
-            QCOMPARE(t->frames, both);
+            QCOMPARE(sentLine(), both);
         }
         word("drop");
         QTRY_VERIFY(!window()->linkUp());
@@ -517,8 +406,7 @@ class ShellTest : public DrivenTest {
         service->setConnected(true);
         t->frames.clear();
         QVERIFY(t->reconnect() && t->sends("2039 0 0"));
-        QCOMPARE(t->frames.mid(0, 3), QStringList({QStringLiteral("1901 0 0")}) + both);
-        QVERIFY(t->settle());
+        QVERIFY(sentLine().startsWith(QStringLiteral("1901 0 0|") + both));
     }
 
     void everyFrameHasARouteThatLeadsToAScreen() {
@@ -560,16 +448,13 @@ class ShellTest : public DrivenTest {
 
     void aShortRecordIsIgnored() {
         const _gui_menu_ before = window()->menuRecord();
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("2907.*379.*380")));
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("2908.*0 .*380")));
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("6003.*3 .*4")));
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("status.*1 .*20")));
+        for (const char* line :
+             {"2907.*379.*380", "2908.*0 .*380", "6003.*3 .*4", "status.*1 .*20"})
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QLatin1String(line)));
         QVERIFY(t->tell(QStringLiteral("frame 2907 0 0 ") + QString(379 * 2, QLatin1Char('f'))));
-        words({"frame 2908 0 0", "frame 6003 0 0 ffffff", "frame 2902 0 0 ff"});
-        QVERIFY(t->settle());
+        PLAYS("!frame_2908_0_0 !frame_6003_0_0_ffffff !frame_2902_0_0_ff -?");
         const _gui_menu_ after = window()->menuRecord();
         QCOMPARE(memcmp(&before, &after, sizeof before), 0);
-        QCOMPARE(t->dialogText(), QString());
     }
 
     void ends() {

@@ -1,18 +1,11 @@
-#include <signal.h>
-
-#include <QDir>
-#include <QProcess>
 #include <QtTest>
 #include <functional>
-#include <memory>
 #include <utility>
 
 #include "cloud/command_folder.h"
 #include "link/command_code.h"
-#include "link/device_message.h"
 #include "sim/controller/controller_sim.h"
-#include "sim/device_root.h"
-#include "tests/support/free_port.h"
+#include "tests/support/program.h"
 
 /// The real program, killed where it hurts most, with the simulated controller as the judge of what
 /// has arrived.
@@ -20,9 +13,8 @@ class SurvivalTest : public QObject {
     Q_OBJECT
 
  private:
-    DeviceRoot root_;
-    std::unique_ptr<ControllerSim> controller_;
-    QProcess terminal_;
+    Program terminal_;
+    ControllerSim controller_{0, 0, terminal_.root.path("/mnt/data")};
     CommandFolder writer_;
     QSet<QString> told_;         // card numbers of the frames that have come
     std::function<void()> hit_;  // called with the first of them
@@ -30,7 +22,6 @@ class SurvivalTest : public QObject {
     QStringList waiting() const {
         return QDir(CommandFolder::directory()).entryList({QStringLiteral("*_???_*")}, QDir::Dirs);
     }
-    void kill() { ::kill(static_cast<pid_t>(terminal_.processId()), SIGKILL); }
     /// Orders to add and delete as many users, the last one for each a deletion.
     QStringList order(int users) {
         DoReceiveUserData user;
@@ -41,46 +32,34 @@ class SurvivalTest : public QObject {
         }
         return waiting();
     }
-    void start() {
+    /// Starts the program, which is killed before long.
+    void startAndFall() {
         terminal_.start();
-        QVERIFY(terminal_.waitForStarted());
+        QTRY_COMPARE_WITH_TIMEOUT(terminal_.state(), QProcess::NotRunning, 60000);
+        QTRY_VERIFY(!controller_.terminalConnected());
     }
 
  private slots:
     void initTestCase() {
-        controller_ = std::make_unique<ControllerSim>(0, 0, root_.path("/mnt/data"));
-        connect(controller_.get(), &ControllerSim::frameReceived, this,
+        connect(&controller_, &ControllerSim::frameReceived, this,
                 [this](quint16 code, quint8, quint8, const QByteArray& payload) {
                     if (code != command::EnrolNetworkUser && code != command::DeleteUser)
                         return;
-                    told_.insert((code == command::DeleteUser ? QStringLiteral("del_%1")
-                                                              : QStringLiteral("add_%1"))
-                                     .arg(QString::fromLatin1(payload.constData())));
+                    told_.insert(QLatin1String(code == command::DeleteUser ? "del_" : "add_") +
+                                 QLatin1String(payload.constData()));
                     if (const auto hit = std::exchange(hit_, nullptr))
                         hit();
                 });
-        qputenv("ZEL_LINK_PORT", QByteArray::number(controller_->port()));
-        qputenv("ZEL_REST_PORT", QByteArray::number(freePort()));
-        qputenv("XDG_RUNTIME_DIR", qgetenv("ZEL_ROOT"));
-        terminal_.setProgram(QStringLiteral(ZEL_BINARY_DIR "/bin/zel-terminal"));
-        terminal_.setArguments({QStringLiteral("-platform"), QStringLiteral("offscreen")});
+        qputenv("ZEL_LINK_PORT", QByteArray::number(controller_.port()));
         terminal_.setStandardErrorFile(QProcess::nullDevice());
-    }
-    void cleanupTestCase() {
-        kill();
-        terminal_.waitForFinished();
     }
 
     /// A command that is gone from the disk has arrived.
     void killedAtTheRemoval() {
         const QStringList orders = order(2);
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("LD_PRELOAD"), QStringLiteral(KILLED_AT_REMOVAL));
-        terminal_.setProcessEnvironment(environment);
+        qputenv("LD_PRELOAD", KILLED_AT_REMOVAL);
         for (int left = orders.size(); left > 0;) {
-            start();
-            QTRY_COMPARE_WITH_TIMEOUT(terminal_.state(), QProcess::NotRunning, 60000);
-            QTRY_VERIFY(!controller_->terminalConnected());
+            startAndFall();
             const QStringList now = waiting();
             QVERIFY(now.size() < left);
             left = now.size();
@@ -88,22 +67,21 @@ class SurvivalTest : public QObject {
                 QVERIFY2(now.contains(each) || told_.contains(each.section(QLatin1Char('_'), 1)),
                          qPrintable(each));
         }
-        terminal_.setProcessEnvironment(QProcessEnvironment::systemEnvironment());
+        qunsetenv("LD_PRELOAD");
     }
 
     /// Right behind its frame a command is still there; what was cut off is carried out at the next
     /// start, and all that was ordered has happened in the end.
     void killedWhenAFrameHasCome() {
         const int orders = order(4).size();
-        hit_ = [this] { kill(); };
-        start();
-        QTRY_COMPARE_WITH_TIMEOUT(terminal_.state(), QProcess::NotRunning, 60000);
+        hit_ = [this] { terminal_.signal(SIGKILL); };
+        startAndFall();
         QCOMPARE(waiting().size(), orders);
         told_.clear();
-        start();
+        terminal_.start();
         QTRY_VERIFY_WITH_TIMEOUT(waiting().isEmpty(), 60000);
         QCOMPARE(told_.size(), 8);
-        QVERIFY(!controller_->execute(QStringLiteral("users")).contains(QStringLiteral("900000")));
+        QVERIFY(!controller_.execute(QStringLiteral("users")).contains(QStringLiteral("900000")));
     }
 };
 

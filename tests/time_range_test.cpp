@@ -1,21 +1,14 @@
 #include "screens/settings/time_range.h"
 
 #include <QtTest>
-#include <tuple>
-
-using TimeRange::Malformed;
-using TimeRange::OutOfRange;
-using TimeRange::Valid;
 
 namespace {
 
-constexpr _byte4_time_se_ kBefore{1, 2, 3, 4};
-
-_byte4_time_se_ range(const char* text) {
-    _byte4_time_se_ read = kBefore;
-    if (TimeRange::getBetweenTime(QString::fromUtf8(text), &read) != Valid)
-        qFatal("%s is no range", text);
-    return read;
+/// What reading @p text gives, and the range after that, which was 01:02~03:04.
+QString read(const char* text) {
+    _byte4_time_se_ range{1, 2, 3, 4};
+    const int reading = TimeRange::getBetweenTime(QString::fromUtf8(text), &range);
+    return QString::number(reading) + QLatin1Char(' ') + TimeRange::betweenTimeText(range);
 }
 
 }  // namespace
@@ -25,61 +18,41 @@ class TimeRangeTest : public QObject {
 
  private slots:
     void reads() {
-        const std::tuple<const char*, int, const char*> rows[] = {
-            {"09:00~18:00", Valid, "09:00~18:00"}, {"00:00~24:00", Valid, "00:00~24:00"},
-            {"24:00~24:00", Valid, "24:00~24:00"}, {"009:5~00018", Valid, "09:05~18:00"},
-            {"00000000009", Valid, "09:00~00:00"},
+        const std::pair<const char*, const char*> ranges[] = {
+            {"09:00~18:00", "1 09:00~18:00"}, {"00:00~24:00", "1 00:00~24:00"},
+            {"24:00~24:00", "1 24:00~24:00"}, {"009:5~00018", "1 09:05~18:00"},
+            {"00000000009", "1 09:00~00:00"},
         };
-        for (const auto& [text, reading, shown] : rows) {
-            _byte4_time_se_ read = kBefore;
-            QCOMPARE(int(TimeRange::getBetweenTime(QLatin1String(text), &read)), reading);
-            QCOMPARE(TimeRange::betweenTimeText(read), QLatin1String(shown));
-        }
-        const std::pair<int, const char*> faults[] = {{Malformed, "         ~:"},
-                                                      {Malformed, "09:00:~18:00"},
-                                                      {Malformed, ""},
-                                                      {Malformed, "9:00~18:00"},
-                                                      {Malformed, "09:00~18:00~"},
-                                                      {Malformed, "09:00~18:00:30"},
-                                                      {Malformed, "09:00~18:30 pm"},
-                                                      {Malformed, "-9:00~18:00"},
-                                                      {Malformed, "０９:００~１８:００"},
-                                                      {OutOfRange, "25:00~18:00"},
-                                                      {OutOfRange, "09:60~18:00"},
-                                                      {OutOfRange, "09:00~25:00"},
-                                                      {OutOfRange, "09:00~18:60"},
-                                                      {OutOfRange, "256:00~18:00"},
-                                                      {OutOfRange, "4294967305:00~18:00"}};
-        for (const auto& [reading, text] : faults) {
-            _byte4_time_se_ read = kBefore;
-            QCOMPARE(int(TimeRange::getBetweenTime(QString::fromUtf8(text), &read)), reading);
-            QCOMPARE(memcmp(&read, &kBefore, sizeof read), 0);
-        }
+        for (const auto& [text, shown] : ranges)
+            QCOMPARE(read(text), QLatin1String(shown));
+        for (const char* malformed :
+             {"", "         ~:", "09:00:~18:00", "9:00~18:00", "09:00~18:00~", "09:00~18:00:30",
+              "09:00~18:30 pm", "-9:00~18:00", "０９:００~１８:００"})
+            QCOMPARE(read(malformed), QStringLiteral("0 01:02~03:04"));
+        for (const char* outOfRange : {"25:00~18:00", "09:60~18:00", "09:00~25:00", "09:00~18:60",
+                                       "256:00~18:00", "4294967305:00~18:00"})
+            QCOMPARE(read(outOfRange), QStringLiteral("-1 01:02~03:04"));
     }
 
     void standsBeside() {
-        const std::tuple<const char*, const char*, int> rows[] = {
-            {"06:00~09:00", "10:00~13:00", 1},
-            {"09:00~12:00", "12:00~18:00", 1},
-            {"09:00~12:01", "12:00~18:00", 0},
-            {"09:00~18:00", "12:00~13:00", 0},
-            // Nights.
-            {"22:00~06:00", "06:00~22:00", 1},
-            {"22:00~06:00", "05:59~22:00", 0},
-            {"22:00~06:00", "06:00~22:01", 0},
-            {"22:00~06:00", "23:00~24:00", 0},
-            {"22:00~06:00", "23:00~05:00", 0},
-            {"22:00~06:00", "21:00~20:00", 0},
-            // Empty ones.
-            {"12:00~12:00", "13:00~14:00", 0},
-            {"12:00~12:00", "22:00~06:00", 0},
-            {"24:00~24:00", "13:00~14:00", 0},
+        // Which of them comes first makes no difference.
+        const auto check = [](const char* ranges) {
+            _byte4_time_se_ a{};
+            _byte4_time_se_ b{};
+            TimeRange::getBetweenTime(QString::fromLatin1(ranges, 11), &a);
+            TimeRange::getBetweenTime(QLatin1String(ranges + 12), &b);
+            return QPoint(TimeRange::CheckTime(a, b), TimeRange::CheckTime(b, a));
         };
-        for (const auto& [a, b, apart] : rows) {
-            // Which of them comes first makes no difference.
-            QVERIFY2(TimeRange::CheckTime(range(a), range(b)) == apart, b);
-            QVERIFY2(TimeRange::CheckTime(range(b), range(a)) == apart, b);
-        }
+        for (const char* apart :
+             {"06:00~09:00 10:00~13:00", "09:00~12:00 12:00~18:00", "22:00~06:00 06:00~22:00"})
+            QVERIFY2(check(apart) == QPoint(1, 1), apart);
+        // By day, across midnight, and empty ones.
+        for (const char* overlap :
+             {"09:00~12:01 12:00~18:00", "09:00~18:00 12:00~13:00", "22:00~06:00 05:59~22:00",
+              "22:00~06:00 06:00~22:01", "22:00~06:00 23:00~24:00", "22:00~06:00 23:00~05:00",
+              "22:00~06:00 21:00~20:00", "12:00~12:00 13:00~14:00", "12:00~12:00 22:00~06:00",
+              "24:00~24:00 13:00~14:00"})
+            QVERIFY2(check(overlap) == QPoint(0, 0), overlap);
     }
 };
 

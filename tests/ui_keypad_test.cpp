@@ -35,92 +35,72 @@ class UiKeypadTest : public QObject {
     void cleanup() { window.reset(); }
 
     void composesHangul() {
-        const struct {
-            const char* keys;
-            const char* text;
-            const char* open;
-        } cases[] = {
-            {"ㅎㅏㄴㄱㅡㄹ", "한", "글"},
-            {"ㅇㅗㅏㅣ", "와", "ㅣ"},
+        const std::pair<const char*, const char*> rows[] = {
+            {"ㅎㅏㄴㄱㅡㄹ", "한|글"},
+            {"ㅇㅗㅏㅣ", "와|ㅣ"},
             // A second final consonant, and how it or the only one goes over to the next syllable.
-            {"ㄷㅏㄹㄱ", "", "닭"},
-            {"ㄷㅏㄹㄱㅏ", "달", "가"},
-            {"ㄱㅏㄱㅏ", "가", "가"},
+            {"ㄷㅏㄹㄱ", "|닭"},
+            {"ㄷㅏㄹㄱㅏ", "달|가"},
+            {"ㄱㅏㄱㅏ", "가|가"},
             // Shift holds for one letter, touched twice it is locked.
-            {"^ㄱㅏㄱㄱㅏ", "깍", "가"},
-            {"^^ㄱㅏㄱㅅㅏ", "깎", "싸"},
+            {"^ㄱㅏㄱㄱㅏ", "깍|가"},
+            {"^^ㄱㅏㄱㅅㅏ", "깎|싸"},
             // Backspace takes letter by letter, and then syllable by syllable.
-            {"ㄷㅏㄹㄱ<<", "", "다"},
-            {"ㄴㅏㄹㄱㅏ<<<", "", ""},
+            {"ㄷㅏㄹㄱ<<", "|다"},
+            {"ㄴㅏㄹㄱㅏ<<<", "|"},
             // What ends a syllable: space, another page, a symbol, the option.
-            {"ㄱㅏ ㄴ", "가 ", "ㄴ"},
-            {"ㄱㅏAb^cHㄴ", "가bC", "ㄴ"},
-            {"ㄱㅏ!1^[", "가1[", ""},
-            {"ㄱㅏ@ㅏ", "가com", "ㅏ"},
+            {"ㄱㅏ ㄴ", "가 |ㄴ"},
+            {"ㄱㅏAb^cHㄴ", "가bC|ㄴ"},
+            {"ㄱㅏ!1^[", "가1[|"},
+            {"ㄱㅏ@ㅏ", "가com|ㅏ"},
         };
-        for (const auto& one : cases) {
+        for (const auto& [keys, shown] : rows) {
             field->clear();
             keypad->edit(field);
-            keypad->setOption(QStringLiteral("com"));
-            tap(QString::fromUtf8(one.keys));
-            QCOMPARE(field->text(), QString::fromUtf8(one.text));
-            QCOMPARE(field->preedit(), QString::fromUtf8(one.open));
-            tap(QStringLiteral("D"));
-            QCOMPARE(field->text(), QString::fromUtf8(one.text) + QString::fromUtf8(one.open));
+            keypad->setOption(u("com"));
+            QCOMPARE(type(keys), u(shown));
+            QCOMPARE(type("D"), u(shown).remove(QLatin1Char('|')) + QLatin1Char('|'));
         }
     }
 
     void countsSyllables() {
         field->setMaxLength(2);
         keypad->edit(field);
-        tap(QStringLiteral("ㄷㅏㄹㄱㅏㅂㅅ"));
-        QCOMPARE(field->text() + field->preedit(), QStringLiteral("달값"));
+        QCOMPARE(type("ㄷㅏㄹㄱㅏㅂㅅ"), u("달|값"));
         // There is no room for the syllable that would begin; what is typed stays as it is.
-        tap(QStringLiteral("ㅏㅇ"));
-        QCOMPARE(field->text() + field->preedit(), QStringLiteral("달값"));
-        tap(QStringLiteral("<<ㅁAxD"));
-        QCOMPARE(field->text(), QStringLiteral("달감"));
+        QCOMPARE(type("ㅏㅇ"), u("달|값"));
+        QCOMPARE(type("<<ㅁAxD"), u("달감|"));
     }
 
     void startsAfreshWhenTheTextIsReplaced() {
         keypad->edit(field);
-        tap(QStringLiteral("ㄱㅏ"));
-        field->setText(QStringLiteral("x"));
-        tap(QStringLiteral("ㄴ"));
-        QCOMPARE(field->text() + field->preedit(), QStringLiteral("xㄴ"));
+        type("ㄱㅏ");
+        field->setText(u("x"));
+        QCOMPARE(type("ㄴ"), u("x|ㄴ"));
         field->clear();
-        tap(QStringLiteral("<ㄷ"));
-        QCOMPARE(field->preedit(), QStringLiteral("ㄷ"));
+        QCOMPARE(type("<ㄷ"), u("|ㄷ"));
     }
 
     void typesDigits() {
         field->setAllowedCharacters(InputField::Digits);
         QSignalSpy finished(field, &InputField::editingFinished);
         keypad->edit(field);
-        QVERIFY(!key(QStringLiteral("key_option")));
-        keypad->setOption(QStringLiteral("010"));
-        tap(QStringLiteral("@123456789"));
-        QCOMPARE(field->text(), QStringLiteral("010123456789"));
-        tap(QStringLiteral("<"));
-        QCOMPARE(field->text().size(), 11);
+        QVERIFY(!key(u("option")));
+        keypad->setOption(u("010"));
+        QCOMPARE(type("@123456789"), u("010123456789|"));
+        QCOMPARE(type("<"), u("01012345678|"));
         Finger finger(window.get());
-        finger.down(key(QStringLiteral("key_backspace")));
+        finger.down(key(u("backspace")));
         QTRY_VERIFY(field->text().size() < 9);
         finger.up();
         QVERIFY(!field->text().isEmpty());
-        tap(QStringLiteral("C5D"));
-        QCOMPARE(field->text(), QStringLiteral("5"));
-        QVERIFY(keypad->isHidden());
-        QVERIFY(!field->isEditing());
+        QCOMPARE(type("C5D"), u("5|"));
+        QVERIFY(keypad->isHidden() && !field->isEditing());
         QCOMPARE(finished.count(), 1);
     }
 
     void offersThePagesOfTheField() {
-        const struct {
-            InputField::Characters characters;
-            bool hangulFirst;
-            const char* keys;
-        } cases[] = {
+        const std::tuple<InputField::Characters, bool, const char*> rows[] = {
             {InputField::Any, true, "ㅂ latin symbols ."},
             {InputField::Any, false, "q hangul symbols ."},
             {InputField::Latin, true, "q symbols ."},
@@ -129,30 +109,27 @@ class UiKeypadTest : public QObject {
             {InputField::TimeRange, true, "1"},
             {InputField::Date, true, "1"},
         };
-        for (const auto& one : cases) {
-            field->setAllowedCharacters(one.characters);
-            keypad->setHangulFirst(one.hangulFirst);
+        for (const auto& [characters, hangulFirst, keys] : rows) {
+            field->setAllowedCharacters(characters);
+            keypad->setHangulFirst(hangulFirst);
             keypad->edit(field);
             QStringList shown;
-            for (const char* name : {"1", "q", "ㅂ", "latin", "hangul", "symbols", "."})
-                if (key(QLatin1String("key_") + QString::fromUtf8(name)))
-                    shown += QString::fromUtf8(name);
-            QCOMPARE(shown.join(QLatin1Char(' ')), QString::fromUtf8(one.keys));
+            for (const QString& name : u("1 q ㅂ latin hangul symbols .").split(u(" "))) {
+                if (key(name))
+                    shown.append(name);
+            }
+            QCOMPARE(shown.join(u(" ")), u(keys));
         }
     }
 
     void keepsTheFieldInSight() {
-        const auto bottom = [](const InputField* one) {
-            return one->mapTo(one->window(), one->rect().bottomLeft()).y();
-        };
-        keypad->edit(low);
-        QVERIFY(bottom(low) < keypad->y());
-        keypad->edit(field);
-        QVERIFY(!low->isEditing() && field->isEditing());
-        QCOMPARE(screen->y(), 0);
-        keypad->edit(low);
-        QVERIFY(bottom(low) < keypad->y());
-        tap(QStringLiteral("V"));
+        for (InputField* one : {low, field, low}) {
+            keypad->edit(one);
+            QVERIFY(low->isEditing() == (one == low) && field->isEditing() == (one == field));
+            QVERIFY(bottom(one) <= keypad->y());
+            QCOMPARE(screen->y() < 0, one == low);
+        }
+        type("V");
         QVERIFY(keypad->isHidden());
         QCOMPARE(screen->y(), 0);
     }
@@ -172,8 +149,7 @@ class UiKeypadTest : public QObject {
             list->ensureWidgetVisible(late);
             Finger(window.get()).tap(late);
             QVERIFY(late->isEditing() && keypad->isVisible());
-            const int end = late->mapTo(window.get(), QPoint(0, late->height())).y();
-            QVERIFY2(end <= keypad->y(), qPrintable(QString::number(end)));
+            QVERIFY(bottom(late) <= keypad->y());
             QCOMPARE(screen->y(), 0);
             QCOMPARE(list->viewport()->height(), keypad->y() - 72);
         }
@@ -196,45 +172,47 @@ class UiKeypadTest : public QObject {
             const QPointer<QWidget> moved = screen;
             QSignalSpy finished(low, &InputField::editingFinished);
             keypad->edit(low);
-            tap(QStringLiteral("ㅎㅏㄴ"));
+            type("ㅎㅏㄴ");
             end();
             QVERIFY(keypad->isHidden());
             QVERIFY(!moved || moved->y() == 0);
             if (edited) {
                 QVERIFY(!edited->isEditing());
                 QCOMPARE(finished.count(), 1);
-                QCOMPARE(edited->text(), QStringLiteral("한"));
+                QCOMPARE(edited->text(), u("한"));
             }
             if (!moved)
                 continue;
             screen->setEnabled(true);
             screen->show();
             keypad->edit(field);
-            tap(QStringLiteral("ㄱD"));
-            QCOMPARE(field->text(), QStringLiteral("ㄱ"));
+            QCOMPARE(type("ㄱD"), u("ㄱ|"));
         }
     }
 
  private:
+    static QString u(const char* text) { return QString::fromUtf8(text); }
+    static int bottom(const InputField* one) {
+        return one->mapTo(one->window(), QPoint(0, one->height())).y();
+    }
     /// The key of that name on the page that is shown.
     TouchKey* key(const QString& name) const {
-        auto* found = keypad->findChild<TouchKey*>(name);
+        auto* found = keypad->findChild<TouchKey*>(u("key_") + name);
         return found && found->isVisible() ? found : nullptr;
     }
     /// Touches one key after the other: characters by themselves, < for backspace, ^ for shift, @
-    /// for the option, C for clear, D for done, V for hide, A, H and ! for the other pages.
-    void tap(const QString& keys) {
-        const QString signs = QStringLiteral("<^@CDVAH! ");
-        const QStringList names =
-            QStringLiteral("backspace shift option clear done hide latin hangul symbols space")
-                .split(QLatin1Char(' '));
-        for (const QChar& touched : keys) {
-            const QString name =
-                QStringLiteral("key_") + names.value(signs.indexOf(touched), touched);
-            const TouchKey* target = key(name);
-            QVERIFY2(target, qPrintable(name));
-            Finger(window.get()).tap(target);
+    /// for the option, C for clear, D for done, V for hide, A, H and ! for the other pages. What
+    /// the field holds then, and behind a bar the open syllable.
+    QString type(const char* keys) const {
+        static const QStringList names =
+            u("backspace shift option clear done hide latin hangul symbols space").split(u(" "));
+        for (const QChar& touched : u(keys)) {
+            const QString name = names.value(u("<^@CDVAH! ").indexOf(touched), touched);
+            if (key(name) == nullptr)
+                return u("no key ") + name;
+            Finger(window.get()).tap(key(name));
         }
+        return field->text() + QLatin1Char('|') + field->preedit();
     }
 
     DeviceRoot root;

@@ -24,8 +24,7 @@ cd "$(dirname "$(realpath "$0")")/.."
 . tools/run_processes.sh
 hold "build/$arch.cross"
 
-tests=(frame_parser_test records_test script_handler_test time_range_test cloud_routes_test
-    cloud_rest_server_test)
+tests=(device_link_test records_test script_handler_test time_range_test cloud_rest_server_test)
 programs=(zel-terminal blank_window terminal_first_frame)
 
 # ---- The root ------------------------------------------------------------------------------------

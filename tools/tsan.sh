@@ -4,7 +4,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-tests=(cloud_rest_server_test cloud_rest_client_test cloud_download_test cloud_management_test
+tests=(cloud_rest_server_test cloud_rest_client_test cloud_download_test records_test
     cloud_commands_test face_search_test)
 cmake --preset tsan >/dev/null
 cmake --build --preset tsan --parallel 2 --target "${tests[@]}"

@@ -7,7 +7,6 @@ held against the same document.
 usage: contract_test.py BINARIES STAGED_ROOT DOCUMENT
 """
 
-import copy
 import http.client
 import http.server
 import json
@@ -27,7 +26,8 @@ API = "/cloud-service/rest-api"
 USER_ENROLLED, INFO_SIZE = 3034, 616
 
 # Beside them every schema gets what lies just outside of its own limits.
-VALUES = [None, True, [], {}, "", "x", "\u0000", "가", "0" * 300, 0, -1, 1.5, 1e300, [5], {"a": 1}]
+VALUES = [None, True, [], {}, "", "x", "\u0000", "가", "0" * 300, 0, -1, "-1", 1.5, 1e300, [5],
+          {"a": 1}]
 
 
 def resolved(node, document):
@@ -60,17 +60,16 @@ def values_for(schema):
         yield "1" * length
     if "minLength" in schema:
         yield from ("1" * schema["minLength"], "Z" * schema["maxLength"])
-    yield from schema.get("enum", [])
+    for value in schema.get("enum", []):
+        yield value
+        if isinstance(value, int):
+            yield from (value + 1, str(value + 1))
     yield from VALUES
 
 
 def with_value(body, path, value):
-    body = copy.deepcopy(body)
-    inner = body
-    for key in path[:-1]:
-        inner = inner.setdefault(key, {})
-    inner[path[-1]] = value
-    return body
+    key, *rest = path
+    return {**body, key: with_value(body.get(key, {}), rest, value) if rest else value}
 
 
 def without_nulls(body):
@@ -78,12 +77,6 @@ def without_nulls(body):
     if not isinstance(body, dict):
         return body
     return {key: without_nulls(value) for key, value in body.items() if value is not None}
-
-
-def card_number(body):
-    for key in ("userInfo", "cardInfo", "cardNo"):
-        body = body.get(key) if isinstance(body, dict) else None
-    return body
 
 
 def validator(message):
@@ -107,9 +100,11 @@ class Request:
         """The result code that answers a body."""
         body = without_nulls(body)
         if "minLength" in self.number:  # which is looked at first
-            number = card_number(body)
-            if not isinstance(number, str) or not (
-                    self.number["minLength"] <= len(number) <= self.number["maxLength"]):
+            number = body
+            for key in ("userInfo", "cardInfo", "cardNo"):
+                number = number.get(key) if isinstance(number, dict) else None
+            length = len(number) if isinstance(number, str) else 0
+            if not self.number["minLength"] <= length <= self.number["maxLength"]:
                 return "3001"
         return "1000" if self.validator.is_valid(body) else "9999"
 

@@ -61,17 +61,16 @@ void takeOrder(const QString& name, const QByteArray& content) {
 
 // A name, a line's end, and what the file holds: of a command's folder, or behind a '!' of an order
 // to renew the firmware.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+void take(std::uint8_t first, const QByteArray& rest) {
     static const FuzzRoot root;
-    const QByteArray input = bytesOf(bytes, size);
+    const QByteArray input = static_cast<char>(first) + rest;
     const int end = input.indexOf('\n');
     QByteArray name = input.left(end);
     const bool order = name.startsWith('!');
     name = name.mid(order ? 1 : 0).replace('/', '_').replace('\0', '_');
     if (end < 0 || name.isEmpty() || name.startsWith('.'))
-        return 0;
+        return;
     root.clear(kImages);
     root.clear(kOrders);
     (order ? takeOrder : takeFolder)(QFile::decodeName(name), input.mid(end + 1));
-    return 0;
 }

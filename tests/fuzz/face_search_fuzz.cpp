@@ -1,10 +1,9 @@
-#include <QLoggingCategory>
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <vector>
 
+#include "fuzz_root.h"
 #include "screens/facesearch/face_answer.h"
 #include "screens/facesearch/fsv_tools.h"
 #include "screens/facesearch/receive_func.h"
@@ -19,13 +18,12 @@ void handle(int kind, const std::vector<unsigned char>& payload) {
         char text[kUtf8TextSize];
         EucKR2Utf8(static_cast<FaceInfoRecord*>(record)->personId, sizeof(FaceInfoRecord) - 22,
                    text);
-        if (::strnlen(text, sizeof text) == sizeof text)
-            std::abort();
+        demand(::strnlen(text, sizeof text) < sizeof text);
     }
     if (record != nullptr && kind == face_message::FaceImage) {
         const auto* image = static_cast<FaceImageAnswer*>(record);
-        if (image->image.size() != image->head.imageSize || image->image.size() > payload.size())
-            std::abort();
+        demand(image->image.size() == image->head.imageSize &&
+               image->image.size() <= payload.size());
     }
     face_answer::release(kind, record);
 }
@@ -33,25 +31,24 @@ void handle(int kind, const std::vector<unsigned char>& payload) {
 }  // namespace
 
 // The first byte says whether the rest is a stream of messages or the payload of one.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+void take(std::uint8_t first, const QByteArray& rest) {
     // What is printed for an operator would bury what the fuzzer says.
     static const FILE* quiet = std::freopen("/dev/null", "w", stdout);
-    static const bool silent =
-        (QLoggingCategory::setFilterRules(QStringLiteral("zel.*=false")), true);
-    if (size == 0 || quiet == nullptr || !silent)
-        return 0;
-    if (bytes[0] % 8 != 0) {
-        std::vector<unsigned char> payload(bytes + 1, bytes + size);
-        payload.resize(std::max(payload.size(), sizeof(FaceInfoAndImageHead) - bytes[0] % 8));
-        handle(bytes[0] % 8, payload);
-        return 0;
+    static const bool silent = (keepSilent(), quiet != nullptr);
+    if (!silent)
+        return;
+    if (first % 8 != 0) {
+        std::vector<unsigned char> payload(rest.begin(), rest.end());
+        payload.resize(std::max(payload.size(), sizeof(FaceInfoAndImageHead) - first % 8));
+        handle(first % 8, payload);
+        return;
     }
-    std::size_t at = 1;
+    QByteArray left = rest;
     const auto source = [&](unsigned char* to, std::size_t count, bool) {
-        if (count > size - at)
+        if (count > static_cast<std::size_t>(left.size()))
             return false;
-        std::memcpy(to, bytes + at, count);
-        at += count;
+        std::memcpy(to, left.constData(), count);
+        left.remove(0, static_cast<int>(count));
         return true;
     };
     int kind = 0;
@@ -59,5 +56,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     for (int index = 0;
          face_answer::take(source, index, &kind, &payload) == face_answer::Taken::Message; ++index)
         handle(kind, payload);
-    return 0;
 }

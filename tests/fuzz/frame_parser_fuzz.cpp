@@ -1,29 +1,16 @@
-#include <algorithm>
-#include <cstdint>
-#include <cstdlib>
-#include <cstring>
+#include <numeric>
 
-#include "link/frame_parser.h"
+#include "fuzz_root.h"
+#include "tests/support/feed.h"
 
 // The first byte of the input chooses the size of the pieces that the rest arrives in.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-    if (size == 0)
-        return 0;
-    unsigned long sum = 0;
+void take(std::uint8_t first, const QByteArray& rest) {
+    // Whatever has been touched of a payload is in the sum.
+    volatile unsigned long sum = 0;
     FrameParser parser([&sum](std::uint16_t command, std::uint8_t, std::uint8_t,
                               std::uint16_t length, const char* payload) {
-        if (length > Frame::kMaxPayloadSize || (length > 0) != (payload != nullptr))
-            std::abort();
-        sum += command;
-        for (std::uint16_t i = 0; i < length; ++i)
-            sum += static_cast<unsigned char>(payload[i]);
+        demand(length <= Frame::kMaxPayloadSize && (length > 0) == (payload != nullptr));
+        sum = std::accumulate(payload, payload + length, sum + command);
     });
-    const std::size_t piece = bytes[0] + 1U;
-    for (std::size_t at = 1; at < size;) {
-        const std::size_t count = std::min({piece, size - at, parser.writeSpace()});
-        std::memcpy(parser.writePosition(), bytes + at, count);
-        parser.consume(count);
-        at += count;
-    }
-    return 0;
+    feed(parser, rest, first + 1U);
 }

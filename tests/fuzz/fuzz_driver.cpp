@@ -20,29 +20,25 @@ constexpr std::size_t kMaxSize = 6000;
 constexpr std::uint8_t kTelling[] = {0xC5, 0x02, 0x00, 0xFF, '{', '"', '[', '\\', '/', '.',
                                      ':',  '~',  4,    6,    7,   12,  13,  14,   15,  19};
 
-int runFile(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    if (!file.is_open()) {
-        std::fprintf(stderr, "%s cannot be read\n", path.c_str());
-        std::exit(EXIT_FAILURE);
-    }
-    const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
-    LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
-    return 1;
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
     const int madeUp = argc > 1 ? std::atoi(argv[1]) : 0;
-    int files = 0;
+    std::vector<std::filesystem::path> files;
     for (int i = 2; i < argc; ++i) {
-        if (!std::filesystem::is_directory(argv[i])) {
-            files += runFile(argv[i]);
-            continue;
+        if (std::filesystem::is_directory(argv[i]))
+            files.insert(files.end(), std::filesystem::directory_iterator(argv[i]), {});
+        else
+            files.emplace_back(argv[i]);
+    }
+    for (const auto& path : files) {
+        std::ifstream file(path, std::ios::binary);
+        if (!file.is_open()) {
+            std::fprintf(stderr, "%s cannot be read\n", path.c_str());
+            return EXIT_FAILURE;
         }
-        for (const auto& entry : std::filesystem::directory_iterator(argv[i]))
-            files += runFile(entry.path());
+        const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
+        LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
     }
 
     std::mt19937 random(480800);
@@ -54,6 +50,6 @@ int main(int argc, char** argv) {
                                      : static_cast<std::uint8_t>(random());
         LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
     }
-    std::printf("%d files and %d made-up inputs survived\n", files, madeUp);
+    std::printf("%zu files and %d made-up inputs survived\n", files.size(), madeUp);
     return 0;
 }

@@ -19,7 +19,7 @@ class FuzzStage {
         static char name[] = "fuzz";
         static char* argv[] = {name, nullptr};
         qputenv("QT_QPA_PLATFORM", "offscreen");
-        qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+        keepSilent();
         // The thread's own go before anything that Qt has made for all threads meanwhile.
         static thread_local QApplication application(argc, argv);
         static thread_local FuzzStage stage;

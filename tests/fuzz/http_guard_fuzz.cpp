@@ -1,47 +1,18 @@
 #include <algorithm>
-#include <cstdint>
-#include <cstdlib>
 #include <string>
 
 #include "cloud/http_guard.h"
+#include "fuzz_root.h"
 
 namespace {
 
 /// What requests are made of; random bytes alone would hardly ever be one.
-const char* const kWords[32] = {
-    "POST ",
-    "/cloud-service/rest-api/",
-    "?a=b",
-    " HTTP/1.1\r\n",
-    "POST /x HTTP/1.1\r\n",
-    "GET * HTTP/1.0\r\n",
-    "\r\n",
-    "\r\n\r\n",
-    "\r",
-    "\n",
-    "Content-Length: ",
-    "2097152",
-    "content-length:5\r\n\r\nhello",
-    "Transfer-Encoding: chunked\r\n",
-    "\r\n5\r\nhello\r\n",
-    "0\r\n\r\n",
-    "1f\r\n",
-    "a",
-    "FFFFFFFF",
-    "Connection: keep-alive\r\n",
-    "connection:close, x\r\n",
-    ": ",
-    " ",
-    "\t",
-    "//..//",
-    "x: y\r\n",
-    "{\"a\":1}",
-    "\x7f",
-    "\x80\xff",
-    "1",
-    "0",
-    "OPTIONS ",
-};
+const char kWords[] =
+    "POST |/cloud-service/rest-api/|?a=b| HTTP/1.1\r\n|POST /x HTTP/1.1\r\n|"
+    "GET * HTTP/1.0\r\n|\r\n|\r\n\r\n|\r|\n|Content-Length: |2097152|"
+    "content-length:5\r\n\r\nhello|Transfer-Encoding: chunked\r\n|\r\n5\r\nhello\r\n|0\r\n\r\n|"
+    "1f\r\n|a|FFFFFFFF|Connection: keep-alive\r\n|connection:close, x\r\n|: | |\t|//..//|x: y\r\n|"
+    "{\"a\":1}|\x7f|\x80\xff|1|0|OPTIONS ";
 constexpr std::size_t kMostHeld =
     RequestReader::kMaxHead + RequestReader::kMaxPath + RequestReader::kMaxBody;
 
@@ -54,8 +25,7 @@ std::string transcript(const std::string& bytes, std::size_t piece) {
         const std::size_t end = std::min(begin + piece, bytes.size());
         for (std::size_t at = begin; at < end;) {
             const std::size_t taken = reader.take(&bytes[at], end - at);
-            if (taken == 0 || taken > end - at || reader.held() > kMostHeld)
-                std::abort();
+            demand(taken > 0 && taken <= end - at && reader.held() <= kMostHeld);
             at += taken;
             if (reader.state() == RequestReader::State::Refused)
                 return text + std::to_string(reader.refusal());
@@ -77,18 +47,15 @@ std::string transcript(const std::string& bytes, std::size_t piece) {
 }  // namespace
 
 // The first byte chooses the pieces that the rest arrives in; bytes below 32 stand for words.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-    if (size == 0)
-        return 0;
+void take(std::uint8_t first, const QByteArray& rest) {
+    static const QList<QByteArray> words = QByteArray(kWords).split('|');
     std::string text;
-    for (std::size_t i = 1; i < size; ++i) {
-        if (bytes[i] < 32)
-            text += kWords[bytes[i]];
+    for (const char byte : rest) {
+        if (static_cast<unsigned char>(byte) < 32)
+            text += words[byte].constData();
         else
-            text += static_cast<char>(bytes[i]);
+            text += byte;
     }
     const std::string whole = transcript(text, text.size() + 1);
-    if (transcript(text, 1) != whole || transcript(text, 1U + bytes[0]) != whole)
-        std::abort();
-    return 0;
+    demand(transcript(text, 1) == whole && transcript(text, 1U + first) == whole);
 }

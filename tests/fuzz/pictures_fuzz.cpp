@@ -1,6 +1,4 @@
-#include <QGuiApplication>
-
-#include "fuzz_root.h"
+#include "fuzz_application.h"
 #include "ui/pictures.h"
 
 namespace {
@@ -37,17 +35,11 @@ const FuzzRoot& preparedRoot() {
 }  // namespace
 
 // The first byte: a picture's content for a screen (0) or for a thumbnail, or a name (above 127).
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-    static const bool offscreen = qputenv("QT_QPA_PLATFORM", "offscreen");
-    static int argc = 0;
-    static thread_local const QGuiApplication application(argc, nullptr);
+void take(std::uint8_t first, const QByteArray& rest) {
+    static const OffscreenApplication application;
     static const FuzzRoot& root = preparedRoot();
-    if (size == 0 || !offscreen)
-        return 0;
-    const QByteArray input = bytesOf(bytes + 1, size - 1);
-    if (bytes[0] > 127)
-        readName(input);
+    if (first > 127)
+        readName(rest);
     else
-        readContent(root, input, bytes[0] == 0 ? kScreen : kThumbnail);
-    return 0;
+        readContent(root, rest, first == 0 ? kScreen : kThumbnail);
 }

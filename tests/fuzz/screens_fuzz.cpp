@@ -7,7 +7,7 @@
 #include "fuzz_stage.h"
 #include "link/command_code.h"
 #include "link/frame.h"
-#include "link/frame_parser.h"
+#include "tests/support/feed.h"
 
 extern "C" std::size_t LLVMFuzzerMutate(std::uint8_t* bytes, std::size_t size, std::size_t most)
     __attribute__((weak));
@@ -23,18 +23,6 @@ struct FuzzFrame {
     quint8 p1, p2;
     QByteArray payload;
 };
-
-/// The frames that @p bytes hold. The parser takes no more at a time than one of the largest.
-template <typename Handler>
-void parse(const std::uint8_t* bytes, std::size_t size, Handler handler) {
-    FrameParser parser(handler);
-    for (std::size_t at = 0; at < size;) {
-        const std::size_t count = std::min(size - at, parser.writeSpace());
-        std::copy_n(bytes + at, count, parser.writePosition());
-        parser.consume(count);
-        at += count;
-    }
-}
 
 std::vector<quint16> routedCodes() {
     std::vector<quint16> codes{kTouch};
@@ -65,10 +53,11 @@ extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* bytes, std::size_t 
     if (size == 0 || random() % 8 == 0)
         return LLVMFuzzerMutate(bytes, size, most);
     std::vector<FuzzFrame> frames;
-    parse(bytes + 1, size - 1,
-          [&frames](quint16 code, quint8 p1, quint8 p2, quint16 length, const char* payload) {
-              frames.push_back({code, p1, p2, QByteArray(payload, length)});
-          });
+    FrameParser parser(
+        [&frames](quint16 code, quint8 p1, quint8 p2, quint16 length, const char* payload) {
+            frames.push_back({code, p1, p2, QByteArray(payload, length)});
+        });
+    feed(parser, bytesOf(bytes + 1, size - 1));
     const auto fresh = [&random] {
         const quint16 code = codes[random() % 4 == 0 ? 0 : random() % codes.size()];
         const bool small = code != kTouch && random() % 2 == 0;
@@ -114,26 +103,24 @@ extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* bytes, std::size_t 
 }
 
 // The number of a screen, and frames as they come over the link, with touches in between.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-    if (size == 0)
-        return 0;
+void take(std::uint8_t first, const QByteArray& rest) {
     FuzzStage& terminal = FuzzStage::shared();
-    terminal.open(terminal.title(bytes[0]));
+    terminal.open(terminal.title(first));
     auto* const dispatch = terminal.stage().window().findChild<MessageDispatch*>(
         QString(), Qt::FindDirectChildrenOnly);
     bool ended = false;
-    parse(bytes + 1, size - 1,
-          [&](quint16 code, quint8 p1, quint8 p2, quint16 length, const char* payload) {
-              if (ended)
-                  return;
-              if (code == kTouch)
-                  terminal.touch({p1 * kTouchStep, p2 * kTouchStep});
-              else
-                  dispatch->dispatch({code, p1, p2, length, payload});
-              ended = code == command::Quit;
-          });
+    FrameParser parser(
+        [&](quint16 code, quint8 p1, quint8 p2, quint16 length, const char* payload) {
+            if (ended)
+                return;
+            if (code == kTouch)
+                terminal.touch({p1 * kTouchStep, p2 * kTouchStep});
+            else
+                dispatch->dispatch({code, p1, p2, length, payload});
+            ended = code == command::Quit;
+        });
+    feed(parser, rest);
     terminal.settle();
     if (ended)
         terminal.stage().restart();
-    return 0;
 }

@@ -1,9 +1,8 @@
-#include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
 
 #include "cloud/json_input.h"
-#include "fuzz_root.h"
+#include "fuzz_application.h"
 #include "ui/script_handler.h"
 #include "ui/text_fit.h"
 
@@ -32,25 +31,19 @@ void draw(const ScriptHandler& scripts) {
 
 // What a script holds whose keys are "0", "1" and so on; with a first byte above 127 that of the
 // list of languages.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-    static const bool offscreen = qputenv("QT_QPA_PLATFORM", "offscreen");
-    static int argc = 0;
-    static thread_local const QGuiApplication application(argc, nullptr);
+void take(std::uint8_t first, const QByteArray& rest) {
+    static const OffscreenApplication application;
     static const FuzzRoot root;
-    if (size == 0 || !offscreen)
-        return 0;
-    const bool list = bytes[0] > 127;
-    const QByteArray input = bytesOf(bytes + 1, size - 1);
+    const bool list = first > 127;
     // Qt's parser loses memory over a key that comes twice. These files come with the terminal and
     // are read when the language changes, so that is left to Qt.
-    if (!readJsonObject(input))
-        return 0;
-    root.write(root.path("/list.json"), list ? input : QByteArray(kList));
-    root.write(root.path("/script.json"), list ? QByteArray() : input);
+    if (!readJsonObject(rest))
+        return;
+    root.write(root.path("/list.json"), list ? rest : QByteArray(kList));
+    root.write(root.path("/script.json"), list ? QByteArray() : rest);
     ScriptHandler scripts(nullptr, QStringLiteral("/list.json"));
     const QStringList titles = scripts.getLanguageList();
     for (const QString& title : titles)
         demand(scripts.setScript(title) == 0);
     draw(scripts);
-    return 0;
 }

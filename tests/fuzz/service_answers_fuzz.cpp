@@ -20,11 +20,7 @@ class Calls {
     Calls() {
         service_.answer = [this](const FakeService::Request&) { return answer_; };
         service_.closeAfterAnswer = true;
-        _gui_menu_ settings{};
-        settings.network.own.managerAddress[0] = 127;
-        settings.network.own.managerAddress[3] = 1;
-        settings.network.own.managerPort = service_.serverPort();
-        host_.setSettings(settings);
+        host_.setSettings(service_.settings());
     }
 
     void call(int command, const QByteArray& answer) {
@@ -46,8 +42,7 @@ class Calls {
         bool ended = false;
         QObject::connect(&downloads, QOverload<>::of(&DownloadManager::finished),
                          [&ended] { ended = true; });
-        QUrl url(QStringLiteral("http://127.0.0.1/"));
-        url.setPort(service_.serverPort());
+        QUrl url = service_.url();
         url.setPath(QLatin1Char('/') + QString::fromUtf8(path));
         downloads.append(url);
         wait([&ended] { return ended; });
@@ -88,31 +83,26 @@ void readAlone(const QByteArray& body) {
 // The first byte chooses: one of the calls, a download, or, since those take a thousand times as
 // long, the body alone. For a download the second byte is the length of the path. What is left is
 // an answer as it comes over the wire, or with the byte's highest bit a body behind a proper head.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+void take(std::uint8_t first, const QByteArray& rest) {
     static int argc = 0;
     static const QCoreApplication application(argc, nullptr);
     static Calls calls;
-    if (size < 2)
-        return 0;
+    if (rest.isEmpty())
+        return;
     constexpr int kCommands[] = {RestClass::kConnect, RestClass::kConnectionCheck,
                                  RestClass::kUserInOutLog, RestClass::kUserEnroll,
                                  RestClass::kUserDeleted};
     constexpr int kCount = sizeof kCommands / sizeof *kCommands;
-    const int kind = bytes[0] & 0x7F;
-    QByteArray rest = bytesOf(bytes + 1, size - 1);
+    const int kind = first & 0x7F;
     if (kind > kCount) {
         readAlone(rest);
-        return 0;
+        return;
     }
-    QByteArray path;
-    if (kind == kCount) {
-        path = rest.mid(1, bytes[1]);
-        rest = rest.mid(1 + bytes[1]);
-    }
-    const QByteArray answer = bytes[0] & 0x80 ? FakeService::json(rest) : rest;
+    const int pathSize = static_cast<unsigned char>(rest[0]);
+    const QByteArray bytes = kind == kCount ? rest.mid(1 + pathSize) : rest;
+    const QByteArray answer = first & 0x80 ? FakeService::json(bytes) : bytes;
     if (kind == kCount)
-        calls.download(path, answer);
+        calls.download(rest.mid(1, pathSize), answer);
     else
         calls.call(kCommands[kind], answer);
-    return 0;
 }

@@ -2,8 +2,8 @@
 #include "base/device_paths.h"
 #include "fuzz_stage.h"
 #include "link/command_code.h"
-#include "link/frame_parser.h"
 #include "screens/usb/usb_upload_file_selecter.h"
+#include "tests/support/feed.h"
 #include "ui/row_list.h"
 
 namespace {
@@ -38,20 +38,20 @@ void layStick(const QList<QByteArray>& names) {
 }  // namespace
 
 // Two rows to be touched, and the names, each after its kind, with a '/' between two of them.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-    if (size < 2)
-        return 0;
+void take(std::uint8_t first, const QByteArray& rest) {
+    if (rest.isEmpty())
+        return;
     FuzzStage& terminal = FuzzStage::shared();
-    layStick(bytesOf(bytes + 2, size - 2).split('/'));
+    layStick(rest.mid(1).split('/'));
     Stage& stage = terminal.stage();
     static_cast<UsbUploadFileSelecter*>(stage.window().getWindow(screen_title::kUsbFilePicker))
         ->setCaller(QStringLiteral("log_upload"));
     terminal.open(screen_title::kUsbFilePicker);
-    for (int i = 0; i < 2; ++i) {
+    for (const int number : {int(first), int(static_cast<unsigned char>(rest[0]))}) {
         const auto lists = stage.window().findChildren<RowList*>();
         for (const RowList* list : lists) {
             if (list->isVisible() && list->model()->rowCount() > 0)
-                stage.touchRow(bytes[i] % list->model()->rowCount());
+                stage.touchRow(number % list->model()->rowCount());
         }
         terminal.settle();
     }
@@ -62,10 +62,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
         if (code == command::UsbImport)
             demand(isOnStick(QString::fromLatin1(payload, length)));
     });
-    const QByteArray sent = terminal.settle();
-    for (const char byte : sent) {
-        *parser.writePosition() = byte;
-        parser.consume(1);
-    }
-    return 0;
+    feed(parser, terminal.settle());
 }

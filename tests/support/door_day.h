@@ -38,13 +38,12 @@ class DoorDay : public DrivenTest {
  private slots:
     void init() {
         Clock::fix(QDateTime(QDate(2026, 3, 9), QTime(8, 52)));
-        DialogOverlay::closeAll(t->window.get());
-        t->window->changeWindow(QStringLiteral("stayWindow"));
+        QVERIFY(begin());
         words({"track off", "status auto", "time 2026-03-09 08:52",
                "settings operation.weekdayIn 08:00~09:30",
                "settings operation.weekdayOut 17:30~22:00",
                "settings operation.saturdayIn 08:00~10:00",
-               "settings operation.saturdayOut 13:00~18:00"});
+               "settings operation.saturdayOut 13:00~18:00", "settings setup.authMethod 2"});
         for (const char* off : {"setup.operation", "setup.alarmMode", "operation.attendanceMode",
                                 "operation.lunchOff", "operation.supperOff",
                                 "operation.doorOpenSetting", "screen.standbyMode"})
@@ -55,7 +54,6 @@ class DoorDay : public DrivenTest {
         for (const char* time :
              {"liveSeconds", "resultSeconds", "paymentDoneSeconds", "attendanceDoneSeconds"})
             set(time, 60);
-        set("setup.authMethod", 2);
         QVERIFY(t->open("stayWindow"));
     }
 
@@ -65,10 +63,11 @@ class DoorDay : public DrivenTest {
         return window()->getActivateWindowForm()->findChild<VisibleTimer*>(
             QString(), Qt::FindDirectChildrenOnly);
     }
+    /// Has the controller send @p record, and waits until it has arrived.
     template <typename Record>
     void frame(quint16 code, const Record& record) {
         const QByteArray bytes(reinterpret_cast<const char*>(&record), sizeof record);
-        QVERIFY(
-            t->tell(QStringLiteral("frame %1 0 0 %2").arg(code).arg(QLatin1String(bytes.toHex()))));
+        const QString hex = QLatin1String(bytes.toHex());
+        QVERIFY(t->tell(QStringLiteral("frame %1 0 0 %2").arg(code).arg(hex)) && t->settle());
     }
 };

@@ -7,6 +7,7 @@
 #include <QTransform>
 #include <QVector>
 #include <algorithm>
+#include <map>
 
 /// Keeps the texts that are painted on it, where a picture would keep pixels. A widget rendered on
 /// it tells what there is to be read on it, however it draws that.
@@ -28,18 +29,13 @@ class TextRecorder : public QPaintDevice {
 
  protected:
     int metric(PaintDeviceMetric metric) const override {
-        switch (metric) {
-            case PdmWidth:
-                return size_.width();
-            case PdmHeight:
-                return size_.height();
-            case PdmDevicePixelRatio:
-                return 1;
-            case PdmDevicePixelRatioScaled:
-                return static_cast<int>(devicePixelRatioFScale());
-            default:
-                return 96;  // dots per inch
-        }
+        const std::map<int, int> metrics{
+            {PdmWidth, size_.width()},
+            {PdmHeight, size_.height()},
+            {PdmDevicePixelRatio, 1},
+            {PdmDevicePixelRatioScaled, static_cast<int>(devicePixelRatioFScale())}};
+        const auto known = metrics.find(metric);
+        return known == metrics.end() ? 96 : known->second;  // dots per inch
     }
 
  private:
