@@ -493,7 +493,7 @@ class DoorTest : public DoorDay {
             window()->updateRestConnectStatus(false);
             PLAYS("=Info_ServiceNotReached");
             if (t->title() == QLatin1String("stayWindow"))
-                PLAYS("!sleep -=Info_ServiceNotReached");
+                PLAYS("!sleep !settings_liveSeconds_61 -=Info_ServiceNotReached");
             PLAYS("!settings_network.useManager_0 -peerSign");
         }
         word("drop");

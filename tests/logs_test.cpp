@@ -133,6 +133,8 @@ class LogsTest : public DrivenTest {
             half a day | periodCombo item4 toField #C2026031D NEXT ?ListItem_CheckInputDate -^1976
             in no order | periodCombo item4 fromField #C20260310D toField #C20260309D NEXT
                 ?ListItem_StartDateAfterEndDate -^1976
+            one day | periodCombo item4 fromField #C20010101D toField #C20010101D NEXT
+                ?ListItem_NoLogsFound ^1976
             nobody | idField #999999D NEXT ?ListItem_NoLogsFound ^1976
             nobody at all | idField #99999999999D NEXT ?ListItem_NoLogsFound ^1976)");
     }

@@ -275,7 +275,7 @@ class PeopleTest : public DrivenTest {
             QVERIFY(t->reconnect());
             PLAYS("!silent_1932 !frame_2932_0_0 OK DELETE ^1932");
             emit window()->findChild<MenuTimer*>()->timedOut(QStringLiteral("stayWindow"));
-            PLAYS("!frame_2932_0_3 ?" + done);
+            PLAYS("@userGroupInfoWindow !frame_2932_0_3 ?" + done);
         } else {
             PLAYS("!refuse_1932 DELETE ?ListItem_FailedDeleted !frame_2932_0_0 OK DELETE ?" + done);
         }

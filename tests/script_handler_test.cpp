@@ -50,6 +50,7 @@ class ScriptHandlerTest : public QObject {
             QCOMPARE(handler.setScript(QLatin1String(same)), *same == 'a' ? 0 : -1);
             QCOMPARE(found("Key_One"), QStringLiteral("t|25.9|120|-1.3|eins<br>zwei|Family A|A"));
             QCOMPARE(found("Key_NoLetter"), QStringLiteral("|20|125.5|0|x|Family A|A"));
+            QCOMPARE(found("Key_Two"), QStringLiteral("|0|0|0||Family A|A"));
         }
         QVERIFY(handler.readScript(QStringLiteral("Key_Two")).isUndefined());
         QVERIFY(handler.readScript(QStringLiteral("Key_One")).isObject());

@@ -26,7 +26,8 @@ API = "/cloud-service/rest-api"
 USER_ENROLLED, INFO_SIZE = 3034, 616
 
 # Beside them every schema gets what lies just outside of its own limits.
-VALUES = [None, True, [], {}, "", "x", "\u0000", "가", "0" * 300, 0, -1, "-1", 1.5, 1e300, [5], {"a": 1}]
+VALUES = [None, True, [], {}, "", "x", "\u0000", "가", "0" * 300, 0, -1, "-1", 1.5, 1e300, [5],
+          {"a": 1}]
 
 
 def resolved(node, document):

@@ -8,12 +8,11 @@ namespace {
 
 /// What requests are made of; random bytes alone would hardly ever be one.
 const char kWords[] =
-    "POST |/cloud-service/rest-api/|?a=b| HTTP/1.1\r\n|POST /x HTTP/1.1\r\n|GET * "
-    "HTTP/1.0\r\n|\r\n|"
-    "\r\n\r\n|\r|\n|Content-Length: |2097152|content-length:5\r\n\r\nhello|"
-    "Transfer-Encoding: chunked\r\n|\r\n5\r\nhello\r\n|0\r\n\r\n|1f\r\n|a|FFFFFFFF|"
-    "Connection: keep-alive\r\n|connection:close, x\r\n|: | |\t|//..//|x: y\r\n|{\"a\":1}|\x7f|"
-    "\x80\xff|1|0|OPTIONS ";
+    "POST |/cloud-service/rest-api/|?a=b| HTTP/1.1\r\n|POST /x HTTP/1.1\r\n|"
+    "GET * HTTP/1.0\r\n|\r\n|\r\n\r\n|\r|\n|Content-Length: |2097152|"
+    "content-length:5\r\n\r\nhello|Transfer-Encoding: chunked\r\n|\r\n5\r\nhello\r\n|0\r\n\r\n|"
+    "1f\r\n|a|FFFFFFFF|Connection: keep-alive\r\n|connection:close, x\r\n|: | |\t|//..//|x: y\r\n|"
+    "{\"a\":1}|\x7f|\x80\xff|1|0|OPTIONS ";
 constexpr std::size_t kMostHeld =
     RequestReader::kMaxHead + RequestReader::kMaxPath + RequestReader::kMaxBody;
 
