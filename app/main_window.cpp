@@ -456,7 +456,7 @@ void MainWindow::updateRestConnectStatus(bool up) {
 
 void MainWindow::completedRestCommand(QVariant procIdx) {
     history_->completed(procIdx);
-    management_->commands().completed(procIdx);
+    management_->completed(procIdx);
 }
 
 void MainWindow::initRestCall() {

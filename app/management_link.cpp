@@ -124,6 +124,23 @@ void ManagementLink::reportVisitor(const QVariant& visitor) {
 
 void ManagementLink::reportGroupDeleted(int group) {
     if (inUse())
-        client_->SendCommand(RestClass::kUserDeleted, QVariant::fromValue(FR36_Parameter{
-                                                          QString::number(group), QString()}));
+        groups_.enqueue(group);
+    tellOfGroup();
+}
+
+void ManagementLink::completed(const QVariant& procIdx) {
+    commands_.completed(procIdx);
+    if (procIdx.value<ProcIDX>().command == RestClass::kUserDeleted)
+        tellOfGroup();
+}
+
+void ManagementLink::tellOfGroup() {
+    if (!inUse())
+        groups_.clear();
+    else if (!groups_.isEmpty() &&
+             client_->SendCommand(
+                 RestClass::kUserDeleted,
+                 QVariant::fromValue(FR36_Parameter{QString::number(groups_.head()), QString()})) ==
+                 RestClass::kAccepted)
+        groups_.dequeue();
 }

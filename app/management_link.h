@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QQueue>
 #include <QTimer>
 #include <QVariant>
 #include <functional>
@@ -59,9 +60,11 @@ class ManagementLink : public QObject {
     void reportAccess(const GUI_LOGDATA& event);
     void reportEnrolment(const info_s& info);
     void reportVisitor(const QVariant& visitor);
-    /// The same without the controller behind it: what the service does not hear it is not told
-    /// again.
+    /// The same without the controller behind it: each is told of once, and what the service does
+    /// not hear it is not told again.
     void reportGroupDeleted(int group);
+    /// One of the client's calls has come to its end.
+    void completed(const QVariant& procIdx);
 
     const ServiceContact& contact() const;
     RestClass* client() const { return client_; }
@@ -73,6 +76,8 @@ class ManagementLink : public QObject {
     void connectedChanged(bool connected);
 
  private:
+    void tellOfGroup();
+
     CloudHost& cloud_;
     ManagementCommands commands_;
     CommandCarrier carrier_;
@@ -82,4 +87,5 @@ class ManagementLink : public QObject {
     QTimer connectTimer_;
     QTimer checkTimer_;
     bool connected_ = false;
+    QQueue<int> groups_;  // to be told of, one call at a time
 };
