@@ -248,6 +248,12 @@ class ShellTest : public DrivenTest {
             "@stayWindow ?Popup_ErrTamper !settings_setup.language_2 ?Popup_ErrTamper "
             "dialogOkButton ?ListItem_NetworkConfigurationFailed dialogOkButton -? @stayWindow");
         QCOMPARE(int(window()->menuRecord().setup.language), 2);
+        // What a fault covers does not come back when its time is over.
+        PLAYS("!fault_none");
+        window()->showPopupText(QStringLiteral("Info_OtherOperation"));
+        PLAYS(
+            "?Info_OtherOperation !fault_tamper ?Popup_ErrTamper *autoCloseTimer5000 "
+            "dialogOkButton -?");
     }
 
     void reportsComeUp() {
