@@ -316,6 +316,9 @@ class DoorTest : public DoorDay {
         // Nothing of them is left on the screen that is behind now.
         const WindowForm* behind = window()->getWindow(QStringLiteral("recognizeWindow"));
         QVERIFY(behind->findChild<QWidget*>(QStringLiteral("userCard"))->isHidden());
+        set("resultSeconds", 0);
+        PLAYS("!settings_setup.operation_0 !face_01023456789 @recognizeWindow");
+        QCOMPARE(timer()->interval(), 3000);
     }
 
     void onlyTheRightPicturesAreShown() {

@@ -276,8 +276,10 @@ class RecordsTest : public QObject {
         QCOMPARE(terminal_.takeLog(), QString());
         complete(RestClass::kUserInOutLog, 1000, QVariant::fromValue(report));
         complete(RestClass::kUserEnroll, 2000, QVariant::fromValue(Parameter_UserData{}));
-        QCOMPARE(terminal_.takeLog(), QStringLiteral("2044(0,0)68 2042(0,0)140"));
         QCOMPARE(int(as<UserReported>(terminal_.payloads.last()).resultCode), 2000);
+        complete(RestClass::kUserEnroll, 70000, QVariant::fromValue(Parameter_UserData{}));
+        QCOMPARE(int(as<UserReported>(terminal_.payloads.last()).resultCode), 0xFFFF);
+        QCOMPARE(terminal_.takeLog(), QStringLiteral("2044(0,0)68 2042(0,0)140 2042(0,0)140"));
     }
 
     void theServiceReadsWhatIsSet() {
