@@ -26,13 +26,14 @@ class Terminal : public DeviceLink {
               },
               nullptr) {
         open(sim.port());
-        [this] { QTRY_VERIFY(connected()); }();
+        // Or its answer is taken for that to a later one.
+        [this] { QTRY_VERIFY(told.contains(kChecked)); }();
     }
     QTcpSocket* socket() const { return findChild<QTcpSocket*>(); }
     /// What it has been told by codes that match @p codes since this was last asked, once the
     /// controller has dealt with all that was sent.
     QString heard(const char* codes) {
-        const auto checks = [this] { return told.count(QStringLiteral("6003(0,0)4")); };
+        const auto checks = [this] { return told.count(kChecked); };
         const int before = checks();
         send(command::Greeting, 0, 0);
         if (!QTest::qWaitFor([&] { return checks() > before; }))
@@ -43,6 +44,9 @@ class Terminal : public DeviceLink {
 
     QStringList told;
     QByteArray payload;  // of the latest frame
+
+ private:
+    const QString kChecked = QStringLiteral("6003(0,0)4");
 };
 
 }  // namespace
