@@ -211,6 +211,8 @@ class Contract(Running):
         self.assertEqual(self.commands(), [])
 
     def test_calls(self):
+        # Once the answer that the token comes with has been read.
+        wait_for("the contact", lambda: "connection-check" in Service.calls)
         self.tell("card 10000001")
         self.tell("visitor")
         self.tell(f"frame {USER_ENROLLED} 0 0 {'00' * INFO_SIZE}")
