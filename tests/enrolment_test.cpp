@@ -261,10 +261,11 @@ class EnrolmentTest : public DrivenTest {
         QCOMPARE(service.execute(QStringLiteral("enrol 12345678 <b>Kim")),
                  QStringLiteral("ok 1000 succeed"));
         QVERIFY(t->shows("userEnroll_qualWindow"));
-        QCOMPARE(codes(), QByteArray("2003:1 2011:2 2010 2028 2031:1 2047 2028 1933 1921"));
+        // Those who wait to be reported are all the while.
+        QCOMPARE(codes().replace(" 2042", ""),
+                 QByteArray("2003:1 2011:2 2010 2028 2031:1 2047 2028 1933 1921"));
         // Registration mode has nothing to do with it.
         PLAYS("!settings_registration.on_0 NEXT @userEnroll_cardTagWindow");
-        // Those who wait to be reported are all the while.
         QVERIFY(codes().replace(" 2042", "").contains("2037:2:2 1921"));
         PLAYS("TAG ADD LOOK DONE @stayWindow");
         QTRY_COMPARE(reported, 2);
