@@ -1,3 +1,5 @@
+#include <QBuffer>
+#include <QImageWriter>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPainter>
@@ -19,6 +21,7 @@
 #include "ui/label_button.h"
 #include "ui/list_row.h"
 #include "ui/pick_list.h"
+#include "ui/pictures.h"
 #include "ui/plus_minus.h"
 #include "ui/row_list.h"
 #include "ui/scroll_list.h"
@@ -622,6 +625,35 @@ class UiWidgetsTest : public QObject {
         TextRecorder recorder(field->size());
         field->render(&recorder);
         QVERIFY(recorder.has(u("<i>x</i>")));
+    }
+
+    void picturesThatCostTooMuchAreNone() {
+        const auto shows = [this](const QByteArray& content) {
+            root_.write("/mnt/data/Images/one", content);
+            const QImage picture = Pictures::foreignImage(u("/mnt/data/Images"), u("one"), {8, 8});
+            return !picture.isNull() && qRed(picture.pixel(4, 4)) > 250;
+        };
+        const auto encoded = [](const char* format) {
+            QImage picture(8, 8, QImage::Format_RGB32);
+            picture.fill(Qt::red);
+            QBuffer buffer;
+            QImageWriter writer(&buffer, format);
+            writer.setProgressiveScanWrite(true);
+            writer.write(picture);
+            return buffer.data();
+        };
+        QVERIFY(shows(encoded("bmp")));
+        const QByteArray png = encoded("png");
+        constexpr int kEndChunk = 12;
+        for (const auto& [length, good] : {std::pair(4, true), {20, false}, {0x60, false}})
+            QCOMPARE(shows(QByteArray(png).insert(
+                         png.size() - kEndChunk,
+                         QByteArray(3, '\0') + char(length) + "tEXta" + QByteArray(7, '\0'))),
+                     good);
+        const QByteArray jpeg = encoded("jpeg");
+        const QByteArray scan = jpeg.mid(jpeg.lastIndexOf("\xFF\xDA")).chopped(2);
+        for (const auto& [scans, good] : {std::pair(0, true), {40, true}, {64, false}})
+            QCOMPARE(shows(QByteArray(jpeg).insert(jpeg.size() - 2, scan.repeated(scans))), good);
     }
 
  private:

@@ -1,5 +1,6 @@
 #include "ui/pictures.h"
 
+#include <QBuffer>
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
@@ -8,6 +9,7 @@
 #include <QPixmapCache>
 
 #include "base/device_paths.h"
+#include "ui/picture_content.h"
 
 Q_LOGGING_CATEGORY(pictureLog, "zel.ui.pictures", QtInfoMsg)
 
@@ -20,7 +22,12 @@ constexpr int kMaxSide = 4096;
 constexpr int kCacheLimit = 2048;
 
 QImage read(const QString& path, const QSize& size) {
-    QImageReader reader(path);
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    QByteArray content = PictureContent::decodable(file.read(qMin(file.size(), kMaxFile)));
+    QBuffer buffer(&content);
+    QImageReader reader(&buffer);
     reader.setDecideFormatFromContent(true);
     reader.setAutoTransform(true);
     const QByteArray format = reader.format();
