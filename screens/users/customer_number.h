@@ -21,7 +21,7 @@ inline bool isValid(const QString& number) {
 /// The payload as a number, up to a zero; whatever else it holds makes it an invalid one.
 inline QString read(const DeviceMessage& message) {
     return QString::fromUtf8(message.payload,
-                             static_cast<int>(::strnlen(message.payload, message.length)));
+                             static_cast<int>(qstrnlen(message.payload, message.length)));
 }
 
 /// Gives @p user, who is stored under it, the number.
