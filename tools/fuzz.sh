@@ -62,7 +62,7 @@ for target in "${targets[@]}"; do
     mkdir -p "$work/$target"/{corpus,seeds,findings} "build/fuzz/corpus/$target"
     cp -rT "build/fuzz/corpus/$target" "$work/$target/corpus"
     cp -rT "tests/fuzz/corpus/$target" "$work/$target/seeds"
-    options=(-timeout=120 -report_slow_units=120 -rss_limit_mb=4096 -artifact_prefix=findings/
+    options=(-timeout=120 -report_slow_units=120 -rss_limit_mb=4096 -malloc_limit_mb=256 -artifact_prefix=findings/
         "-max_len=${streams[$target]:-4096}")
     [[ -z ${streams[$target]:-} ]] || options+=(-len_control=0)
     [[ ! -e tests/fuzz/$target.dict ]] || options+=("-dict=$root/tests/fuzz/$target.dict")
