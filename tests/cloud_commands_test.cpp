@@ -245,6 +245,10 @@ class CloudCommandsTest : public QObject {
         QVERIFY(QFile::link(QStringLiteral("nowhere"), input + QStringLiteral("/.dangling")));
         DownloadManager().removeLeftovers();
         QCOMPARE(root_.namesIn(input), QStringList(QStringLiteral("zel01.tar.bz2")));
+        const QString archive = input + QStringLiteral("/zel01.tar.bz2");
+        QVERIFY(QFile::remove(archive) && QFile::link(kept[0], archive));
+        DownloadManager().removeLeftovers();
+        QCOMPARE(root_.namesIn(input), QStringList());
         QVERIFY(QDir().rename(input, elsewhere + QLatin1Char('i')));
         QVERIFY(QFile::link(elsewhere, input));
         DownloadManager().removeLeftovers();
