@@ -80,6 +80,7 @@ Stage::~Stage() = default;
 void Stage::restart() {
     clear();
     window_.reset();
+    hangUp();
     window_ = std::make_unique<MainWindow>();
     tellSettings(settings_);
     window_->show();
@@ -90,10 +91,14 @@ void Stage::restart() {
 
 void Stage::loseController() {
     controllerLost_ = true;
-    while (QTcpSocket* socket = controller_.nextPendingConnection())
-        delete socket;
+    hangUp();
     while (window_->linkUp())
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+}
+
+void Stage::hangUp() {
+    while (QTcpSocket* socket = controller_.nextPendingConnection())
+        delete socket;
 }
 
 void Stage::tellSettings(const _gui_menu_& settings) {

@@ -87,6 +87,8 @@ class Stage {
 
  private:
     void clear();
+    /// Ends the terminal's connections; more than a few that nobody takes keep out the next one.
+    void hangUp();
     WidgetButton* button(const QString& name);
     void tellSettings(const _gui_menu_& settings);
 
