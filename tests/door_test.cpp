@@ -152,7 +152,9 @@ class DoorTest : public DoorDay {
     }
 
     void theLiveViewEnds() {
-        PLAYS("!settings_liveSeconds_1 :liveWindow");
+        PLAYS("!settings_liveSeconds_0 :liveWindow");
+        QCOMPARE(timer()->interval(), 20000);
+        PLAYS(":stayWindow !settings_liveSeconds_1 :liveWindow");
         // A face keeps it, and a report of no face does not.
         for (const auto& [face, interval] :
              {std::pair(TrackedFace{100, 200, 200, 260, 1, 0}, 1000), {{}, 60000}}) {
