@@ -17,14 +17,37 @@ Function* next(const char* name) {
     return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name));
 }
 
+/// A function that is posted to an object: called after all that its sender has done before, and
+/// deleted after that, by sender or receiver, whoever lets go of it last.
+class PostedFunction : public QtPrivate::QSlotObjectBase {
+ public:
+    explicit PostedFunction(QSlotObjectBase* function)
+        : QSlotObjectBase(&impl), function_(function) {
+        __tsan_release(this);
+    }
+
+ private:
+    static void impl(int which, QSlotObjectBase* self, QObject* receiver, void** values, bool*) {
+        auto* const posted = static_cast<PostedFunction*>(self);
+        __tsan_acquire(posted);
+        if (which == Call) {
+            posted->function_->call(receiver, values);
+            __tsan_release(posted);
+        } else if (which == Destroy) {
+            posted->function_->destroyIfLastRef();
+            delete posted;
+        }
+    }
+
+    QSlotObjectBase* const function_;
+};
+
 /// Stands for the receivers of a signal, which only Qt knows.
 char signalled;
 
-void acquirePosted(QObject* receiver, const QEvent* event) {
-    if (event->type() != QEvent::MetaCall)
-        return;
-    __tsan_acquire(&signalled);
-    __tsan_acquire(receiver);
+void acquireSignalled(const QEvent* event) {
+    if (event->type() == QEvent::MetaCall)
+        __tsan_acquire(&signalled);
 }
 
 }  // namespace
@@ -78,18 +101,17 @@ bool QMetaObject::invokeMethodImpl(QObject* object, QtPrivate::QSlotObjectBase* 
         next<bool(QObject*, QtPrivate::QSlotObjectBase*, Qt::ConnectionType, void*)>(
             "_ZN11QMetaObject16invokeMethodImplEP7QObjectPN9QtPrivate15QSlotObjectBaseEN2Qt"
             "14ConnectionTypeEPv");
-    __tsan_release(object);
-    return real(object, slot, type, result);
+    return real(object, new PostedFunction(slot), type, result);
 }
 
 bool QObject::event(QEvent* event) {
     static auto* const real = next<bool(QObject*, QEvent*)>("_ZN7QObject5eventEP6QEvent");
-    acquirePosted(this, event);
+    acquireSignalled(event);
     return real(this, event);
 }
 
 bool QThread::event(QEvent* event) {
     static auto* const real = next<bool(QThread*, QEvent*)>("_ZN7QThread5eventEP6QEvent");
-    acquirePosted(this, event);
+    acquireSignalled(event);
     return real(this, event);
 }
