@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <QFontDatabase>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -81,6 +82,8 @@ void Stage::restart() {
     clear();
     window_.reset();
     hangUp();
+    // The next terminal registers its own.
+    QFontDatabase::removeAllApplicationFonts();
     window_ = std::make_unique<MainWindow>();
     tellSettings(settings_);
     window_->show();
