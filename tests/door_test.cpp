@@ -528,7 +528,7 @@ class DoorTest : public DoorDay {
                 PLAYS(way);
                 QVERIFY(t->settle());
                 QTRY_VERIFY(strip->isHidden());
-                TextRecorder recorder(window()->size());
+                PaintRecorder recorder(window()->size());
                 window()->render(&recorder);
                 for (const bool accepted : {false, true}) {
                     GUI_LOGDATA event{};
@@ -539,7 +539,7 @@ class DoorTest : public DoorDay {
                     QTRY_COMPARE(strip->textKey(), QLatin1String(key));
                     QVERIFY(strip->text().startsWith(t->text(key)));
                     QVERIFY2(!strip->visibleRegion().isEmpty(), way);
-                    for (const TextRecorder::Text& text : recorder.texts())
+                    for (const PaintRecorder::Text& text : recorder.texts())
                         QVERIFY2(!strip->geometry().intersects(text.ink), qPrintable(text.text));
                     QCOMPARE(hasGreen(strip), accepted);
                 }

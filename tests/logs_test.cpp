@@ -133,7 +133,9 @@ class LogsTest : public DrivenTest {
             half a day | periodCombo item4 toField #C2026031D NEXT ?ListItem_CheckInputDate -^1976
             in no order | periodCombo item4 fromField #C20260310D toField #C20260309D NEXT
                 ?ListItem_StartDateAfterEndDate -^1976
-            one day | periodCombo item4 fromField #C20010101D toField #C20010101D NEXT
+            too early | periodCombo item4 fromField #C19991231D NEXT ?ListItem_CheckInputDate -^1976
+            too late | periodCombo item4 toField #C22560101D NEXT ?ListItem_CheckInputDate -^1976
+            one day | periodCombo item4 fromField #C20000101D toField #C20000101D NEXT
                 ?ListItem_NoLogsFound ^1976
             nobody | idField #999999D NEXT ?ListItem_NoLogsFound ^1976
             nobody at all | idField #99999999999D NEXT ?ListItem_NoLogsFound ^1976)");

@@ -235,10 +235,10 @@ class OperationSettingsTest : public DrivenTest {
         window()->sendTestPacket(command::SystemStatus, sizeof report,
                                  reinterpret_cast<const char*>(&report));
         MealCountForm::open(window()->getActivateWindowForm());
-        TextRecorder recorder(window()->size());
+        PaintRecorder recorder(window()->size());
         window()->render(&recorder);
         QStringList read;
-        for (const TextRecorder::Text& text : recorder.texts())
+        for (const PaintRecorder::Text& text : recorder.texts())
             read.append(text.text);
         for (const auto& [meal, count] : {std::pair("Breakfast", "128"),
                                           {"Lunch", "4294967295"},

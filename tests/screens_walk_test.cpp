@@ -4,6 +4,7 @@
 #include <QSet>
 #include <QTextDocument>
 #include <QtTest>
+#include <cstdio>
 #include <memory>
 
 #include "app/administrator_session.h"
@@ -11,8 +12,9 @@
 #include "base/device_paths.h"
 #include "link/device_link.h"
 #include "tests/support/finger.h"
-#include "tests/support/text_recorder.h"
 #include "tools/gallery/gallery_states.h"
+#include "tools/gallery/looks.h"
+#include "tools/gallery/paint_recorder.h"
 #include "tools/gallery/stage.h"
 #include "ui/combo.h"
 #include "ui/dialog_overlay.h"
@@ -32,7 +34,7 @@ constexpr int kLowestTouch = 56;
 constexpr int kNarrowestTouch = 48;
 
 /// A text on the screen and the widget that shows it.
-struct ShownText : TextRecorder::Text {
+struct ShownText : PaintRecorder::Text {
     QWidget* widget;
 };
 
@@ -61,7 +63,7 @@ class Reader : public QObject {
             texts.append({recorder_.texts().at(i), painting_});
     }
 
-    TextRecorder recorder_;
+    PaintRecorder recorder_;
     QWidget* painting_ = nullptr;
 };
 
@@ -235,6 +237,7 @@ class ScreensWalkTest : public QObject {
     void everythingCanBeReadAndTouched() {
         QStringList faults;
         QSet<QString> screens;
+        Looks looks;
         for (int language = 0; language < stage->languages().size(); ++language) {
             stage->restart(language);
             const QVector<GalleryState> states = galleryStates(window());
@@ -248,12 +251,19 @@ class ScreensWalkTest : public QObject {
                 else if (picture == asItComesUp)
                     faults += name + QStringLiteral(": there is nothing new to be seen");
                 screens.insert(window().getActivateWindowForm()->getTitle());
+                looks.add(state.file, *stage);
                 faults += faultsOf(name);
             }
         }
-        // One message holds only the first few.
+        QFile kept(QStringLiteral(LOOKS_FILE));
+        QVERIFY(kept.open(QIODevice::ReadOnly));
+        for (const QString& state : looks.changedSince(kept.readAll()))
+            faults += state + QStringLiteral(
+                                  ": looks different; if it is to, keep zel-gallery's "
+                                  "looks.txt as tools/gallery/looks.txt");
+        // One message holds only the first few, and the warnings may all be spent.
         for (const QString& fault : qAsConst(faults))
-            qWarning("%s", qUtf8Printable(fault));
+            std::fprintf(stderr, "%s\n", qUtf8Printable(fault));
         QVERIFY(faults.isEmpty());
         QCOMPARE(screens.size(), titles().size());  // each has a title of its own
     }

@@ -13,7 +13,7 @@
 
 #include "sim/device_root.h"
 #include "tests/support/finger.h"
-#include "tests/support/text_recorder.h"
+#include "tools/gallery/paint_recorder.h"
 #include "ui/code_entry.h"
 #include "ui/combo.h"
 #include "ui/dialog_form.h"
@@ -270,7 +270,7 @@ class UiWidgetsTest : public QObject {
             touched.append(index.row());
             list->select(index);
         });
-        TextRecorder recorder(window_->size());
+        PaintRecorder recorder(window_->size());
         window_->render(&recorder);
         QVERIFY(recorder.has(u("nothing")));
 
@@ -570,11 +570,11 @@ class UiWidgetsTest : public QObject {
 
     void textsGiveWay() {
         const auto write = [](const ScriptHandler::Script& text, int width) {
-            TextRecorder recorder(QSize(480, 72));
+            PaintRecorder recorder(QSize(480, 72));
             QPainter painter(&recorder);
             TextFit::draw(&painter, {0, 0, width, 72}, Qt::AlignLeft, text, TextFit::kTitle,
                           QFont::Medium, qRgb(255, 255, 255));
-            const TextRecorder::Text last = recorder.texts().last();
+            const PaintRecorder::Text last = recorder.texts().last();
             return last.text.endsWith(QChar(0x2026)) ? 0 : last.size;  // 0 for cut
         };
         const std::tuple<const char*, int, int> rows[] = {
@@ -622,7 +622,7 @@ class UiWidgetsTest : public QObject {
         auto* field = add<InputField>(0, 0, 480, 56);
         field->setAllowedCharacters(InputField::Any);
         field->setText(u("<i>x</i>"));
-        TextRecorder recorder(field->size());
+        PaintRecorder recorder(field->size());
         field->render(&recorder);
         QVERIFY(recorder.has(u("<i>x</i>")));
     }
@@ -642,7 +642,9 @@ class UiWidgetsTest : public QObject {
             writer.write(picture);
             return buffer.data();
         };
-        QVERIFY(shows(encoded("bmp")));
+        constexpr int kLongest = 8 * 1024 * 1024;
+        QVERIFY(shows(encoded("bmp").leftJustified(kLongest, '\0')));
+        QVERIFY(!shows(encoded("bmp").leftJustified(kLongest + 1, '\0')));
         const QByteArray png = encoded("png");
         constexpr int kEndChunk = 12;
         for (const auto& [length, good] : {std::pair(4, true), {20, false}, {0x60, false}})

@@ -185,18 +185,18 @@ class UsbTest : public DrivenTest {
         for (const QString& name : names)
             put(QStringLiteral("odd/") + name);
         PLAYS("STICK importUserTile /odd");
-        TextRecorder recorder(t->window->size());
+        PaintRecorder recorder(t->window->size());
         t->window->render(&recorder);
         // A line is painted in as many pieces as it needs fonts.
         QString painted;
-        for (const TextRecorder::Text& text : recorder.texts())
+        for (const PaintRecorder::Text& text : recorder.texts())
             painted += text.text;
         const QChar sign = QChar::ReplacementCharacter;
         QVERIFY(painted.contains(names.at(0)));
         QVERIFY(painted.contains(QStringLiteral("a%1b.dat").arg(sign)));
         QVERIFY(painted.contains(QStringLiteral("back%1tad.exe").arg(sign)));
         const auto& texts = recorder.texts();
-        QVERIFY(std::any_of(texts.begin(), texts.end(), [](const TextRecorder::Text& one) {
+        QVERIFY(std::any_of(texts.begin(), texts.end(), [](const PaintRecorder::Text& one) {
             return one.text.startsWith(QStringLiteral("www")) && one.text.endsWith(QChar(0x2026)) &&
                    one.ink.right() < 413;
         }));

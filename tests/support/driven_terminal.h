@@ -16,7 +16,7 @@
 #include "sim/controller/controller_sim.h"
 #include "sim/device_root.h"
 #include "tests/support/free_port.h"
-#include "tests/support/text_recorder.h"
+#include "tools/gallery/paint_recorder.h"
 #include "ui/dialog_overlay.h"
 #include "ui/input_field.h"
 #include "ui/row_list.h"
@@ -177,7 +177,7 @@ class DrivenTerminal {
     /// Whether @p text can be read on the window.
     bool reads(const QString& text) const { return reads(text, window.get()); }
     static bool reads(const QString& text, QWidget* widget) {
-        TextRecorder recorder(widget->size());
+        PaintRecorder recorder(widget->size());
         widget->render(&recorder);
         return recorder.has(text);
     }

@@ -1,10 +1,12 @@
 // Renders every screen of the terminal, and what else can be seen on it, in each language, to
-// DIR/<language>/<number>-<title>[-<state>].png: zel-gallery DIR.
+// DIR/<language>/<number>-<title>[-<state>].png: zel-gallery DIR. What they look like is noted in
+// DIR/looks.txt, which the tests compare with tools/gallery/looks.txt.
 
 #include <QApplication>
 #include <QDir>
 
 #include "tools/gallery/gallery_states.h"
+#include "tools/gallery/looks.h"
 #include "tools/gallery/stage.h"
 
 int main(int argc, char** argv) {
@@ -16,6 +18,7 @@ int main(int argc, char** argv) {
     }
     const QDir target(QFile::decodeName(argv[1]));
     Stage stage;
+    Looks looks;
     const QStringList languages = stage.languages();
     for (int language = 0; language < languages.size(); ++language) {
         stage.restart(language);
@@ -25,11 +28,17 @@ int main(int argc, char** argv) {
         for (const GalleryState& state : states) {
             state.show(stage);
             const QString file = folder.filePath(state.file + QStringLiteral(".png"));
+            looks.add(state.file, stage);
             if (!stage.picture().save(file)) {
                 qCritical("cannot write %s", qUtf8Printable(file));
                 return 1;
             }
         }
+    }
+    QFile noted(target.filePath(QStringLiteral("looks.txt")));
+    if (!noted.open(QIODevice::WriteOnly) || noted.write(looks.text()) < 0) {
+        qCritical("cannot write %s", qUtf8Printable(noted.fileName()));
+        return 1;
     }
     return 0;
 }

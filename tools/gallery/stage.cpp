@@ -191,6 +191,13 @@ void Stage::open(const QString& title) {
 }
 
 QImage Stage::picture() {
+    QImage image(window_->size(), QImage::Format_RGB32);
+    image.fill(Qt::black);
+    paint(&image);
+    return image;
+}
+
+void Stage::paint(QPaintDevice* device) {
     settle();
     const QList<Spinner*> spinners = window_->findChildren<Spinner*>();
     for (Spinner* spinner : spinners) {
@@ -199,10 +206,7 @@ QImage Stage::picture() {
         spinner->hide();
         spinner->show();
     }
-    QImage image(window_->size(), QImage::Format_RGB32);
-    image.fill(Qt::black);
-    window_->render(&image);
-    return image;
+    window_->render(device);
 }
 
 void Stage::receive(unsigned short code, unsigned char p1, const QByteArray& payload) {

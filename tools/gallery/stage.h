@@ -49,6 +49,8 @@ class Stage {
     void open(const QString& title);
     /// What the window shows, with everything that turns or blinks at its beginning.
     QImage picture();
+    /// The same on something else.
+    void paint(QPaintDevice* device);
 
     /// Hands the terminal a frame of the device controller.
     void receive(unsigned short code, unsigned char p1 = 0, const QByteArray& payload = {});
