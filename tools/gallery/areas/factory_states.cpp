@@ -169,6 +169,10 @@ constexpr AreaState kStates[] = {
     {"f_pwrTestWindow", "failed", power<9100, 5000, 3300>},
     {"f_pwrTestWindow", "link-lost", [](Stage& stage) { stage.loseController(); }},
     {"f_lcdTestWindow", "red", patterns<0>},
+    {"f_lcdTestWindow", "green", patterns<1>},
+    {"f_lcdTestWindow", "blue", patterns<2>},
+    {"f_lcdTestWindow", "white", patterns<3>},
+    {"f_lcdTestWindow", "black", patterns<4>},
     {"f_lcdTestWindow", "grays", patterns<5>},
     {"f_lcdTestWindow", "seen", patterns<6>},
     {"f_lcdTouchTestWindow", "grid", [](Stage& stage) { cells(stage, 0); }},
@@ -181,6 +185,8 @@ constexpr AreaState kStates[] = {
      }},
     {"f_lcdPixelTestWindow", "checker", patterns<0>},
     {"f_lcdPixelTestWindow", "lines", patterns<1>},
+    {"f_lcdPixelTestWindow", "checker-inverted", patterns<2>},
+    {"f_lcdPixelTestWindow", "lines-inverted", patterns<3>},
     {"f_lcdPixelTestWindow", "passed",
      [](Stage& stage) {
          patterns<4>(stage);
