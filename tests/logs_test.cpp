@@ -273,7 +273,7 @@ class LogsTest : public DrivenTest {
     }
 
     void connectionsAreToldAsTheyChange() {
-        QVERIFY(t->open("info_conWindow"));
+        PLAYS(":info_readerWindow infoConnectionRow @info_conWindow ^1933_0_0");
         const auto card = [this](const char* name) { return t->find<PeerCard>(name); };
         QCOMPARE(card("controllerCard")->state(), PeerCard::State::Good);
         QCOMPARE(card("serviceCard")->state(), PeerCard::State::Off);
