@@ -12,8 +12,9 @@ namespace {
 
 /// In front of all others when sorted.
 const char kLetters[] = "(letters)";
-/// These show the addresses of the machine that they are on.
-constexpr const char* kMachines[] = {"tcpIpWindow-dhcp", "info_readerWindow", "info_conWindow"};
+/// These show the addresses of the machine that they are on, or how a call ends meanwhile.
+constexpr const char* kUncertain[] = {"tcpIpWindow-dhcp", "info_readerWindow", "info_conWindow",
+                                      "cloudWindow"};
 
 QByteArray lettersSum() {
     PaintRecorder recorder({480, 240});
@@ -32,7 +33,7 @@ QByteArray lettersSum() {
 Looks::Looks() : sums_{{QLatin1String(kLetters), ' ' + lettersSum()}} {}
 
 void Looks::add(const QString& name, Stage& stage) {
-    if (std::any_of(std::begin(kMachines), std::end(kMachines),
+    if (std::any_of(std::begin(kUncertain), std::end(kUncertain),
                     [&name](const char* one) { return name.contains(QLatin1String(one)); }))
         return;
     PaintRecorder recorder(stage.window().size());
