@@ -1,10 +1,12 @@
 #include <QAbstractItemView>
+#include <QBackingStore>
 #include <QHash>
 #include <QLabel>
 #include <QSet>
 #include <QTextDocument>
 #include <QtTest>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 
 #include "app/administrator_session.h"
@@ -32,6 +34,10 @@ namespace {
 constexpr int kSmallestText = 18;
 constexpr int kLowestTouch = 56;
 constexpr int kNarrowestTouch = 48;
+/// A difference between two grays that an eye can see, and so many pixels of one: the edges of
+/// large letters are not quite the same each time.
+constexpr int kSeen = 16;
+constexpr int kEdges = 200;
 
 /// A text on the screen and the widget that shows it.
 struct ShownText : PaintRecorder::Text {
@@ -253,6 +259,12 @@ class ScreensWalkTest : public QObject {
                 screens.insert(window().getActivateWindowForm()->getTitle());
                 looks.add(state.file, *stage);
                 faults += faultsOf(name);
+                const QRect stale = staleBox();
+                if (!stale.isEmpty())
+                    faults += QStringLiteral("%1: not painted anew from %2, %3 on")
+                                  .arg(name)
+                                  .arg(stale.x())
+                                  .arg(stale.y());
             }
         }
         QFile kept(QStringLiteral(LOOKS_FILE));
@@ -372,6 +384,28 @@ class ScreensWalkTest : public QObject {
                 visible.append(screen->getTitle());
         }
         return visible;
+    }
+
+    /// Around what is on the panel otherwise than it would be painted now.
+    QRect staleBox() {
+        // The window is exposed by the system, which may have hidden it.
+        QCoreApplication::processEvents(QEventLoop::ExcludeSocketNotifiers);
+        const auto* shown = dynamic_cast<QImage*>(window().backingStore()->paintDevice());
+        if (shown == nullptr || shown->size() != window().size())
+            return window().rect();
+        QImage now(shown->size(), shown->format());
+        window().render(&now);
+        QRect box;
+        int count = 0;
+        for (int y = 0; y < now.height(); ++y) {
+            for (int x = 0; x < now.width(); ++x) {
+                if (std::abs(qGray(shown->pixel(x, y)) - qGray(now.pixel(x, y))) < kSeen)
+                    continue;
+                box |= QRect(x, y, 1, 1);
+                ++count;
+            }
+        }
+        return count > kEdges ? box : QRect();
     }
 
     void tap(const QWidget* widget) { Finger(&window()).tap(widget); }

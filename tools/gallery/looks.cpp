@@ -12,9 +12,8 @@ namespace {
 
 /// In front of all others when sorted.
 const char kLetters[] = "(letters)";
-/// These show the addresses of the machine that they are on, or how a call ends meanwhile.
-constexpr const char* kUncertain[] = {"tcpIpWindow-dhcp", "info_readerWindow", "info_conWindow",
-                                      "cloudWindow"};
+/// These show the addresses of the machine that they are on.
+constexpr const char* kUncertain[] = {"tcpIpWindow-dhcp", "info_readerWindow", "info_conWindow"};
 
 QByteArray lettersSum() {
     PaintRecorder recorder({480, 240});

@@ -1,5 +1,9 @@
 #include "tools/gallery/stage.h"
 
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <QFontDatabase>
@@ -8,6 +12,8 @@
 #include <QJsonObject>
 #include <QMouseEvent>
 #include <QTcpSocket>
+#include <QtEndian>
+#include <cstring>
 
 #include "app/fonts.h"
 #include "app/message_dispatch.h"
@@ -33,6 +39,22 @@ quint16 freePort() {
     QTcpServer probe;
     probe.listen(QHostAddress::LocalHost);
     return probe.serverPort();
+}
+
+/// Keeps calls to the management service of the settings without an answer, be there one or not.
+/// Several stages of a machine share the port.
+int silentService(const AddressBlock& own) {
+    const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const int shared = 1;
+    sockaddr_in name{};
+    name.sin_family = AF_INET;
+    name.sin_port = qToBigEndian(own.managerPort);
+    std::memcpy(&name.sin_addr, own.managerAddress, sizeof name.sin_addr);
+    ::setsockopt(socket, SOL_SOCKET, SO_REUSEPORT, &shared, sizeof shared);
+    if (::bind(socket, reinterpret_cast<const sockaddr*>(&name), sizeof name) != 0 ||
+        ::listen(socket, SOMAXCONN) != 0)
+        qWarning("the management service's port is taken");
+    return socket;
 }
 
 /// What is on the USB stick.
@@ -63,7 +85,7 @@ void settle() {
 
 }  // namespace
 
-Stage::Stage() : settings_(factorySettings()) {
+Stage::Stage() : settings_(factorySettings()), service_(silentService(settings_.network.own)) {
     settings_.screen.menuTimeout = kNever;
     settings_.screen.sleepMode = 0;
     setFieldText(settings_.setup.adminPassword, QStringLiteral("0000"));
@@ -76,7 +98,10 @@ Stage::Stage() : settings_(factorySettings()) {
     restart();
 }
 
-Stage::~Stage() = default;
+Stage::~Stage() {
+    window_.reset();
+    ::close(service_);
+}
 
 void Stage::restart() {
     clear();

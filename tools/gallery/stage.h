@@ -97,6 +97,7 @@ class Stage {
     DeviceRoot root_;
     QTcpServer controller_;
     _gui_menu_ settings_;  // what the controller would tell
+    const int service_;    // a socket that listens
     bool settingsChanged_ = false;
     bool controllerLost_ = false;
     std::unique_ptr<MainWindow> window_;
