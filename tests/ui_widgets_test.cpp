@@ -646,6 +646,7 @@ class UiWidgetsTest : public QObject {
         QVERIFY(shows(encoded("bmp").leftJustified(kLongest, '\0')));
         QVERIFY(!shows(encoded("bmp").leftJustified(kLongest + 1, '\0')));
         const QByteArray png = encoded("png");
+        QVERIFY(shows(png + QByteArray(20, 'x')));
         constexpr int kEndChunk = 12;
         for (const auto& [length, good] : {std::pair(4, true), {20, false}, {0x60, false}})
             QCOMPARE(shows(QByteArray(png).insert(

@@ -2,6 +2,7 @@
 
 #include <QtEndian>
 #include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -33,6 +34,9 @@ QByteArray bare(const QByteArray& png) {
         if (std::any_of(std::begin(kNeeded), std::end(kNeeded),
                         [&type](const char* needed) { return type == needed; }))
             kept.append(png.constData() + position, size);
+        // What some programs put behind it is no picture.
+        if (type == "IEND")
+            break;
         position += size;
     }
     return kept;
