@@ -14,6 +14,10 @@ namespace {
 
 constexpr char kInput[] = "/mnt/data/input";
 
+/// How long an answer that has no end is waited for, in milliseconds: one that is broken off within
+/// its chunks is only given up after its silence.
+constexpr int kPatience = 50;
+
 /// A client and a service that answers each call with the same bytes, and then hangs up.
 class Calls {
  public:
@@ -21,6 +25,7 @@ class Calls {
         service_.answer = [this](const FakeService::Request&) { return answer_; };
         service_.closeAfterAnswer = true;
         host_.setSettings(service_.settings());
+        client_.setTransferTimeout(kPatience);
     }
 
     void call(int command, const QByteArray& answer) {
@@ -39,6 +44,9 @@ class Calls {
         answer_ = answer;
         root_.clear(kInput);
         DownloadManager downloads;
+        DownloadManager::Limits limits;
+        limits.silence = kPatience;
+        downloads.setLimits(limits);
         bool ended = false;
         QObject::connect(&downloads, QOverload<>::of(&DownloadManager::finished),
                          [&ended] { ended = true; });
