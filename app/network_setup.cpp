@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "base/device_paths.h"
+#include "base/ipv4.h"
 #include "cloud/network_helper.h"
 #include "link/device_records.h"
 
@@ -19,8 +20,7 @@ Q_LOGGING_CATEGORY(networkLog, "zel.app.network", QtInfoMsg)
 
 namespace {
 
-constexpr quint32 kLoopback = 127;
-constexpr quint32 kMulticast = 224;  // this and all above are no machine's
+constexpr std::uint8_t kLoopback = 127;
 constexpr int kLongestPrefix = 30;
 
 const QString kInterface = QLatin1String(NetworkHelper::kInterface);
@@ -40,8 +40,8 @@ int prefixLength(const std::uint8_t (&mask)[4]) {
 
 /// Whether it can be the address of a machine in a net.
 bool isHost(quint32 address) {
-    const quint32 first = address >> 24;
-    return first != 0 && first != kLoopback && first < kMulticast;
+    const auto first = static_cast<std::uint8_t>(address >> 24);
+    return first != kLoopback && Ipv4::isMachine(first);
 }
 
 /// Runs what is in the list, one after the other, and ends with the program.
@@ -111,11 +111,7 @@ class AddressChange : public QObject {
 
 namespace NetworkSetup {
 
-using NetworkHelper::dotted;
-
-bool isReachable(const std::uint8_t (&address)[4]) {
-    return isHost(number(address)) || address[0] == kLoopback;
-}
+using Ipv4::dotted;
 
 Fault check(const AddressBlock& own) {
     if (own.dhcp == 1)
@@ -138,7 +134,7 @@ Fault check(const AddressBlock& own) {
             (gateway | mask) == ~quint32{0})
             return Fault::GatewayOutside;
     }
-    if (number(own.dns) != 0 && !isReachable(own.dns))
+    if (number(own.dns) != 0 && !Ipv4::isMachine(own.dns[0]))
         return Fault::Dns;
     return Fault::None;
 }

@@ -25,9 +25,6 @@ enum class Fault {
 /// gateway and DNS server may be missing (0.0.0.0).
 Fault check(const AddressBlock& own);
 
-/// Whether a machine can be reached at @p address, be it this one.
-bool isReachable(const std::uint8_t (&address)[4]);
-
 /// The programs, each with its arguments, that give the machine the address of @p own, one after
 /// the other; none when it has a fault. The DNS server is not among them, that is a file.
 QVector<QStringList> commands(const AddressBlock& own);

@@ -14,6 +14,7 @@
 #include <optional>
 
 #include "base/device_paths.h"
+#include "base/ipv4.h"
 
 namespace {
 
@@ -48,7 +49,7 @@ std::optional<ifreq> ask(const QString& interface, unsigned long what) {
 QString textOf(const in_addr& address) {
     std::uint8_t bytes[4];
     std::memcpy(bytes, &address, sizeof bytes);
-    return NetworkHelper::dotted(bytes);
+    return Ipv4::dotted(bytes);
 }
 
 QString dottedOf(const std::optional<ifreq>& answer) {
@@ -85,14 +86,6 @@ std::optional<in_addr> defaultGateway(const nlmsghdr* message, int index) {
 }  // namespace
 
 namespace NetworkHelper {
-
-QString dotted(const std::uint8_t (&address)[4]) {
-    return QStringLiteral("%1.%2.%3.%4")
-        .arg(address[0])
-        .arg(address[1])
-        .arg(address[2])
-        .arg(address[3]);
-}
 
 QString getIPAddress(const QString& interface) {
     return dottedOf(ask(interface, SIOCGIFADDR));

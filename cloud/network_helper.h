@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QString>
-#include <cstdint>
 
 /// The addresses of this machine's network interfaces, as the kernel knows them. Empty texts where
 /// there is no such interface or it has no such address. Any thread.
@@ -11,9 +10,6 @@ namespace NetworkHelper {
 constexpr const char* kInterface = "eth0";
 /// Where the system keeps the addresses of its DNS servers.
 constexpr const char* kNameServers = "/etc/resolv.conf";
-
-/// @p address in dotted decimal.
-QString dotted(const std::uint8_t (&address)[4]);
 
 /// IPv4 address and mask of an interface, dotted decimal.
 QString getIPAddress(const QString& interface);

@@ -4,12 +4,12 @@
 #include <QMetaType>
 #include <QString>
 #include <QVariant>
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <vector>
 
+#include "base/ipv4.h"
 #include "link/device_records.h"
 
 /// The values that management commands and reports travel in between threads, each inside a
@@ -81,7 +81,7 @@ struct Device_Setup_Parameter {
     std::vector<Byte> bytes;
     std::optional<std::uint32_t> deviceNumber;
     std::optional<QString> adminPassword;
-    std::optional<std::array<std::uint8_t, 4>> managerAddress;
+    std::optional<Ipv4::Address> managerAddress;
     std::optional<std::uint16_t> managerPort;
 
     /// Writes the values given into @p settings.

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "base/device_paths.h"
+#include "base/ipv4.h"
 #include "cloud/cloud_log.h"
 #include "cloud/json_input.h"
 #include "cloud/network_helper.h"
@@ -296,7 +297,7 @@ void RestClass::runFR51(const QVariant& data) {
 }
 
 QString RestClass::getManagerIP() const {
-    return NetworkHelper::dotted(settings_.network.own.managerAddress);
+    return Ipv4::dotted(settings_.network.own.managerAddress);
 }
 
 QString RestClass::getReaderIP() const {

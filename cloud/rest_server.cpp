@@ -12,10 +12,10 @@
 #include <utility>
 
 #include "base/descriptors.h"
+#include "base/ipv4.h"
 #include "cloud/cloud_host.h"
 #include "cloud/cloud_log.h"
 #include "cloud/firmware_orders.h"
-#include "cloud/network_helper.h"
 #include "cloud/parameters.h"
 #include "cloud/terminal_routes.h"
 #include "cloud/user_routes.h"
@@ -283,7 +283,7 @@ void RestServer::doUserListInfo(const Request&, Response response) {
 }
 
 QString RestServer::getManagerIP() const {
-    return NetworkHelper::dotted(settings_.network.own.managerAddress);
+    return Ipv4::dotted(settings_.network.own.managerAddress);
 }
 
 // --- Life ----------------------------------------------------------------------------------

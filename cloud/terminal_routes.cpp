@@ -3,12 +3,11 @@
 #include <QRegularExpression>
 #include <QUrl>
 #include <algorithm>
-#include <array>
 #include <iterator>
 
+#include "base/ipv4.h"
 #include "base/version.h"
 #include "cloud/body_reader.h"
-#include "cloud/network_helper.h"
 #include "cloud/user_routes.h"
 #include "link/device_message.h"
 #include "link/record_values.h"
@@ -110,24 +109,6 @@ QString settingText(const Setting& setting, const _gui_menu_& settings) {
     return QString::number(known ? setting.choices.seconds[byte] : byte);
 }
 
-/// The address of a service that can be called: neither everybody nor nobody.
-std::optional<std::array<std::uint8_t, 4>> serviceAddress(const QString& text) {
-    static const QRegularExpression dotted(QStringLiteral("^[0-9]{1,3}(\\.[0-9]{1,3}){3}\\z"));
-    if (!dotted.match(text).hasMatch())
-        return std::nullopt;
-    std::array<std::uint8_t, 4> address{};
-    const QStringList numbers = text.split(QLatin1Char('.'));
-    for (int i = 0; i < numbers.size(); ++i) {
-        const int number = numbers[i].toInt();
-        if (number > 255)
-            return std::nullopt;
-        address[static_cast<std::size_t>(i)] = static_cast<std::uint8_t>(number);
-    }
-    if (address[0] == 0 || address[0] >= 224)
-        return std::nullopt;
-    return address;
-}
-
 void insertAt(QJsonObject& object, const char* group, const char* key, const QJsonValue& value) {
     if (group == nullptr) {
         object.insert(QLatin1String(key), value);
@@ -197,7 +178,7 @@ Decoded<Device_Setup_Parameter> decodeDeviceSet(const QByteArray& bytes) {
     }
     BodyReader manager = device.group("CommType");
     if (manager.has("IPAddress")) {
-        setup.managerAddress = serviceAddress(manager.text("IPAddress"));
+        setup.managerAddress = Ipv4::readMachine(manager.text("IPAddress"));
         if (!setup.managerAddress)
             manager.fault();
     }
@@ -251,8 +232,8 @@ QJsonObject deviceStatus(const _gui_menu_& settings, const QDateTime& now) {
     const AddressBlock& own = settings.network.own;
     insertAt(device, nullptr, "DeviceNo", QString::number(settings.setup.deviceNumber));
     insertAt(device, nullptr, "time", now.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")));
-    const QString manager = NetworkHelper::dotted(own.managerAddress);
-    if (serviceAddress(manager))
+    const QString manager = Ipv4::dotted(own.managerAddress);
+    if (Ipv4::isMachine(own.managerAddress[0]))
         insertAt(device, "CommType", "IPAddress", manager);
     if (own.managerPort != 0)
         insertAt(device, "CommType", "PortNo", QString::number(own.managerPort));

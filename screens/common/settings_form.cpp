@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "app/window_shell.h"
+#include "base/ipv4.h"
 #include "ui/check_box.h"
 #include "ui/choice.h"
 #include "ui/input_field.h"
@@ -21,8 +22,6 @@ constexpr ScreenText kTexts[] = {
     {SettingsForm::NoAnswer, "Error_ControllerSilent", ScreenText::Error},
     {SettingsForm::NoConnection, "ListItem_NoController", ScreenText::Error},
 };
-
-constexpr int kAddressParts = 4;
 
 /// The row that @p widget is or lies on, or null.
 ListRow* rowOf(QWidget* widget) {
@@ -469,36 +468,21 @@ void SettingsForm::bindAddress(InputField* input,
             _gui_menu_ copy = record;
             input->setText(addressText(field(copy)));
         },
-        [=](_gui_menu_& record) {
-            std::uint8_t address[kAddressParts] = {};
-            const bool none = rule == kAddressOrNone && input->text().isEmpty();
-            if (!none && !readAddress(input->text(), address))
-                return fault;
-            std::copy(std::begin(address), std::end(address), field(record));
-            return 0;
-        });
+        [=](_gui_menu_& record) { return readAddress(*input, rule, field(record)) ? 0 : fault; });
 }
 
-bool SettingsForm::readAddress(const QString& text, std::uint8_t (&address)[kAddressParts]) {
-    const QStringList parts = text.split(QLatin1Char('.'));
-    if (parts.size() != kAddressParts)
-        return false;
-    std::uint32_t number = 0;
-    for (int i = 0; i < kAddressParts; ++i) {
-        if (!readNumber(parts.at(i), 255, &number))
-            return false;
-        address[i] = static_cast<std::uint8_t>(number);
-    }
-    return true;
+bool SettingsForm::readAddress(const InputField& input, AddressRule rule, AddressField address) {
+    const bool none = rule == kAddressOrNone && input.text().isEmpty();
+    const auto read = none ? Ipv4::Address{} : Ipv4::read(input.text());
+    if (read)
+        std::copy(read->begin(), read->end(), address);
+    return read.has_value();
 }
 
-QString SettingsForm::addressText(const std::uint8_t (&address)[kAddressParts]) {
-    QStringList parts;
-    for (const std::uint8_t number : address)
-        parts.append(QString::number(number));
+QString SettingsForm::addressText(const std::uint8_t (&address)[4]) {
     const bool none = std::all_of(std::begin(address), std::end(address),
                                   [](std::uint8_t number) { return number == 0; });
-    return none ? QString() : parts.join(QLatin1Char('.'));
+    return none ? QString() : Ipv4::dotted(address);
 }
 
 void SettingsForm::bindPartOf(ListRow* row, const NumberField& field, const QString& title) {

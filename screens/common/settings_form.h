@@ -182,9 +182,9 @@ class SettingsForm : public TitledForm {
     void bindInput(InputField* input, const Load& load, const Store& store);
     /// Shows the record's value on the bound @p widget once more, as if nobody had touched it.
     void reload(QWidget* widget);
-    /// Four numbers of 0 to 255 with dots between them; false for anything else.
-    static bool readAddress(const QString& text, std::uint8_t (&address)[4]);
-    /// The same back; an address of zeros gives an empty text.
+    /// Puts what @p input says into @p address; false, and nothing put, when that is none.
+    static bool readAddress(const InputField& input, AddressRule rule, AddressField address);
+    /// An address of zeros gives an empty text.
     static QString addressText(const std::uint8_t (&address)[4]);
 
     /// The person hears or sees the value of the bound @p widget as it changes: @p tell has the

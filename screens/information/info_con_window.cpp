@@ -4,6 +4,7 @@
 #include "app/peer_history.h"
 #include "app/settings_change.h"
 #include "app/window_shell.h"
+#include "base/ipv4.h"
 #include "cloud/network_helper.h"
 #include "cloud/service_contact.h"
 #include "link/command_code.h"
@@ -155,7 +156,7 @@ void info_conWindow::showAccess() {
 void info_conWindow::UpdateHostInfo(const HostInfo& info) {
     const bool reached = info.connected != 0;
     const QString place =
-        NetworkHelper::dotted(info.address) + QLatin1Char(':') + QString::number(info.port);
+        Ipv4::dotted(info.address) + QLatin1Char(':') + QString::number(info.port);
     ui_->accessCard->setPeer(reached ? State::Good : State::Bad,
                              entry(reached ? "Info_Reached" : "Info_NotReached"),
                              {timed("Info_SinceTime", shell()->peerHistory().hostSince()),

@@ -8,6 +8,7 @@
 #include "app/window_shell.h"
 #include "base/clock.h"
 #include "base/device_paths.h"
+#include "base/ipv4.h"
 #include "base/version.h"
 #include "cloud/network_helper.h"
 #include "link/device_message.h"
@@ -27,7 +28,7 @@ QString known(const QString& address) {
 
 /// What the kernel knows of the network, or else the @p set one, which with DHCP never holds.
 QString inForce(const QString& actual, const std::uint8_t (&set)[4], bool dhcp) {
-    return known(actual.isEmpty() && !dhcp ? NetworkHelper::dotted(set) : actual);
+    return known(actual.isEmpty() && !dhcp ? Ipv4::dotted(set) : actual);
 }
 
 QString macText() {

@@ -1,7 +1,7 @@
 #include "screens/settings/cloud_window.h"
 
-#include "app/network_setup.h"
 #include "app/window_shell.h"
+#include "base/ipv4.h"
 #include "cloud/service_contact.h"
 #include "link/command_code.h"
 #include "ui/input_field.h"
@@ -54,8 +54,7 @@ void Cloud_Window::windowOutEvent() {
 
 bool Cloud_Window::validate(_gui_menu_& edited) {
     const NetworkBlock& network = edited.network;
-    const bool isWrong =
-        network.useManager != 0 && !NetworkSetup::isReachable(network.own.managerAddress);
+    const bool isWrong = network.useManager != 0 && !Ipv4::isMachine(network.own.managerAddress[0]);
     if (isWrong)
         fault(kBadAddress, {ui_->addressField});
     return !isWrong;

@@ -1,9 +1,7 @@
 #include "screens/settings/ping_run.h"
 
-#include <QHostAddress>
 #include <QProcessEnvironment>
 #include <QRegularExpression>
-#include <QStringList>
 
 namespace {
 
@@ -40,20 +38,6 @@ PingRun::PingRun(QObject* parent) : QObject(parent) {
 PingRun::~PingRun() {
     ping_.disconnect(this);
     stop();
-}
-
-bool PingRun::isHost(const QString& address) {
-    static const QRegularExpression form(QStringLiteral("^\\d{1,3}(\\.\\d{1,3}){3}$"));
-    if (!form.match(address).hasMatch())
-        return false;
-    const QStringList parts = address.split(QLatin1Char('.'));
-    for (const QString& part : parts) {
-        if (part.toInt() > 255)
-            return false;
-    }
-    constexpr int kFirstOfMany = 224;
-    const int first = parts.first().toInt();
-    return first != 0 && first < kFirstOfMany;
 }
 
 void PingRun::start(const QString& address) {

@@ -20,11 +20,7 @@ class PingRun : public QObject {
     explicit PingRun(QObject* parent);
     ~PingRun() override;
 
-    /// Whether @p address is one that can be asked: four numbers, not those of no host, of many or
-    /// of all.
-    static bool isHost(const QString& address);
-
-    /// Begins anew. @p address must be one of isHost().
+    /// Begins anew. @p address must be a machine's.
     void start(const QString& address);
     void stop();
     /// Forgets what has been counted.

@@ -6,6 +6,7 @@
 
 #include "app/settings_change.h"
 #include "app/window_shell.h"
+#include "base/ipv4.h"
 #include "cloud/network_helper.h"
 #include "ui/paint.h"
 #include "ui/text_fit.h"
@@ -36,7 +37,7 @@ QString milliseconds(double time) {
 
 /// The address with which a button fills the field; empty when there is none.
 QString hostOrNone(const QString& address) {
-    return PingRun::isHost(address) ? address : QString();
+    return Ipv4::readMachine(address) ? address : QString();
 }
 
 AddressBlock ownSettings() {
@@ -49,17 +50,16 @@ QString gatewayText() {
     const AddressBlock own = ownSettings();
     return hostOrNone(own.dhcp == 1
                           ? NetworkHelper::getGateway(QLatin1String(NetworkHelper::kInterface))
-                          : NetworkHelper::dotted(own.gateway));
+                          : Ipv4::dotted(own.gateway));
 }
 
 QString dnsText() {
     const AddressBlock own = ownSettings();
-    return hostOrNone(own.dhcp == 1 ? NetworkHelper::getNameServer()
-                                    : NetworkHelper::dotted(own.dns));
+    return hostOrNone(own.dhcp == 1 ? NetworkHelper::getNameServer() : Ipv4::dotted(own.dns));
 }
 
 QString serviceText() {
-    return hostOrNone(NetworkHelper::dotted(ownSettings().managerAddress));
+    return hostOrNone(Ipv4::dotted(ownSettings().managerAddress));
 }
 
 }  // namespace
@@ -183,7 +183,7 @@ void PingTestWindow::scriptsApplied() {
 void PingTestWindow::startButtonTouch() {
     shell()->removeTouchKey();
     const QString address = ui_->addressField->text();
-    if (!PingRun::isHost(address)) {
+    if (!Ipv4::readMachine(address)) {
         popup_.show(kPopupAddress, kPopupSeconds);
         return;
     }

@@ -75,15 +75,9 @@ void TCP_Window::bindField(InputField* input, std::uint8_t (AddressBlock::*field
             input->setText(isByDhcp() ? inForce() : addressText(record.network.own.*field));
         },
         [=](_gui_menu_& record) {
-            std::uint8_t address[4] = {};
-            const bool none = rule == kAddressOrNone && input->text().isEmpty();
             // What is kept for the day when it is a fixed address again is not looked at.
-            if (isByDhcp())
-                return 0;
-            if (!none && !readAddress(input->text(), address))
-                return fault;
-            std::copy(std::begin(address), std::end(address), record.network.own.*field);
-            return 0;
+            const bool isRead = isByDhcp() || readAddress(*input, rule, record.network.own.*field);
+            return isRead ? 0 : fault;
         });
 }
 

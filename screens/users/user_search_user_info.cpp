@@ -226,11 +226,6 @@ void UserSearch_userInfo::showCredential(ListRow* row, bool present) {
     row->setValueKey(present ? QStringLiteral("Registered") : QStringLiteral("NoRegistered"));
 }
 
-void UserSearch_userInfo::scriptsApplied() {
-    FormScreen::scriptsApplied();
-    showTexts();
-}
-
 void UserSearch_userInfo::showTexts() {
     if (!user_)
         return;

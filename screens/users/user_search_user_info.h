@@ -50,7 +50,6 @@ class UserSearch_userInfo : public FormScreen<Ui::UserSearch_userInfo> {
 
  protected:
     void built() override;
-    void scriptsApplied() override;
     void prevButtonTouch() override;
 
  private:
