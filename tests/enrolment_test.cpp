@@ -202,6 +202,15 @@ class EnrolmentTest : public DrivenTest {
                 !drop NOBODY | | stayWindow)");
     }
 
+    void aDestinationIsCountedInBytes() {
+        PLAYS("!settings_registration.userLevel_2 DOOR @InputDestinationForm");
+        auto* field = t->find<InputField>("destinationField");
+        field->setText(QString(11, QChar(0xAC00)));
+        PLAYS("NEXT ?Error_DestinationTooLong OK @InputDestinationForm");
+        field->setText(QString(10, QChar(0xAC00)) + QStringLiteral("ab"));
+        PLAYS("NEXT @userEnroll_cardTagWindow");
+    }
+
     void outcomes() {
         const auto [steps, frames, end] = values<3>();
         const QByteArray played = t->spelt(steps);

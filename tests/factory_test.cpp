@@ -7,6 +7,7 @@
 
 #include "screens/common/factory_test_form.h"
 #include "tests/support/driven_test.h"
+#include "tests/support/finger.h"
 
 /// The factory tests, as a finger on the panel and a board on the line meet them.
 class FactoryTest : public DrivenTest {
@@ -38,8 +39,15 @@ class FactoryTest : public DrivenTest {
             }
             if (t->find("beginButton") != nullptr)
                 t->tap("beginButton");
-            for (int cell = 0; passes && t->find("touchGrid") != nullptr && cell < 60; ++cell)
+            for (int cell = 0; passes && t->find("touchGrid") != nullptr && cell < 54; ++cell)
                 t->tap(QPoint(40 + 80 * (cell % 6), 40 + 80 * (cell / 6)));
+            if (passes && t->find("touchGrid") != nullptr) {
+                Finger finger(window());
+                finger.down(QPoint(40, 760));
+                finger.move(200, 0);
+                finger.move(200, 0);
+                finger.up();
+            }
             for (const char* word : {"factory proximity 150", "factory proximity 900",
                                      "factory light 20", "factory light 300"})
                 QVERIFY(!passes || (t->tell(word) && t->settle()));

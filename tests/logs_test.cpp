@@ -15,6 +15,7 @@
 #include "screens/information/peer_card.h"
 #include "screens/logs/log_pages.h"
 #include "sim/common/portrait.h"
+#include "tests/cloud_test_support.h"
 #include "tests/support/driven_test.h"
 #include "ui/combo.h"
 #include "ui/fact_list.h"
@@ -307,6 +308,21 @@ class LogsTest : public DrivenTest {
         t->window->connectService();
         QTRY_VERIFY_WITH_TIMEOUT(
             card("serviceCard")->lines().contains(t->text("Info_ServiceRefused")), 30000);
+        RestClass::instance()->setTransferTimeout(200);
+        FakeService service;
+        set("network.own.managerPort", service.serverPort());
+        QTRY_VERIFY(t->agrees());
+        const std::pair<QByteArray, QString> answers[] = {
+            {FakeService::json(R"({"resultCode":"1234","resultMessage":"not today"})"),
+             t->text("Info_ServiceDeclined").arg(1234).arg(QStringLiteral("not today"))},
+            {FakeService::json("<html>"), t->text("Info_ServiceStrange")},
+            {{}, t->text("Info_ServiceSilent")}};
+        for (const auto& [answer, told] : answers) {
+            service.says(answer);
+            t->window->connectService();
+            QTRY_VERIFY2(card("serviceCard")->lines().contains(told), qPrintable(told));
+        }
+        RestClass::instance()->setTransferTimeout(RestClass::kTransferTimeout);
         t->tell("frame 3021 0 0");
         QTRY_VERIFY(card("serviceCard")->lines().contains(t->text("Info_BothWait")));
         for (const int command : {RestClass::kUserInOutLog, RestClass::kUserEnroll})
@@ -425,6 +441,13 @@ class LogsTest : public DrivenTest {
         QVERIFY(t->shows("enviScreen_StayWindow"));
         QCOMPARE(shelf->held(), 0);
         QTRY_VERIFY(screen()->findChild<PictureShelf*>()->held() > 0);
+        // Another one is wanted instead of the clock, and is kept with the screen above.
+        PLAYS("!settings_screen.standbyMode_0 :enviScreenWindow stayViewRow stayImageRow @enviscreen_imageselect");
+        tap(7);
+        PLAYS("BACK stayImageRow=Picture_8 BACK stayViewRow=Picture_8 NEXT SAVED");
+        QTRY_VERIFY(t->agrees());
+        QCOMPARE(int(window()->menuRecord().screen.standbyPicture), 7);
+        QCOMPARE(int(window()->menuRecord().screen.standbyMode), int(StandbyMode::ChosenPicture));
         QVERIFY(QDir(folder).removeRecursively());
     }
 

@@ -127,6 +127,30 @@ class NavigationTest : public DrivenTest {
         QVERIFY(t->shows("zelMenuWindow"));
     }
 
+    void nothingIsBegunWithoutTheController_data() {
+        t->phrases["STICK"] = "!usb_in :usbMenuWindow +actions -?";
+        t->phrases["KNOWN"] = ":userSearch_idWindow #01098765432 NEXT @userSearch_InfoWindow";
+        table(
+            R"(clock | :setupMenuWindow >timeFromServiceToggle clockRow dateField #20310228D !drop setTimeButton
+            reset | :setupDefaultWindow logsRow !drop OK
+            restart | :setupDefaultWindow restartRow !drop OK
+            link test | :networkMenuWindow !silent_1989 testServerRow !drop
+            search by card | :user_searchWindow !drop searchCardRow
+            search by number | :userSearch_idWindow #01098765432 !drop NEXT
+            user saved | KNOWN !drop NEXT
+            user changed | KNOWN methodCombo item1 NEXT !drop OK
+            user deleted | KNOWN deleteButton !drop OK
+            group deleted | :userGroupInfoWindow delete_Button_AllUsers +dialogOkButton !drop OK
+            users sent | :userInfo_uploadWindow !drop allUserButton
+            file | STICK importUserTile /user_20260301.dat !drop NEXT
+            days | STICK exportLogTile !drop NEXT
+            next logs | !logs_65 :info_logSearchWindow NEXT @info_logListWindow +lastButton !drop lastButton)");
+    }
+    void nothingIsBegunWithoutTheController() {
+        const auto [steps] = values<1>();
+        PLAYS(steps + " ?ListItem_NoController OK");
+    }
+
     void enrolmentAtTheDoor_data() { table("the live view's button |\nthe service's order | x"); }
 
     void enrolmentAtTheDoor() {

@@ -44,7 +44,9 @@ class PeopleTest : public DrivenTest {
     void searchFinds() {
         const auto [steps] = values<1>();
         PLAYS("userSearchTile " + steps + R"( @userSearch_InfoWindow =박지훈 =Toggle_GeneralUsers
-            =Registered numberField=01098765432 methodCombo=ListItem_AuthFaceOrCard)");
+            =Registered numberField=01098765432 methodCombo=ListItem_AuthFaceOrCard
+            !settings_setup.language_2 levelChip=Toggle_GeneralUsers cardRow=Registered
+            originRow=ListItem_OriginTerminal !settings_setup.language_1)");
         // The camera does not go on behind the screen.
         QVERIFY(t->settle());
         QCOMPARE(t->sent("2010 0 0") > t->sent("2010 1 0"), steps.startsWith("searchFace"));
@@ -72,7 +74,9 @@ class PeopleTest : public DrivenTest {
     }
 
     void aSearchThatIsLeftIsOver() {
-        PLAYS("userSearchTile searchCardRow @userSearch_cardWindow BACK ^1926_0_0");
+        const QByteArray left = t->text("Info_SecondsLeft").arg(19).toUtf8().replace(' ', '_');
+        PLAYS("userSearchTile searchCardRow secondsLine=" + left +
+              " @userSearch_cardWindow BACK ^1926_0_0");
         // The card belongs to the door again, and a late answer to nobody.
         giveUser({});
         PLAYS("-? @user_searchWindow");

@@ -284,6 +284,15 @@ class UiWidgetsTest : public QObject {
         QCOMPARE(touched, QVector<int>{2});
         QCOMPARE(list->selected().row(), 2);
         QCOMPARE(clicks_, 1);
+        // A finger that slips off its row touches nothing.
+        finger.down(QPoint(200, 2 * 84 + 72));
+        QTRY_COMPARE(painter->pressed, 2);
+        finger.move(0, 8);
+        painter->pressed = -1;
+        list->grab();
+        QCOMPARE(painter->pressed, -1);
+        finger.up();
+        QCOMPARE(touched.size(), 1);
         QScrollBar* bar = list->verticalScrollBar();
         while (model.rowCount() < model.all) {
             const int before = model.rowCount();
