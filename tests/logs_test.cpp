@@ -442,7 +442,9 @@ class LogsTest : public DrivenTest {
         QCOMPARE(shelf->held(), 0);
         QTRY_VERIFY(screen()->findChild<PictureShelf*>()->held() > 0);
         // Another one is wanted instead of the clock, and is kept with the screen above.
-        PLAYS("!settings_screen.standbyMode_0 :enviScreenWindow stayViewRow stayImageRow @enviscreen_imageselect");
+        PLAYS(
+            "!settings_screen.standbyMode_0 :enviScreenWindow stayViewRow stayImageRow "
+            "@enviscreen_imageselect");
         tap(7);
         PLAYS("BACK stayImageRow=Picture_8 BACK stayViewRow=Picture_8 NEXT SAVED");
         QTRY_VERIFY(t->agrees());
