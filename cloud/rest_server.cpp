@@ -31,7 +31,6 @@ namespace {
 constexpr std::chrono::seconds kRetryInterval{1};
 /// Clients get a quarter of what the process may have open, files and all.
 constexpr int kDescriptorsPerConnection = 4;
-constexpr int kLeastConnections = 4;
 /// Connections that may wait for their turn to be accepted or closed beside those that are served.
 constexpr int kInTransit = 8;
 
@@ -93,8 +92,8 @@ RestServer::~RestServer() = default;
 
 void RestServer::init(unsigned int /*threads*/) {
     HttpGuard::Limits limits;
-    limits.connections = std::clamp(Descriptors::limit() / kDescriptorsPerConnection,
-                                    kLeastConnections, limits.connections);
+    limits.connections =
+        std::min(limits.connections, Descriptors::limit() / kDescriptorsPerConnection);
     setLimits(limits);
     setupRoutes();
 }

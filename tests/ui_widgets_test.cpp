@@ -492,9 +492,8 @@ class UiWidgetsTest : public QObject {
         QVERIFY(says(wait, "dialogText", "J Four 12"));
         // Words of its own are no key's.
         popup.setText(sameText(u("Own")));
-        popup.setOkText(sameText(u("Yes")));
         MessageOverlay::scriptsChanged(window_.get());
-        QVERIFY(says(popup, "dialogText", "Own") && ok->text() == u("Yes"));
+        QVERIFY(says(popup, "dialogText", "Own"));
     }
 
     void whatComesUpTakesNoTouchAtFirst() {

@@ -80,19 +80,9 @@ void DialogForm::setOkKey(const QString& key) {
     MessageOverlay::applyScripts();
 }
 
-void DialogForm::setOkText(const ScriptHandler::Script& script) {
-    okKey_.clear();
-    ok_->setScript(TextFit::roleSized(script));
-}
-
 void DialogForm::setCancelKey(const QString& key) {
     cancelKey_ = key;
     MessageOverlay::applyScripts();
-}
-
-void DialogForm::setCancelText(const ScriptHandler::Script& script) {
-    cancelKey_.clear();
-    cancel_->setScript(TextFit::roleSized(script));
 }
 
 void DialogForm::setDanger(bool on) {

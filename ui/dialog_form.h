@@ -37,10 +37,8 @@ class DialogForm : public MessageOverlay {
     /// Other words on the buttons, by their keys or as they are.
     const QString& okKey() const { return okKey_; }
     void setOkKey(const QString& key);
-    void setOkText(const ScriptHandler::Script& script);
     const QString& cancelKey() const { return cancelKey_; }
     void setCancelKey(const QString& key);
-    void setCancelText(const ScriptHandler::Script& script);
     /// OK destroys something, and looks like it.
     void setDanger(bool on);
 

@@ -396,30 +396,6 @@ void SettingsForm::bindPlusMinus(PlusMinus* control, const NumberField& field, i
     connect(control, &PlusMinus::valueChanged, this, [this, control] { touched(control); });
 }
 
-void SettingsForm::bindRows(const QVector<ListRow*>& rows, const NumberField& field) {
-    const auto choose = [rows](const ListRow* chosen) {
-        for (ListRow* row : rows)
-            row->setSelected(row == chosen);
-    };
-    bindOther(
-        rows.first(),
-        [=](const _gui_menu_& record) {
-            const auto last = static_cast<std::uint32_t>(rows.size() - 1);
-            choose(rows.at(static_cast<int>(qMin(field.get(record), last))));
-        },
-        [=](_gui_menu_& record) {
-            const auto chosen = std::find_if(rows.begin(), rows.end(),
-                                             [](const ListRow* row) { return row->isSelected(); });
-            field.set(record, static_cast<std::uint32_t>(chosen - rows.begin()));
-            return 0;
-        });
-    for (ListRow* row : rows)
-        connect(row, &WidgetButton::touched, this, [=] {
-            choose(row);
-            touched(rows.first());
-        });
-}
-
 void SettingsForm::bindInput(InputField* input, const Load& load, const Store& store) {
     bindOther(input, load, store);
     connect(input, &InputField::textChanged, this, [this, input] { touched(input); });

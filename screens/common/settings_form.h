@@ -121,11 +121,6 @@ class SettingsForm : public TitledForm {
     void bind(PlusMinus* control, Number Block::*field, int unset = 0) {
         bindPlusMinus(control, number(field), unset);
     }
-    /// Rows with radio marks, of which one holds.
-    template <class Block>
-    void bind(const QVector<ListRow*>& rows, std::uint8_t Block::*field) {
-        bindRows(rows, number(field));
-    }
     /// A text, which @p isValid, else popup @p fault says what is wrong.
     template <class Block, std::size_t size>
     void bind(InputField* input, char (Block::*field)[size], int fault = 0,
@@ -239,7 +234,6 @@ class SettingsForm : public TitledForm {
     void bindChoice(Choice* choice, const NumberField& field, Way way, std::uint32_t first);
     void bindBox(CheckBox* box, const NumberField& field, Way way);
     void bindPlusMinus(PlusMinus* control, const NumberField& field, int unset);
-    void bindRows(const QVector<ListRow*>& rows, const NumberField& field);
     void bindText(InputField* input, const std::function<QString(const _gui_menu_&)>& get,
                   const std::function<void(_gui_menu_&, const QString&)>& set, int fault,
                   bool (*isValid)(const QString&));
