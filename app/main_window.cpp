@@ -296,9 +296,7 @@ void MainWindow::showTouchKey(InputField* field) {
 }
 
 void MainWindow::removeTouchKey() {
-    // The first screen comes up before there is a keypad.
-    if (touchKey_ != nullptr)
-        touchKey_->hide();
+    touchKey_->hide();
 }
 
 void MainWindow::setTouchKeyOpt(const QString& text) {

@@ -1,10 +1,6 @@
 #include "base/device_paths.h"
 
 #include <QDir>
-#include <QFile>
-#include <QStringList>
-#include <csignal>
-#include <cstdlib>
 
 namespace {
 
@@ -37,12 +33,6 @@ const Environment& environment() {
     return read;
 }
 
-QString quoted(const QString& text) {
-    QString inside = text;
-    inside.replace(QLatin1Char('\''), QLatin1String("'\\''"));
-    return QLatin1Char('\'') + inside + QLatin1Char('\'');
-}
-
 }  // namespace
 
 namespace DevicePaths {
@@ -53,29 +43,6 @@ QString root() {
 
 QString at(const QString& devicePath) {
     return root() + devicePath;
-}
-
-QString shellCommand(const QString& command) {
-    if (root().isEmpty())
-        return command;
-    QStringList words = command.split(QLatin1Char(' '));
-    for (QString& word : words) {
-        if (word.startsWith(QLatin1Char('/')))
-            word.prepend(quoted(root()));
-    }
-    return words.join(QLatin1Char(' '));
-}
-
-void runShell(const QString& command) {
-    // system() ignores these two while it runs, and with that drops one that is being held back.
-    sigset_t pending;
-    ::sigpending(&pending);
-    const int ignored = std::system(QFile::encodeName(shellCommand(command)).constData());
-    Q_UNUSED(ignored)
-    for (const int number : {SIGINT, SIGQUIT}) {
-        if (::sigismember(&pending, number) == 1)
-            ::raise(number);
-    }
 }
 
 quint16 linkPort() {

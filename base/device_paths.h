@@ -17,14 +17,6 @@ QString root();
 /// @p devicePath (absolute, as on the device) as a path of this machine.
 QString at(const QString& devicePath);
 
-/// @p command with every word that begins with "/" moved under the root. The root is quoted for
-/// the shell, the rest of the word is not, so its wildcards still work.
-QString shellCommand(const QString& command);
-
-/// Runs shellCommand(@p command) with the C library's `system` and waits for it. How it ended is
-/// deliberately not looked at.
-void runShell(const QString& command);
-
 /// TCP port of the device controller on the local host, 15150 unless moved.
 quint16 linkPort();
 

@@ -1,3 +1,4 @@
+#include <arpa/inet.h>
 #include <fcntl.h>
 #include <pty.h>
 #include <sys/wait.h>
@@ -250,6 +251,22 @@ class FaceSearchTest : public QObject {
             say(fault);
             QVERIFY2(aside([&] { return client.ST_Connect(); }) == -1, fault);
         }
+    }
+
+    void aServerWithoutRoomIsWaitedFor() {
+        const int server = ::socket(AF_INET, SOCK_STREAM, 0);
+        sockaddr_in place{AF_INET, 0, {htonl(INADDR_LOOPBACK)}, {}};
+        socklen_t size = sizeof place;
+        auto* const address = reinterpret_cast<sockaddr*>(&place);
+        QVERIFY(::bind(server, address, size) == 0 && ::listen(server, 0) == 0 &&
+                ::getsockname(server, address, &size) == 0);
+        QTcpSocket first;
+        first.connectToHost(QHostAddress::LocalHost, ntohs(place.sin_port));
+        QVERIFY(first.waitForConnected());
+        QTimer::singleShot(100, this, [server] { ::close(::accept(server, nullptr, nullptr)); });
+        ST_Client client("127.0.0.1", ntohs(place.sin_port), 0);
+        QCOMPARE(aside([&] { return client.ST_Connect(); }), 0);
+        ::close(server);
     }
 
     void closingEndsWhateverWaits() {

@@ -1,7 +1,6 @@
 #include <QLabel>
 #include <QtTest>
 
-#include "base/device_paths.h"
 #include "sim/device_root.h"
 #include "ui/script_handler.h"
 #include "ui/styler.h"
@@ -137,12 +136,6 @@ class ScriptHandlerTest : public QObject {
             load(broken, {"theme.json"});
             QCOMPARE(Theme::kAccent, 0xff5effd7);
         }
-    }
-
-    void commandsUnderARoot() {
-        QCOMPARE(
-            DevicePaths::shellCommand(QStringLiteral("ln -s /zel1/image/img/* /usr/img/ ")),
-            QStringLiteral("ln -s '%1'/zel1/image/img/* '%1'/usr/img/ ").arg(DevicePaths::root()));
     }
 
  private:

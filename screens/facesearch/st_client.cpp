@@ -21,10 +21,13 @@
 
 namespace {
 
-constexpr int kConnectPatience = 10000;  // milliseconds
-constexpr int kSendPatience = 10000;
+using std::chrono::milliseconds;
+
+constexpr milliseconds kConnectPatience{10000};
+constexpr milliseconds kSendPatience{10000};
 /// How long a server may be silent in the middle of a message.
-constexpr int kMessagePatience = 30000;
+constexpr milliseconds kMessagePatience{30000};
+constexpr milliseconds kForEver{-1};
 /// Far more than a session key takes.
 constexpr std::uint32_t kMaxKeyAnswer = 64 * 1024;
 /// After each message, so that a flood of them leaves the board some time.
@@ -261,7 +264,7 @@ void ST_Client::pThreadFunc() {
 
 bool ST_Client::receive(int index) {
     const auto source = [this](unsigned char* to, std::size_t count, bool begun) {
-        return readAll(to, count, begun ? kMessagePatience : -1);
+        return readAll(to, count, begun ? kMessagePatience : kForEver);
     };
     int kind = 0;
     std::vector<unsigned char> payload;
@@ -330,7 +333,7 @@ int ST_Client::transmit(const std::vector<unsigned char>& message) {
     return 0;
 }
 
-bool ST_Client::readAll(unsigned char* to, std::size_t count, int patience) const {
+bool ST_Client::readAll(unsigned char* to, std::size_t count, milliseconds patience) const {
     while (count > 0) {
         const ssize_t got = ::recv(socket_, to, count, 0);
         if (got > 0) {
@@ -346,17 +349,16 @@ bool ST_Client::readAll(unsigned char* to, std::size_t count, int patience) cons
     return true;
 }
 
-bool ST_Client::waitFor(short event, int patience) const {
+bool ST_Client::waitFor(short event, milliseconds patience) const {
     using Clock = std::chrono::steady_clock;
-    const auto end = Clock::now() + std::chrono::milliseconds(patience);
+    const auto end = Clock::now() + patience;
     for (;;) {
         pollfd waiting[] = {
             {socket_, event, 0}, {closing_.descriptor(), POLLIN, 0}, {stop_, POLLIN, 0}};
         int left = -1;
-        if (patience >= 0)
+        if (patience != kForEver)
             left = std::max(
-                0, static_cast<int>(
-                       std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now()).count()));
+                0, static_cast<int>(std::chrono::ceil<milliseconds>(end - Clock::now()).count()));
         const int ready = ::poll(waiting, std::size(waiting), left);
         if (ready < 0 && errno == EINTR)
             continue;

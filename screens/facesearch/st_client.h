@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <mutex>
 #include <thread>
@@ -87,9 +88,9 @@ class ST_Client {
     bool appendFrame(std::vector<unsigned char>* message, const unsigned char* data,
                      int length) const;
     int transmit(const std::vector<unsigned char>& message);
-    bool readAll(unsigned char* to, std::size_t count, int patience) const;
-    /// Waits for @p event of the socket, @p patience milliseconds at most, -1 for ever.
-    bool waitFor(short event, int patience) const;
+    bool readAll(unsigned char* to, std::size_t count, std::chrono::milliseconds patience) const;
+    /// Waits for @p event of the socket, @p patience at most, -1 ms for ever.
+    bool waitFor(short event, std::chrono::milliseconds patience) const;
     bool stopAsked() const;
 
     /// Ends all waiting as long as it lives.
