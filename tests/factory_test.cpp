@@ -39,11 +39,9 @@ class FactoryTest : public DrivenTest {
             }
             if (t->find("beginButton") != nullptr)
                 t->tap("beginButton");
-            for (int cell = 0; passes && t->find("touchGrid") != nullptr && cell < 54; ++cell)
-                t->tap(QPoint(40 + 80 * (cell % 6), 40 + 80 * (cell / 6)));
-            if (passes && t->find("touchGrid") != nullptr) {
-                Finger finger(window());
-                finger.down(QPoint(40, 760));
+            Finger finger(window());
+            for (int y = 40; passes && t->find("touchGrid") != nullptr && y < 800; y += 80) {
+                finger.down(QPoint(40, y));
                 finger.move(200, 0);
                 finger.move(200, 0);
                 finger.up();
