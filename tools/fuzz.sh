@@ -29,7 +29,16 @@ targets=("$@")
 (($#)) || mapfile -t targets < <(sed -n 's/^zel_add_fuzz_target(\([a-z_]*\) .*/\1/p' tests/CMakeLists.txt)
 
 work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
+# What has been found so far is kept also when the run is ended before its time.
+keep() {
+    [[ -d $work/${target:-.}/corpus ]] || return 0
+    cp -rT "$work/$target/corpus" "build/fuzz/corpus/$target"
+    for finding in "$work/$target"/findings/*; do
+        [[ ! -e $finding ]] || cp "$finding" "build/fuzz/findings/$target-${finding##*/}"
+    done
+    [[ ! -e $work/$target/log ]] || cp "$work/$target/log" "build/fuzz/findings/$target.log"
+}
+trap 'keep; rm -rf "$work"' EXIT
 mkdir -p build/fuzz/corpus build/fuzz/findings
 mkdir -m 700 "$work/tmp"
 unprivileged=()
@@ -80,11 +89,7 @@ for target in "${targets[@]}"; do
         ((now > found)) || break
         found=$now
     done
-    cp -rT "$work/$target/corpus" "build/fuzz/corpus/$target"
-    for finding in "$work/$target"/findings/*; do
-        [[ ! -e $finding ]] || cp "$finding" "build/fuzz/findings/$target-${finding##*/}"
-    done
-    cp "$work/$target/log" "build/fuzz/findings/$target.log"
+    keep
     read -r executions bytes < <(od -An -v -w16 -t u8 "$FUZZ_COUNT" 2>/dev/null) || executions=0 bytes=0
     printf '%-22s %12s %14s %8s\n' "$target" "$executions" "$bytes" "$found"
     # One that has not run at all has found nothing out either.
