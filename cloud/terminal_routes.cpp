@@ -232,9 +232,8 @@ QJsonObject deviceStatus(const _gui_menu_& settings, const QDateTime& now) {
     const AddressBlock& own = settings.network.own;
     insertAt(device, nullptr, "DeviceNo", QString::number(settings.setup.deviceNumber));
     insertAt(device, nullptr, "time", now.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")));
-    const QString manager = Ipv4::dotted(own.managerAddress);
     if (Ipv4::isMachine(own.managerAddress[0]))
-        insertAt(device, "CommType", "IPAddress", manager);
+        insertAt(device, "CommType", "IPAddress", Ipv4::dotted(own.managerAddress));
     if (own.managerPort != 0)
         insertAt(device, "CommType", "PortNo", QString::number(own.managerPort));
 

@@ -130,8 +130,8 @@ class NavigationTest : public DrivenTest {
     void nothingIsBegunWithoutTheController_data() {
         t->phrases["STICK"] = "!usb_in :usbMenuWindow +actions -?";
         t->phrases["KNOWN"] = ":userSearch_idWindow #01098765432 NEXT @userSearch_InfoWindow";
-        table(
-            R"(clock | :setupMenuWindow >timeFromServiceToggle clockRow dateField #20310228D !drop setTimeButton
+        table(R"(clock | :setupMenuWindow >timeFromServiceToggle clockRow dateField #20310228D !drop
+                setTimeButton
             reset | :setupDefaultWindow logsRow !drop OK
             restart | :setupDefaultWindow restartRow !drop OK
             link test | :networkMenuWindow !silent_1989 testServerRow !drop
@@ -144,7 +144,8 @@ class NavigationTest : public DrivenTest {
             users sent | :userInfo_uploadWindow !drop allUserButton
             file | STICK importUserTile /user_20260301.dat !drop NEXT
             days | STICK exportLogTile !drop NEXT
-            next logs | !logs_65 :info_logSearchWindow NEXT @info_logListWindow +lastButton !drop lastButton)");
+            next logs | !logs_65 :info_logSearchWindow NEXT @info_logListWindow +lastButton !drop
+                lastButton)");
     }
     void nothingIsBegunWithoutTheController() {
         const auto [steps] = values<1>();

@@ -145,11 +145,10 @@ class PeopleTest : public DrivenTest {
             deleteButton OK ?ListItem_FailedDeleted OK)");
         QVERIFY(!stored("01044447777").isEmpty());
         // The controller may ask as well, and tell of another card and of one's key.
-        PLAYS(
-            "!frame_2930_0_2 ?ListItem_UnregisteredCard OK !frame_2930_0_3 "
-            "?ListItem_UnregisteredID "
-            "OK !frame_2930_0_4 ?ListItem_UnregisteredCard OK");
-        PLAYS("!frame_2930_1_1 ?ListItem_DeleteUser OK ?ListItem_UserDeleted");
+        PLAYS(R"(!frame_2930_0_2 ?ListItem_UnregisteredCard OK
+            !frame_2930_0_3 ?ListItem_UnregisteredID OK
+            !frame_2930_0_4 ?ListItem_UnregisteredCard OK
+            !frame_2930_1_1 ?ListItem_DeleteUser OK ?ListItem_UserDeleted)");
         QVERIFY(stored("01044447777").isEmpty());
         PLAYS("OK @user_searchWindow");
     }
