@@ -16,6 +16,10 @@ namespace {
 /// Far above any real script (about 100 KB); keeps a damaged file from eating the memory.
 constexpr qint64 kMaxFileSize = 4 * 1024 * 1024;
 
+/// Pixels and percent far beyond a panel's: a damaged file's number still is one that texts can be
+/// measured with.
+constexpr double kMostTypographic = 1000;
+
 const QLatin1String kList("list");
 const QLatin1String kTitle("title");
 const QLatin1String kPath("path");
@@ -53,6 +57,10 @@ QJsonObject readObject(const QString& devicePath) {
     return document.object();
 }
 
+float typographic(const QJsonValue& value) {
+    return static_cast<float>(qBound(-kMostTypographic, value.toDouble(), kMostTypographic));
+}
+
 }  // namespace
 
 ScriptHandler::ScriptHandler(QObject* parent, QString listPath) : QObject(parent) {
@@ -83,9 +91,9 @@ int ScriptHandler::setScript(QString title) {
             const QJsonObject source = it.value().toObject();
             Script made;
             made.type = source.value(QLatin1String("Type")).toString();
-            made.size = static_cast<float>(source.value(QLatin1String("Size")).toDouble());
-            made.height = static_cast<float>(source.value(QLatin1String("Height")).toDouble());
-            made.letter = static_cast<float>(source.value(QLatin1String("Letter")).toDouble());
+            made.size = typographic(source.value(QLatin1String("Size")));
+            made.height = typographic(source.value(QLatin1String("Height")));
+            made.letter = typographic(source.value(QLatin1String("Letter")));
             made.script = source.value(QLatin1String("Script")).toString();
             made.fontFamily = fontFamily_;
             entries_.insert(it.key(), made);
