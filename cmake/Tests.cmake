@@ -2,8 +2,9 @@ find_package(Qt5 5.15 REQUIRED COMPONENTS Test)
 
 set(zel_test_environment "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TZ=Asia/Seoul;QT_LOGGING_RULES=zel.*.debug=false;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0")
 
-# What runs a test, and whom as.
+# What runs a test, and whom as; a board's program behind it wants an emulator.
 set(ZEL_TEST_RUNNER ${PROJECT_SOURCE_DIR}/tests/support/unprivileged.sh)
+set(zel_program_runner ${ZEL_TEST_RUNNER} ${CMAKE_CROSSCOMPILING_EMULATOR})
 
 # Tests of what comes from outside (frames, requests, files), marked SANITIZE, also run under the
 # sanitizers; this target builds just those.
@@ -31,7 +32,7 @@ function(zel_add_test name)
     target_compile_definitions(${name} PRIVATE ZEL_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
         ZEL_BINARY_DIR="${CMAKE_BINARY_DIR}" ZEL_STAGED_ROOT="${ZEL_STAGED_ROOT}")
     add_dependencies(${name} zel_data)
-    add_test(NAME ${name} COMMAND ${ZEL_TEST_RUNNER} $<TARGET_FILE:${name}>)
+    add_test(NAME ${name} COMMAND ${zel_program_runner} $<TARGET_FILE:${name}>)
     set_tests_properties(${name} PROPERTIES TIMEOUT 120
         ENVIRONMENT "${zel_test_environment}")
     if(ARG_SANITIZE)
@@ -58,7 +59,7 @@ function(zel_add_fuzz_target name)
     endif()
     target_sources(${name} PRIVATE fuzz/fuzz_driver.cpp)
     add_test(NAME ${name} COMMAND
-        ${ZEL_TEST_RUNNER} $<TARGET_FILE:${name}> ${ARG_MADE_UP} ${CMAKE_CURRENT_SOURCE_DIR}/fuzz/corpus/${name})
+        ${zel_program_runner} $<TARGET_FILE:${name}> ${ARG_MADE_UP} ${CMAKE_CURRENT_SOURCE_DIR}/fuzz/corpus/${name})
     set_tests_properties(${name} PROPERTIES TIMEOUT 120 ENVIRONMENT "${zel_test_environment}")
     if(NOT ARG_TERMINAL)
         set_tests_properties(${name} PROPERTIES LABELS sanitize)
