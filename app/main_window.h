@@ -85,6 +85,7 @@ class MainWindow : public QMainWindow, public CloudHost, public ManagementHost, 
     void GetMealCount(MEAL_COUNT* record) const override { *record = records_.mealCount(); }
     _gui_menu_ menuRecord() const override { return records_.menu(); }
     bool settingsArrived() const override { return settings_->arrived(); }
+    bool settingsCurrent() const override { return settings_->arrived() && link_->connected(); }
     QString callNumberPath() const override { return callNumberPath_; }
     QString locationPath() const override { return locationPath_; }
     QString imageDirectory() const override { return imageDirectory_; }

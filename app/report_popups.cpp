@@ -140,8 +140,8 @@ void ReportPopups::present(DialogForm* dialog, const QString& key, DialogForm::I
         emit errorShown();
 }
 
-void ReportPopups::showFaults(const QStringList& keys, bool anyFault) {
-    if (!anyFault) {
+void ReportPopups::showFaults(const QStringList& keys) {
+    if (keys.isEmpty()) {
         faults_->hide();
         return;
     }

@@ -28,7 +28,7 @@ class ReportPopups : public QObject {
     void showNotice(const QString& key);
     /// Shows the faults of @p keys until the user has closed them, whatever screen comes up
     /// meanwhile; takes them back when @p anyFault is not set.
-    void showFaults(const QStringList& keys, bool anyFault);
+    void showFaults(const QStringList& keys);
     /// Tells whoever stands at the door that an access has been recorded, or the refusal of one,
     /// and leaves the screen to them.
     void showAccess(bool accepted);

@@ -63,7 +63,7 @@ QStringList SystemStatus::faultKeys(std::uint32_t word) {
 }
 
 void SystemStatus::evaluateSelfCheck() {
-    emit faultsChanged(faultKeys(selfCheck_), selfCheck_ != 0);
+    emit faultsChanged(faultKeys(selfCheck_));
     seekService();
 }
 

@@ -45,7 +45,7 @@ class SystemStatus : public QObject {
  signals:
     /// The faults now present, by script key; none when all is well. @p anyBit is false only for
     /// a word of 0: bits that have no text are still a fault.
-    void faultsChanged(const QStringList& keys, bool anyBit);
+    void faultsChanged(const QStringList& keys);
     /// The management service is reachable: check the connection, offer what it has not seen.
     void connectionCheckWanted();
     /// The management service is not reachable: try to connect.

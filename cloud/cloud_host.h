@@ -24,16 +24,16 @@ enum HostCommand {
 
 /// What the cloud link needs from the terminal around it. The main window implements it.
 ///
-/// settings(), settingsArrived() and parsingRestCommand() are called from the thread that serves
+/// settings(), settingsCurrent() and parsingRestCommand() are called from the thread that serves
 /// HTTP as well as from the GUI thread; the others only from the GUI thread. None of them may wait
 /// for the GUI thread: it joins the serving thread when the terminal ends.
 class CloudHost {
  public:
     /// A copy of the whole settings record. Any thread.
     virtual _gui_menu_ settings() const = 0;
-    /// Whether the device controller has sent its settings; before, settings() is empty. Any
-    /// thread.
-    virtual bool settingsArrived() const = 0;
+    /// Whether settings() is what the device controller has, which is connected; before it has
+    /// sent them, settings() is empty. Any thread.
+    virtual bool settingsCurrent() const = 0;
     /// Takes one decoded management command over: a host_command and its record from
     /// cloud/parameters.h. Returns at once, the command is carried out later. Any thread.
     virtual void parsingRestCommand(int command, QVariant parameter) = 0;

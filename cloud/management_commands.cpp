@@ -165,6 +165,9 @@ void ManagementCommands::setDevice(const QVariant& parameter) {
     setup.applyTo(settings);
 
     send(command::SaveDeviceSetup, command::save::SetupByService, settings.setup);
+    // The next connection brings the controller's settings back; until then others would count.
+    if (!sent_)
+        return;
     if (!setup.time.isEmpty()) {
         const FR01_Parameter time{setup.time.section(QLatin1Char(' '), 0, 0),
                                   setup.time.section(QLatin1Char(' '), 1)};

@@ -226,8 +226,9 @@ void RestServer::doSetTime(const Request& request, Response response) {
 
 void RestServer::doSetDevice(const Request& request, Response response) {
     serve(response, Permission::NotNeeded, [&] {
-        // What is not given is sent on as it is, which nobody knows yet.
-        if (!host_.settingsArrived())
+        // What is not given is sent on as it is, which nobody may know yet, and to nobody without
+        // a controller.
+        if (!host_.settingsCurrent())
             return envelope(result::kUnknownError);
         return envelope(handOver(kSetDevice, terminal_routes::decodeDeviceSet(bodyOf(request))));
     });

@@ -36,7 +36,7 @@ struct Setting {
 #define AT(field) offsetof(_gui_menu_, field)
 constexpr Setting kSettings[] = {
     {nullptr, nullptr, "DeviceMode", AT(setup.operation), 0, 2},
-    {nullptr, nullptr, "DoorOpenDuration", AT(setup.doorOpenDuration), 1, 20},
+    {nullptr, nullptr, "DoorOpenDuration", AT(setup.doorOpenDuration), 1, 60},
     {nullptr, nullptr, "RelayType", AT(setup.relayType), 0, 1},
     {nullptr, nullptr, "RelayUse", AT(setup.relayUse), 0, 1},
     {nullptr, nullptr, "SyncTime", AT(setup.syncTime), 0, 1},
@@ -71,7 +71,7 @@ constexpr Setting kSettings[] = {
      {SleepMode::kSeconds, std::size(SleepMode::kSeconds)}},
     {"Environment", "ScreenSettings", "StandByMode", AT(screen.standbyMode), 0, 1},
     {"Environment", "ScreenSettings", "StatusLed", AT(screen.statusLed), 0, 1},
-    {"Environment", "SoundSettings", "AuthFailureAlarm", AT(sound.recognitionFailSound), 0, 9},
+    {"Environment", "SoundSettings", "AuthFailureAlarm", AT(sound.recognitionFailSound), 0, 4},
     {"CommType", nullptr, "UseManager", AT(network.useManager), 0, 1},
 };
 #undef AT

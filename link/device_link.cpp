@@ -91,7 +91,7 @@ void DeviceLink::socketDisconnected() {
                kReconnectInterval / 1000);
     else if (!reconnectTimer_->isActive())
         qCInfo(linkLog, "no device controller yet, trying every %d s", kReconnectInterval / 1000);
-    const bool wasConnected = std::exchange(connected_, false);
+    const bool wasConnected = connected_.exchange(false);
     if (!reconnectTimer_->isActive())
         reconnectTimer_->start();
     if (wasConnected)

@@ -4,6 +4,7 @@
 #include <QObject>
 #include <QTcpSocket>
 #include <QTimer>
+#include <atomic>
 
 #include "link/frame_parser.h"
 #include "link/link_progress.h"
@@ -39,7 +40,7 @@ class DeviceLink : public QObject {
     /// reported up. @p length above Frame::kMaxPayloadSize sends nothing.
     bool send(quint16 command, quint8 p1, quint8 p2, quint16 length, const char* data);
 
-    /// Whether the link has been reported up.
+    /// Whether the link has been reported up. Any thread.
     bool connected() const { return connected_; }
     /// Whether the socket is connected.
     bool isSocketConnected() const { return socket_->state() == QAbstractSocket::ConnectedState; }
@@ -73,7 +74,7 @@ class DeviceLink : public QObject {
     QMutex writeLock_;
     FrameParser parser_;
     quint16 port_ = 0;
-    bool connected_ = false;
+    std::atomic<bool> connected_{false};
     quint32 connection_ = 0;  // number of the latest one
     qint64 accepted_ = 0;     // bytes sent on it
 };

@@ -26,7 +26,7 @@ class FakeHost final : public CloudHost {
         const QMutexLocker lock(&lock_);
         return settings_;
     }
-    bool settingsArrived() const override { return arrived; }
+    bool settingsCurrent() const override { return arrived; }
     void setSettings(const _gui_menu_& settings) {
         const QMutexLocker lock(&lock_);
         settings_ = settings;

@@ -135,8 +135,11 @@ class PeopleTest : public DrivenTest {
         // Declined, it is offered again wherever users are managed.
         PLAYS("?Error_UserNotStored NO");
         QVERIFY(window()->linkUp() || t->reconnect());
-        PLAYS(
-            ":stayWindow :user_searchWindow ?Error_UserNotStored OK ?ListItem_SuccessfullyChanged");
+        PLAYS(":stayWindow :user_searchWindow ?Error_UserNotStored NO");
+        // Neither storing nor deleting somebody else makes the terminal forget this one.
+        window()->changeWindow(QStringLiteral("userSearch_idWindow"));
+        PLAYS(R"(#01023456789 FOUND NEXT ?ListItem_SuccessfullyChanged OK methodCombo item1 NEXT OK
+            ?Error_UserNotStored -^1931_0_0_30_31_30_32 OK ?ListItem_SuccessfullyChanged)");
         QVERIFY(kept());
     }
 

@@ -197,6 +197,13 @@ class RecordsTest : public QObject {
         changed.screen.brightness = 9;
         changed.network.own.managerPort = 8081;
         QCOMPARE(bytesOf(terminal_.menu), bytesOf(changed));
+
+        // What the controller does not get does not count here either.
+        terminal_.takeLog();
+        terminal_.progress.connection = 0;
+        commands_.setDevice(QVariant::fromValue(setup));
+        terminal_.reconnect();
+        QCOMPARE(terminal_.takeLog(), QString());
     }
 
     void theClockIsSetFromAnyPlausibleTime() {

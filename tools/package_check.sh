@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Builds the Debian packages in a clean Debian 12 and tries them in another one: lintian, the service
-# under systemd, what a purge leaves, and a program against the development package. As root, with
+# under systemd, what a purge leaves, and the example of a controller. As root, with
 # mmdebstrap, systemd-container, debhelper and lintian installed; some 20 minutes, 5 GB in /var/tmp.
 #   tools/package_check.sh               what is committed, built there
 #   tools/package_check.sh --assembled   packed from build/release instead
@@ -164,13 +164,22 @@ left=$(diff "$scratch/before" "$scratch/after" | sed -n 's/^[<>] //p' |
 [[ -z $left ]] || { printf 'It leaves, or has changed:\n%s\n' "$left" && exit 1; }
 echo "nothing is left but data and user"
 
-step "A program against the development package"
-within try "${online[@]}" -- sh -ec "$apt install g++ pkg-config >/dev/null"
-within try --private-network -- dpkg --install /packages/"$(basename "$packages"/zel-terminal-dev_*.deb)"
-mkdir "$scratch/try/src"
-cp packaging/trial/controller.cpp "$scratch/try/src"
-within try --private-network -- sh -ec 'cd /src
-    g++ -fPIC -Wall -Wextra -Werror controller.cpp $(pkg-config --cflags --libs zel-terminal-link) -o controller
-    ./controller'
-echo "compiled, linked, run"
+step "The example controller against the development package"
+within try "${online[@]}" -- sh -ec "$apt install cmake g++ make pkg-config >/dev/null"
+within try --private-network -- sh -ec 'dpkg --install /packages/zel-terminal_*.deb /packages/zel-terminal-dev_*.deb >/dev/null'
+# As docs/integrating.md has it, but that there is no display.
+# shellcheck disable=SC2016
+within try --private-network -- su nobody --shell=/bin/sh --command='set -e
+    cd "$(mktemp --directory)"
+    example=/usr/share/doc/zel-terminal-dev/examples/controller
+    cp -r $example my-controller && cd my-controller
+    cmake -B build >/dev/null && cmake --build build >/dev/null
+    g++ -std=c++17 -fPIC -Wall -Wextra -Werror main.cpp $(pkg-config --cflags --libs zel-terminal-link) -o by-hand
+    build/example-controller 15150 >said &
+    export ZEL_ROOT=$(mktemp --directory) XDG_RUNTIME_DIR=$(mktemp --directory)
+    cp -r /zel1 $ZEL_ROOT && mkdir -p $ZEL_ROOT/mnt/data/Images $ZEL_ROOT/usr/img $ZEL_ROOT/usr/lib/fonts
+    ZEL_REST_PORT=8080 timeout 60 zel-terminal -platform offscreen &
+    for _ in $(seq 600); do grep -q DoorOpened said && break; sleep 0.1; done
+    kill %1 %2
+    cat said; grep -q DoorOpened said'
 step "Done"

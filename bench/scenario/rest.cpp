@@ -90,7 +90,7 @@ _gui_menu_ settings() {
 class IdleHost final : public CloudHost {
  public:
     _gui_menu_ settings() const override { return records_.menu(); }
-    bool settingsArrived() const override { return true; }
+    bool settingsCurrent() const override { return true; }
     void parsingRestCommand(int, QVariant) override {}
     void updateRestConnectStatus(bool) override {}
     void completedRestCommand(QVariant) override {}

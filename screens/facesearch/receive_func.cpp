@@ -23,10 +23,10 @@ bool isFileName(const std::string& name) {
            name.find('?') == std::string::npos;
 }
 
-bool hasRoom() {
+bool hasRoom(std::size_t bytes) {
     struct statvfs disk {};
     return ::statvfs(".", &disk) == 0 &&
-           static_cast<unsigned long long>(disk.f_bavail) * disk.f_frsize >= kMustStayFree;
+           static_cast<unsigned long long>(disk.f_bavail) * disk.f_frsize >= kMustStayFree + bytes;
 }
 
 bool writeAll(int descriptor, const std::vector<unsigned char>& bytes) {
@@ -81,7 +81,7 @@ void saveImage(const FaceImageAnswer& answer) {
     fsvPrint("Request ID : %d\n", static_cast<int>(answer.head.requestId));
     fsvPrint("Person ID : %s\n", id.c_str());
     const std::string path = "./" + id + ".jpg";
-    if (isFileName(id) && hasRoom() && save(path, answer.image))
+    if (isFileName(id) && hasRoom(answer.image.size()) && save(path, answer.image))
         fsvPrint("Saved image file: %s\n", path.c_str());
     else
         fsvPrint("File Write Open Error\n");

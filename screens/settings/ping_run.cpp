@@ -52,7 +52,7 @@ void PingRun::start(const QString& address) {
 
 void PingRun::reset() {
     rest_.clear();
-    received_ = 0;
+    received_ = lostCount_ = 0;
     lost_.clear();
     answered_.clear();
     least_ = most_ = sum_ = 0;
@@ -86,12 +86,16 @@ void PingRun::take(const QByteArray& bytes) {
     const int number = numberIn(line) % kNumbers;
     if (number == 0)
         return;
+    // Half a round on they are those of other requests.
+    const int passed = (number + kNumbers / 2) % kNumbers;
+    lost_.remove(passed);
+    answered_.remove(passed);
     static const QRegularExpression answer(QStringLiteral("time[=<](\\d{1,9}(\\.\\d{1,6})?) ms"));
     const QRegularExpressionMatch match = answer.match(line);
     if (match.hasMatch() && !answered_.contains(number)) {
         const double time = match.captured(1).toDouble();
         // One that was given up may come after all.
-        lost_.remove(number);
+        lostCount_ -= lost_.remove(number) ? 1 : 0;
         answered_.insert(number);
         least_ = received_ == 0 ? time : qMin(least_, time);
         most_ = qMax(most_, time);
@@ -109,6 +113,7 @@ void PingRun::lose(int number, Outcome outcome) {
     if (lost_.contains(number) || answered_.contains(number))
         return;
     lost_.insert(number);
+    ++lostCount_;
     emit told(number, outcome, 0);
 }
 

@@ -28,7 +28,7 @@ class PingRun : public QObject {
     bool isRunning() const { return ping_.state() != QProcess::NotRunning; }
 
     int received() const { return received_; }
-    int lost() const { return lost_.size(); }
+    int lost() const { return lostCount_; }
     /// Milliseconds; 0 without an answer.
     double least() const { return least_; }
     double mean() const { return received_ == 0 ? 0 : sum_ / received_; }
@@ -50,6 +50,8 @@ class PingRun : public QObject {
     QByteArray rest_;  // of a line that has not come whole
     bool stopped_ = false;
     int received_ = 0;
+    int lostCount_ = 0;
+    // The numbers of the latest requests: lines may tell of one twice.
     QSet<int> lost_;
     QSet<int> answered_;
     double least_ = 0;

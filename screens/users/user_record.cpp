@@ -119,8 +119,14 @@ std::optional<_gui_user_> kept() {
     return user;
 }
 
-void forget() {
-    QFile::remove(unstoredPath());
+bool keepsAnother(const _gui_user_& user) {
+    const auto other = kept();
+    return other && std::memcmp(other->userId, user.userId, sizeof user.userId) != 0;
+}
+
+void forget(const _gui_user_& user) {
+    if (!keepsAnother(user))
+        QFile::remove(unstoredPath());
 }
 
 }  // namespace UnstoredUser

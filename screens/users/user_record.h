@@ -39,6 +39,9 @@ namespace UnstoredUser {
 /// On the disk when this returns; false, with nothing kept, when that is not possible.
 bool keep(const _gui_user_& user);
 std::optional<_gui_user_> kept();
-void forget();
+/// Whether somebody else than @p user is kept, who would be lost if @p user were.
+bool keepsAnother(const _gui_user_& user);
+/// @p user is in the store again, or is not to be; whoever else is kept stays so.
+void forget(const _gui_user_& user);
 
 }  // namespace UnstoredUser

@@ -104,11 +104,7 @@ void UserSearch_userInfo::windowInEvent() {
         const auto outcome = param().value<UserSearchOutcome>();
         GetUserInfo(outcome.result, outcome.type,
                     static_cast<unsigned short>(outcome.record.size()), outcome.record.constData());
-    } else if (const auto kept = UnstoredUser::kept()) {
-        unstored_ = true;
-        show(*kept);
-        store(*kept);
-    } else {
+    } else if (!storeKept()) {
         showNobody();
     }
 }
@@ -294,19 +290,24 @@ void UserSearch_userInfo::deleteAndStore(const _gui_user_& user) {
         ShowPopup(kNoConnection, ScreenPopup::kSeconds);
         return;
     }
+    // One at a time is out of the store.
+    if (UnstoredUser::keepsAnother(user)) {
+        offerStore();
+        return;
+    }
     if (!UnstoredUser::keep(user)) {
         ShowPopup(kNotKept, ScreenPopup::kSeconds);
         return;
     }
     if (!begin(Task::DeleteAndStore)) {
-        UnstoredUser::forget();
+        UnstoredUser::forget(user);
         return;
     }
     sent_ = user;
     if (!request_.send(command::DeleteUser, command::ordered::AtTerminal, 0,
                        QByteArray(user.userId, sizeof user.userId), {command::UserDeleteResult},
                        kAnswerTime)) {
-        UnstoredUser::forget();
+        UnstoredUser::forget(user);
         end();
         ShowPopup(kNoConnection, ScreenPopup::kSeconds);
     }
@@ -328,6 +329,16 @@ void UserSearch_userInfo::store(const _gui_user_& user) {
         failed(DeviceRequest::Failure::LinkDown);
 }
 
+bool UserSearch_userInfo::storeKept() {
+    const auto kept = UnstoredUser::kept();
+    if (!kept)
+        return false;
+    unstored_ = true;
+    show(*kept);
+    store(*kept);
+    return true;
+}
+
 void UserSearch_userInfo::answered(const DeviceMessage& message) {
     const bool done = message.p1 == command::answer::Done;
     if (task_ == Task::DeleteAndStore) {
@@ -337,7 +348,7 @@ void UserSearch_userInfo::answered(const DeviceMessage& message) {
             return;
         }
         // Nothing has been deleted.
-        UnstoredUser::forget();
+        UnstoredUser::forget(sent_);
         ShowUserChangeResult(false);
     } else if (task_ == Task::Delete) {
         // Whoever is not there is deleted as well.
@@ -375,7 +386,7 @@ void UserSearch_userInfo::ShowUserChangeResult(bool changed) {
     const bool stored = task_ == Task::Store && changed;
     end();
     if (stored) {
-        UnstoredUser::forget();
+        UnstoredUser::forget(sent_);
         unstored_ = false;
         show(sent_);
     }
@@ -389,7 +400,12 @@ void UserSearch_userInfo::ShowUserChangeResult(bool changed) {
 
 void UserSearch_userInfo::offerStore() {
     shell()->PlaySound(command::sound::Error);
-    popup_.ask(UnstoredOffer::kQuestion, [this] { saveButtonTouch(); });
+    popup_.ask(UnstoredOffer::kQuestion, [this] {
+        if (unstored_)
+            saveButtonTouch();
+        else
+            storeKept();
+    });
 }
 
 // --- Deleting ------------------------------------------------------------------------------
@@ -414,7 +430,8 @@ void UserSearch_userInfo::deleteButtonTouch() {
 void UserSearch_userInfo::ShowDeleteResult(int result) {
     end();
     if (result == Deleted) {
-        UnstoredUser::forget();
+        if (user_)
+            UnstoredUser::forget(*user_);
         showNobody();
         popup_.showThen(kDeleted, [this] { prevButtonTouch(); });
     } else if (result == NotDeleted) {

@@ -66,6 +66,8 @@ class UserSearch_userInfo : public FormScreen<Ui::UserSearch_userInfo> {
     bool begin(Task task);
     void deleteAndStore(const _gui_user_& user);
     void store(const _gui_user_& user);
+    /// Shows and stores the user who is kept; false when nobody is.
+    bool storeKept();
     void answered(const DeviceMessage& message);
     void failed(DeviceRequest::Failure why);
     void end();

@@ -299,7 +299,9 @@ class RecognitionSubject : public Subject {
     void waitForKey(const GUI_LOGDATA& log) {
         pending_ = log;
         constexpr int kGrace = 1000;
-        pendingTimer_.start(device_.settings().resultSeconds * 1000 + kGrace);
+        constexpr int kSecondsIfZero = 3;
+        const int seconds = device_.settings().resultSeconds;
+        pendingTimer_.start((seconds > 0 ? seconds : kSecondsIfZero) * 1000 + kGrace);
     }
 
     /// The person chose nothing: attendance is what the time of day makes it, a meal is not had.

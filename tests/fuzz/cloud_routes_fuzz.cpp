@@ -61,7 +61,7 @@ void decodeAll(const QByteArray& body) {
     _gui_menu_ settings{};
     const auto setup = terminal_routes::decodeDeviceSet(body);
     setup.value.applyTo(settings);
-    demand(settings.setup.doorOpenDuration <= 20 && settings.screen.menuTimeout <= 3);
+    demand(settings.setup.doorOpenDuration <= 60 && settings.screen.menuTimeout <= 3);
     const QString manager = QStringLiteral("10.0.0.5");
     const auto firmware = terminal_routes::decodeFirmwareUpdate(body, manager);
     demand(!firmware.ok() || QUrl(firmware.value.address).host() == manager);

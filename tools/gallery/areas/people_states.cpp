@@ -63,7 +63,7 @@ void unstored(Stage& stage) {
     stage.touch(QStringLiteral("dialogOkButton"));
     stage.receive(command::UserDeleteResult, command::answer::Done);
     stage.receive(command::UserChanged, command::answer::Failed);
-    UnstoredUser::forget();
+    UnstoredUser::forget(*UnstoredUser::kept());
 }
 
 void counts(Stage& stage) {
