@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <utility>
 
+#include "ui/finger_scroll.h"
 #include "ui/theme.h"
 #include "ui/touch_key_form.h"
 #include "ui/touch_shield.h"
@@ -185,6 +186,9 @@ void DialogOverlay::showEvent(QShowEvent* event) {
         const auto buttons = window()->findChildren<WidgetButton*>();
         for (WidgetButton* button : buttons)
             button->cancelTouch();
+        const auto lists = window()->findChildren<FingerScroll*>();
+        for (FingerScroll* list : lists)
+            list->cancelTouch();
         focusBefore_ = window()->focusWidget();
         setFocus();
     }

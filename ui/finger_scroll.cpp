@@ -87,6 +87,11 @@ void FingerScroll::stop() {
     endTouch();
 }
 
+void FingerScroll::cancelTouch() {
+    takeBack();
+    endTouch();
+}
+
 /// Every widget in the area is watched, as the touches go to the one below the finger.
 void FingerScroll::watch(QWidget* watched) {
     watched->installEventFilter(this);
@@ -166,14 +171,18 @@ bool FingerScroll::touchMove(const QMouseEvent* event) {
 
 void FingerScroll::beginScroll() {
     hold_.stop();
-    if (touch_ == Touch::Below) {
-        for (QWidget* widget = target_; widget != nullptr && widget != area_;
-             widget = widget->parentWidget())
-            if (auto* button = qobject_cast<WidgetButton*>(widget))
-                button->cancelTouch();
-        emit touchTaken();
-    }
+    if (touch_ == Touch::Below)
+        takeBack();
     touch_ = Touch::Scrolling;
+}
+
+/// Takes the press back from what is below.
+void FingerScroll::takeBack() {
+    for (QWidget* widget = target_; widget != nullptr && widget != area_;
+         widget = widget->parentWidget())
+        if (auto* button = qobject_cast<WidgetButton*>(widget))
+            button->cancelTouch();
+    emit touchTaken();
 }
 
 bool FingerScroll::touchUp(const QMouseEvent* event) {

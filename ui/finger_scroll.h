@@ -33,9 +33,11 @@ class FingerScroll : public QObject {
     void setCoveredHeight(int height);
     /// Ends whatever goes on, for a position that is set by the program.
     void stop();
+    /// The finger that is down, if there is one, sets nothing off any more, whatever it lies on.
+    void cancelTouch();
 
  signals:
-    /// The touch that something below has seen has become a scroll.
+    /// The touch that something below has seen is not its own any more.
     void touchTaken();
 
  protected:
@@ -60,6 +62,7 @@ class FingerScroll : public QObject {
     bool touchMove(const QMouseEvent* event);
     bool touchUp(const QMouseEvent* event);
     void beginScroll();
+    void takeBack();
     void handOver();
     void endTouch();
     /// Pixels a second at which the finger has left, downwards.

@@ -70,6 +70,11 @@ void ListRow::setValue(const QString& value) {
     update();
 }
 
+void ListRow::setEnteredValue(const QString& value) {
+    valueEntered_ = true;
+    setValue(value);
+}
+
 void ListRow::setNote(const QString& note) {
     if (note_.text() == note)
         return;
@@ -251,14 +256,14 @@ void ListRow::paintEvent(QPaintEvent*) {
         drawVerdict(&painter, &line);
     if (!value_.isEmpty()) {
         const QFont::Weight weight = positive_ ? QFont::Medium : QFont::Normal;
+        const TextFit::Rule& rule = valueEntered_ ? TextFit::kEntered : TextFit::kValue;
         const QRgb valueInk = !isEnabled() ? Theme::kOff
                               : positive_  ? Theme::kAccent
                                            : Theme::kList;
         const int valueWidth =
-            qMin(TextFit::width(value_.entry(), TextFit::kValue, weight), line.width() * 2 / 3);
+            qMin(TextFit::width(value_.entry(), rule, weight), line.width() * 2 / 3);
         const QRect box(line.right() + 1 - valueWidth, 0, valueWidth, line.height());
-        TextFit::draw(&painter, box, Qt::AlignRight, value_.entry(), TextFit::kValue, weight,
-                      valueInk);
+        TextFit::draw(&painter, box, Qt::AlignRight, value_.entry(), rule, weight, valueInk);
         line.setRight(box.x() - kLabelGap);
         if (positive_) {
             const QRect tick(box.x() - kTickGap - kTick, 0, kTick, line.height());

@@ -50,6 +50,8 @@ class ListRow : public WidgetButton, public Scripted {
     void setValueKey(const QString& key) { value_.setKey(key); }
     const QString& value() const { return value_.text(); }
     void setValue(const QString& value);
+    /// The same for what somebody has entered, which is shown to the letter.
+    void setEnteredValue(const QString& value);
     /// A smaller line below the label, of a row of the normal height.
     const QString& note() const { return note_.text(); }
     void setNote(const QString& note);
@@ -102,6 +104,7 @@ class ListRow : public WidgetButton, public Scripted {
 
     ScriptText text_;
     ScriptText value_;
+    bool valueEntered_ = false;
     ScriptText note_;
     QString icon_;
     Mark mark_ = NoMark;

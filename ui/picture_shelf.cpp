@@ -76,6 +76,7 @@ QImage PictureShelf::picture(const QString& deviceFolder, const QString& name, S
 void PictureShelf::clear() {
     ++round_;
     wanted_.clear();
+    current_ = {};  // which does not count any more
     pictures_.clear();
 }
 
