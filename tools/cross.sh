@@ -42,6 +42,14 @@ if [[ ! -d $root || $(cat "$root.packages" 2>/dev/null) != "$include" ]]; then
     }
     echo "Making the root $root"
     mkdir -p "$folder"
+    # What was not made here is not removed.
+    for old in "$root" "$root.new"; do
+        [[ ! -e $old || -e $root.packages ]] || {
+            echo "$old is there and not of this script." >&2
+            exit 1
+        }
+    done
+    echo >"$root.packages"
     rm -rf --one-file-system "$root" "$root.new"
     mirror=${ZEL_MIRROR:-$(apt-get indextargets --format '$(REPO_URI)' 'Codename: bookworm' \
         'Component: main' 'Identifier: Packages' | head -n 1)}

@@ -53,7 +53,7 @@ inside=(unshare --user --map-root-user --net --pid --fork --kill-child --mount-p
 
 export QT_QPA_PLATFORM=offscreen LC_ALL=C.UTF-8 TZ=Asia/Seoul TMPDIR=$work/tmp HOME=$work
 export XDG_RUNTIME_DIR=$work/tmp UBSAN_OPTIONS=print_stacktrace=1 FUZZ_COUNT=$work/count
-export LSAN_OPTIONS=suppressions=$root/tests/lsan.supp:print_suppressions=0
+export LSAN_OPTIONS="suppressions='$root/tests/lsan.supp':print_suppressions=0"
 # What starts a thread or keeps caches for each input is not searched for leaks after each; memory
 # that adds up ends the run all the same.
 declare -A leaks=([screens_fuzz]=0 [usb_names_fuzz]=0 [service_answers_fuzz]=0)

@@ -8,5 +8,5 @@ tests=(cloud_rest_server_test cloud_rest_client_test cloud_download_test records
     cloud_commands_test face_search_test face_search_door_test)
 cmake --preset tsan >/dev/null
 cmake --build --preset tsan --parallel 2 --target "${tests[@]}"
-export TSAN_OPTIONS=suppressions=$PWD/tests/tsan.supp
+export TSAN_OPTIONS="suppressions='$PWD/tests/tsan.supp'"
 ctest --preset tsan --no-tests=error --parallel 4 --tests-regex "^($(IFS='|' && echo "${tests[*]}"))\$"

@@ -17,8 +17,6 @@ namespace {
 
 namespace capture = command::capture;
 
-constexpr int kMostAdministrators = 5;
-constexpr quint32 kMostUsers = 9999;  // and one more
 constexpr int kDigits = 11;
 constexpr int kAllPercent = 100;
 constexpr int kPercentAtOnce = 5;
@@ -259,9 +257,9 @@ class EnrolmentSubject : public Subject {
         if (!number.isEmpty() && numbersInUse(id).contains(number))
             return command::answer::Failed;
         if (user.level == UserLevel::Administrator && !administrates &&
-            counts.admin >= kMostAdministrators)
+            counts.admin >= UserStore::kMostAdministrators)
             return command::store::TooManyAdministrators;
-        if (!former && counts.all > kMostUsers)
+        if (!former && counts.all >= UserStore::kMostUsers)
             return command::store::StoreFull;
         return command::store::Done;
     }
@@ -275,8 +273,9 @@ class EnrolmentSubject : public Subject {
         const QString card = fieldText(user.cardNumber);
         quint8 result = verdict(user);
         // Only what has been captured is there.
-        const bool hasCard = card == cardRegistered_ || (former && former->cardPresent == 1 &&
-                                                         fieldText(former->cardNumber) == card);
+        const bool hasCard =
+            !card.isEmpty() && (card == cardRegistered_ || (former && former->cardPresent == 1 &&
+                                                            fieldText(former->cardNumber) == card));
         const bool hasFace = faceCaptured_ || (former && former->facePresent == 1);
         if ((user.cardPresent == 1 && !hasCard) || (user.facePresent == 1 && !hasFace))
             result = command::answer::Failed;

@@ -155,7 +155,7 @@ class RecognitionSubject : public Subject {
     // --- Faces and cards -----------------------------------------------------------------
 
     QString face(const QString& text) {
-        if (device_.giveFace(text))
+        if (cameraRuns_ && device_.giveFace(text))
             return done(QStringLiteral("searched"));
         if (!watches())
             return failed(QStringLiteral("the camera is off: touch the screen first, or say live"));

@@ -1,10 +1,12 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <QImage>
 #include <QImageReader>
 #include <QSaveFile>
 #include <QTimer>
+#include <algorithm>
 #include <functional>
 #include <limits>
 #include <optional>
@@ -13,6 +15,8 @@
 #include "base/device_paths.h"
 #include "link/command_code.h"
 #include "link/command_parameters.h"
+#include "link/device_message.h"
+#include "link/record_values.h"
 #include "sim/common/firmware_image.h"
 #include "sim/controller/device.h"
 #include "sim/controller/subjects.h"
@@ -352,6 +356,8 @@ class UsbSubject : public Subject {
         if (!bytes.isEmpty() || (kind == transfer::Everything && !(settings && users && logs)) ||
             !(settings || users || logs) || (settings && settings->size() != 1))
             return transfer::InvalidData;
+        if (const quint8 tooMany = users ? overflow(*users) : quint8(transfer::Done))
+            return tooMany;
         takeRecords(users, logs);
         if (settings) {
             _gui_menu_ menu = settings->first();
@@ -360,6 +366,21 @@ class UsbSubject : public Subject {
             device_.sendRecord(command::SettingsChanged, 0, 0, menu);
         }
         return transfer::Done;
+    }
+
+    /// What keeps @p added from being taken in beside those that are there.
+    quint8 overflow(const QVector<_gui_user_>& added) {
+        QHash<QString, quint8> levels;
+        for (const QVector<_gui_user_>& users : {device_.users().users(), added})
+            for (const _gui_user_& user : users)
+                levels.insert(fieldText(user.userId), user.level);
+        const auto administrators =
+            std::count(levels.begin(), levels.end(), quint8(UserLevel::Administrator));
+        if (quint32(levels.size()) > UserStore::kMostUsers)
+            return transfer::TooManyUsers;
+        return administrators > int(UserStore::kMostAdministrators)
+                   ? transfer::TooManyAdministrators
+                   : transfer::Done;
     }
 
     void takeRecords(const std::optional<QVector<_gui_user_>>& users,

@@ -13,6 +13,9 @@
 /// handful of users with pictures drawn for them.
 class UserStore {
  public:
+    static constexpr quint32 kMostUsers = 10000;
+    static constexpr quint32 kMostAdministrators = 5;
+
     /// @p dataFolder stands for "/mnt/data".
     explicit UserStore(const QString& dataFolder);
 

@@ -80,7 +80,8 @@ ServiceCalls::ServiceCalls(quint16 port, QObject* parent)
             return done();
         };
     };
-    onWord("answer", "CODE: answer every call with this result code, for example 9999",
+    onWord("answer",
+           "CODE [CALL]: answer every call, or user-inout-log and the like alone, with this code",
            [this](const QString& text) { return setCode(text); });
     onWord("refuse", "answer with an HTTP error", feel(Mood::Refusing));
     onWord("hang", "take requests and answer nothing", feel(Mood::Hanging));
@@ -160,7 +161,7 @@ QJsonObject ServiceCalls::answerCall(const Call& call, const HttpMessage& reques
     // A terminal that carries another token is not, or no longer, registered.
     const bool registered = call.connects || request.header("access_token") == token_.toLatin1();
     QString code = forcedCode_;
-    if (code.isEmpty())
+    if (code.isEmpty() || (!forcedCall_.isEmpty() && forcedCall_ != QLatin1String(call.name)))
         code = registered && body.contains(QLatin1String(call.key)) ? kSucceed : kUnknownError;
     QJsonObject answer{
         {QStringLiteral("resultCode"), code},
@@ -175,11 +176,13 @@ QJsonObject ServiceCalls::answerCall(const Call& call, const HttpMessage& reques
 }
 
 QString ServiceCalls::setCode(const QString& text) {
-    static const QRegularExpression code(QStringLiteral("^[0-9]{4}$"));
-    if (!code.match(text).hasMatch())
+    static const QRegularExpression form(QStringLiteral("^([0-9]{4})( [a-z-]+)?$"));
+    const QRegularExpressionMatch match = form.match(text);
+    if (!match.hasMatch())
         return failed(QStringLiteral("a result code has four digits"));
     mood_ = Mood::Normal;
-    forcedCode_ = text;
+    forcedCode_ = match.captured(1);
+    forcedCall_ = match.captured(2).trimmed();
     return done();
 }
 

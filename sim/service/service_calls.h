@@ -50,4 +50,5 @@ class ServiceCalls : public QObject, public WordSet {
     const QString token_;
     Mood mood_ = Mood::Normal;
     QString forcedCode_;
+    QString forcedCall_;  // to which alone; empty for all
 };
