@@ -169,6 +169,7 @@ void MainWindow::initWindowList() {
 
 void MainWindow::connectMessages() {
     connect(dispatch_, &MessageDispatch::arrived, history_, &PeerHistory::controllerMessage);
+    connect(dispatch_, &MessageDispatch::arrived, messages_, &ShellMessages::overhear);
     connect(dispatch_, &MessageDispatch::shellMessage, messages_, &ShellMessages::take);
     connect(messages_, &ShellMessages::quitOrdered, this, &MainWindow::quitByController);
     connect(messages_, &ShellMessages::statusReported, this,
@@ -219,8 +220,9 @@ void MainWindow::connectManagement() {
     connect(this, &MainWindow::signal_restCall_FR51, management_, &ManagementLink::reportVisitor);
     connect(management_, &ManagementLink::connectedChanged, this, &MainWindow::peersChanged);
     connect(link_, &DeviceLink::drained, management_, &ManagementLink::linkDrained);
-    connect(dispatch_, &MessageDispatch::shellMessage, management_,
-            &ManagementLink::controllerMessage);
+    connect(dispatch_, &MessageDispatch::arrived, management_, &ManagementLink::controllerMessage);
+    connect(management_, &ManagementLink::unreportedWanted, this,
+            &MainWindow::checkingForUnsentData);
     connect(status_, &SystemStatus::connectWanted, management_, &ManagementLink::connectNow);
     connect(status_, &SystemStatus::connectionCheckWanted, this, [this] {
         management_->checkNow();

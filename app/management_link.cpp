@@ -1,6 +1,11 @@
 #include "app/management_link.h"
 
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
 #include "cloud/cloud_host.h"
+#include "cloud/decoded.h"
 #include "cloud/event_reports.h"
 #include "cloud/parameters.h"
 #include "cloud/rest_client.h"
@@ -13,6 +18,8 @@ constexpr int kInUse = 1;
 /// Seconds where the settings give no period.
 constexpr int kConnectPeriod = 30;
 constexpr int kCheckPeriod = 60;
+/// As many as the controller may have.
+constexpr int kMostUsers = 10000;
 
 int milliseconds(int seconds, int standard) {
     return (seconds > 0 ? seconds : standard) * 1000;
@@ -101,20 +108,39 @@ void ManagementLink::linkDrained() {
 void ManagementLink::controllerMessage(const DeviceMessage& message) {
     if (message.command == command::FirmwareUpdateAnswer)
         firmware_.answered();
-    else if (message.command == command::SettingsChanged)  // which count the users
+    else if (message.command == command::SettingsChanged) {  // which count the users
         carrier_.answered();
+        commands_.settingsCame();
+    } else if (message.command == command::NetworkSaved)  // the last block of the settings
+        commands_.settingsStored();
 }
 
 void ManagementLink::reportAccess(const GUI_LOGDATA& event) {
-    if (inUse())
-        client_->SendCommand(RestClass::kUserInOutLog,
-                             QVariant::fromValue(event_reports::accessEvent(event)));
+    if (inUse() && client_->SendCommand(RestClass::kUserInOutLog,
+                                        QVariant::fromValue(event_reports::accessEvent(event))) !=
+                       RestClass::kAccepted)
+        unreported_ = true;
 }
 
 void ManagementLink::reportEnrolment(const info_s& info) {
-    if (inUse())
-        client_->SendCommand(RestClass::kUserEnroll,
-                             QVariant::fromValue(event_reports::enrolledUser(info)));
+    const auto same = std::find_if(users_.begin(), users_.end(), [&info](const info_s& each) {
+        return std::memcmp(each.user.userId, info.user.userId, sizeof info.user.userId) == 0;
+    });
+    if (same != users_.end())
+        *same = info;
+    else if (inUse() && users_.size() < kMostUsers)
+        users_.enqueue(info);
+    tellOfUser();
+}
+
+void ManagementLink::tellOfUser() {
+    if (!inUse())
+        users_.clear();
+    else if (!users_.isEmpty() &&
+             client_->SendCommand(RestClass::kUserEnroll,
+                                  QVariant::fromValue(event_reports::enrolledUser(
+                                      users_.head()))) == RestClass::kAccepted)
+        users_.dequeue();
 }
 
 void ManagementLink::reportVisitor(const QVariant& visitor) {
@@ -130,8 +156,30 @@ void ManagementLink::reportGroupDeleted(int group) {
 
 void ManagementLink::completed(const QVariant& procIdx) {
     commands_.completed(procIdx);
-    if (procIdx.value<ProcIDX>().command == RestClass::kUserDeleted)
-        tellOfGroup();
+    const auto request = procIdx.value<ProcIDX>();
+    const bool declined = request.resultCode != result::kSucceed;
+    switch (request.command) {
+        case RestClass::kUserDeleted:
+            tellOfGroup();
+            break;
+        case RestClass::kUserEnroll:
+            unreported_ = unreported_ || declined;
+            // The others would not be heard either.
+            if (!connected_)
+                users_.clear();
+            tellOfUser();
+            break;
+        case RestClass::kUserInOutLog:
+            unreported_ = unreported_ || declined;
+            break;
+        case RestClass::kConnectionCheck:
+            // Once in a period, however often it is declined.
+            if (connected_ && std::exchange(unreported_, false))
+                emit unreportedWanted();
+            break;
+        default:
+            break;
+    }
 }
 
 void ManagementLink::tellOfGroup() {

@@ -58,6 +58,7 @@ class ManagementLink : public QObject {
     /// Reports to the service, when it is in use. What it does not confirm stays with the device
     /// controller, which offers it again.
     void reportAccess(const GUI_LOGDATA& event);
+    /// One after the other, since the service may have asked for several.
     void reportEnrolment(const info_s& info);
     void reportVisitor(const QVariant& visitor);
     /// The same without the controller behind it: each is told of once, and what the service does
@@ -74,9 +75,12 @@ class ManagementLink : public QObject {
 
  signals:
     void connectedChanged(bool connected);
+    /// The service, which has not taken a report, is there: the controller may offer it again.
+    void unreportedWanted();
 
  private:
     void tellOfGroup();
+    void tellOfUser();
 
     CloudHost& cloud_;
     ManagementCommands commands_;
@@ -88,4 +92,6 @@ class ManagementLink : public QObject {
     QTimer checkTimer_;
     bool connected_ = false;
     QQueue<int> groups_;  // to be told of, one call at a time
+    QQueue<info_s> users_;
+    bool unreported_ = false;  // a report was not taken
 };

@@ -43,6 +43,15 @@ ShellMessages::ShellMessages(DeviceLink& link, RecordStore& records, SettingsEnt
       status_(status),
       orders_(link) {}
 
+void ShellMessages::overhear(const DeviceMessage& message) {
+    const auto counts = message.record<UserCounts>();
+    if (message.command != command::UserCountsAnswer || !counts || !settings_.arrived())
+        return;
+    _gui_menu_ menu = records_.menu();
+    menu.users = *counts;
+    settings_.store(menu);
+}
+
 void ShellMessages::take(const DeviceMessage& message) {
     switch (message.command) {
         case command::Quit:

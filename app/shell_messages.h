@@ -23,6 +23,8 @@ class ShellMessages : public QObject {
                   SystemStatus& status, QObject* parent);
 
     void take(const DeviceMessage& message);
+    /// Keeps of a frame that some screen has asked for what all are to know.
+    void overhear(const DeviceMessage& message);
     /// The event that the controller has reported last, without a payload.
     const DeviceMessage& lastControllerEvent() const { return lastControllerEvent_; }
 

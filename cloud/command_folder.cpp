@@ -1,5 +1,8 @@
 #include "cloud/command_folder.h"
 
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <QDate>
@@ -11,6 +14,7 @@
 #include <QStringList>
 #include <QTime>
 #include <cstdio>
+#include <memory>
 #include <utility>
 
 #include "base/device_folders.h"
@@ -223,6 +227,25 @@ std::optional<DoReceiveUserData> CommandFolder::takeUser(const Command& command)
             qCWarning(cloudLog, "%s goes without its picture", qUtf8Printable(command.name));
     }
     return user;
+}
+
+bool CommandFolder::isReadable(const Command& command) {
+    const QByteArray path = QFile::encodeName(command.path());
+    const std::unique_ptr<DIR, int (*)(DIR*)> folder(::opendir(path.constData()), &::closedir);
+    if (!folder)
+        return false;
+    while (const dirent* entry = ::readdir(folder.get())) {
+        struct stat status {};
+        if (::fstatat(::dirfd(folder.get()), entry->d_name, &status, AT_SYMLINK_NOFOLLOW) != 0)
+            return false;
+        if (!S_ISREG(status.st_mode))
+            continue;
+        QFile file(QFile::decodeName(path + '/' + entry->d_name));
+        char first = 0;
+        if (!file.open(QIODevice::ReadOnly) || file.read(&first, 1) < 0)
+            return false;
+    }
+    return true;
 }
 
 bool CommandFolder::remove(const Command& command) {

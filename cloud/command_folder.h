@@ -49,6 +49,9 @@ class CommandFolder {
     /// place of an earlier one. Nothing, with the earlier one still there, when the folder does not
     /// hold a whole command. The folder stays as it is.
     static std::optional<DoReceiveUserData> takeUser(const Command& command);
+    /// Whether all that is in @p command can be read just now; what cannot may be whole all the
+    /// same.
+    static bool isReadable(const Command& command);
     /// Removes a command at one blow. False when it stays on the disk, as a command.
     static bool remove(const Command& command);
 

@@ -47,7 +47,7 @@ std::optional<CommandQueue::Taken> CommandQueue::step(const LinkProgress& link, 
     removeKept();
     follow(link, answers);
     // Only then the one before is on its way, and there is room for the next.
-    if (!link.idle())
+    if (!link.idle() || clock_.elapsed() < retryAt_)
         return std::nullopt;
     if (waiting_.empty())
         look();
@@ -57,6 +57,11 @@ std::optional<CommandQueue::Taken> CommandQueue::step(const LinkProgress& link, 
             return Taken{command, {}};
         if (const auto user = CommandFolder::takeUser(command))
             return Taken{command, *user};
+        if (!CommandFolder::isReadable(command)) {
+            // It was answered with success: a moment without memory or descriptors is not its end.
+            retryAt_ = clock_.elapsed() + kIdleInterval;
+            return std::nullopt;
+        }
         qCWarning(cloudLog, "%s holds no user", qUtf8Printable(command.path()));
         taken_.insert(command.name);
         remove(command);
@@ -68,7 +73,7 @@ std::optional<CommandQueue::Taken> CommandQueue::step(const LinkProgress& link, 
 void CommandQueue::follow(const LinkProgress& link, int answers) {
     if (link.connection == 0)
         return;
-    if (!sent_.empty() && sent_.back().connection != link.connection) {
+    if (!sent_.empty() && sent_.front().connection != link.connection) {
         for (auto each = sent_.rbegin(); each != sent_.rend(); ++each)
             waiting_.push_front(each->command);
         sent_.clear();
@@ -140,20 +145,21 @@ void CommandQueue::look() {
     // With thousands of pictures in it the folder is not read again for nothing.
     if (there && changed != emptySince_) {
         const auto found = findWaiting();
-        waiting_.assign(found.begin(), found.end());
-        const bool sure = nanoseconds(now) - changed > kClockStep;
+        if (found)
+            waiting_.assign(found->begin(), found->end());
+        const bool sure = found && nanoseconds(now) - changed > kClockStep;
         emptySince_ = waiting_.empty() && sure ? changed : -1;
     }
     busy_ = !waiting_.empty();
     lookAt_ = clock_.elapsed() + (busy_ ? kBusyInterval : kIdleInterval);
 }
 
-std::vector<CommandFolder::Command> CommandQueue::findWaiting() const {
+std::optional<std::vector<CommandFolder::Command>> CommandQueue::findWaiting() const {
     std::vector<CommandFolder::Command> found;
     const QByteArray path = QFile::encodeName(CommandFolder::directory());
     const std::unique_ptr<DIR, CloseFolder> folder(::opendir(path.constData()));
     if (!folder)
-        return found;
+        return std::nullopt;
     const auto readAll = [&](const QString& newest) {
         found.clear();
         while (const dirent* entry = ::readdir(folder.get())) {
@@ -186,7 +192,7 @@ int CommandQueue::untilDue(const LinkProgress& link) const {
     const qint64 now = clock_.elapsed();
     qint64 due = now + kIdleInterval;
     if (link.idle())
-        due = waiting_.empty() ? std::min(due, lookAt_) : now;
+        due = waiting_.empty() ? std::min(due, lookAt_) : std::max(now, retryAt_);
     if (link.connection != 0 && !sent_.empty() && sent_.front().leftAt >= 0)
         due = std::min(due, removalDue());
     return static_cast<int>(std::max<qint64>(due - now, 0));

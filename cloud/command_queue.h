@@ -59,7 +59,8 @@ class CommandQueue {
     void follow(const LinkProgress& link, int answers);
     qint64 removalDue() const;
     void look();
-    std::vector<CommandFolder::Command> findWaiting() const;
+    /// Nothing when the folder cannot be read.
+    std::optional<std::vector<CommandFolder::Command>> findWaiting() const;
     void remove(const CommandFolder::Command& command);
     void removeKept();
 
@@ -74,6 +75,7 @@ class CommandQueue {
     /// Names of commands that lie on the disk and have had their turn.
     QSet<QString> taken_;
     qint64 lookAt_ = 0;       // when the next look is due, milliseconds
+    qint64 retryAt_ = 0;      // when one that could not be read may be by then
     bool busy_ = false;       // the last one found something
     qint64 emptySince_ = -1;  // when the folder had changed last as one found nothing, if sure
 };

@@ -1,5 +1,6 @@
 #include "cloud/download_manager.h"
 
+#include <fcntl.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
 
@@ -19,6 +20,7 @@ namespace {
 const QLatin1String kArchiveName("zel01.tar.bz2");
 /// What the connection may hold ahead of the disk.
 constexpr qint64 kReadAhead = qint64{1024} * 1024;
+constexpr qint64 kWriteOut = qint64{1024} * 1024;
 /// How often the speed is looked at in each window.
 constexpr int kSpeedSteps = 12;
 
@@ -147,6 +149,7 @@ void DownloadManager::startNextDownload() {
         // Naming an encoding keeps Qt from unpacking the file, which could make it huge.
         request.setRawHeader("Accept-Encoding", "identity");
         fault_.clear();
+        writtenOut_ = 0;
         reply_ = network().get(request);
         reply_->setReadBufferSize(kReadAhead);
         connect(reply_, &QNetworkReply::metaDataChanged, this, &DownloadManager::downloadAnnounced);
@@ -201,6 +204,21 @@ void DownloadManager::downloadReadyRead() {
         return;
     if (output_.write(piece) != piece.size() || !output_.flush())
         giveUp(output_.fileName() + QStringLiteral(" cannot be written"));
+    writeOut();
+}
+
+/// Has the disk write what is there while more comes in, a piece behind: all at once at the end may
+/// take a slow one longer than the screen can stand still.
+void DownloadManager::writeOut() {
+    const int file = output_.handle();
+    while (output_.pos() - writtenOut_ >= kWriteOut) {
+        ::sync_file_range(file, writtenOut_, kWriteOut, SYNC_FILE_RANGE_WRITE);
+        if (writtenOut_ >= kWriteOut)
+            ::sync_file_range(
+                file, writtenOut_ - kWriteOut, kWriteOut,
+                SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER);
+        writtenOut_ += kWriteOut;
+    }
 }
 
 void DownloadManager::downloadProgress(qint64 received, qint64 total) {

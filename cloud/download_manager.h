@@ -82,6 +82,7 @@ class DownloadManager : public QObject {
     void downloadProgress(qint64 received, qint64 total);
     void downloadFinished();
     void downloadReadyRead();
+    void writeOut();
     QString saveFileName(const QUrl& url) const;
     void clearOldFiles(const QUrl& url);
 
@@ -91,7 +92,8 @@ class DownloadManager : public QObject {
     QQueue<QUrl> queue_;
     QNetworkReply* reply_ = nullptr;
     QFile output_;
-    QString fault_;  // for which the download has been given up here
+    qint64 writtenOut_ = 0;  // bytes that the disk has been told to write
+    QString fault_;          // for which the download has been given up here
     bool held_ = false;
     QElapsedTimer time_;
     Limits limits_;

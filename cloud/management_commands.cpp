@@ -3,6 +3,7 @@
 #include <QDate>
 #include <QTime>
 #include <cstring>
+#include <utility>
 
 #include "cloud/cloud_log.h"
 #include "cloud/decoded.h"
@@ -20,6 +21,9 @@ struct SystemAction {
     unsigned char p1;
     unsigned char p2;
 };
+
+/// Orders that a controller may leave unanswered.
+constexpr std::size_t kMostOrdered = 64;
 
 constexpr SystemAction kSystemActions[] = {
     {"rebootDevice", command::Reboot, 0, 0},
@@ -181,6 +185,27 @@ void ManagementCommands::setDevice(const QVariant& parameter) {
     send(command::SaveNetwork, command::save::NetworkByService, serviceNetwork(settings.network));
     host_.SetGuiMenu(&settings);
     host_.initRestCall();
+    ordered_.push_back({setup, host_.linkProgress().connection});
+    if (ordered_.size() > kMostOrdered)
+        ordered_.pop_front();
+}
+
+void ManagementCommands::settingsStored() {
+    const quint32 connection = host_.linkProgress().connection;
+    while (!ordered_.empty() && ordered_.front().connection != connection)
+        ordered_.pop_front();
+    if (ordered_.empty())
+        return;
+    // A record that was on its way when the order was sent has brought the former values back, and
+    // the next order would have made them the controller's too.
+    if (std::exchange(crossed_, false)) {
+        _gui_menu_ settings;
+        host_.GetGuiMenu(&settings);
+        for (const Ordered& each : ordered_)
+            each.setup.applyTo(settings);
+        host_.SetGuiMenu(&settings);
+    }
+    ordered_.pop_front();
 }
 
 void ManagementCommands::setSystem(const QVariant& parameter) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QVariant>
+#include <deque>
 
 #include "cloud/cloud_host.h"
 #include "cloud/command_queue.h"
@@ -28,6 +29,10 @@ class ManagementCommands {
     void setTime(const QVariant& parameter);
     /// Device_Setup_Parameter.
     void setDevice(const QVariant& parameter);
+    /// The controller's record has come, or it has stored the settings of the oldest setDevice()
+    /// that it has not answered yet.
+    void settingsCame() { crossed_ = !ordered_.empty(); }
+    void settingsStored();
     /// SystemEvent_Parameter.
     void setSystem(const QVariant& parameter);
 
@@ -41,7 +46,14 @@ class ManagementCommands {
     template <typename Record>
     void send(unsigned short cmd, unsigned char p1, const Record& record);
 
+    struct Ordered {
+        Device_Setup_Parameter setup;
+        quint32 connection;  // over which it was sent
+    };
+
     CloudHost& cloud_;
     ManagementHost& host_;
-    bool sent_ = false;  // the latest frame with a record
+    bool sent_ = false;            // the latest frame with a record
+    std::deque<Ordered> ordered_;  // settings that the controller has not answered yet
+    bool crossed_ = false;         // its record has come meanwhile
 };

@@ -208,6 +208,9 @@ void RestServer::doUserDataDelete(const Request& request, Response response) {
 
 void RestServer::doUpdateFW(const Request& request, Response response) {
     serve(response, Permission::NotNeeded, [&] {
+        // Before the settings have come there is nobody to fetch it from.
+        if (!Ipv4::isMachine(settings_.network.own.managerAddress[0]))
+            return envelope(result::kUnknownError);
         auto order = terminal_routes::decodeFirmwareUpdate(bodyOf(request), getManagerIP());
         if (order.ok() && !FirmwareOrders::keep(order.value))
             return envelope(result::kUnknownError);

@@ -1,3 +1,5 @@
+#include <sys/resource.h>
+
 #include <QtTest>
 #include <memory>
 #include <thread>
@@ -115,16 +117,22 @@ class CloudCommandsTest : public QObject {
         QCOMPARE(step(), 0);
         terminal_->progress.left = terminal_->progress.accepted;
         QCOMPARE(step(), 1);
-        // On its way with the connection, perhaps: both once more, in their order, and nobody
-        // behind them before.
+        // On its way with the connection, perhaps: both once more, in their order, also when the
+        // next one was found before the connection changed.
         QVERIFY(order("+7654321"));
+        terminal_->progress.left = terminal_->progress.accepted;
+        std::optional<CommandQueue::Taken> next;
+        QTRY_VERIFY((next = queue_->step(terminal_->progress, 0)));
         terminal_->reconnect();
         terminal_->stuck = false;
-        QTRY_COMPARE((step(), sent()), QStringLiteral("1927 1931 1927 1931 1927"));
+        QVERIFY(commands_->addUserRestCommandDir(*next));
+        queue_->sent(terminal_->progress);
+        const QString twice = QStringLiteral("1927 1931 1927 1927 1931 1927");
+        QTRY_COMPARE((step(), sent()), twice);
         QCOMPARE(waiting().size(), 3);
         queue_->setSettleTime(0);
         QTRY_VERIFY((step(), waiting().isEmpty()));
-        QCOMPARE(sent(), QStringLiteral("1927 1931 1927 1931 1927"));
+        QCOMPARE(sent(), twice);
         // Unread at the other end, as the controller has not answered yet.
         answering_ = 0;
         QVERIFY(order("-A1 -A2"));
@@ -254,6 +262,22 @@ class CloudCommandsTest : public QObject {
         DownloadManager().removeLeftovers();
         for (const QString& file : kept)
             QCOMPARE(root_.read(file), QByteArray("kept"));
+    }
+
+    void whatCannotBeReadJustNowStays() {
+        terminal_->stuck = true;
+        QVERIFY(order("+1234567 +7654321", "jpg"));
+        QTRY_COMPARE((step(), sent()), QStringLiteral("1927"));
+        terminal_->progress.left = terminal_->progress.accepted;
+        rlimit files{};
+        ::getrlimit(RLIMIT_NOFILE, &files);
+        const rlimit none{0, files.rlim_max};
+        ::setrlimit(RLIMIT_NOFILE, &none);
+        const int carriedOut = step();
+        ::setrlimit(RLIMIT_NOFILE, &files);
+        QCOMPARE(carriedOut, 0);
+        QCOMPARE(waiting().size(), 2);
+        QTRY_COMPARE((step(), sent()), QStringLiteral("1927 1927"));
     }
 
     void theFormerPictureStaysUntilItsTurn() {

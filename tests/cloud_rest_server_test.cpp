@@ -374,6 +374,13 @@ class CloudRestServerTest : public QObject {
         host_.arrived = true;
         QVERIFY(answerTo(order).contains("\"1000\""));
         QCOMPARE(host_.takeCommands().size(), 1);
+        // And an archive is fetched when it is known from whom.
+        host_.setSettings({});
+        const QByteArray archive =
+            R"({"firmwareType":"1","version":"1.0","firmFile":"/fw.tar.bz2"})";
+        QVERIFY(answerTo(post("/cloud-service/rest-api/device-fw-update.do", archive))
+                    .contains("\"9999\""));
+        QCOMPARE(host_.takeCommands().size(), 0);
     }
 
     /// What the GUI thread has not carried out yet is limited; here it does nothing between orders.

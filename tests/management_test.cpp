@@ -167,11 +167,21 @@ class ManagementTest : public DrivenTest {
         QTRY_VERIFY(!connected());
         QVERIFY(!has(command::EventReported));
         service("normal");
-        QTRY_VERIFY(connected());
-        word("unsent");
+        QTRY_VERIFY(connected() && has(command::EventReported));
+        // A single refusal is made up for as well.
+        t->frames.clear();
+        calls_.clear();
+        service("answer 9999 user-inout-log");
+        word("card 10000002");
+        QTRY_VERIFY(calls("user-inout-log") > 0);
+        service("normal");
         QTRY_VERIFY(has(command::EventReported));
-        service("get 01098765432");
-        QTRY_VERIFY(calls("user-enroll") > 0 && has(command::UserReported));
+        // Whoever is asked for is reported, several at once too.
+        for (const char* number : {"01098765432", "01044447777", "01066665555"})
+            order(QByteArray("get ") + number);
+        for (const char* reported :
+             {"2042 0 0 30 31 30 39 38", "2042 0 0 30 31 30 34 34", "2042 0 0 30 31 30 36 36"})
+            QTRY_VERIFY2(t->sent(reported) >= 0, reported);
     }
 
  private:

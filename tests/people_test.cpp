@@ -147,12 +147,14 @@ class PeopleTest : public DrivenTest {
         PLAYS(R"(OF #01044447777 FOUND deleteButton ?ListItem_DeleteUser NO !refuse_1931
             deleteButton OK ?ListItem_FailedDeleted OK)");
         QVERIFY(!stored("01044447777").isEmpty());
+        const auto all = window()->menuRecord().users.all;
         // The controller may ask as well, and tell of another card and of one's key.
         PLAYS(R"(!frame_2930_0_2 ?ListItem_UnregisteredCard OK
             !frame_2930_0_3 ?ListItem_UnregisteredID OK
             !frame_2930_0_4 ?ListItem_UnregisteredCard OK
             !frame_2930_1_1 ?ListItem_DeleteUser OK ?ListItem_UserDeleted)");
         QVERIFY(stored("01044447777").isEmpty());
+        QTRY_COMPARE(window()->menuRecord().users.all, all - 1);
         PLAYS("OK @user_searchWindow");
     }
 

@@ -197,6 +197,11 @@ class RecordsTest : public QObject {
         changed.screen.brightness = 9;
         changed.network.own.managerPort = 8081;
         QCOMPARE(bytesOf(terminal_.menu), bytesOf(changed));
+        // A record that was on its way then brings the former values back, but not for long.
+        terminal_.menu = as<_gui_menu_>(menu.bytes);
+        commands_.settingsCame();
+        commands_.settingsStored();
+        QCOMPARE(bytesOf(terminal_.menu), bytesOf(changed));
 
         // What the controller does not get does not count here either.
         terminal_.takeLog();

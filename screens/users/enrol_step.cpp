@@ -66,12 +66,6 @@ void EnrolStep::deviceAnswer(const DeviceMessage& message) {
     TitledForm::deviceAnswer(message);
     if (message.command == command::AutomaticUserId)
         autoId(CustomerNumber::read(message));
-    const auto counts = message.record<UserCounts>();
-    if (message.command != command::UserCountsAnswer || !counts || !shell()->settingsArrived())
-        return;
-    _gui_menu_ menu = shell()->menuRecord();
-    menu.users = *counts;
-    shell()->SetGuiMenu(&menu);
 }
 
 void EnrolStep::autoId(const QString& id) {

@@ -233,7 +233,7 @@ void UserSearch_userInfo::showTexts() {
          {static_cast<Scripted*>(ui_->levelChip), static_cast<Scripted*>(ui_->originRow),
           static_cast<Scripted*>(ui_->faceRow), static_cast<Scripted*>(ui_->cardRow)})
         part->applyScripts(lookup);
-    ui_->destinationRow->setValue(UserRecord::shown(fieldText(user_->destination)));
+    ui_->destinationRow->setEnteredValue(UserRecord::shown(fieldText(user_->destination)));
     ui_->registeredRow->setValue(UserRecord::shown(fieldText(user_->registrationTime)).left(16));
 }
 
@@ -433,6 +433,8 @@ void UserSearch_userInfo::ShowDeleteResult(int result) {
         if (user_)
             UnstoredUser::forget(*user_);
         showNobody();
+        // The management service asks the terminal how many there are.
+        shell()->SendCommand(command::AskUserCounts, 0, 0);
         popup_.showThen(kDeleted, [this] { prevButtonTouch(); });
     } else if (result == NotDeleted) {
         ShowPopup(kNotDeleted, ScreenPopup::kSeconds);
