@@ -116,6 +116,11 @@ class DeviceSettingsTest : public DrivenTest {
             PLAYS("SAVE SAVED");
             QVERIFY(t->agrees() && !unchanged());
         }
+        // What changes elsewhere in the record meanwhile keeps no refused save in force.
+        PLAYS(":enviFaceWindow >cameraToggle !silent_1950 NEXT ^1950 !frame_2933_0_0_" +
+              QByteArray(sizeof(UserCounts), 1).toHex() + " * ?Error_ControllerSilent OK");
+        const _gui_menu_ record = window()->menuRecord();
+        QVERIFY(memcmp(&record.face, &t->sim.settings().face, sizeof record.face) == 0);
     }
 
     void whatIsTriedGoesBack() {

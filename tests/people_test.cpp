@@ -80,6 +80,17 @@ class PeopleTest : public DrivenTest {
         // The card belongs to the door again, and a late answer to nobody.
         giveUser({});
         PLAYS("-? @user_searchWindow");
+        // Nor is a late answer one to the next search, or about whoever is shown by then.
+        _gui_user_ user{};
+        setFieldText(user.customerId, QStringLiteral("01098765432"));
+        PLAYS(R"(OF #01098765432 !silent_1973 NEXT * ?Error_NoResponse OK
+            numberEntry #C01023456789 !silent_1973 NEXT ^1973)");
+        giveUser(user);
+        PLAYS("@userSearch_idWindow ?Info_Searching");
+        setFieldText(user.userId, QStringLiteral("01023456789"));
+        giveUser(user);
+        PLAYS(R"(@userSearch_InfoWindow !silent_1931 deleteButton OK ^1931 * OK
+            OF #01098765432 FOUND !frame_2931_0_0 -? numberField=01098765432)");
     }
 
     void changesAreStored() {
@@ -171,7 +182,7 @@ class PeopleTest : public DrivenTest {
     }
 
     void hostileRecordsAreShownAsText() {
-        PLAYS("INVAIN");
+        PLAYS(":userSearch_idWindow #0101234 !silent_1973 NEXT ^1973");
         _gui_user_ user{};
         memset(user.name, 'x', sizeof user.name);  // without a zero
         memcpy(user.name, "<b>Eve</b>\a\xff", 12);
@@ -211,6 +222,7 @@ class PeopleTest : public DrivenTest {
             another runs | !refuse_1934_1 SCREEN ALL ?Popup_UploadCancelFirst OK cancelButton
                 ^1934_0_1 !frame_2934_4_0 ?Popup_UploadCancel
             silence | !silent_1934 SCREEN ALL * ?Popup_UploadFail
+            covered | SCREEN !fault_network ?Popup_ErrNetwork !frame_2934_2_0 !fault_none
             link lost | !lose-link-at_1934 SCREEN ALL ?ListItem_NoController)");
     }
 
@@ -223,6 +235,8 @@ class PeopleTest : public DrivenTest {
             !frame_2934_4_0 ?Popup_UploadCancel !upload-pace_0 ?Popup_UploadComplete)";
         const auto [steps] = values<1>();
         PLAYS("!access-controller_ok !upload-pace_1 " + steps + " !upload-pace_0");
+        // Nobody is kept waiting by what was said, also when a fault covers it.
+        QVERIFY(window()->findChild<MenuTimer*>()->isRunning());
     }
 
     void aNumberIsChecked_data() {

@@ -49,6 +49,14 @@ class ShellTest : public DrivenTest {
                      qPrintable(frames));
             QVERIFY(!window()->findChild<MenuTimer*>()->isRunning());
         }
+        // Also when its controller comes late.
+        word("silent 1901");
+        t->window.reset();
+        t->window = std::make_unique<MainWindow>();
+        t->window->show();
+        QVERIFY(t->shows("bootWindow") && t->shows("stayWindow"));
+        word("settings setup.operation 0");
+        QVERIFY(t->shows("setupMenuWindow"));
     }
 
     void upgradeIsToldOnce() {

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "app/settings_change.h"
 #include "app/window_shell.h"
 #include "base/ipv4.h"
 #include "ui/check_box.h"
@@ -111,9 +112,10 @@ void SettingsForm::settingsChanged(const SettingsChange& change) {
     TitledForm::settingsChanged(change);
     if (publishing_)
         return;
-    // What the controller holds now is what it goes back to.
-    if (request_.isWaiting())
-        former_ = shell()->menuRecord();
+    // What the controller holds now is what it goes back to. Others change other parts of a record
+    // that holds here what has been sent.
+    if (request_.isWaiting() && bytes_ && bytes_(change.before) != bytes_(change.now))
+        former_ = change.now;
     load(false);
 }
 

@@ -1,8 +1,12 @@
 #include "screens/recognize/stay_window.h"
 
+#include <QFile>
+
 #include "app/screen_titles.h"
+#include "app/settings_change.h"
 #include "app/window_shell.h"
 #include "base/clock.h"
+#include "base/device_paths.h"
 #include "link/command_code.h"
 #include "link/command_parameters.h"
 #include "link/device_message.h"
@@ -72,6 +76,12 @@ void StayWindow::deviceAnswer(const DeviceMessage& message) {
 
 void StayWindow::settingsChanged(const SettingsChange& change) {
     WindowForm::settingsChanged(change);
+    // The boot screen, which decides this, was over before the controller came.
+    const bool rebooted = QFile::exists(DevicePaths::at(QStringLiteral("/mnt/data/rebootchkr")));
+    if (change.first && change.now.commissioned == 0 && !rebooted && isVisible()) {
+        shell()->changeWindow(screen_title::kSetupMenu);
+        return;
+    }
     loadPictures();
     peersChanged();
     if (!ui_->standbyView->isDark())

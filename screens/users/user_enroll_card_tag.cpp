@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "app/screen_titles.h"
 #include "app/window_shell.h"
 #include "link/command_code.h"
 #include "link/command_parameters.h"
@@ -246,9 +247,11 @@ void UserEnroll_CardTag::RegProcessRestartAsk() {
 }
 
 void UserEnroll_CardTag::ShowPopup(int code, int type) {
-    if (type == WaitAgain)
+    if (type == WaitAgain) {
+        // Unless something covers it for good.
+        shell()->StartMenuTimer(2 * ScreenPopup::kSeconds, screen_title::kStandby);
         popup().showThen(code, [this] { wait(); });
-    else if (code == Completed)
+    } else if (code == Completed)
         complete();
     else
         endWith(code);

@@ -2,6 +2,7 @@
 
 #include <QLocale>
 
+#include "app/screen_titles.h"
 #include "app/window_shell.h"
 #include "link/command_code.h"
 #include "link/command_parameters.h"
@@ -197,8 +198,11 @@ void UserInfoUpload::showProgress() {
 }
 
 void UserInfoUpload::ShowPopup(int code) {
-    // The time of the menu begins when it has been read.
-    shell()->StopMenuTimer();
+    // The time of the menu begins when it has been read; unless something covers it for good.
+    if (busy())
+        shell()->StopMenuTimer();
+    else
+        shell()->StartMenuTimer(2 * kPopupSeconds, screen_title::kStandby);
     popup_.showThen(
         code,
         [this] {

@@ -59,13 +59,7 @@ void UserSearch_Face::notFound(DeviceRequest::Failure why) {
 }
 
 void UserSearch_Face::timeOutDialog() {
-    popup().showThen(
-        kUnregistered,
-        [this] {
-            prevButtonTouch();
-            shell()->StartMenuTimer();
-        },
-        kDialogSeconds);
+    leadBack(kUnregistered, kDialogSeconds);
 }
 
 void UserSearch_Face::stopCamera() {

@@ -3,6 +3,8 @@
 #include "app/window_shell.h"
 #include "link/command_code.h"
 #include "link/command_parameters.h"
+#include "link/device_message.h"
+#include "screens/users/user_record.h"
 
 namespace {
 
@@ -49,12 +51,24 @@ void UserSearch_ID::nextButtonTouch() {
         say(NoConnection);
         return;
     }
+    asked_ = number;
     await(kAnswerSeconds);
     popup().wait(kSearching);
 }
 
 void UserSearch_ID::notFound(DeviceRequest::Failure why) {
     say(why == DeviceRequest::Failure::LinkDown ? NoConnection : NoAnswer);
+}
+
+bool UserSearch_ID::isAnswer(const QByteArray& record) const {
+    DeviceMessage message;
+    message.length = static_cast<unsigned short>(record.size());
+    message.payload = record.constData();
+    const auto user = message.record<_gui_user_>();
+    const auto is = [this](const QString& id) {
+        return id == asked_ || UserRecord::ParsingPhoneNum(id) == asked_;
+    };
+    return !user || is(fieldText(user->customerId)) || is(fieldText(user->userId));
 }
 
 void UserSearch_ID::say(int number) {

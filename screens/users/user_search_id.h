@@ -18,7 +18,10 @@ class UserSearch_ID : public FormScreen<Ui::UserSearch_ID, UserSearchStep> {
     void built() override;
     std::uint8_t type() const override;
     void notFound(DeviceRequest::Failure why) override;
+    bool isAnswer(const QByteArray& record) const override;
 
  private:
     void say(int number);
+
+    QString asked_;  // the number
 };

@@ -5,6 +5,7 @@
 #include "app/screen_titles.h"
 #include "app/window_shell.h"
 #include "link/command_code.h"
+#include "link/command_parameters.h"
 #include "link/device_message.h"
 #include "ui/text_line.h"
 
@@ -69,12 +70,26 @@ void UserSearchStep::deviceAnswer(const DeviceMessage& message) {
 }
 
 void UserSearchStep::searchResult(std::uint8_t result, const QByteArray& record) {
+    if (result == command::answer::Done && !isAnswer(record))
+        return;
     const UserSearchOutcome outcome{result, type(), record};
     stopSearching();
     shell()->changeWindow(screen_title::kUserInfo, QVariant::fromValue(outcome));
 }
 
 void UserSearchStep::notFound(DeviceRequest::Failure why) {
-    popup_.showThen(why == DeviceRequest::Failure::LinkDown ? NoConnection : NoAnswer,
-                    [this] { prevButtonTouch(); });
+    leadBack(why == DeviceRequest::Failure::LinkDown ? NoConnection : NoAnswer,
+             ScreenPopup::kSeconds);
+}
+
+void UserSearchStep::leadBack(int number, int seconds) {
+    // Unless something covers the popup for good.
+    shell()->StartMenuTimer(2 * seconds, screen_title::kStandby);
+    popup_.showThen(
+        number,
+        [this] {
+            prevButtonTouch();
+            shell()->StartMenuTimer();
+        },
+        seconds);
 }

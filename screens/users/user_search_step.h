@@ -44,6 +44,10 @@ class UserSearchStep : public TitledForm {
     virtual std::uint8_t type() const = 0;
     /// Called when the search is over without an answer, or the link is.
     virtual void notFound(DeviceRequest::Failure why);
+    /// Whether @p record is of somebody who was searched for; a late answer may not be.
+    virtual bool isAnswer(const QByteArray& /*record*/) const { return true; }
+    /// Says so for @p seconds and goes back.
+    void leadBack(int number, int seconds);
     /// Has the controller give the search up.
     virtual void giveUp() {}
 

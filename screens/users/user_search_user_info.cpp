@@ -364,6 +364,8 @@ void UserSearch_userInfo::failed(DeviceRequest::Failure why) {
     // Without an answer the user may be deleted or not.
     if (task == Task::DeleteAndStore)
         unstored_ = true;
+    if (task == Task::Delete && why == DeviceRequest::Failure::TimedOut && user_)
+        late_ = fieldText(user_->userId);
     if (unstored_) {
         if (task != Task::Delete)
             show(sent_);
@@ -477,8 +479,14 @@ void UserSearch_userInfo::deviceAnswer(const DeviceMessage& message) {
         return;
     if (isReason)
         GetUserDelInfo(message.p1, message.p2, message.length, message.payload);
-    else if (message.command == command::UserDeleteResult && !unstored_)
+    else if (message.command == command::UserDeleteResult && !unstored_ && isOfShown())
         ShowDeleteResult(message.p1 == command::answer::Done ? Deleted : NotDeleted);
+}
+
+/// An answer that came too late is about whom it was awaited for.
+bool UserSearch_userInfo::isOfShown() {
+    const QString late = std::exchange(late_, QString());
+    return late.isEmpty() || (user_ && fieldText(user_->userId) == late);
 }
 
 void UserSearch_userInfo::ShowPopup(int code, int seconds) {

@@ -68,6 +68,7 @@ class UserSearch_userInfo : public FormScreen<Ui::UserSearch_userInfo> {
     void store(const _gui_user_& user);
     /// Shows and stores the user who is kept; false when nobody is.
     bool storeKept();
+    bool isOfShown();
     void answered(const DeviceMessage& message);
     void failed(DeviceRequest::Failure why);
     void end();
@@ -82,4 +83,5 @@ class UserSearch_userInfo : public FormScreen<Ui::UserSearch_userInfo> {
     std::optional<_gui_user_> user_;  // as the controller holds it, or is to
     _gui_user_ sent_{};
     bool unstored_ = false;  // the controller may hold the user no longer
+    QString late_;           // whose deletion was not answered in time
 };
