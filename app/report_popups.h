@@ -27,7 +27,7 @@ class ReportPopups : public QObject {
     /// Shows the text of @p key for some seconds, whatever screen comes up meanwhile.
     void showNotice(const QString& key);
     /// Shows the faults of @p keys until the user has closed them, whatever screen comes up
-    /// meanwhile; takes them back when @p anyFault is not set.
+    /// meanwhile; takes them back when there are none.
     void showFaults(const QStringList& keys);
     /// Tells whoever stands at the door that an access has been recorded, or the refusal of one,
     /// and leaves the screen to them.

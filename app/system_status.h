@@ -43,8 +43,7 @@ class SystemStatus : public QObject {
     static QStringList faultKeys(std::uint32_t word);
 
  signals:
-    /// The faults now present, by script key; none when all is well. @p anyBit is false only for
-    /// a word of 0: bits that have no text are still a fault.
+    /// The faults now present that have a text, by script key; none when there is none to show.
     void faultsChanged(const QStringList& keys);
     /// The management service is reachable: check the connection, offer what it has not seen.
     void connectionCheckWanted();
