@@ -106,13 +106,14 @@ void ManagementLink::linkDrained() {
 }
 
 void ManagementLink::controllerMessage(const DeviceMessage& message) {
-    if (message.command == command::FirmwareUpdateAnswer)
+    if (message.command == command::FirmwareUpdateAnswer) {
         firmware_.answered();
-    else if (message.command == command::SettingsChanged) {  // which count the users
+    } else if (message.command == command::SettingsChanged) {  // which count the users
         carrier_.answered();
         commands_.settingsCame();
-    } else if (message.command == command::NetworkSaved)  // the last block of the settings
+    } else if (message.command == command::NetworkSaved) {  // the last block of the settings
         commands_.settingsStored();
+    }
 }
 
 void ManagementLink::reportAccess(const GUI_LOGDATA& event) {

@@ -77,8 +77,8 @@ void StayWindow::deviceAnswer(const DeviceMessage& message) {
 void StayWindow::settingsChanged(const SettingsChange& change) {
     WindowForm::settingsChanged(change);
     // The boot screen, which decides this, was over before the controller came.
-    const bool rebooted = QFile::exists(DevicePaths::at(QStringLiteral("/mnt/data/rebootchkr")));
-    if (change.first && change.now.commissioned == 0 && !rebooted && isVisible()) {
+    if (change.first && change.now.commissioned == 0 && isVisible() &&
+        !QFile::exists(DevicePaths::at(QStringLiteral("/mnt/data/rebootchkr")))) {
         shell()->changeWindow(screen_title::kSetupMenu);
         return;
     }

@@ -248,7 +248,7 @@ void UserEnroll_CardTag::RegProcessRestartAsk() {
 
 void UserEnroll_CardTag::ShowPopup(int code, int type) {
     if (type == WaitAgain) {
-        // Unless something covers it for good.
+        // It is read to its end, and the wait begins anew; unless something covers it for good.
         shell()->StartMenuTimer(2 * ScreenPopup::kSeconds, screen_title::kStandby);
         popup().showThen(code, [this] { wait(); });
     } else if (code == Completed)

@@ -277,6 +277,7 @@ bool UserSearch_userInfo::begin(Task task) {
         return false;
     }
     task_ = task;
+    late_.clear();
     // What has been begun is to be seen to its end.
     shell()->setChangeWindowFlag(false);
     popup_.wait(task == Task::Delete ? kDeleting : kSaving);
